@@ -1,0 +1,56 @@
+# What all layers share: the language, the flags of the two targets, and three helpers.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+set(CMAKE_C_FLAGS_RELEASE "-O3")
+set(CMAKE_CXX_FLAGS_RELEASE "-O3")
+
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  set(ORX_ARCH i386-linux-gnu)
+else()
+  set(ORX_ARCH x86_64-linux-gnu)
+endif()
+list(PREPEND CMAKE_PREFIX_PATH /usr/lib/${ORX_ARCH}/cmake)
+set(CMAKE_LIBRARY_ARCHITECTURE ${ORX_ARCH})
+# The package named first wins; a library is looked for in its own architecture's directory alone.
+function(orx_find_library var name)
+  find_library(${var} ${name} PATHS /usr/lib/${ORX_ARCH} NO_DEFAULT_PATH ${ARGN})
+endfunction()
+
+add_compile_options(-Wall -Wextra -ffp-contract=off)
+add_compile_options($<$<STREQUAL:${ORX_ARCH},i386-linux-gnu>:-mfpmath=sse>)
+if(ORX_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+orx_find_library(ORX_BLAS openblas)
+
+# Flags of everything that goes into liborx_g9.so. Nothing throws, and a kernel's data must not be
+# reached through symbols that another library could take over.
+set(ORX_KERNEL_FLAGS -fvisibility=hidden -fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-math-errno
+    -fno-unwind-tables -fno-asynchronous-unwind-tables -ftls-model=initial-exec)
+set(ORX_AVX_FLAGS -mavx -mno-avx2 -mno-fma -mpopcnt)
+set(ORX_SSE3_FLAGS -mno-avx -msse3 -mno-ssse3)
+
+# One layer of liborx_g9.so: an object library of all .cpp files below the current directory.
+function(orx_layer name)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  list(LENGTH sources count)
+  if(count EQUAL 0)
+    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/empty.cpp "")
+    set(sources ${CMAKE_CURRENT_BINARY_DIR}/empty.cpp)
+  endif()
+  add_library(${name} OBJECT ${sources})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/include)
+  target_compile_options(${name} PRIVATE ${ORX_KERNEL_FLAGS})
+endfunction()
