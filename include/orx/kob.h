@@ -266,6 +266,40 @@ uint64_t __kobiPowMod2P59(uint32_t a_low, uint32_t a_high, uint32_t n_low, uint3
 void __kobiVect3PowMod(uint32_t vector[3], const uint32_t row[3], uint32_t m, uint32_t n_low,
                        uint32_t n_high);
 
+/* ---- distributions ----
+ *
+ * All have the form name(method, stream, n, r, parameters...): n numbers to r, drawn from the stream. The low
+ * bits of method choose an algorithm where there are several; bit 30 asks for the accurate mode. n of 0 or
+ * less writes nothing. The generator's status is passed on; what was written before a failure stays. The
+ * domain of parameters is the caller's to check. */
+
+/* Uniform reals on [a, b): a + (b - a) u, rounded. In the accurate mode the result is kept in [a, b]; without
+ * it rounding can carry it to b or, by a last bit, past an end. */
+int _kobdRngUniform(int method, KobStream* stream, int n, double r[], double a, double b);
+int _kobsRngUniform(int method, KobStream* stream, int n, float r[], float a, float b);
+
+/* Uniform integers a to b - 1. */
+int _kobiRngUniform(int method, KobStream* stream, int n, int32_t r[], int32_t a, int32_t b);
+
+/* n words of the generator as they are. WordSize of the generator's record tells their length: one 32-bit
+ * word each (MCG31M1: 31 bits), two for MCG59 (59 bits in the low end), four for SFMT19937 and WH. */
+int _kobiRngUniformBits(int method, KobStream* stream, int n, uint32_t r[]);
+
+/* n words of 32 or 64 bits that are uniformly distributed as a whole, from the generators that have such:
+ * MCG59 (its upper bits), MT19937, MT2203, SFMT19937, true random. Two 32-bit words make a 64-bit one, the
+ * earlier in the low half. Words of SFMT19937 that a call leaves of its last 128 bits are kept in the stream
+ * for the next call of the same width. Other generators: KOB_ERROR_UNSUPPORTED_WORD_BITS, and the stream does
+ * not move. */
+int _kobiRngUniformBits32(int method, KobStream* stream, int n, uint32_t r[]);
+int _kobiRngUniformBits64(int method, KobStream* stream, int n, uint64_t r[]);
+
+/* 1 with probability p, else 0: whether a uniform of single precision is below p. 0 <= p <= 1. */
+int _kobiRngBernoulli(int method, KobStream* stream, int n, int32_t r[], double p);
+
+/* The number of failures before the first success: P(k) = p (1 - p)^k, k = 0, 1, ..., by inversion,
+ * floor(ln u / ln(1 - p)) in single precision. 0 < p < 1. */
+int _kobiRngGeometric(int method, KobStream* stream, int n, int32_t r[], double p);
+
 #ifdef __cplusplus
 }
 #endif
