@@ -92,6 +92,214 @@ typedef struct KobBrngProperties {
   KobiGenerate iGenerate; /* raw words */
 } KobBrngProperties;
 
+/* ---- the registry of basic generators ----
+ *
+ * Ids. Family i = 0, 1, 2, ... has the id (i + 1) << 20; its sub-generator k has that id plus k. Numbers
+ * below 0x100000 are the older numbering: 0 MCG31M1, 1 R250, 2 MRG32K3A, 3 MCG59, 4 to 276 WH, 277 Sobol, 278
+ * Niederreiter. docs/generators.md tells what each is good for. */
+enum {
+  KOB_BRNG_MCG31M1 = 0x100000,
+  KOB_BRNG_R250 = 0x200000,
+  KOB_BRNG_MRG32K3A = 0x300000,
+  KOB_BRNG_MCG59 = 0x400000,
+  KOB_BRNG_WH = 0x500000, /* 273 sub-generators */
+  KOB_BRNG_SOBOL = 0x600000,
+  KOB_BRNG_NIEDERR = 0x700000,
+  KOB_BRNG_MT19937 = 0x800000,
+  KOB_BRNG_MT2203 = 0x900000, /* 6024 sub-generators */
+  KOB_BRNG_IABSTRACT = 0xA00000,
+  KOB_BRNG_DABSTRACT = 0xB00000,
+  KOB_BRNG_SABSTRACT = 0xC00000,
+  KOB_BRNG_SFMT19937 = 0xD00000,
+  KOB_BRNG_TRNG = 0xE00000
+};
+
+/* Splits an id into the row and the number of the sub-generator; returns the table that the row is in. The id
+ * may be one that no generator has. */
+const KobBrngProperties* __kobGetBrngBaseOffset(uint32_t id, uint32_t* index, uint32_t* offset);
+
+/* 0 when the table has such a row and the row such a sub-generator, else KOB_ERROR_BRNG_INDEX. */
+int __kobIsBrngValid(const KobBrngProperties* table, uint32_t index, uint32_t offset);
+
+/* Copies the record of a generator. KOB_ERROR_BRNG_INDEX when there is none. */
+int __kobGetBrngProperties(uint32_t id, KobBrngProperties* properties);
+
+/* Adds a generator of the caller's and returns its id, which is positive. Checked in this order, the first
+ * failure is returned: StateSize negative KOB_ERROR_BAD_STATE_SIZE, WordSize KOB_ERROR_BAD_WORD_SIZE,
+ * SeedCount below 1 KOB_ERROR_BAD_SEED_COUNT, BitCount below 1 KOB_ERROR_BAD_BIT_COUNT, a null function
+ * KOB_ERROR_NULL_PTR; KOB_ERROR_BRNG_INDEX when all 512 rows are taken. Not to be called from two threads at
+ * once. Images of streams (saving and loading) hold states of up to 65535 bytes. */
+int __kobRegisterBrng(const KobBrngProperties* properties);
+
+/* The number of generator families, registered ones included. */
+int __kobGetNumRegBrngs(void);
+
+/* ---- creating, copying, splitting ---- */
+
+/* A new stream of generator `id`, seeded from n words at params; what a generator makes of them stands with
+ * its functions below. KOB_ERROR_BRNG_INDEX for an id that is not valid or of an abstract stream,
+ * KOB_ERROR_MEM_FAILURE, or what the seeding returned; in the last case *stream is allocated and is to be
+ * deleted. */
+int __kobNewStreamEx(KobStream** stream, uint32_t id, int n, const uint32_t params[]);
+
+/* The first half of the above: checks the row, allocates and writes the header. The state is unwritten. */
+int __kobAllocateStream(KobStream** stream, const KobBrngProperties* table, uint32_t id, uint32_t index,
+                        uint32_t offset);
+
+/* Frees a stream and its chunks and makes *stream null. A null *stream is allowed. Returns 0. */
+int __kobDeleteStream(KobStream** stream);
+
+/* A second stream that goes on exactly as `source` does. On failure nothing is left over. */
+int __kobCopyStream(KobStream** stream, const KobStream* source);
+
+/* Carries the position and the chunks of `source` over to a stream of the same generator. What moves is
+ * WordSize * SeedCount bytes of the state, as far as both states reach: multipliers changed by a leapfrog
+ * (MCG31M1, MCG59) and the parameters of an MT2203 sub-generator stay those of dest. When a chunk cannot be
+ * copied, dest ends without chunks. */
+int __kobCopyStreamState(KobStream* dest, const KobStream* source);
+
+/* Makes the stream deliver every nstreams-th number of its sequence, beginning with the k-th from here
+ * (k = 0, 1, ...). KOB_ERROR_LEAPFROG_NSTREAMS for a negative nstreams, KOB_ERROR_LEAPFROG_UNSUPPORTED when
+ * the generator cannot. */
+int __kobLeapfrogStream(KobStream* stream, uint32_t k, int nstreams);
+
+/* Moves the stream on by nskip of the numbers that it delivers (on a leapfrogged stream, its own numbers).
+ * KOB_ERROR_SKIPAHEAD_UNSUPPORTED when the generator cannot. */
+int __kobSkipAheadStream(KobStream* stream, uint64_t nskip);
+
+/* The id that the stream was made with. */
+int __kobGetStreamStateBrng(const KobStream* stream);
+
+/* ---- chunks ---- */
+
+/* Adds a chunk at the head of the list. `data` comes from orx_serv_allocate; on success the stream owns it. A
+ * `global_id` (null for none) makes the block a shared one: when the process has a block of that name
+ * already, the chunk takes that one and `data` stays the caller's; else the name is entered, as long as the
+ * table has room, and the block is private when it has none. KOB_ERROR_MEM_FAILURE. */
+int __kobAddChunk(KobStream* stream, uint32_t chunk_id, const KobGlobalId* global_id, void* data,
+                  uint32_t size);
+
+/* The data of the first chunk of that kind, null when there is none. */
+void* __kobSearchChunk(const KobStream* stream, uint32_t chunk_id);
+
+int __kobGetNumChunks(const KobStream* stream);
+
+/* Adds copies of all chunks of source; shared blocks are shared. On failure dest ends without chunks. */
+int __kobCopyChunks(KobStream* dest, const KobStream* source);
+
+/* Frees all chunks. Returns 0. */
+int __kobDeleteChunks(KobStream* stream);
+
+/* ---- blocks shared between streams: a table of 128 in the process, counted references ---- */
+
+typedef struct KobGlobalEntry {
+  KobGlobalId EntryId;
+  int32_t RefCount;
+  void* Data;
+  uint32_t Size; /* bytes of Data, 0 when it was not told */
+} KobGlobalEntry;
+
+/* KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND for a null id, one that is all zero, or one that is not in the table. */
+int __kobFindGlobRODataTableEntry(KobGlobalEntry** entry, const KobGlobalId* id);
+
+/* A name that no entry has, from the time-stamp counter and the caller's value. Returns 0. */
+int __kobGenerateNewGlobalRODataTableEntryId(KobGlobalId* id, int32_t value);
+
+/* Enters a block with one reference. KOB_ERROR_GLOBAL_TABLE_FULL. */
+int __kobCreateGlobRODataTableEntry(KobGlobalEntry** entry, const KobGlobalId* id, void* data);
+
+/* Makes a chunk share the block of that name. KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND. */
+int __kobRegisterGlobRODataReference(KobChunk* chunk, const KobGlobalId* id);
+
+/* Gives one reference back; the last one frees the block. KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND. */
+int __kobUnregisterGlobRODataReference(const KobGlobalId* id);
+
+/* ---- basic generators ----
+ *
+ * Every family has the four functions of its record. InitStream returns KOB_ERROR_METHOD for a method other
+ * than 0, 1, 2. The block functions of pseudo generators cannot fail. Single-precision numbers are the
+ * double-precision ones, rounded. */
+#define KOB_BRNG_FUNCTIONS(Name)                                                                  \
+  int __kobBRng##Name##InitStream(int method, KobStream* stream, int n, const uint32_t params[]); \
+  int __kobsBRng##Name(KobStream* stream, int n, float r[], float a, float b);                    \
+  int __kobdBRng##Name(KobStream* stream, int n, double r[], double a, double b);                 \
+  int __kobiBRng##Name(KobStream* stream, int n, uint32_t r[]);
+
+/* Multiplicative congruential generator modulo 2^31 - 1 with multiplier 1132489760 (L'Ecuyer, Math. Comp. 68,
+ * 1999), period 2^31 - 2. Seed: params[0] mod (2^31 - 1), 0 counts as 1, as does an empty seed. Words:
+ * 32-bit, 1 to 2^31 - 2. Leapfrog and skip. */
+KOB_BRNG_FUNCTIONS(MCG31M1)
+
+/* Multiplicative congruential generator modulo 2^59 with multiplier 13^13 (the NAG generator), period 2^57
+ * for an odd seed; even seeds are taken as they are and have shorter ones. Seed: params[0] and the low 27
+ * bits of params[1]; 0 counts as 1, as does an empty seed. Words: 64-bit, 59 of them significant. Leapfrog
+ * and skip. */
+KOB_BRNG_FUNCTIONS(MCG59)
+
+/* MRG32k3a, two combined recursions of order three (L'Ecuyer, Operations Research 47, 1999), period about
+ * 2^191. Seed: up to six words, the missing ones are 1; a component of zeros gets a 1. Words: 32-bit, 0 to
+ * 2^32 - 210. Skip, no leapfrog. */
+KOB_BRNG_FUNCTIONS(MRG32K3A)
+
+/* Generalized feedback shift register x(n) = x(n-147) xor x(n-250), which is x(n) = x(n-103) xor x(n-250) run
+ * backwards (Kirkpatrick and Stoll, J. Comput. Phys. 40, 1981), period 2^250 - 1. Seed: 250 words as they
+ * are, or one word that the register is filled from. Words: 32-bit. Neither leapfrog nor skip. */
+KOB_BRNG_FUNCTIONS(R250)
+
+/* 273 combined generators, each of four multiplicative congruential generators with moduli just below 2^24
+ * (after Wichmann and Hill, Applied Statistics 31, 1982; MacLaren, Math. Comp. 53, 1989). Seed: up to four
+ * words, each mod its modulus, missing ones and 0 count as 1. Words: four 32-bit values each. Leapfrog and
+ * skip. */
+KOB_BRNG_FUNCTIONS(WH)
+
+/* a^n mod m, for 0 < m; the exponent is n_low + 2^32 n_high. */
+uint32_t __kobiPowMod(uint32_t a, uint32_t n_low, uint32_t n_high, uint32_t m);
+
+/* a^n mod 2^31 - 1. */
+uint32_t __kobiPowMod2P31M1(uint32_t a, uint32_t n_low, uint32_t n_high);
+
+/* a^n mod 2^59. */
+uint64_t __kobiPowMod2P59(uint32_t a_low, uint32_t a_high, uint32_t n_low, uint32_t n_high);
+
+/* vector <- C^n vector mod m, C the companion matrix with top row `row`: one step of C makes the new first
+ * element row . vector and moves the others down. */
+void __kobiVect3PowMod(uint32_t vector[3], const uint32_t row[3], uint32_t m, uint32_t n_low,
+                       uint32_t n_high);
+
+/* ---- distributions ----
+ *
+ * All have the form name(method, stream, n, r, parameters...): n numbers to r, drawn from the stream. The low
+ * bits of method choose an algorithm where there are several; bit 30 asks for the accurate mode. n of 0 or
+ * less writes nothing. The generator's status is passed on; what was written before a failure stays. The
+ * domain of parameters is the caller's to check. */
+
+/* Uniform reals on [a, b): a + (b - a) u, rounded. In the accurate mode the result is kept in [a, b]; without
+ * it rounding can carry it to b or, by a last bit, past an end. */
+int _kobdRngUniform(int method, KobStream* stream, int n, double r[], double a, double b);
+int _kobsRngUniform(int method, KobStream* stream, int n, float r[], float a, float b);
+
+/* Uniform integers a to b - 1. */
+int _kobiRngUniform(int method, KobStream* stream, int n, int32_t r[], int32_t a, int32_t b);
+
+/* n words of the generator as they are. WordSize of the generator's record tells their length: one 32-bit
+ * word each (MCG31M1: 31 bits), two for MCG59 (59 bits in the low end), four for SFMT19937 and WH. */
+int _kobiRngUniformBits(int method, KobStream* stream, int n, uint32_t r[]);
+
+/* n words of 32 or 64 bits that are uniformly distributed as a whole, from the generators that have such:
+ * MCG59 (its upper bits), MT19937, MT2203, SFMT19937, true random. Two 32-bit words make a 64-bit one, the
+ * earlier in the low half. Words of SFMT19937 that a call leaves of its last 128 bits are kept in the stream
+ * for the next call of the same width. Other generators: KOB_ERROR_UNSUPPORTED_WORD_BITS, and the stream does
+ * not move. */
+int _kobiRngUniformBits32(int method, KobStream* stream, int n, uint32_t r[]);
+int _kobiRngUniformBits64(int method, KobStream* stream, int n, uint64_t r[]);
+
+/* 1 with probability p, else 0: whether a uniform of single precision is below p. 0 <= p <= 1. */
+int _kobiRngBernoulli(int method, KobStream* stream, int n, int32_t r[], double p);
+
+/* The number of failures before the first success: P(k) = p (1 - p)^k, k = 0, 1, ..., by inversion,
+ * floor(ln u / ln(1 - p)) in single precision. 0 < p < 1. */
+int _kobiRngGeometric(int method, KobStream* stream, int n, int32_t r[], double p);
+
 #ifdef __cplusplus
 }
 #endif

@@ -41,6 +41,13 @@ inline KobChunk* chunks(const KobStream* stream) {
   return reinterpret_cast<KobChunk*>(static_cast<uintptr_t>(stream->Chunks));
 }
 
+// The number of the sub-generator that the stream was made for.
+inline uint32_t sub_generator(const KobStream* stream) {
+  uint32_t index, offset;
+  __kobGetBrngBaseOffset(stream->BrngId, &index, &offset);
+  return offset;
+}
+
 inline uint64_t word64(const uint32_t* low_first) { return low_first[0] | uint64_t(low_first[1]) << 32; }
 
 struct NoLeapfrog {
@@ -71,44 +78,18 @@ int init_stream(int method, KobStream* stream, int n, const uint32_t* params) {
   }
 }
 
-// The number of the sub-generator that the stream was made for.
-inline uint32_t sub_generator(const KobStream* stream);
-
 }  // namespace orx::brng
 
 // The four functions of one row of the registry, and the check of a loaded state.
-#define ORX_BRNG_DECLARE(Name)                                                                           \
-  ORX_API int __kobBRng##Name##InitStream(int method, KobStream* stream, int n, const uint32_t* params); \
-  ORX_API int __kobsBRng##Name(KobStream* stream, int n, float* r, float a, float b);                    \
-  ORX_API int __kobdBRng##Name(KobStream* stream, int n, double* r, double a, double b);                 \
-  ORX_API int __kobiBRng##Name(KobStream* stream, int n, uint32_t* r);                                   \
-  extern "C" bool _kobAdopt##Name(KobStream* stream);
-
-#define ORX_BRNG_FUNCTIONS(Name)                                                                    \
-  ORX_BRNG_DECLARE(Name)                                                                            \
-  int __kobBRng##Name##InitStream(int method, KobStream* stream, int n, const uint32_t* params) {   \
-    return orx::brng::init_stream<Name>(method, stream, n, params);                                 \
-  }                                                                                                 \
-  int __kobsBRng##Name(KobStream* stream, int n, float* r, float a, float b) {                      \
-    return Name::reals<float>(stream, n, r, a, b);                                                  \
-  }                                                                                                 \
-  int __kobdBRng##Name(KobStream* stream, int n, double* r, double a, double b) {                   \
-    return Name::reals<double>(stream, n, r, a, b);                                                 \
-  }                                                                                                 \
-  int __kobiBRng##Name(KobStream* stream, int n, uint32_t* r) { return Name::words(stream, n, r); } \
-  bool _kobAdopt##Name(KobStream* stream) { return Name::adopt(stream); }
-
-// The rows of every generator family that generators.def names.
-#define ORX_BRNG(Name, ...) ORX_BRNG_DECLARE(Name)
-#define ORX_BRNG_TO_COME(...)
-#include "kob_sub_kernel/_service/generators.def"
-#undef ORX_BRNG
-#undef ORX_BRNG_TO_COME
-
-ORX_API const KobBrngProperties* __kobGetBrngBaseOffset(uint32_t id, uint32_t* index, uint32_t* offset);
-
-inline uint32_t orx::brng::sub_generator(const KobStream* stream) {
-  uint32_t index, offset;
-  __kobGetBrngBaseOffset(stream->BrngId, &index, &offset);
-  return offset;
-}
+#define ORX_BRNG_FUNCTIONS(Name)                                                                            \
+  ORX_API int __kobBRng##Name##InitStream(int method, KobStream* stream, int n, const uint32_t* params) {   \
+    return orx::brng::init_stream<Name>(method, stream, n, params);                                         \
+  }                                                                                                         \
+  ORX_API int __kobsBRng##Name(KobStream* stream, int n, float* r, float a, float b) {                      \
+    return Name::reals<float>(stream, n, r, a, b);                                                          \
+  }                                                                                                         \
+  ORX_API int __kobdBRng##Name(KobStream* stream, int n, double* r, double a, double b) {                   \
+    return Name::reals<double>(stream, n, r, a, b);                                                         \
+  }                                                                                                         \
+  ORX_API int __kobiBRng##Name(KobStream* stream, int n, uint32_t* r) { return Name::words(stream, n, r); } \
+  extern "C" bool _kobAdopt##Name(KobStream* stream) { return Name::adopt(stream); }
