@@ -9,10 +9,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   return 0;
 }
 
-// Images of every generator, with left-overs, to begin with: written into the directory that is the first argument
-// when there are no others.
+// Images of every generator, with left-overs, to begin with: written into the corpus directory, the first argument.
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
-  if (*argc != 2 || (*argv)[1][0] == '-') return 0;
+  if (*argc < 2 || (*argv)[1][0] == '-') return 0;
   for (uint32_t row = 0; row < 14; ++row) {
     KobStream* stream = nullptr;
     if (__kobNewStreamEx(&stream, (row + 1) << 20, 0, nullptr) != KOB_STATUS_OK) continue;
