@@ -266,6 +266,54 @@ uint64_t __kobiPowMod2P59(uint32_t a_low, uint32_t a_high, uint32_t n_low, uint3
 void __kobiVect3PowMod(uint32_t vector[3], const uint32_t row[3], uint32_t m, uint32_t n_low,
                        uint32_t n_high);
 
+/* Not 0 when the processor has RDRAND, which the true random generator draws from. */
+int __kobCPUisRDRAND(void);
+
+/* ---- saving and loading ----
+ *
+ * An image of a stream: a header of 16 bytes (format version 1, "RNG", header size, state size, number of
+ * chunks, two bytes 0, generator id), the state, and per chunk its kind, the name of its shared block, its
+ * size and its data; all little-endian, the same in a file and in memory. A loaded stream goes on as the
+ * saved one would have. Images of states above 65535 bytes (registered generators) cannot be loaded, and of
+ * more than 65535 chunks the rest is lost.
+ *
+ * A file name is `name_length` bytes long, or zero-terminated when name_length is negative. */
+
+/* Bytes of the stream's image. */
+int __kobGetStreamSize(const KobStream* stream);
+
+/* KOB_ERROR_MEM_FAILURE, KOB_ERROR_FILE_OPEN, KOB_ERROR_FILE_WRITE, KOB_ERROR_FILE_CLOSE. A failure can leave
+ * a part of the file. Of chunks only the last one's status is told. */
+int __kobSaveStreamF(const KobStream* stream, const char* name, int name_length);
+
+/* To memory of __kobGetStreamSize bytes. Returns 0. */
+int __kobSaveStreamM(const KobStream* stream, void* memory);
+
+/* A new stream from a file. The file may hold anything: KOB_ERROR_FILE_OPEN, KOB_ERROR_FILE_READ (too short;
+ * chunks in the other byte order), KOB_ERROR_BAD_FILE_FORMAT (no image; a generator that is not there; a
+ * state or a chunk that its generator could not use), KOB_ERROR_UNSUPPORTED_FILE_VER,
+ * KOB_ERROR_TRNG_UNSUPPORTED, KOB_ERROR_MEM_FAILURE, KOB_ERROR_FILE_CLOSE. *stream is null after any failure.
+ */
+int __kobLoadStreamF(KobStream** stream, const char* name, int name_length);
+
+/* The same from memory, with KOB_ERROR_BAD_MEM_FORMAT for what is wrong with the image. Its lengths are
+ * believed: the image must be whole. */
+int __kobLoadStreamM(KobStream** stream, const void* memory);
+
+/* The steps of the above. `file` is a FILE*, `cursor` a KobCursor*; both sorts return 0, KOB_ERROR_FILE_WRITE
+ * or KOB_ERROR_FILE_READ. */
+typedef struct KobCursor {
+  unsigned char* Base;
+  uint32_t Position;
+} KobCursor;
+
+int __kobSaveToFile(void* buffer, uint32_t size, uint32_t count, void* file);
+int __kobSaveToMemory(void* buffer, uint32_t size, uint32_t count, void* cursor);
+int __kobLoadFromFile(void* buffer, uint32_t size, uint32_t count, void* file);
+int __kobLoadFromMemory(void* buffer, uint32_t size, uint32_t count, void* cursor);
+int __kobSkipLoadingFromFile(void* file, uint32_t bytes);
+int __kobSkipLoadingFromMemory(void* cursor, uint32_t bytes);
+
 /* ---- distributions ----
  *
  * All have the form name(method, stream, n, r, parameters...): n numbers to r, drawn from the stream. The low

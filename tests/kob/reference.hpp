@@ -77,4 +77,22 @@ inline Reference r250() {
           real_of_word32};
 }
 
-inline std::vector<Reference> references() { return {mcg31m1(), mcg59(), mrg32k3a(), r250()}; }
+// The last row of the tables: moduli 16766363, 16766359, 16766327, 16766231 with multipliers 126, 127, 125, 124.
+inline Reference wh() {
+  return {"WH", KOB_BRNG_WH + 272, {1234567, 0, 16766327 + 5, 0xFFFFFFFF},
+          [] {
+            return [x = std::vector<uint64_t>{1234567, 1, 5, 0xFFFFFFFF % 16766231}]() mutable {
+              const Words now(x.begin(), x.end());
+              const uint64_t m[] = {16766363, 16766359, 16766327, 16766231}, a[] = {126, 127, 125, 124};
+              for (int i = 0; i < 4; ++i) x[i] = x[i] * a[i] % m[i];
+              return now;
+            };
+          },
+          [](const Words& w, double a, double b) {
+            const double inverse[] = {1.0 / 16766363, 1.0 / 16766359, 1.0 / 16766327, 1.0 / 16766231};
+            const double sum = ((w[0] * inverse[0] + w[1] * inverse[1]) + w[2] * inverse[2]) + w[3] * inverse[3];
+            return (sum - int(sum)) * (b - a) + a;
+          }};
+}
+
+inline std::vector<Reference> references() { return {mcg31m1(), mcg59(), mrg32k3a(), r250(), wh()}; }

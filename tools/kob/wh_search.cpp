@@ -253,7 +253,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: %s TABLE [TRIALS]\n", argv[0]);
     return 2;
   }
-  const int trials = argc > 2 ? std::atoi(argv[2]) : 100000;
+  const int trials = argc > 2 ? std::atoi(argv[2]) : 20000;
   std::vector<Row> rows = choose_moduli();
   double worst = 1, sum = 0;
   for (int k = 1; k < kRows - 1; ++k) {

@@ -67,25 +67,27 @@ struct MCG31M1 : NothingToCheck {
 
   template <class Sink>
   static void generate(State& s, int n, Sink sink) {
-    constexpr int kLanes = 8;
+    constexpr int kLanes = 16;
     int i = 0;
-    if (n >= 2 * kLanes) {
-      alignas(16) uint32_t lane[kLanes];
-      lane[0] = s.X;
-      for (int j = 1; j < kLanes; ++j) lane[j] = multiply_2p31m1(lane[j - 1], s.Multiplier);
-      uint32_t jump = s.Multiplier;
-      for (int j = 1; j < kLanes; j *= 2) jump = multiply_2p31m1(jump, jump);
-      const __m128i doubled = _mm_set1_epi32(int32_t(2 * jump));
-      __m128i x0 = load4(lane), x1 = load4(lane + 4);
-      for (; i + kLanes <= n; i += kLanes) {
-        sink(i, x0);
-        sink(i + 4, x1);
-        x0 = step4(x0, doubled);
-        x1 = step4(x1, doubled);
+    if (n >= kLanes) {
+      uint32_t first[4] = {s.X}, jump = s.Multiplier;
+      for (int j = 1; j < 4; ++j) first[j] = multiply_2p31m1(first[j - 1], jump);
+      const auto square = [&jump] { return jump = multiply_2p31m1(jump, jump); };
+      square();
+      __m128i x[kLanes / 4] = {load4(first)};
+      for (int made = 1; made < kLanes / 4; made *= 2) {
+        const __m128i ahead = _mm_set1_epi32(int32_t(2 * square()));
+        for (int j = 0; j < made; ++j) x[made + j] = step4(x[j], ahead);
       }
-      store4(lane, x0);
-      store4(lane + 4, x1);
-      s.X = lane[0];
+      const __m128i ahead = _mm_set1_epi32(int32_t(2 * square()));
+      for (; i + kLanes <= n; i += kLanes)
+        for (int j = 0; j < kLanes / 4; ++j) {
+          sink(i + 4 * j, x[j]);
+          x[j] = step4(x[j], ahead);
+        }
+      int j = 0;
+      for (; i + 4 <= n; i += 4) sink(i, x[j++]);
+      s.X = uint32_t(_mm_cvtsi128_si32(x[j]));
     }
     for (; i < n; ++i) {
       sink(i, s.X);

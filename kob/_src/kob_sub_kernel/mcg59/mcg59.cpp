@@ -84,27 +84,34 @@ struct MCG59 : NothingToCheck {
   };
 
   // Two words times a common multiplier mod 2^59. The product of the high halves lies beyond.
-  static __m128i step2(__m128i x, __m128i a, __m128i a_high) {
-    const __m128i cross = _mm_add_epi64(_mm_mul_epu32(_mm_srli_epi64(x, 32), a), _mm_mul_epu32(x, a_high));
-    const __m128i product = _mm_add_epi64(_mm_mul_epu32(x, a), _mm_slli_epi64(cross, 32));
+  static __m128i step2(__m128i x, uint64_t a) {
+    const __m128i low = _mm_set1_epi64x(int64_t(a)), high = _mm_set1_epi64x(int64_t(a >> 32));
+    const __m128i cross = _mm_add_epi64(_mm_mul_epu32(_mm_srli_epi64(x, 32), low), _mm_mul_epu32(x, high));
+    const __m128i product = _mm_add_epi64(_mm_mul_epu32(x, low), _mm_slli_epi64(cross, 32));
     return _mm_and_si128(product, _mm_set1_epi64x(int64_t(kMask59)));
   }
 
   template <class Sink>
   static void generate(State& s, int n, Sink sink) {
-    constexpr int kLanes = 4;
+    constexpr int kLanes = 8;
     int i = 0;
-    if (n >= 2 * kLanes) {
-      const uint64_t a = s.Multiplier, a2 = a * a & kMask59, a4 = a2 * a2 & kMask59;
-      const __m128i jump = _mm_set1_epi64x(int64_t(a4)), jump_high = _mm_srli_epi64(jump, 32);
-      __m128i x0 = _mm_set_epi64x(int64_t(s.X * a & kMask59), int64_t(s.X));
-      __m128i x1 = step2(x0, _mm_set1_epi64x(int64_t(a2)), _mm_set1_epi64x(int64_t(a2 >> 32)));
-      for (; i + kLanes <= n; i += kLanes) {
-        sink(i, x0, x1);
-        x0 = step2(x0, jump, jump_high);
-        x1 = step2(x1, jump, jump_high);
+    if (n >= kLanes) {
+      uint64_t jump = s.Multiplier;
+      __m128i x[kLanes / 2] = {_mm_set_epi64x(int64_t(s.X * jump & kMask59), int64_t(s.X))};
+      for (int made = 1; made < kLanes / 2; made *= 2) {
+        jump = jump * jump & kMask59;
+        for (int j = 0; j < made; ++j) x[made + j] = step2(x[j], jump);
       }
-      _mm_storel_epi64(reinterpret_cast<__m128i*>(&s.X), x0);
+      jump = jump * jump & kMask59;
+      for (; i + kLanes <= n; i += kLanes)
+        for (int j = 0; j < kLanes / 2; j += 2) {
+          sink(i + 2 * j, x[j], x[j + 1]);
+          x[j] = step2(x[j], jump);
+          x[j + 1] = step2(x[j + 1], jump);
+        }
+      int j = 0;
+      for (; i + 4 <= n; i += 4, j += 2) sink(i, x[j], x[j + 1]);
+      _mm_storel_epi64(reinterpret_cast<__m128i*>(&s.X), x[j]);
     }
     for (; i < n; ++i) {
       sink(i, s.X);

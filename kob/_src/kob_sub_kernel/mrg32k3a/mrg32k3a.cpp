@@ -18,15 +18,16 @@ constexpr int kLanes = 8;             // numbers made side by side
 constexpr int kHistory = 3 * kLanes;  // what they are made from
 constexpr int kBlock = 256;
 
-// One component: s(n) = c[0] s(n-1) + c[1] s(n-2) + c[2] s(n-3) mod m.
+// One component: s(n) = c[0] s(n-1) + c[1] s(n-2) + c[2] s(n-3) mod m. Residues are of size below m, of
+// either sign.
 struct Component {
-  double m, inverse, c[3];
-  // The recursion of every kLanes-th number, of order three again. Its coefficients are 2^16 high + low with
-  // both parts below 2^15 in size, so that sums of their products with residues are exact.
+  double m, c[3];
+  // The recursion of every kLanes-th number, of order three again. Its coefficients are high + low, high a
+  // multiple of 2^15 and low at most 2^14 in size, so that products with residues, and their sums, are exact.
   double high[3], low[3];
 
   constexpr Component(uint32_t modulus, int64_t c1, int64_t c2, int64_t c3)
-      : m(modulus), inverse(1.0 / modulus), c{double(c1), double(c2), double(c3)}, high{}, low{} {
+      : m(modulus), c{double(c1), double(c2), double(c3)}, high{}, low{} {
     // Going to every second number squares the roots of the characteristic polynomial x^3 - e1 x^2 + e2 x -
     // e3 (Graeffe).
     const int64_t p = modulus;
@@ -41,27 +42,30 @@ struct Component {
     const uint64_t far[3] = {e1, (p - e2) % p, e3};
     for (int i = 0; i < 3; ++i) {
       const int64_t balanced = int64_t(far[i]) > p / 2 ? int64_t(far[i]) - p : int64_t(far[i]);
-      const int64_t upper = (balanced + 0x8000) >> 16;
+      const int64_t upper = ((balanced + 0x4000) >> 15) * 0x8000;
       high[i] = double(upper);
-      low[i] = double(balanced - upper * 0x10000);
+      low[i] = double(balanced - upper);
     }
   }
 
-  // A residue of p, |p| < 2^53, of size at most m / 2 + 1. Adding and taking away 3 * 2^51 rounds to an
-  // integer.
+  // A residue of p + rest. 2^32 is worth 2^32 - m, at most 2^14.5: p is split into a multiple of 2^32, by
+  // adding and taking away 3 * 2^83, and what is left. For |p| < 2^48 and no rest the result is of size at
+  // most 2^31 + 2^30.5 < m.
   template <class V>
-  V reduce(V p) const {
-    const V quotient = (p * inverse + 0x3p51) - 0x3p51;
-    return p - quotient * m;
+  V fold(V p, V rest) const {
+    const V top = (p + 0x3p83) - 0x3p83;
+    return top * (1 - m * 0x1p-32) + ((p - top) + rest);
   }
 
   // The next number, and the next four of those kLanes apart; s points at it in the sequence.
-  double next(const double* s) const { return reduce(c[1] * s[-2] + c[2] * s[-3] + c[0] * s[-1]); }
+  double next(const double* s) const {
+    return fold(fold(c[1] * s[-2] + c[2] * s[-3] + c[0] * s[-1], 0.), 0.);
+  }
   __m256d next4(const double* s) const {
     const __m256d s1 = _mm256_load_pd(s - kLanes), s2 = _mm256_load_pd(s - 2 * kLanes),
                   s3 = _mm256_load_pd(s - 3 * kLanes);
-    const __m256d upper = reduce(high[1] * s2 + high[2] * s3 + high[0] * s1);
-    return reduce(upper * 0x1p16 + (low[1] * s2 + low[2] * s3 + low[0] * s1));
+    const __m256d lower = low[1] * s2 + low[2] * s3 + low[0] * s1;
+    return fold(fold(high[1] * s2 + high[2] * s3 + high[0] * s1, lower), _mm256_setzero_pd());
   }
 
   double canonical(double s) const { return s < 0 ? s + m : s; }
