@@ -252,6 +252,24 @@ KOB_BRNG_FUNCTIONS(R250)
  * skip. */
 KOB_BRNG_FUNCTIONS(WH)
 
+/* Mersenne twister (Matsumoto and Nishimura, ACM Trans. Model. Comput. Simul. 8, 1998), period 2^19937 - 1.
+ * Seed: a key of any length, all of it used, by the authors' initialisation by array; an empty key counts as
+ * the word 1. Words: 32-bit. Neither leapfrog nor skip. */
+KOB_BRNG_FUNCTIONS(MT19937)
+
+/* 6024 Mersenne twisters of period 2^2203 - 1 with parameters of their own, and no common factor in their
+ * characteristic polynomials, for independent streams (after the dynamic creation of Matsumoto and Nishimura,
+ * Monte Carlo and Quasi-Monte Carlo Methods 1998, Springer 2000). Seed as MT19937. Words: 32-bit. Neither
+ * leapfrog nor skip. */
+KOB_BRNG_FUNCTIONS(MT2203)
+
+/* SIMD-oriented fast Mersenne twister (Saito and Matsumoto, Monte Carlo and Quasi-Monte Carlo Methods 2006,
+ * Springer 2008), period a multiple of 2^19937 - 1. Seed as MT19937, by the authors' initialisation by array.
+ * Words: 128-bit, four 32-bit words each, the lowest first. Neither leapfrog nor skip. Reals are made of the
+ * 32-bit words one by one, but are taken from the sequence in whole 128-bit words: what a call for reals
+ * leaves over goes to the next call for reals, and calls for words go on behind it. */
+KOB_BRNG_FUNCTIONS(SFMT19937)
+
 /* a^n mod m, for 0 < m; the exponent is n_low + 2^32 n_high. */
 uint32_t __kobiPowMod(uint32_t a, uint32_t n_low, uint32_t n_high, uint32_t m);
 

@@ -22,17 +22,21 @@ using Dimensions = std::array<int, kWord + 1>;  // k[v] for v = 1 .. 32
 
 class Lattice {
  public:
+  Lattice(const Lattice&) = delete;
   explicit Lattice(const Row& row) : row_(row) {
-    for (int i = 0; i < kWord; ++i) basis_[i] = {1u << i, 0, 0, {}}, unit_[i] = 1u << i;
+    for (int i = 0; i < kWord; ++i) {
+      store_[i].lead = unit_[i] = 1u << i;
+      basis_[i] = &store_[i];
+    }
     // Any state but zero will do: modulo the lattice each is a multiple of each other.
-    loose_.state[1] = 1;
+    loose_->state[1] = 1;
   }
 
   // k(v) alone.
   int dimension(int v) {
     const uint32_t top = ~0u << (kWord - v);
     reduce(top);
-    return least_drop(top)->drop;
+    return basis_[least_drop(top)]->drop;
   }
 
   // All of them.
@@ -41,7 +45,7 @@ class Lattice {
     uint32_t places = ~0u;  // where basis_ holds a vector
     for (int v = kWord; v >= 1; --v) {
       reduce(~0u << (kWord - v));
-      k[v] = least_drop(places)->drop;
+      k[v] = basis_[least_drop(places)]->drop;
       places &= ~loosen(kWord - v);
     }
     return k;
@@ -56,11 +60,11 @@ class Lattice {
     uint32_t state[kN + kRoom];
   };
 
-  Vector* least_drop(uint32_t members) {
-    Vector* least = &basis_[__builtin_ctz(members)];
+  int least_drop(uint32_t members) const {
+    int least = __builtin_ctz(members);
     for (; members; members &= members - 1) {
-      Vector* x = &basis_[__builtin_ctz(members)];
-      if (x->drop < least->drop) least = x;
+      const int i = __builtin_ctz(members);
+      if (basis_[i]->drop < basis_[least]->drop) least = i;
     }
     return least;
   }
@@ -69,11 +73,11 @@ class Lattice {
   void reduce(uint32_t top) {
     while (advance(top)) {
       uint32_t members = 0;  // the vectors whose leading coefficients add up to the loose one's
-      for (uint32_t bits = loose_.lead & top; bits; bits &= bits - 1) members ^= unit_[__builtin_ctz(bits)];
-      Vector* highest = least_drop(members);
-      if (highest->drop < loose_.drop) {
-        std::swap(*highest, loose_);
-        const uint32_t place = 1u << (highest - basis_);
+      for (uint32_t bits = loose_->lead & top; bits; bits &= bits - 1) members ^= unit_[__builtin_ctz(bits)];
+      const int highest = least_drop(members);
+      if (basis_[highest]->drop < loose_->drop) {
+        std::swap(basis_[highest], loose_);
+        const uint32_t place = 1u << highest;
         for (uint32_t& unit : unit_)
           if (unit & place) unit ^= members ^ place;
       }
@@ -85,51 +89,50 @@ class Lattice {
   // and the highest of them becomes the loose one.  Returns its place.
   uint32_t loosen(int bit) {
     const uint32_t members = unit_[bit];
-    Vector* highest = least_drop(members);
-    const uint32_t place = 1u << (highest - basis_);
+    const int highest = least_drop(members);
+    const uint32_t place = 1u << highest;
     for (uint32_t& unit : unit_)
       if (unit & place) unit ^= members;
-    loose_ = *highest;
+    std::swap(loose_, basis_[highest]);
     add_to_loose(members & ~place);
     return place;
   }
 
   void add_to_loose(uint32_t members) {
     for (; members; members &= members - 1) {
-      const Vector& x = basis_[__builtin_ctz(members)];
-      uint32_t* to = loose_.state + loose_.at;
+      const Vector& x = *basis_[__builtin_ctz(members)];
+      uint32_t* to = loose_->state + loose_->at;
       const uint32_t* from = x.state + x.at;
       for (int i = 0; i < kN; ++i) to[i] ^= from[i];
-      loose_.lead ^= x.lead;
+      loose_->lead ^= x.lead;
     }
   }
 
   // Brings the leading coefficient of the loose vector to the front; false when the vector is zero.
   bool advance(uint32_t top) {
-    if (loose_.lead & top) return true;
-    const uint32_t* s = loose_.state + loose_.at;
+    if (loose_->lead & top) return true;
+    const uint32_t* s = loose_->state + loose_->at;
     if ((s[0] & ~kLowerMask) == 0 && std::all_of(s + 1, s + kN, [](uint32_t x) { return x == 0; }))
       return false;
-    while ((loose_.lead & top) == 0) step();
+    while ((loose_->lead & top) == 0) step();
     return true;
   }
 
   void step() {
-    if (loose_.at == kRoom) {
-      std::memmove(loose_.state, loose_.state + kRoom, kN * sizeof(uint32_t));
-      loose_.at = 0;
+    if (loose_->at == kRoom) {
+      std::memmove(loose_->state, loose_->state + kRoom, kN * sizeof(uint32_t));
+      loose_->at = 0;
     }
-    const uint32_t word = next_word(loose_.state + loose_.at, row_.matrix);
-    loose_.state[loose_.at++ + kN] = word;
-    loose_.lead = temper(word, row_);
-    ++loose_.drop;
+    const uint32_t word = next_word(loose_->state + loose_->at, row_.matrix);
+    loose_->state[loose_->at++ + kN] = word;
+    loose_->lead = temper(word, row_);
+    ++loose_->drop;
   }
 
   Row row_;
-  Vector basis_[kWord];
-  Vector loose_{};
-  uint32_t
-      unit_[kWord];  // unit_[b]: the vectors of the basis whose leading coefficients add up to bit b alone
+  Vector store_[kWord + 1] = {};
+  Vector *basis_[kWord], *loose_ = &store_[kWord];
+  uint32_t unit_[kWord];  // the vectors of the basis whose leading coefficients add up to one bit alone
 };
 
 // Sum over v of what k(v) falls short of its bound floor(2203 / v).

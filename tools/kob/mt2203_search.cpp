@@ -32,6 +32,13 @@ const std::map<int, Row> kGiven = {{0, {0xAF81055F, 0xDD7EEF80, 0xEFD78000}},
 struct Tempered {
   Row row;
   int defect;
+
+  // The smaller defect first. Among equals those go on that some hash prefers: with sparse masks, or dense
+  // ones, the beam would end in a corner.
+  bool operator<(const Tempered& other) const {
+    return defect != other.defect ? defect < other.defect : hash() < other.hash();
+  }
+  uint32_t hash() const { return (row.mask_b * 0x9E3779B1u ^ row.mask_c) * 0x85EBCA77u; }
 };
 
 class TemperingSearch {
@@ -82,8 +89,7 @@ class TemperingSearch {
         const int defect = x.defect + kDegree / v - Lattice(row).dimension(v);
         if (defect + rest_[v] <= bar_) level.push_back({row, defect});
       }
-    std::stable_sort(level.begin(), level.end(),
-                     [](const Tempered& x, const Tempered& y) { return x.defect < y.defect; });
+    std::sort(level.begin(), level.end());
     if (level.size() > kBeam) level.resize(kBeam);
     return level;
   }

@@ -2,8 +2,8 @@
 //
 //   raw_words ID [STREAMS] [skip]
 //
-// ID is the number of the generator, as 0x800000. With STREAMS above 1 one word each is taken in turn from that many
-// streams: from the sub-generators ID, ID + 1, ..., or, with the word "skip", from one generator,
+// ID is the number of the generator, as 0x800000. With STREAMS above 1 one word each is taken in turn from
+// that many streams: from the sub-generators ID, ID + 1, ..., or, with the word "skip", from one generator,
 // 2^40 numbers apart. Words are the generator's 32 uniform bits where it has such, else the upper 32
 // bits of its real numbers.
 #include <cstdio>
