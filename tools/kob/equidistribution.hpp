@@ -1,13 +1,13 @@
-// The dimension of equidistribution k(v) of a twister, v = 1 .. 32: the largest k such that the top v bits of k
-// successive words take all 2^(kv) values equally often (zero once less) over the whole period.
+// The dimension of equidistribution k(v) of a twister, v = 1 .. 32: the largest k such that the top v bits of
+// k successive words take all 2^(kv) values equally often (zero once less) over the whole period.
 //
-// The top v bits of the outputs from a state make v power series in 1/t.  With the unit vectors they span a lattice
-// over GF(2)[t], and k(v) is the negative of its largest successive minimum (R. Couture, P. L'Ecuyer and S. Tezuka,
-// Math. Comp. 60 (1993) 749-761).  A reduced basis is found by adding together vectors whose leading coefficients
-// are linearly dependent.  A vector is held as its leading coefficient and the state that makes all later ones
-// (S. Harase, M. Matsumoto and M. Saito, Math. Comp. 80 (2011) 395-407), so that an addition is an XOR of two states
-// and the multiplication by t is one step of the generator.  A basis for v bits, with the last bit struck out, spans
-// the lattice for v - 1 bits, so that one descent gives all k(v).
+// The top v bits of the outputs from a state make v power series in 1/t.  With the unit vectors they span a
+// lattice over GF(2)[t], and k(v) is the negative of its largest successive minimum (R. Couture, P. L'Ecuyer
+// and S. Tezuka, Math. Comp. 60 (1993) 749-761).  A reduced basis is found by adding together vectors whose
+// leading coefficients are linearly dependent.  A vector is held as its leading coefficient and the state
+// that makes all later ones (S. Harase, M. Matsumoto and M. Saito, Math. Comp. 80 (2011) 395-407), so that an
+// addition is an XOR of two states and the multiplication by t is one step of the generator.  A basis for v
+// bits, with the last bit struck out, spans the lattice for v - 1 bits, so that one descent gives all k(v).
 #pragma once
 
 #include <algorithm>
@@ -81,8 +81,8 @@ class Lattice {
     }
   }
 
-  // Strikes out a bit of the leading coefficients: the vectors that added up to it alone are now dependent, and the
-  // highest of them becomes the loose one.  Returns its place.
+  // Strikes out a bit of the leading coefficients: the vectors that added up to it alone are now dependent,
+  // and the highest of them becomes the loose one.  Returns its place.
   uint32_t loosen(int bit) {
     const uint32_t members = unit_[bit];
     Vector* highest = least_drop(members);
@@ -108,7 +108,8 @@ class Lattice {
   bool advance(uint32_t top) {
     if (loose_.lead & top) return true;
     const uint32_t* s = loose_.state + loose_.at;
-    if ((s[0] & ~kLowerMask) == 0 && std::all_of(s + 1, s + kN, [](uint32_t x) { return x == 0; })) return false;
+    if ((s[0] & ~kLowerMask) == 0 && std::all_of(s + 1, s + kN, [](uint32_t x) { return x == 0; }))
+      return false;
     while ((loose_.lead & top) == 0) step();
     return true;
   }
@@ -127,7 +128,8 @@ class Lattice {
   Row row_;
   Vector basis_[kWord];
   Vector loose_{};
-  uint32_t unit_[kWord];  // unit_[b]: the vectors of the basis whose leading coefficients add up to bit b alone
+  uint32_t
+      unit_[kWord];  // unit_[b]: the vectors of the basis whose leading coefficients add up to bit b alone
 };
 
 // Sum over v of what k(v) falls short of its bound floor(2203 / v).

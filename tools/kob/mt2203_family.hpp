@@ -2,8 +2,8 @@
 // characteristic polynomials.  Shared by the two halves of the search, and by nothing else.
 //
 // M. Matsumoto and T. Nishimura, "Mersenne Twister: a 623-dimensionally equidistributed uniform pseudo-random
-// number generator", ACM Trans. Model. Comput. Simul. 8 (1998) 3-30, and "Dynamic creation of pseudorandom number
-// generators", Monte Carlo and Quasi-Monte Carlo Methods 1998, Springer (2000) 56-69.
+// number generator", ACM Trans. Model. Comput. Simul. 8 (1998) 3-30, and "Dynamic creation of pseudorandom
+// number generators", Monte Carlo and Quasi-Monte Carlo Methods 1998, Springer (2000) 56-69.
 #pragma once
 
 #include <cstdint>

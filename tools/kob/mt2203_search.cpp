@@ -3,14 +3,15 @@
 //
 //   mt2203_search PARTIAL TABLE
 //
-// Finished rows are appended to PARTIAL, from which a later run goes on; a row depends on its number alone, so that
-// the table is the same however often the work was interrupted.  With all rows found, TABLE is written.
+// Finished rows are appended to PARTIAL, from which a later run goes on; a row depends on its number alone,
+// so that the table is the same however often the work was interrupted.  With all rows found, TABLE is
+// written.
 //
 // A row carries its identity in the low half of the matrix word, as in the dynamic creation of Matsumoto and
-// Nishimura (2000); the high half is drawn until the polynomial is irreducible.  The tempering masks then follow from
-// the top bit down: a beam keeps the masks with the least sum of defects floor(2203 / v) - k(v) so far.  A row is
-// accepted when its total defect over v = 1 .. 32 is at most that of the worst of the rows given beforehand;
-// otherwise the next irreducible polynomial is tried.
+// Nishimura (2000); the high half is drawn until the polynomial is irreducible.  The tempering masks then
+// follow from the top bit down: a beam keeps the masks with the least sum of defects floor(2203 / v) - k(v)
+// so far.  A row is accepted when its total defect over v = 1 .. 32 is at most that of the worst of the rows
+// given beforehand; otherwise the next irreducible polynomial is tried.
 #include <cstdio>
 #include <map>
 #include <random>
@@ -62,11 +63,11 @@ class TemperingSearch {
   }
 
  private:
-  static constexpr size_t kBeam = 64;
+  static constexpr size_t kBeam = 8;
   static constexpr int kDeciding = 17;  // bits below the 17th of the output bring no mask bit of their own
 
-  // The choices for bit 32 - v of both masks, and for the bit of mask_b that reaches it through mask_c.  What cannot
-  // end at the bar, unless the bits to come do better than in any row given, is dropped.
+  // The choices for bit 32 - v of both masks, and for the bit of mask_b that reaches it through mask_c.  What
+  // cannot end at the bar, unless the bits to come do better than in any row given, is dropped.
   std::vector<Tempered> next_level(const std::vector<Tempered>& beam, int v) const {
     std::vector<Tempered> level;
     const int bit = kWord - v;
@@ -106,7 +107,8 @@ std::map<int, Row> read_partial(const char* path) {
   if (std::FILE* file = std::fopen(path, "r")) {
     int number;
     Row row;
-    while (std::fscanf(file, "%d %x %x %x\n", &number, &row.matrix, &row.mask_b, &row.mask_c) == 4) rows[number] = row;
+    while (std::fscanf(file, "%d %x %x %x\n", &number, &row.matrix, &row.mask_b, &row.mask_c) == 4)
+      rows[number] = row;
     std::fclose(file);
   }
   return rows;
@@ -119,11 +121,14 @@ void write_table(const char* path, const std::map<int, Row>& rows, int bar) {
     std::exit(1);
   }
   std::fprintf(file,
-               "// Matrix word and the two tempering masks of 6024 twisters of period 2^2203 - 1; made by mt2203_search.\n"
-               "// Characteristic polynomials irreducible and distinct; total defect of equidistribution at most %d.\n",
+               "// Matrix word and the two tempering masks of 6024 twisters of period 2^2203 - 1; made by "
+               "mt2203_search.\n"
+               "// Characteristic polynomials irreducible and distinct; total defect of equidistribution at "
+               "most %d.\n",
                bar);
   for (const auto& [number, row] : rows)
-    std::fprintf(file, "{0x%08X,0x%08X,0x%08X},%s", row.matrix, row.mask_b, row.mask_c, number % 3 == 2 ? "\n" : "");
+    std::fprintf(file, "{0x%08X,0x%08X,0x%08X},%s", row.matrix, row.mask_b, row.mask_c,
+                 number % 3 == 2 ? "\n" : "");
   std::fclose(file);
 }
 

@@ -1,5 +1,6 @@
 // The Mersenne twister of M. Matsumoto and T. Nishimura, ACM Trans. Model. Comput. Simul. 8 (1998) 3-30:
-// x(k+N) = x(k+M) ^ (y >> 1) ^ (y odd ? A : 0), where y has the upper bits of x(k) and the lower bits of x(k+1).
+// x(k+N) = x(k+M) ^ (y >> 1) ^ (y odd ? A : 0), where y has the upper bits of x(k) and the lower bits of
+// x(k+1).
 #pragma once
 
 #include <algorithm>
@@ -28,21 +29,31 @@ class Twister {
     return y ^ (y >> 18);
   }
 
-  // Replaces each word by the one N later, in place. The words at k + M are ahead of k at first and behind it, where
-  // they are new already, from N - M on; one group of four stands astride.
+  // Replaces words by those N later, in place, from k to end. The words at k + M are ahead of k at first and
+  // behind it, where they are new already, from N - M on; one group of four stands astride.
   template <class Sink>
-  Sink renew(Sink sink) const {
-    constexpr int kAstride = (N - M) & ~3, kAhead = N - M - kAstride;
-    static_assert(kAhead == 3, "what the shuffle below takes");
-    for (int k = 0; k < kAstride; k += 4) put(k, load4(mt_ + k + 1), load4(mt_ + k + M), sink);
-    put(kAstride, load4(mt_ + kAstride + 1), last3_first1(), sink);
-    int k = kAstride + 4;
-    for (; k + 4 < N; k += 4) put(k, load4(mt_ + k + 1), load4(mt_ + k + M - N), sink);
+  void renew(int k, int end, const Sink& sink) const {
+    uint32_t* const mt = mt_;
+    const auto step = [&](auto next, auto ahead) {  // one word, or four
+      using Word = decltype(next);
+      const Word now = load<Word>(mt + k);
+      const Word made = ahead ^ ((now ^ ((now ^ next) & kLowerMask)) >> 1) ^ if_odd(next, matrix_a_);
+      store(mt + k, made);
+      sink(k, tempered(made));
+    };
+    const auto four = [&](int i) { return load<Words4>(mt + i); };
+    const auto last3_first1 = [&] { return __builtin_shufflevector(four(N - 4), four(0), 1, 2, 3, 4); };
+
+    constexpr int kAstride = (N - M) & ~3, kLast = (N - 1) & ~3;
+    static_assert(N - M - kAstride == 3 && N % 4 <= 1);
+    for (; k < std::min(end, kAstride); k += 4) step(four(k + 1), four(k + M));
+    if (k == kAstride && k < end) step(four(k + 1), last3_first1()), k += 4;
+    for (; k < std::min(end, kLast); k += 4) step(four(k + 1), four(k + M - N));
+    if (k >= end) return;
     if constexpr (N % 4 == 0)
-      put(k, last3_first1(), load4(mt_ + k + M - N), sink);
+      step(last3_first1(), four(k + M - N));
     else
-      for (; k < N; ++k) put(k, mt_[(k + 1) % N], mt_[k + M - N], sink);
-    return sink;
+      step(mt[0], mt[k + M - N]);
   }
 
   // Initialisation by array. An empty key counts as the single word 1.
@@ -65,21 +76,12 @@ class Twister {
   }
 
  private:
-  // One step of the recursion at place k, for one word or four.
-  template <class Word, class Sink>
-  void put(int k, Word next, Word ahead, Sink& sink) const {
-    Word x = ahead;
-    const Word y = (load(k, x) & ~kLowerMask) | (next & kLowerMask);
-    x ^= (y >> 1) ^ (-(next & 1) & matrix_a_);
-    store(k, x);
-    sink.put(tempered(x));
+  static uint32_t if_odd(uint32_t x, uint32_t value) { return x & 1 ? value : 0; }
+  static Words4 if_odd(Words4 x, uint32_t value) {
+    // A look-up by the two lowest bits: one instruction for a mask and an AND.
+    const Words4 choice = {0, value, 0, value};
+    return Words4(_mm_permutevar_ps(__m128(choice), __m128i(x)));
   }
-  uint32_t load(int k, uint32_t) const { return mt_[k]; }
-  Words4 load(int k, Words4) const { return load4(mt_ + k); }
-  void store(int k, uint32_t x) const { mt_[k] = x; }
-  void store(int k, Words4 x) const { store4(mt_ + k, x); }
-
-  Words4 last3_first1() const { return __builtin_shufflevector(load4(mt_ + N - 4), load4(mt_), 1, 2, 3, 4); }
 
   uint32_t* mt_;
   uint32_t* index_;
@@ -91,11 +93,11 @@ template <class Generator>
 struct TwisterGenerator : NoLeapfrog, NoSkip {
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
-    draw(Generator::engine(stream), n, RealSink<Real>(r, a, b));
+    draw(Generator::engine(stream), n, Word32Sink<Real>(r, a, b));
     return KOB_STATUS_OK;
   }
   static int words(KobStream* stream, int n, uint32_t* r) {
-    draw(Generator::engine(stream), n, WordSink(r));
+    draw(Generator::engine(stream), n, Word32Sink<uint32_t>(r));
     return KOB_STATUS_OK;
   }
   static bool adopt(KobStream* stream) { return state<Generator>(stream).Index <= Generator::Engine::kWords; }

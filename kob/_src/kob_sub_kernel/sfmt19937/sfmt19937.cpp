@@ -36,33 +36,38 @@ class Engine {
   }
 
   template <class Sink>
-  Sink renew(Sink sink) const {
-    Words4 c = load4(w_ + kSize - 8), d = load4(w_ + kSize - 4);  // the two made last
-    const auto make = [&](int k, int ahead) {
-      const Words4 made = step(load4(w_ + k), load4(w_ + ahead), c, d);
+  void renew(int k, int end, const Sink& sink) const {
+    uint32_t* const w = w_;
+    Words4 c = load<Words4>(w + (k + kSize - 8) % kSize), d = load<Words4>(w + (k + kSize - 4) % kSize);
+    const auto step = [&](int ahead) {
+      const Words4 made = next(load<Words4>(w + k), load<Words4>(w + ahead), c, d);
       c = d;
       d = made;
-      store4(w_ + k, made);
-      sink.put(made);
+      store(w + k, made);
+      sink(k, made);
     };
-    for (int k = 0; k < kSize - kPos1; k += 4) make(k, k + kPos1);
-    for (int k = kSize - kPos1; k < kSize; k += 4) make(k, k + kPos1 - kSize);
-    return sink;
+    for (; k < std::min(end, kSize - kPos1); k += 4) step(k + kPos1);
+    for (; k < end; k += 4) step(k + kPos1 - kSize);
   }
 
  private:
-  static Words4 step(Words4 a, Words4 b, Words4 c, Words4 d) {
+  // The word after d. The steps hang together through d alone, so all else must be added up before: the
+  // compiler, which takes the sum in any order, is kept from it.
+  static Words4 next(Words4 a, Words4 b, Words4 c, Words4 d) {
     constexpr Words4 mask = {0xDFFFFFEF, 0xDDFECB7F, 0xBFFAFFFF, 0xBFFFFFF6};
-    // What does not hang on the step before comes first.
-    const Words4 early = a ^ Words4(_mm_slli_si128(__m128i(a), 1)) ^ ((b >> 11) & mask);
-    return (early ^ Words4(_mm_srli_si128(__m128i(c), 1))) ^ (d << 18);
+    Words4 sum = a ^ Words4(_mm_slli_si128(__m128i(a), 1)) ^ ((b >> 11) & mask);
+    asm("" : "+x"(sum));
+    sum ^= Words4(_mm_srli_si128(__m128i(c), 1));
+    asm("" : "+x"(sum));
+    return sum ^ (d << 18);
   }
 
   uint32_t* w_;
   uint32_t* index_;
 };
 
-// The period is a multiple of 2^19937 - 1 unless the state is in a certain subspace: from there one bit leads out.
+// The period is a multiple of 2^19937 - 1 unless the state is in a certain subspace: from there one bit leads
+// out.
 void certify_period(uint32_t* w) {
   constexpr uint32_t parity[4] = {1, 0, 0, 0x13C9E684};
   uint32_t inner = 0;
@@ -74,7 +79,9 @@ void _InitStateVector(State& s, const uint32_t* key, int n) {
   constexpr int kLag = 11, kMid = (kSize - kLag) / 2;
   std::fill(s.W, s.W + kSize, 0x8B8B8B8B);
   int i = 0;
-  const auto at = [&](int ahead) -> uint32_t& { return s.W[i + ahead < kSize ? i + ahead : i + ahead - kSize]; };
+  const auto at = [&](int ahead) -> uint32_t& {
+    return s.W[i + ahead < kSize ? i + ahead : i + ahead - kSize];
+  };
   const auto next = [&] {
     if (++i == kSize) i = 0;
   };
@@ -122,32 +129,33 @@ struct SFMT19937 : NoLeapfrog, NoSkip {
   // Reals take whole 128-bit words; what is left of the last one waits for the next call for reals.
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
-    if (n <= 0) return KOB_STATUS_OK;
     State& s = state<SFMT19937>(stream);
-    const int waiting = std::min<int>(n, s.PendingCount - s.PendingPos);
-    RealSink<Real> sink(r, a, b);
-    for (int i = 0; i < waiting; ++i) sink.put(s.Pending[s.PendingPos++]);
-    n -= waiting;
-    if (n == 0) return KOB_STATUS_OK;
+    const Word32Sink<Real> sink(r, a, b);
+    int done = 0;
+    while (done < n && s.PendingPos < s.PendingCount) sink(done++, s.Pending[s.PendingPos++]);
+    if (done >= n) return KOB_STATUS_OK;
 
-    const int whole = n & ~3, rest = n & 3;
-    sink = draw(Engine(s), whole, sink);
+    const int whole = (n - done) & ~3;
+    draw(Engine(s), whole, sink, done);
+    done += whole;
     s.PendingPos = s.PendingCount = 0;
-    if (rest == 0) return KOB_STATUS_OK;
+    if (done == n) return KOB_STATUS_OK;
     uint32_t group[4];
-    draw(Engine(s), 4, WordSink(group));
-    for (int i = 0; i < 4; ++i) {
-      if (i < rest)
-        sink.put(group[i]);
+    draw(Engine(s), 4, Word32Sink<uint32_t>(group));
+    for (const uint32_t w : group)
+      if (done < n)
+        sink(done++, w);
       else
-        s.Pending[s.PendingCount++] = group[i];
-    }
+        s.Pending[s.PendingCount++] = w;
     return KOB_STATUS_OK;
   }
 
-  // n 128-bit words. The waiting words are not looked at.
+  // n 128-bit words, in parts that an int can count in 32-bit words. The waiting words are not looked at.
   static int words(KobStream* stream, int n, uint32_t* r) {
-    draw(Engine(state<SFMT19937>(stream)), 4 * ptrdiff_t(n), WordSink(r));
+    constexpr int kMost = 1 << 28;
+    for (; n > kMost; n -= kMost, r += 4 * kMost)
+      draw(Engine(state<SFMT19937>(stream)), 4 * kMost, Word32Sink<uint32_t>(r));
+    draw(Engine(state<SFMT19937>(stream)), 4 * n, Word32Sink<uint32_t>(r));
     return KOB_STATUS_OK;
   }
 
