@@ -4,11 +4,22 @@
 ORX_ISA_BEGIN
 namespace {
 
-// HA. The polynomial's error is below 2^-63; the sum (p * T_hi + T_lo) + T_hi rounds once more than the exact value.
+// Magnitudes from here on (708.3956 is where results stop being normal numbers), infinities and NaN are rare.
+constexpr row<double> rare_from = 0x1.6232bp+9;
+
+struct dExp : kernel<double> {
+  template <class X>
+  static X rare(X x) {
+    return not_below(magnitude(x), rare_from);
+  }
+  static int rare_lane(const double* a, double* r) { return vdexp_cout_rare(a, r); }
+};
+
+// HA. The sum T + T (p + T_lo) rounds once more than the exact value.
 struct {
-  row<double> inv_ln2 = 0x1.71547652b82fep+6;  // 64/ln 2
-  row<double> shifter = 0x1.8p+52;             // adding it leaves the nearest integer in the low bits
-  row<double> ln2_hi = 0x1.62e42fefap-7;       // ln 2/64; short, so that its product with an integer is exact
+  row<double> inv_ln2 = 0x1.71547652b82fep+6;   // 64/ln 2
+  row<double> shifter = 0x1.800000000ffcp+52;    // 1.5 * 2^52 + 64 * 1023: n in the low bits, the exponent's bias added
+  row<double> ln2_hi = 0x1.62e42fefap-7;        // ln 2/64; short, so that its product with an integer is exact
   row<double> ln2_lo = 0x1.cf79abc9e3b3ap-46;
   row<double> c2 = 0x1.fffffffffdb3bp-2;
   row<double> c3 = 0x1.555555555653ep-3;
@@ -16,36 +27,33 @@ struct {
   row<double> c5 = 0x1.111112d9f549bp-7;
 } constexpr vdexp_data{};
 
-struct dExpHA : kernel<double> {
-  static void eval(V x, V& y, int& rare) {
+struct dExpHA : dExp {
+  template <class X>
+  static X eval(X x) {
     const auto& d = vdexp_data;
-    rare = magnitude_above(x, 0x4086232A);  // |x| above 708.3956
-
     // 1. n = round(x * 64/ln2), in the low bits of N.
-    const V N = x * d.inv_ln2 + d.shifter;
-    const V Nf = N - d.shifter;
+    const X N = x * d.inv_ln2 + d.shifter;
+    const X Nf = N - d.shifter;
+    const spilled_words<X> n(N);
 
-    // 2. The table row is n mod 64; the rest goes to the exponent.
-    const auto n = to_ints(N);
-    V T_hi, T_lo;
-    gather_pairs(_tefdExpHATab, _mm_slli_epi32(_mm_and_si128(low_words(N), _mm_set1_epi32(63)), 4), T_hi, T_lo);
-    const auto exponent = shift_left64<46>(bit_andnot(_mm_set1_epi64x(63), n));
+    // 2. r = x - n ln2/64.
+    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
 
-    // 3. r = x - n ln2/64.
-    const V r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
+    // 3. p = e^r - 1.
+    const X p = r + r * r * (d.c2 + r * (d.c3 + r * (d.c4 + r * d.c5)));
 
-    // 4. p = e^r - 1.
-    const V p = r + r * r * (d.c2 + r * (d.c3 + r * (d.c4 + r * d.c5)));
+    // 4. The table row is n mod 64; the rest of n is the exponent of a scale factor.
+    X T, T_lo;
+    gather_pairs(_tefdExpHATab[0], [&](int lane) { return n.low(lane) & 63; }, T, T_lo);
 
     // 5. e^x = 2^k T (1 + p).
-    const V t = (p * T_hi + T_lo) + T_hi;
-    y = from_ints<V>(add64(to_ints(t), exponent));
+    return (T + T * (p + T_lo)) * scale_from<6>(n.vector());
   }
-  static int rare_lane(const double* a, double* r) { return vdexp_cout_rare(a, r); }
 };
 
-// LA. The table's entries carry 1/a0, which makes the leading coefficient 1.
-alignas(64) constexpr double powers_over_a0[1024] = {
+// LA. A finer table, |r| <= ln2/2048, and a shorter polynomial. The entries are the bits of 2^(j/1024), less j 2^42:
+// adding all of n, shifted, makes them right again and puts the exponent in. The polynomial's error is below 2^-53.5.
+alignas(64) constexpr uint64_t powers[1024] = {
 #include "exp/vdexp_la.inc"
 };
 
@@ -54,32 +62,26 @@ struct {
   row<double> shifter = 0x1.8p+52;
   row<double> ln2_hi = 0x1.62e42fecp-11;        // ln 2/1024
   row<double> ln2_lo = 0x1.d1cf79abc9e3bp-42;
-  row<double> a0 = 0x1.7fffffe3ca7b0p+2;
-  row<double> a1 = 0x1.7fffffe3ca7afp+2;
-  row<double> a2 = 0x1.8000002503ecdp+1;
+  row<double> c2 = 0x1.000000272725ep-1;
+  row<double> c3 = 0x1.5555557621dbcp-3;
 } constexpr vdexp_la_data{};
 
-struct dExpLA : kernel<double> {
-  static void eval(V x, V& y, int& rare) {
+struct dExpLA : dExp {
+  template <class X>
+  static X eval(X x) {
     const auto& d = vdexp_la_data;
-    rare = magnitude_above(x, 0x4086232A);
-    const V N = x * d.inv_ln2 + d.shifter;
-    const V Nf = N - d.shifter;
-    const auto n = to_ints(N);
-    const V T = gather<V>(powers_over_a0, _mm_slli_epi32(_mm_and_si128(low_words(N), _mm_set1_epi32(1023)), 3));
-    const auto exponent = shift_left64<42>(bit_andnot(_mm_set1_epi64x(1023), n));
-    const V r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
-    const V t = T * (d.a0 + r * (d.a1 + r * (d.a2 + r)));
-    y = from_ints<V>(add64(to_ints(t), exponent));
+    const X N = x * d.inv_ln2 + d.shifter;
+    const X Nf = N - d.shifter;
+    const spilled_words<X> n(N);
+    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
+    const X p = r + r * r * (d.c2 + r * d.c3);
+    const auto bits = gather64<X>(powers, [&](int lane) { return n.low(lane) & 1023; });
+    const X T = from_ints<X>(add64(bits, shift_left64<42>(n.bits())));
+    return T + T * p;
   }
-  static int rare_lane(const double* a, double* r) { return vdexp_cout_rare(a, r); }
 };
 
-}  // namespace
-
-namespace {
-
-// e^x = 2^k (T.hi + tail), for |x| below 750.
+// e^x = 2^k (hi + tail), for |x| below 750.
 struct scaled_exponential {
   int k;
   double hi, tail;
@@ -90,11 +92,11 @@ scaled_exponential reduce_and_evaluate(double x) {
   const double N = x * 0x1.71547652b82fep+6 + shifter;
   const double Nf = N - shifter;
   const int n = static_cast<int>(bit_cast<uint64_t>(N));
-  const double_pair T = _tefdExpHATab[n & 63];
+  const double* T = _tefdExpHATab[n & 63];
   const double r = (x - Nf * 0x1.62e42fefap-7) - Nf * 0x1.cf79abc9e3b3ap-46;
   const double p = r + r * r * (0.5 + r * (0.1666666666665788 + r * (0.04166666666677052 +
                    r * (0.008333341995140497 + r * 0.0013888870459233254))));
-  return {n >> 6, T.hi, p * T.hi + T.lo};
+  return {n >> 6, T[0], T[0] * (p + T[1])};
 }
 
 // A result that is denormal. It is formed 60 binary orders too high and rounded there to the grid on which it will

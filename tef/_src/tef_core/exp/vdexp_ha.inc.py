@@ -1,5 +1,12 @@
-"""2^(j/64), j = 0 .. 63, as a double and the remainder."""
+"""2^(j/64), j = 0 .. 63, as a double and, as a fraction of it, what it lacks."""
 import mpmath
-from floats import emit, pair
+from floats import emit, rounded
 
-emit([pair(mpmath.mpf(2) ** (mpmath.mpf(j) / 64)) for j in range(64)], "2^(j/64): high part, low part")
+
+def entry(j):
+    power = mpmath.mpf(2) ** (mpmath.mpf(j) / 64)
+    high = rounded(power)
+    return high, rounded((power - high) / high)
+
+
+emit([entry(j) for j in range(64)], "2^(j/64): high part, relative low part")

@@ -1,7 +1,13 @@
-"""2^(j/1024) / a0, j = 0 .. 1023, a0 being the constant coefficient of the polynomial that the entry is multiplied
-by, so that their product is 2^(j/1024); each entry rounded once."""
-import mpmath
-from floats import emit, rounded
+"""The bits of 2^(j/1024) (1 + B) less j 2^42, j = 0 .. 1023. B is the constant part of the polynomial's best fit, small
+enough for entry 0 to remain 1. Adding (1024 k + j) 2^42 gives the bits of 2^k 2^(j/1024)."""
+import struct
 
-A0 = mpmath.mpf(float.fromhex("0x1.7fffffe3ca7b0p+2"))
-emit([[rounded(mpmath.mpf(2) ** (mpmath.mpf(j) / 1024) / A0)] for j in range(1024)], "2^(j/1024) / a0")
+import mpmath
+from floats import rounded
+
+B = mpmath.mpf("-5e-17")
+print("// bits of 2^(j/1024) (1 - 5e-17), less j << 42")
+for j in range(1024):
+    power = rounded(mpmath.mpf(2) ** (mpmath.mpf(j) / 1024) * (1 + B))
+    (bits,) = struct.unpack("<Q", struct.pack("<d", power))
+    print(f"{bits - (j << 42):#018x},")

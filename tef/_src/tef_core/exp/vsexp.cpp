@@ -8,7 +8,17 @@
 ORX_ISA_BEGIN
 namespace {
 
-constexpr int too_large = 0x42AEAC4F;  // |x| above 87.33654: results that are not normal numbers
+// Magnitudes from here on (87.33654 is where results stop being normal numbers), infinities and NaN are rare.
+constexpr row<float> rare_from = 0x1.5d58ap+6f;
+
+struct sExp : kernel<float> {
+  static constexpr int together = 2;
+  template <class X>
+  static X rare(X x) {
+    return not_below(magnitude(x), rare_from);
+  }
+  static int rare_lane(const float* a, float* r) { return vsexp_cout_rare(a, r); }
+};
 
 // HA. x = (4 k + j) ln2/4 + r, |r| <= ln2/8; e^x = 2^k 2^(j/4) e^r. The four powers lie in a vector.
 struct {
@@ -25,19 +35,18 @@ struct {
                                0.0f, 3.1934182e-08f, 1.7114271e-08f, -1.4719605e-08f};
 } constexpr vsexp_data{};
 
-struct sExpHA : kernel<float> {
-  static void eval(V x, V& y, int& rare) {
+struct sExpHA : sExp {
+  template <class X>
+  static X eval(X x) {
     const auto& d = vsexp_data;
-    rare = bits_above(x, too_large);
-    const V N = x * d.inv_ln2 + d.shifter;
-    const V Nf = N - d.shifter;
-    const V r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
-    const V T_hi = select_of_4(load<V, true>(d.T_hi), N), T_lo = select_of_4(load<V, true>(d.T_lo), N);
-    const V p = r + r * r * (d.c2 + r * (d.c3 + r * d.c4));
-    const V scale = from_ints<V>(shift_left32<21>(bit_andnot(_mm_set1_epi32(3), to_ints(N))));
-    y = ((p * T_hi + T_lo) + T_hi) * scale;
+    const X N = x * d.inv_ln2 + d.shifter;
+    const X Nf = N - d.shifter;
+    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
+    const X T_hi = select_of_4(d.T_hi, N), T_lo = select_of_4(d.T_lo, N);
+    const X p = r + r * r * (d.c2 + r * (d.c3 + r * d.c4));
+    const X scale = scale_from<2>(N);
+    return ((p * T_hi + T_lo) + T_hi) * scale;
   }
-  static int rare_lane(const float* a, float* r) { return vsexp_cout_rare(a, r); }
 };
 
 // LA. x = k ln2 + r, |r| <= ln2/2; e^x = 2^k e^r.
@@ -49,17 +58,16 @@ struct {
   row<float> c[6] = {1.0f, 0x1.fffffcp-1f, 0.49999392f, 0.166674316f, 0.0418735221f, 0.00829171948f};
 } constexpr vsexp_la_data{};
 
-struct sExpLA : kernel<float> {
-  static void eval(V x, V& y, int& rare) {
+struct sExpLA : sExp {
+  template <class X>
+  static X eval(X x) {
     const auto& d = vsexp_la_data;
-    rare = bits_above(x, too_large);
-    const V N = x * d.inv_ln2 + d.shifter;
-    const V Nf = N - d.shifter;
-    const V r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
-    const V p = d.c[0] + r * (d.c[1] + r * (d.c[2] + r * (d.c[3] + r * (d.c[4] + r * d.c[5]))));
-    y = p * scale_from<V>(to_ints(N));
+    const X N = x * d.inv_ln2 + d.shifter;
+    const X Nf = N - d.shifter;
+    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
+    const X p = d.c[0] + r * (d.c[1] + r * (d.c[2] + r * (d.c[3] + r * (d.c[4] + r * d.c[5]))));
+    return p * scale_from<0>(N);
   }
-  static int rare_lane(const float* a, float* r) { return vsexp_cout_rare(a, r); }
 };
 
 // EP. x/ln2 = k + f, |f| <= 1/2; e^x = 2^k 2^f, with a polynomial for 2^f itself.
@@ -69,17 +77,16 @@ struct {
   row<float> c[4] = {1.0f, 0.693178296f, 0.242028862f, 0.0555040054f};
 } constexpr vsexp_ep_data{};
 
-struct sExpEP : kernel<float> {
-  static void eval(V x, V& y, int& rare) {
+struct sExpEP : sExp {
+  template <class X>
+  static X eval(X x) {
     const auto& d = vsexp_ep_data;
-    rare = bits_above(x, too_large);
-    const V t = x * d.inv_ln2;
-    const V N = t + d.shifter;
-    const V f = t - (N - d.shifter);
-    const V p = d.c[0] + f * (d.c[1] + f * (d.c[2] + f * d.c[3]));
-    y = p * scale_from<V>(to_ints(N));
+    const X t = x * d.inv_ln2;
+    const X N = t + d.shifter;
+    const X f = t - (N - d.shifter);
+    const X p = d.c[0] + f * (d.c[1] + f * (d.c[2] + f * d.c[3]));
+    return p * scale_from<0>(N);
   }
-  static int rare_lane(const float* a, float* r) { return vsexp_cout_rare(a, r); }
 };
 
 }  // namespace

@@ -1,5 +1,7 @@
-// The vectors of the instruction set, by element type and width. GCC and Clang give them + - * /; here is the rest.
-// A 256-bit vector of integers is a pair of 128-bit ones, for AVX has no integer arithmetic of that width.
+// Vectors. A vec<T, n> is n vectors of the instruction set that go through the same steps side by side, so that a
+// constant that comes from memory is loaded once for all of them.
+//
+// The integer side of a vec is an ints<n>, made of 128-bit vectors, for AVX has no wider integer arithmetic.
 #pragma once
 #include <cstdint>
 #include <cstring>
@@ -9,51 +11,12 @@
 
 ORX_ISA_BEGIN
 
-namespace detail {
-template <class T, int bytes>
-struct vector_type;
-template <>
-struct vector_type<float, 16> { using type = __m128; };
-template <>
-struct vector_type<double, 16> { using type = __m128d; };
-template <class V>
-struct element_type;
-template <>
-struct element_type<__m128> { using type = float; };
-template <>
-struct element_type<__m128d> { using type = double; };
-#if defined(__AVX__)
-template <>
-struct vector_type<float, 32> { using type = __m256; };
-template <>
-struct vector_type<double, 32> { using type = __m256d; };
-template <>
-struct element_type<__m256> { using type = float; };
-template <>
-struct element_type<__m256d> { using type = double; };
-#endif
-}  // namespace detail
-
-template <class T, int bytes>
-using vector_of = typename detail::vector_type<T, bytes>::type;
-template <class V>
-using element_of = typename detail::element_type<V>::type;
-template <class V>
-constexpr int lanes_of = sizeof(V) / sizeof(element_of<V>);
+// ---- scalars
 template <class T>
 using bits_of = std::conditional_t<sizeof(T) == 4, uint32_t, uint64_t>;
 template <class T>
 constexpr bits_of<T> sign_bit = bits_of<T>(1) << (8 * sizeof(T) - 1);
 
-#if defined(__AVX__)
-constexpr int vector_bytes = 32;
-#else
-constexpr int vector_bytes = 16;
-#endif
-template <class T>
-using widest = vector_of<T, vector_bytes>;
-
-// Scalars as bits and back.
 template <class To, class From>
 inline To bit_cast(From from) {
   static_assert(sizeof(To) == sizeof(From));
@@ -69,22 +32,67 @@ inline T hidden(T x) {
   return x;
 }
 
-// ---- loads and stores. A 256-bit vector that may not be aligned is read as two halves.
+// ---- the instruction set's own vectors
+namespace native {
+
+template <class T, int bytes>
+struct vector_type;
+template <>
+struct vector_type<float, 16> { using type = __m128; };
+template <>
+struct vector_type<double, 16> { using type = __m128d; };
+
+inline __m128 bit_and(__m128 a, __m128 b) { return _mm_and_ps(a, b); }
+inline __m128d bit_and(__m128d a, __m128d b) { return _mm_and_pd(a, b); }
+inline __m128 bit_or(__m128 a, __m128 b) { return _mm_or_ps(a, b); }
+inline __m128d bit_or(__m128d a, __m128d b) { return _mm_or_pd(a, b); }
+inline __m128 bit_andnot(__m128 mask, __m128 a) { return _mm_andnot_ps(mask, a); }
+inline __m128d bit_andnot(__m128d mask, __m128d a) { return _mm_andnot_pd(mask, a); }
+inline int movemask(__m128 a) { return _mm_movemask_ps(a); }
+inline int movemask(__m128d a) { return _mm_movemask_pd(a); }
+
+#if defined(__AVX__)
+template <>
+struct vector_type<float, 32> { using type = __m256; };
+template <>
+struct vector_type<double, 32> { using type = __m256d; };
+
+inline __m256 bit_and(__m256 a, __m256 b) { return _mm256_and_ps(a, b); }
+inline __m256d bit_and(__m256d a, __m256d b) { return _mm256_and_pd(a, b); }
+inline __m256 bit_or(__m256 a, __m256 b) { return _mm256_or_ps(a, b); }
+inline __m256d bit_or(__m256d a, __m256d b) { return _mm256_or_pd(a, b); }
+inline __m256 bit_andnot(__m256 mask, __m256 a) { return _mm256_andnot_ps(mask, a); }
+inline __m256d bit_andnot(__m256d mask, __m256d a) { return _mm256_andnot_pd(mask, a); }
+inline int movemask(__m256 a) { return _mm256_movemask_ps(a); }
+inline int movemask(__m256d a) { return _mm256_movemask_pd(a); }
+
+// Comparisons that are quiet for NaN.
+inline __m256d not_below(__m256d x, __m256d y) { return _mm256_cmp_pd(x, y, _CMP_NLT_UQ); }
+inline __m256 not_below(__m256 x, __m256 y) { return _mm256_cmp_ps(x, y, _CMP_NLT_UQ); }
+
+inline __m256d join(__m128d low, __m128d high) {
+  return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), high, 1);
+}
+#endif
+
+#if defined(__AVX__)
+constexpr int vector_bytes = 32;
+#else
+constexpr int vector_bytes = 16;
+#endif
+
+}  // namespace native
+
+using native::vector_bytes;
+template <class T, int bytes = vector_bytes>
+using vector_of = typename native::vector_type<T, bytes>::type;
+
 template <class V, bool aligned = false>
 inline V load(const void* p) {
-  if constexpr (aligned) {
-    return *static_cast<const V*>(p);
-  } else if constexpr (sizeof(V) == 16) {
-    V v;
-    std::memcpy(&v, p, sizeof v);
-    return v;
-  } else {
-#if defined(__AVX__)
-    const char* bytes = static_cast<const char*>(p);
-    return reinterpret_cast<V>(_mm256_insertf128_si256(_mm256_castsi128_si256(load<__m128i>(bytes)),
-                                                       load<__m128i>(bytes + 16), 1));
-#endif
-  }
+  if constexpr (aligned) return *static_cast<const V*>(p);
+  V v;
+  std::memcpy(&v, p, sizeof v);
+  return v;
 }
 
 template <bool aligned = false, class V>
@@ -95,257 +103,268 @@ inline void store(void* p, V v) {
     std::memcpy(p, &v, sizeof v);
 }
 
-// x - 0 is x, also for -0; a constant x is spread by the compiler.
-template <class V>
-inline V broadcast(element_of<V> x) {
-  return x - V{};
+// ---- n vectors
+template <class T, int n>
+struct vec {
+  using element = T;
+  using V = vector_of<T>;
+  static constexpr int count = n;
+  static constexpr int lanes_each = sizeof(V) / sizeof(T);
+  static constexpr int lanes = n * lanes_each;
+  V v[n];
+};
+
+// f(0), ..., f(n - 1) as the members of an R.
+template <class R, int n, class F>
+inline R gather_members(F f) {
+  if constexpr (n == 1)
+    return {{f(0)}};
+  else if constexpr (n == 2)
+    return {{f(0), f(1)}};
+  else
+    return {{f(0), f(1), f(2), f(3)}};
+}
+template <class T, int n, class F>
+inline vec<T, n> map(vec<T, n> a, F f) {
+  return gather_members<vec<T, n>, n>([&](int i) { return f(a.v[i]); });
+}
+template <class T, int n, class F>
+inline vec<T, n> map(vec<T, n> a, vec<T, n> b, F f) {
+  return gather_members<vec<T, n>, n>([&](int i) { return f(a.v[i], b.v[i]); });
 }
 
-// ---- a constant that fills a whole 64-byte row, so that it can be an operand as it lies in memory
+// A constant that fills a whole 64-byte row, so that it is an operand as it lies in memory.
 template <class T>
 struct alignas(64) row {
   T lane[64 / sizeof(T)];
   constexpr row(T value) : lane{} {
     for (T& x : lane) x = value;
   }
-  using V = vector_of<T, vector_bytes>;
-  operator V() const { return *reinterpret_cast<const V*>(lane); }
-  friend V operator+(V a, const row& b) { return a + V(b); }
-  friend V operator-(V a, const row& b) { return a - V(b); }
-  friend V operator*(V a, const row& b) { return a * V(b); }
-  friend V operator+(const row& a, V b) { return V(a) + b; }
-  friend V operator-(const row& a, V b) { return V(a) - b; }
-  friend V operator*(const row& a, V b) { return V(a) * b; }
+  vector_of<T> vector() const { return *reinterpret_cast<const vector_of<T>*>(lane); }
 };
 
-// ---- bits of floating-point vectors
-inline __m128 bit_and(__m128 a, __m128 b) { return _mm_and_ps(a, b); }
-inline __m128d bit_and(__m128d a, __m128d b) { return _mm_and_pd(a, b); }
-inline __m128 bit_or(__m128 a, __m128 b) { return _mm_or_ps(a, b); }
-inline __m128d bit_or(__m128d a, __m128d b) { return _mm_or_pd(a, b); }
-inline __m128 bit_andnot(__m128 mask, __m128 a) { return _mm_andnot_ps(mask, a); }
-inline __m128d bit_andnot(__m128d mask, __m128d a) { return _mm_andnot_pd(mask, a); }
-inline int movemask(__m128 a) { return _mm_movemask_ps(a); }
-inline int movemask(__m128d a) { return _mm_movemask_pd(a); }
-#if defined(__AVX__)
-inline __m256 bit_and(__m256 a, __m256 b) { return _mm256_and_ps(a, b); }
-inline __m256d bit_and(__m256d a, __m256d b) { return _mm256_and_pd(a, b); }
-inline __m256 bit_or(__m256 a, __m256 b) { return _mm256_or_ps(a, b); }
-inline __m256d bit_or(__m256d a, __m256d b) { return _mm256_or_pd(a, b); }
-inline __m256 bit_andnot(__m256 mask, __m256 a) { return _mm256_andnot_ps(mask, a); }
-inline __m256d bit_andnot(__m256d mask, __m256d a) { return _mm256_andnot_pd(mask, a); }
-inline int movemask(__m256 a) { return _mm256_movemask_ps(a); }
-inline int movemask(__m256d a) { return _mm256_movemask_pd(a); }
-#endif
+#define ORX_VECTOR_OPERATOR(op)                                                 \
+  template <class T, int n>                                                     \
+  inline vec<T, n> operator op(vec<T, n> a, vec<T, n> b) {                      \
+    return map(a, b, [](auto x, auto y) { return x op y; });                    \
+  }                                                                             \
+  template <class T, int n>                                                     \
+  inline vec<T, n> operator op(vec<T, n> a, const row<T>& b) {                  \
+    return map(a, [c = b.vector()](auto x) { return x op c; });                 \
+  }                                                                             \
+  template <class T, int n>                                                     \
+  inline vec<T, n> operator op(const row<T>& a, vec<T, n> b) {                  \
+    return map(b, [c = a.vector()](auto x) { return c op x; });                 \
+  }
+ORX_VECTOR_OPERATOR(+)
+ORX_VECTOR_OPERATOR(-)
+ORX_VECTOR_OPERATOR(*)
+#undef ORX_VECTOR_OPERATOR
 
-template <class V>
-inline V broadcast_bits(bits_of<element_of<V>> bits) {
-  return broadcast<V>(bit_cast<element_of<V>>(bits));
+template <class X>
+inline X load_vectors(const typename X::element* p) {
+  return gather_members<X, X::count>([p](int i) { return load<typename X::V>(p + i * X::lanes_each); });
+}
+template <bool aligned = false, class T, int n>
+inline void store_vectors(T* p, vec<T, n> x) {
+  for (int i = 0; i < n; ++i) store<aligned>(p + i * vec<T, n>::lanes_each, x.v[i]);
+}
+// x - 0 is x, also for -0; a constant x is spread by the compiler.
+template <class X>
+inline X broadcast(typename X::element x) {
+  return gather_members<X, X::count>([x](int) { return x - typename X::V{}; });
+}
+template <class X>
+inline X broadcast(const row<typename X::element>& r) {
+  return gather_members<X, X::count>([v = r.vector()](int) { return v; });
+}
+template <class X>
+inline X broadcast_bits(bits_of<typename X::element> bits) {
+  return broadcast<X>(bit_cast<typename X::element>(bits));
 }
 
+// ---- bits and comparisons; a lane mask is a vec whose lanes are all ones or zero
+template <class T, int n>
+inline vec<T, n> bit_and(vec<T, n> a, vec<T, n> b) {
+  return map(a, b, [](auto x, auto y) { return native::bit_and(x, y); });
+}
+template <class T, int n>
+inline vec<T, n> bit_or(vec<T, n> a, vec<T, n> b) {
+  return map(a, b, [](auto x, auto y) { return native::bit_or(x, y); });
+}
+template <class T, int n>
+inline vec<T, n> bit_andnot(vec<T, n> mask, vec<T, n> a) {
+  return map(mask, a, [](auto x, auto y) { return native::bit_andnot(x, y); });
+}
+template <class T, int n>
+inline vec<T, n> magnitude(vec<T, n> x) {
+  return bit_andnot(broadcast_bits<vec<T, n>>(sign_bit<T>), x);
+}
 // The sign of `sign` or'ed into x.
-template <class V>
-inline V with_sign_of(V x, V sign) {
-  return bit_or(x, bit_and(sign, broadcast_bits<V>(sign_bit<element_of<V>>)));
+template <class T, int n>
+inline vec<T, n> with_sign_of(vec<T, n> x, vec<T, n> sign) {
+  return bit_or(x, bit_and(sign, broadcast_bits<vec<T, n>>(sign_bit<T>)));
+}
+#if defined(__AVX__)
+// Not x < y: true for NaN too.
+template <class T, int n>
+inline vec<T, n> not_below(vec<T, n> x, const row<T>& y) {
+  return map(x, [c = y.vector()](auto v) { return native::not_below(v, c); });
+}
+#endif
+// One bit for each lane's sign.
+template <class T, int n>
+inline int movemask(vec<T, n> x) {
+  int mask = 0;
+  for (int i = 0; i < n; ++i) mask |= native::movemask(x.v[i]) << (i * vec<T, n>::lanes_each);
+  return mask;
+}
+// Is any lane's sign set?
+template <class T, int n>
+inline bool any(vec<T, n> x) {
+  auto all = x.v[0];
+  for (int i = 1; i < n; ++i) all = native::bit_or(all, x.v[i]);
+  return native::movemask(all) != 0;
 }
 
-// ---- integers: the bits of a vector V as one or two 128-bit halves
-template <int halves>
+// ---- integers
+template <int n>
 struct ints {
-  __m128i half[halves];
+  __m128i v[n];
+};
+template <class X>
+constexpr int halves_of = X::count * vector_bytes / 16;
+
+template <int n, class F>
+inline ints<n> map(ints<n> a, F f) {
+  return gather_members<ints<n>, n>([&](int i) { return f(a.v[i]); });
+}
+template <int n, class F>
+inline ints<n> map(ints<n> a, ints<n> b, F f) {
+  return gather_members<ints<n>, n>([&](int i) { return f(a.v[i], b.v[i]); });
+}
+
+// The bits of a vec as integers and back.
+template <class T, int n>
+inline auto to_ints(vec<T, n> x) {
+  constexpr int halves = halves_of<vec<T, n>>;
+  return gather_members<ints<halves>, halves>([&](int i) {
+#if defined(__AVX__)
+    const __m256i whole = reinterpret_cast<__m256i>(x.v[i / 2]);
+    return i % 2 ? _mm256_extractf128_si256(whole, 1) : _mm256_castsi256_si128(whole);
+#else
+    return reinterpret_cast<__m128i>(x.v[i]);
+#endif
+  });
+}
+template <class X>
+inline X from_ints(ints<halves_of<X>> a) {
+  return gather_members<X, X::count>([&](int i) {
+#if defined(__AVX__)
+    return reinterpret_cast<typename X::V>(
+        _mm256_insertf128_si256(_mm256_castsi128_si256(a.v[2 * i]), a.v[2 * i + 1], 1));
+#else
+    return reinterpret_cast<typename X::V>(a.v[i]);
+#endif
+  });
+}
+
+template <int n>
+inline ints<n> add32(ints<n> a, __m128i b) {
+  return map(a, [b](__m128i x) { return _mm_add_epi32(x, b); });
+}
+template <int n>
+inline ints<n> sub32(ints<n> a, __m128i b) {
+  return map(a, [b](__m128i x) { return _mm_sub_epi32(x, b); });
+}
+template <int n>
+inline ints<n> add64(ints<n> a, ints<n> b) {
+  return map(a, b, [](__m128i x, __m128i y) { return _mm_add_epi64(x, y); });
+}
+template <int bits, int n>
+inline ints<n> shift_left32(ints<n> a) {
+  return map(a, [](__m128i x) { return _mm_slli_epi32(x, bits); });
+}
+template <int bits, int n>
+inline ints<n> shift_left64(ints<n> a) {
+  return map(a, [](__m128i x) { return _mm_slli_epi64(x, bits); });
+}
+template <int bits, int n>
+inline ints<n> shift_right32(ints<n> a) {
+  return map(a, [](__m128i x) { return _mm_srli_epi32(x, bits); });
+}
+template <int bits, int n>
+inline ints<n> shift_right_signed32(ints<n> a) {
+  return map(a, [](__m128i x) { return _mm_srai_epi32(x, bits); });
+}
+
+// 2^k, k being n >> bit, from N = shifter + n, where the shifter holds the exponent's bias times 2^bit in its low bits.
+template <int bit, class X>
+inline X scale_from(X N) {
+  if constexpr (bit > 0) N = bit_andnot(broadcast_bits<X>((1u << bit) - 1), N);
+  if constexpr (sizeof(typename X::element) == 8)
+    return from_ints<X>(shift_left64<52 - bit>(to_ints(N)));
+  else
+    return from_ints<X>(shift_left32<23 - bit>(to_ints(N)));
+}
+
+// ---- look-up
+// The lanes of a vec of doubles in memory, where the integer unit can take their low words from: cheaper than moving
+// them over one by one, and it leaves the vector unit to the arithmetic.
+template <class X>
+struct spilled_words {
+  alignas(vector_bytes) int word[2 * X::lanes];
+  explicit spilled_words(X x) {
+    store_vectors<true>(reinterpret_cast<double*>(word), x);
+    asm("" : "+m"(word));  // or the compiler would look through the store
+  }
+  int low(int lane) const { return word[2 * lane]; }
+  int high(int lane) const { return word[2 * lane + 1]; }
+  ints<halves_of<X>> bits() const {
+    return gather_members<ints<halves_of<X>>, halves_of<X>>([this](int i) {
+      return load<__m128i, true>(word + 4 * i);
+    });
+  }
+  X vector() const {
+    return gather_members<X, X::count>([this](int i) {
+      return load<typename X::V, true>(word + 2 * i * X::lanes_each);
+    });
+  }
 };
 
-template <class V>
-inline auto to_ints(V v) {
-  if constexpr (sizeof(V) == 16) {
-    return ints<1>{{reinterpret_cast<__m128i>(v)}};
-  } else {
+// The 64-bit words of a table that index(lane) names.
+template <class X, class W, class F>
+inline ints<halves_of<X>> gather64(const W* table, F index) {
+  return gather_members<ints<halves_of<X>>, halves_of<X>>([&](int i) {
+    const auto word = [&](int lane) { return reinterpret_cast<const double*>(table + index(lane)); };
+    return _mm_castpd_si128(_mm_loadh_pd(_mm_load_sd(word(2 * i)), word(2 * i + 1)));
+  });
+}
+
+// Pairs of doubles, 16-byte aligned: the first of each in `first`, the second in `second`.
+template <class X, class F>
+inline void gather_pairs(const double* table, F index, X& first, X& second) {
+  for (int i = 0; i < X::count; ++i) {
+    const auto pair = [&](int lane) { return _mm_load_pd(table + 2 * index(i * X::lanes_each + lane)); };
 #if defined(__AVX__)
-    const __m256i bits = reinterpret_cast<__m256i>(v);
-    return ints<2>{{_mm256_castsi256_si128(bits), _mm256_extractf128_si256(bits, 1)}};
+    const __m256d even = native::join(pair(0), pair(2)), odd = native::join(pair(1), pair(3));
+    first.v[i] = _mm256_unpacklo_pd(even, odd);
+    second.v[i] = _mm256_unpackhi_pd(even, odd);
+#else
+    const __m128d even = pair(0), odd = pair(1);
+    first.v[i] = _mm_unpacklo_pd(even, odd);
+    second.v[i] = _mm_unpackhi_pd(even, odd);
 #endif
   }
 }
 
-template <class V>
-inline V from_ints(ints<1> v) {
-  return reinterpret_cast<V>(v.half[0]);
-}
 #if defined(__AVX__)
-template <class V>
-inline V from_ints(ints<2> v) {
-  return reinterpret_cast<V>(_mm256_insertf128_si256(_mm256_castsi128_si256(v.half[0]), v.half[1], 1));
-}
-#endif
-
-template <int halves, class F>
-inline ints<halves> each(ints<halves> a, F f) {
-  if constexpr (halves == 1)
-    return {{f(a.half[0])}};
-  else
-    return {{f(a.half[0]), f(a.half[1])}};
-}
-template <int halves, class F>
-inline ints<halves> each(ints<halves> a, ints<halves> b, F f) {
-  if constexpr (halves == 1)
-    return {{f(a.half[0], b.half[0])}};
-  else
-    return {{f(a.half[0], b.half[0]), f(a.half[1], b.half[1])}};
-}
-
-template <int halves>
-inline ints<halves> add32(ints<halves> a, ints<halves> b) {
-  return each(a, b, [](__m128i x, __m128i y) { return _mm_add_epi32(x, y); });
-}
-template <int halves>
-inline ints<halves> add32(ints<halves> a, __m128i b) {
-  return each(a, [b](__m128i x) { return _mm_add_epi32(x, b); });
-}
-template <int halves>
-inline ints<halves> sub32(ints<halves> a, __m128i b) {
-  return each(a, [b](__m128i x) { return _mm_sub_epi32(x, b); });
-}
-template <int halves>
-inline ints<halves> add64(ints<halves> a, ints<halves> b) {
-  return each(a, b, [](__m128i x, __m128i y) { return _mm_add_epi64(x, y); });
-}
-template <int halves>
-inline ints<halves> bit_and(ints<halves> a, __m128i b) {
-  return each(a, [b](__m128i x) { return _mm_and_si128(x, b); });
-}
-template <int halves>
-inline ints<halves> bit_andnot(__m128i mask, ints<halves> a) {
-  return each(a, [mask](__m128i x) { return _mm_andnot_si128(mask, x); });
-}
-template <int count, int halves>
-inline ints<halves> shift_left32(ints<halves> a) {
-  return each(a, [](__m128i x) { return _mm_slli_epi32(x, count); });
-}
-template <int count, int halves>
-inline ints<halves> shift_left64(ints<halves> a) {
-  return each(a, [](__m128i x) { return _mm_slli_epi64(x, count); });
-}
-template <int count, int halves>
-inline ints<halves> shift_right32(ints<halves> a) {
-  return each(a, [](__m128i x) { return _mm_srli_epi32(x, count); });
-}
-template <int count, int halves>
-inline ints<halves> shift_right_signed32(ints<halves> a) {
-  return each(a, [](__m128i x) { return _mm_srai_epi32(x, count); });
-}
-template <int halves>
-inline ints<halves> greater32(ints<halves> a, __m128i b) {
-  return each(a, [b](__m128i x) { return _mm_cmpgt_epi32(x, b); });
-}
-template <int halves>
-inline ints<halves> less32(ints<halves> a, __m128i b) {
-  return each(a, [b](__m128i x) { return _mm_cmplt_epi32(x, b); });
-}
-// One bit for each 32-bit lane.
-inline int movemask32(ints<1> a) { return _mm_movemask_ps(_mm_castsi128_ps(a.half[0])); }
-inline int movemask32(ints<2> a) {
-  return _mm_movemask_epi8(_mm_packs_epi16(_mm_packs_epi32(a.half[0], a.half[1]), _mm_setzero_si128()));
-}
-inline __m128i to_float_lanes(__m128i x) { return _mm_castps_si128(_mm_cvtepi32_ps(x)); }
-// 32-bit integers to singles.
-template <class V, int halves>
-inline V to_float(ints<halves> a) {
-  return from_ints<V>(each(a, to_float_lanes));
-}
-
-// ---- the high and low words of the lanes of a vector of doubles, side by side in the first lanes of one vector
-inline __m128i high_words(__m128d v) { return _mm_shuffle_epi32(_mm_castpd_si128(v), 0xDD); }
-inline __m128i low_words(__m128d v) { return _mm_shuffle_epi32(_mm_castpd_si128(v), 0x88); }
-// The reverse: a vector of doubles whose high words are given and whose low words are 0.
-template <class V>
-inline ints<sizeof(V) / 16> as_high_words(__m128i words) {
-  const __m128i zero = _mm_setzero_si128();
-  if constexpr (sizeof(V) == 16)
-    return {{_mm_unpacklo_epi32(zero, words)}};
-  else
-    return {{_mm_unpacklo_epi32(zero, words), _mm_unpackhi_epi32(zero, words)}};
-}
-// One bit for each double of V, from the comparison result of its word.
-template <class V>
-inline int movemask_words(__m128i words) {
-  return _mm_movemask_ps(_mm_castsi128_ps(words)) & ((1 << lanes_of<V>)-1);
-}
-template <class V>
-inline V to_double(__m128i words);
-template <>
-inline __m128d to_double<__m128d>(__m128i words) {
-  return _mm_cvtepi32_pd(words);
-}
-#if defined(__AVX__)
-template <int selection>
-inline __m128i select_words(__m256d v) {
-  return _mm_castps_si128(_mm_shuffle_ps(_mm_castpd_ps(_mm256_castpd256_pd128(v)),
-                                         _mm_castpd_ps(_mm256_extractf128_pd(v, 1)), selection));
-}
-inline __m128i high_words(__m256d v) { return select_words<0xDD>(v); }
-inline __m128i low_words(__m256d v) { return select_words<0x88>(v); }
-template <>
-inline __m256d to_double<__m256d>(__m128i words) {
-  return _mm256_cvtepi32_pd(words);
-}
-#endif
-
-// ---- look-up
-// The byte at `offset` of a table.
-inline const double* entry(const void* table, int offset) {
-  return reinterpret_cast<const double*>(static_cast<const char*>(table) + offset);
-}
-// Pairs (hi, lo) at the byte offsets in the first lanes of `offsets`, 16-byte aligned.
-inline void gather_pairs(const void* table, __m128i offsets, __m128d& hi, __m128d& lo) {
-  const __m128d a = _mm_load_pd(entry(table, _mm_cvtsi128_si32(offsets)));
-  const __m128d b = _mm_load_pd(entry(table, _mm_cvtsi128_si32(_mm_shuffle_epi32(offsets, 1))));
-  hi = _mm_unpacklo_pd(a, b);
-  lo = _mm_unpackhi_pd(a, b);
-}
-inline __m128d gather(const void* table, __m128i offsets, __m128d*) {
-  return _mm_loadh_pd(_mm_load_sd(entry(table, _mm_cvtsi128_si32(offsets))),
-                      entry(table, _mm_cvtsi128_si32(_mm_shuffle_epi32(offsets, 1))));
-}
-#if defined(__AVX__)
-inline void gather_pairs(const void* table, __m128i offsets, __m256d& hi, __m256d& lo) {
-  const __m128d a = _mm_load_pd(entry(table, _mm_cvtsi128_si32(offsets)));
-  const __m128d b = _mm_load_pd(entry(table, _mm_extract_epi32(offsets, 1)));
-  const double* c = entry(table, _mm_extract_epi32(offsets, 2));
-  const double* d = entry(table, _mm_extract_epi32(offsets, 3));
-  const __m256d ac = _mm256_insertf128_pd(_mm256_castpd128_pd256(a), _mm_load_pd(c), 1);
-  const __m256d bd = _mm256_insertf128_pd(_mm256_castpd128_pd256(b), _mm_load_pd(d), 1);
-  hi = _mm256_unpacklo_pd(ac, bd);
-  lo = _mm256_unpackhi_pd(ac, bd);
-}
-inline __m256d gather(const void* table, __m128i offsets, __m256d*) {
-  const __m128d low = _mm_loadh_pd(_mm_load_sd(entry(table, _mm_cvtsi128_si32(offsets))),
-                                   entry(table, _mm_extract_epi32(offsets, 1)));
-  const __m128d high = _mm_loadh_pd(_mm_load_sd(entry(table, _mm_extract_epi32(offsets, 2))),
-                                    entry(table, _mm_extract_epi32(offsets, 3)));
-  return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), high, 1);
-}
-#endif
-// The doubles at the byte offsets in the first lanes of `offsets`.
-template <class V>
-inline V gather(const void* table, __m128i offsets) {
-  return gather(table, offsets, static_cast<V*>(nullptr));
-}
-
-#if defined(__AVX__)
-// For each lane, the element of `table` (four, held twice) that the low two bits of `n`'s lane name.
-inline __m256 select_of_4(__m256 table, __m256 n) { return _mm256_permutevar_ps(table, _mm256_castps_si256(n)); }
-#endif
-
-// ---- rounding and reciprocals
-// 1/x to about 11 bits, from the single-precision instruction; x must be in its range.
-inline __m128d approximate_reciprocal(__m128d x) { return _mm_cvtps_pd(_mm_rcp_ps(_mm_cvtpd_ps(x))); }
-#if defined(__AVX__)
-inline __m256d approximate_reciprocal(__m256d x) { return _mm256_cvtps_pd(_mm_rcp_ps(_mm256_cvtpd_ps(x))); }
-inline __m256d round_to_integer(__m256d x) { return _mm256_round_pd(x, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC); }
-#else
-inline __m128d round_to_integer(__m128d x) {
-  const __m128d shifter = _mm_set1_pd(0x1.8p52);
-  return (x + shifter) - shifter;
+// For each lane the element of `table` (four, held twice) that the low two bits of `n`'s lane name.
+template <int n>
+inline vec<float, n> select_of_4(const float* table, vec<float, n> index) {
+  return map(index, [t = load<__m256, true>(table)](__m256 i) {
+    return _mm256_permutevar_ps(t, _mm256_castps_si256(i));
+  });
 }
 #endif
 
