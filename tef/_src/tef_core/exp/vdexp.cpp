@@ -40,7 +40,8 @@ struct dExpHA : dExp {
     const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
 
     // 3. p = e^r - 1.
-    const X p = r + r * r * (d.c2 + r * (d.c3 + r * (d.c4 + r * d.c5)));
+    const X r2 = r * r;
+    const X p = r + r2 * polynomial(r, r2, d.c2, d.c3, d.c4, d.c5);
 
     // 4. The table row is n mod 64; the rest of n is the exponent of a scale factor.
     X T, T_lo;

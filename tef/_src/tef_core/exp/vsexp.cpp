@@ -43,7 +43,8 @@ struct sExpHA : sExp {
     const X Nf = N - d.shifter;
     const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
     const X T_hi = select_of_4(d.T_hi, N), T_lo = select_of_4(d.T_lo, N);
-    const X p = r + r * r * (d.c2 + r * (d.c3 + r * d.c4));
+    const X r2 = r * r;
+    const X p = r + r2 * polynomial(r, r2, d.c2, d.c3, d.c4);
     const X scale = scale_from<2>(N);
     return ((p * T_hi + T_lo) + T_hi) * scale;
   }
