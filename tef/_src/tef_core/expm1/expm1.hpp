@@ -43,7 +43,7 @@ inline X expm1_ha(X x) {
   const X r_hi = bit_and(r, constant<X>(d.leading_bits));
   const X r_lo = ((n.r1 - r) - w) + (r - r_hi);
   const X r2 = r * r;
-  const X c = r2 * polynomial(r, r2, d.c2, d.c3, d.c4, d.c5);
+  const X c = r2 * polynomial(r, r2, d.c);
   X high, rest;
   D::powers(n.N, high, rest);
   const X Ts = high * scale_from<D::b>(n.N);
@@ -60,7 +60,7 @@ inline X expm1_la(X x) {
   const expm1_reduction<D, X> n(x);
   const X r = n.r1 - n.Nf * d.L_lo;
   const X r2 = r * r;
-  const X p = r + r2 * polynomial(r, r2, d.c2, d.c3, d.c4, d.c5);
+  const X p = r + r2 * polynomial(r, r2, d.c);
   X high, rest;
   D::powers(n.N, high, rest);
   const X Ts = high * scale_from<D::b>(n.N);
@@ -74,7 +74,7 @@ inline X expm1_ep(X x) {
   const auto& d = D::ep_data;
   const X N = x * d.inv_L + d.shifter;
   const X r = x - (N - d.shifter) * d.L;
-  const X p = r + r * r * (d.c2 + r * d.c3);
+  const X p = r + r * r * (d.c[0] + r * d.c[1]);
   const X Ts = D::power(N) * scale_from<D::ep_b>(N);
   return with_sign_of((Ts + d.minus_one) + Ts * p, x);
 }

@@ -14,11 +14,8 @@ struct vdexpm1_data_type {
   row<double> shifter = 0x1.800000001ff8p+52;    // 1.5 * 2^52 + 128 * 1023
   row<double> L_hi = 0x1.62e42fef8p-8;          // ln 2/128; short, so that its product with an integer is exact
   row<double> L_lo = 0x1.1cf79abc9e3b4p-43;
-  // e^r - 1 - r, |r| <= ln2/256, to 2^-56 of r
-  row<double> c2 = 0x1.ffffffffffe5cp-2;
-  row<double> c3 = 0x1.555555555545ap-3;
-  row<double> c4 = 0x1.55555c2a552a5p-5;
-  row<double> c5 = 0x1.1111163bd16bfp-7;
+  // (e^r - 1 - r) / r^2, |r| <= ln2/256, to 2^-56 of r
+  row<double> c[4] = {0x1.ffffffffffe5cp-2, 0x1.555555555545ap-3, 0x1.55555c2a552a5p-5, 0x1.1111163bd16bfp-7};
   row<double> minus_one = -1.0;
   row<uint64_t> leading_bits = 0xFFFFFFFFF8000000;
 };
@@ -26,9 +23,8 @@ struct vdexpm1_ep_data_type {
   row<double> inv_L = 0x1.71547652b82fep+6;     // 64/ln 2
   row<double> shifter = 0x1.800000000ffcp+52;   // 1.5 * 2^52 + 64 * 1023
   row<double> L = 0x1.62e42fefap-7;
-  // e^r - 1 - r, |r| <= ln2/128, to 2^-37
-  row<double> c2 = 0x1.000021f5a388bp-1;
-  row<double> c3 = 0x1.55557621dd3b6p-3;
+  // (e^r - 1 - r) / r^2, |r| <= ln2/128, to 2^-37
+  row<double> c[2] = {0x1.000021f5a388bp-1, 0x1.55557621dd3b6p-3};
   row<double> minus_one = -1.0;
 };
 

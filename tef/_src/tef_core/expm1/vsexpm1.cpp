@@ -14,11 +14,8 @@ struct vsexpm1_data_type {
   row<float> shifter = 0x1.8003f8p+23f;    // 1.5 * 2^23 + 4 * 127
   row<float> L_hi = 0x1.62ep-3f;           // ln 2/4; short, so that its product with an integer is exact
   row<float> L_lo = 0x1.0bfbe8p-17f;
-  // e^r - 1 - r, |r| <= ln2/8, to 2^-35
-  row<float> c2 = 0x1.fffffep-2f;
-  row<float> c3 = 0x1.555554p-3f;
-  row<float> c4 = 0x1.557288p-5f;
-  row<float> c5 = 0x1.1128ep-7f;
+  // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-35
+  row<float> c[4] = {0x1.fffffep-2f, 0x1.555554p-3f, 0x1.557288p-5f, 0x1.1128ep-7f};
   row<float> minus_one = -1.0f;
   row<uint32_t> leading_bits = 0xFFFFF000;
 };
@@ -26,9 +23,8 @@ struct vsexpm1_ep_data_type {
   row<float> inv_L = 0x1.715476p+2f;
   row<float> shifter = 0x1.8003f8p+23f;
   row<float> L = 0x1.62e43p-3f;
-  // e^r - 1 - r, |r| <= ln2/8, to 2^-21
-  row<float> c2 = 0x1.0021e4p-1f;
-  row<float> c3 = 0x1.557624p-3f;
+  // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-21
+  row<float> c[2] = {0x1.0021e4p-1f, 0x1.557624p-3f};
   row<float> minus_one = -1.0f;
 };
 

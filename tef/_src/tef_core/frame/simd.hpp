@@ -167,18 +167,31 @@ ORX_VECTOR_OPERATOR(-)
 ORX_VECTOR_OPERATOR(*)
 #undef ORX_VECTOR_OPERATOR
 
-// Polynomials by Estrin's scheme, whose steps wait less for each other than Horner's; x2 is x * x.
-template <class X, class C>
-inline X polynomial(X x, X x2, const C& c0, const C& c1, const C& c2) {
-  return (c0 + x * c1) + x2 * c2;
+// A row, its bits taken as elements of X.
+template <class X, class T>
+inline X constant(const row<T>& r) {
+  return gather_members<X, X::count>([v = load<typename X::V, true>(r.lane)](int) { return v; });
 }
-template <class X, class C>
-inline X polynomial(X x, X x2, const C& c0, const C& c1, const C& c2, const C& c3) {
-  return (c0 + x * c1) + x2 * (c2 + x * c3);
+// c[0] + c[1] x + ... by Estrin's scheme, whose steps wait less for each other than Horner's; x2 is x * x. What limits a
+// kernel is how many elements fit in the processor's window while each waits for its own chain.
+template <int first, int terms, class X, class C>
+inline X estrin(X x, X x2, const C* c) {
+  if constexpr (terms == 1)
+    return constant<X>(c[first]);
+  else if constexpr (terms == 2)
+    return c[first] + x * c[first + 1];
+  else if constexpr (terms == 3)
+    return estrin<first, 2>(x, x2, c) + x2 * c[first + 2];
+  else if constexpr (terms == 4)
+    return estrin<first, 2>(x, x2, c) + x2 * estrin<first + 2, 2>(x, x2, c);
+  else if constexpr (terms <= 8)
+    return estrin<first, 4>(x, x2, c) + (x2 * x2) * estrin<first + 4, terms - 4>(x, x2, c);
+  else
+    return estrin<first, 8>(x, x2, c) + ((x2 * x2) * (x2 * x2)) * estrin<first + 8, terms - 8>(x, x2, c);
 }
-template <class X, class C>
-inline X polynomial(X x, X x2, const C& c0, const C& c1, const C& c2, const C& c3, const C& c4) {
-  return (c0 + x * c1) + x2 * ((c2 + x * c3) + x2 * c4);
+template <class X, class C, int terms>
+inline X polynomial(X x, X x2, const C (&c)[terms]) {
+  return estrin<0, terms>(x, x2, c);
 }
 
 template <class X>
@@ -193,11 +206,6 @@ inline void store_vectors(T* p, vec<T, n> x) {
 template <class X>
 inline X broadcast(typename X::element x) {
   return gather_members<X, X::count>([x](int) { return x - typename X::V{}; });
-}
-// A row, its bits taken as elements of X.
-template <class X, class T>
-inline X constant(const row<T>& r) {
-  return gather_members<X, X::count>([v = load<typename X::V, true>(r.lane)](int) { return v; });
 }
 template <class X>
 inline X broadcast_bits(bits_of<typename X::element> bits) {
@@ -303,14 +311,6 @@ inline X from_ints(ints<halves_of<X>> a) {
 }
 
 template <int n>
-inline ints<n> add32(ints<n> a, __m128i b) {
-  return map(a, [b](__m128i x) { return _mm_add_epi32(x, b); });
-}
-template <int n>
-inline ints<n> sub32(ints<n> a, __m128i b) {
-  return map(a, [b](__m128i x) { return _mm_sub_epi32(x, b); });
-}
-template <int n>
 inline ints<n> add64(ints<n> a, ints<n> b) {
   return map(a, b, [](__m128i x, __m128i y) { return _mm_add_epi64(x, y); });
 }
@@ -322,13 +322,16 @@ template <int bits, int n>
 inline ints<n> shift_left64(ints<n> a) {
   return map(a, [](__m128i x) { return _mm_slli_epi64(x, bits); });
 }
-template <int bits, int n>
-inline ints<n> shift_right32(ints<n> a) {
-  return map(a, [](__m128i x) { return _mm_srli_epi32(x, bits); });
-}
-template <int bits, int n>
-inline ints<n> shift_right_signed32(ints<n> a) {
-  return map(a, [](__m128i x) { return _mm_srai_epi32(x, bits); });
+// The bits of singles, read as 32-bit integers, as singles.
+template <int n>
+inline vec<float, n> integer_bits(vec<float, n> x) {
+  return map(x, [](auto v) {
+#if defined(__AVX__)
+    return _mm256_cvtepi32_ps(_mm256_castps_si256(v));
+#else
+    return _mm_cvtepi32_ps(_mm_castps_si128(v));
+#endif
+  });
 }
 
 // ---- doubles: exponents and reciprocals
@@ -351,6 +354,18 @@ template <class X>
 struct indices {
   alignas(16) int at[X::lanes];
 };
+
+// 1/x to 1.5 * 2^-12.
+template <int n>
+inline vec<float, n> approximate_reciprocal(vec<float, n> x) {
+  return map(x, [](auto v) {
+#if defined(__AVX__)
+    return _mm256_rcp_ps(v);
+#else
+    return _mm_rcp_ps(v);
+#endif
+  });
+}
 
 // scale/x rounded to an integer, from the single-precision approximation of 1/x, which is good to 1.5 * 2^-12: as doubles,
 // and as indices. x and the result must be in the range of singles and integers.

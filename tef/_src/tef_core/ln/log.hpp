@@ -9,6 +9,8 @@
 // L the logarithm of 2, T(R) what is left, and the last term a polynomial in e. For the natural logarithm unit is 1; for
 // the decimal one it is near log10 e, so that e itself is the first-order term.
 #pragma once
+#include <cfloat>
+
 #include "frame/kernel.hpp"
 
 ORX_ISA_BEGIN
@@ -56,5 +58,72 @@ inline X log_la(X k, const indices<X>& R, X e, X q) {
   gather_pairs(D::la_table[0], [&](int lane) { return R.at[lane] - D::first; }, T, bias);
   return ((k - bias) * D::data.L + T) + (e + q);
 }
+
+// log x for finite x > 0, denormal too, as accurate as the HA kernel.
+template <class D>
+inline double log_positive(double x) {
+  using X = vec<double, 1>;
+  double shift = 0.0;
+  if (x < DBL_MIN) {
+    x *= 0x1p60;
+    shift = 60.0;
+  }
+  const X v = broadcast<X>(hidden(x));
+  indices<X> R;
+  const X e = log_reduce<D>(log_fraction(v), R);
+  return log_ha<D>(exponent_field(v) - broadcast<X>(hidden(shift)), R, e, D::polynomial_ha(e)).v[0][0];
+}
+
+// The scalar routine of a logarithm.
+template <class D>
+inline int log_cout_rare(const double* a, double* r) {
+  const double x = *a;
+  if (!(x < 0) && (bit_cast<uint64_t>(x) >> 52 & 0x7FF) == 0x7FF) {  // NaN, +infinity
+    *r = x * x;
+    return StatusOk;
+  }
+  if (x > 0) {
+    *r = log_positive<D>(x);
+    return StatusOk;
+  }
+  const double zero = hidden(0.0);
+  if (x < 0) {
+    *r = zero / zero;
+    return StatusDomain;
+  }
+  *r = -1.0 / zero;
+  return StatusSingularity;
+}
+
+// Kernels on positive normal numbers; everything else is rare.
+template <class D>
+struct double_log : kernel<double> {
+  template <class X>
+  static X rare(X x) {
+    return outside(x, smallest, largest);
+  }
+  static int rare_lane(const double* a, double* r) { return D::cout_rare(a, r); }
+
+ private:
+  static constexpr row<double> smallest = DBL_MIN, largest = DBL_MAX;
+};
+template <class D>
+struct double_log_ha : double_log<D> {
+  template <class X>
+  static X eval(X x) {
+    indices<X> R;
+    const X e = log_reduce<D>(log_fraction(x), R);
+    return log_ha<D>(exponent_field(x), R, e, D::polynomial_ha(e));
+  }
+};
+template <class D, bool ep = false>
+struct double_log_la : double_log<D> {
+  template <class X>
+  static X eval(X x) {
+    indices<X> R;
+    const X e = log_reduce<D>(log_fraction(x), R);
+    return log_la<D>(exponent_field(x), R, e, D::template polynomial_la<ep>(e));
+  }
+};
 
 ORX_ISA_END

@@ -35,20 +35,26 @@ struct ln_description {
   template <class X>
   static X polynomial_ha(X e) {
     const X e2 = e * e;
-    return e2 * polynomial(e, e2, data.c[0], data.c[1], data.c[2], data.c[3], data.c[4]);
+    return e2 * polynomial(e, e2, data.c);
   }
-  template <class X>
+  template <bool ep, class X>
   static X polynomial_la(X e) {
     const X e2 = e * e;
-    return e2 * polynomial(e, e2, la_data.c[0], la_data.c[1], la_data.c[2], la_data.c[3]);
+    if constexpr (ep)
+      return e2 * (la_data.ep_c2 + e * la_data.ep_c3);
+    else
+      return e2 * polynomial(e, e2, la_data.c);
   }
-  template <class X>
-  static X polynomial_ep(X e) {
-    return e * e * (la_data.ep_c2 + e * la_data.ep_c3);
-  }
+  static int cout_rare(const double* a, double* r);
 };
 
-// ln x for x > 0, denormal too, finite; as accurate as the HA kernel. For use by scalar routines.
-double vdln_positive(double x);
+ORX_ISA_END
 
+namespace orx::tef {
+// ln x where the vector code does not take it; the status to report.
+int vdln_cout_rare(const double* a, double* r);
+}  // namespace orx::tef
+
+ORX_ISA_BEGIN
+inline int ln_description::cout_rare(const double* a, double* r) { return vdln_cout_rare(a, r); }
 ORX_ISA_END
