@@ -95,4 +95,5 @@ void accuracy(const std::string& /*data_directory*/) {
   compare<double>({"dExp", -700, 700, false, front::exp, std::exp, std::exp});
   compare<double>({"dLn", 1e-300, 1e300, true, front::ln, std::log, std::log});
   compare<float>({"sExp", -87, 88, false, front::exp, std::exp, std::exp});
+  compare<float>({"sLn", 1e-37, 1e38, true, front::ln, std::log, std::log});
 }

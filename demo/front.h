@@ -27,6 +27,7 @@ void unary(const char* name, void (*const ttab[3])(int, const T*, T*), int n, co
 inline void exp(int n, const double* a, double* r) { unary("vdExp", orx_tef_kernel_dExp_ttab, n, a, r); }
 inline void exp(int n, const float* a, float* r) { unary("vsExp", orx_tef_kernel_sExp_ttab, n, a, r); }
 inline void ln(int n, const double* a, double* r) { unary("vdLn", orx_tef_kernel_dLn_ttab, n, a, r); }
+inline void ln(int n, const float* a, float* r) { unary("vsLn", orx_tef_kernel_sLn_ttab, n, a, r); }
 
 inline std::vector<double> exp(const std::vector<double>& x) {
   std::vector<double> y(x.size());
