@@ -73,8 +73,6 @@ inline __m256d not_at_least(__m256d x, __m256d y) { return _mm256_cmp_pd(x, y, _
 inline __m256 not_at_least(__m256 x, __m256 y) { return _mm256_cmp_ps(x, y, _CMP_NGE_UQ); }
 inline __m256d not_at_most(__m256d x, __m256d y) { return _mm256_cmp_pd(x, y, _CMP_NLE_UQ); }
 inline __m256 not_at_most(__m256 x, __m256 y) { return _mm256_cmp_ps(x, y, _CMP_NLE_UQ); }
-inline __m256d above(__m256d x, __m256d y) { return _mm256_cmp_pd(x, y, _CMP_GT_OQ); }
-inline __m256 above(__m256 x, __m256 y) { return _mm256_cmp_ps(x, y, _CMP_GT_OQ); }
 
 inline __m256d join(__m128d low, __m128d high) {
   return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), high, 1);
@@ -165,6 +163,7 @@ struct alignas(64) row {
 ORX_VECTOR_OPERATOR(+)
 ORX_VECTOR_OPERATOR(-)
 ORX_VECTOR_OPERATOR(*)
+ORX_VECTOR_OPERATOR(/)
 #undef ORX_VECTOR_OPERATOR
 
 // A row, its bits taken as elements of X.
@@ -242,11 +241,6 @@ inline vec<T, n> outside(vec<T, n> x, const row<T>& low, const row<T>& high) {
     return native::bit_or(native::not_at_least(v, a), native::not_at_most(v, b));
   });
 }
-// x > y ? a : 0
-template <class T, int n>
-inline vec<T, n> where_above(vec<T, n> x, const row<T>& y, const row<T>& a) {
-  return map(x, [c = y.vector(), b = a.vector()](auto v) { return native::bit_and(native::above(v, c), b); });
-}
 // Not x < y: true for NaN too.
 template <class T, int n>
 inline vec<T, n> not_below(vec<T, n> x, const row<T>& y) {
@@ -310,6 +304,10 @@ inline X from_ints(ints<halves_of<X>> a) {
   });
 }
 
+template <int n>
+inline ints<n> sub_from64(__m128i a, ints<n> b) {
+  return map(b, [a](__m128i x) { return _mm_sub_epi64(a, x); });
+}
 template <int n>
 inline ints<n> add64(ints<n> a, ints<n> b) {
   return map(a, b, [](__m128i x, __m128i y) { return _mm_add_epi64(x, y); });

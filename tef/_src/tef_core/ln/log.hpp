@@ -28,13 +28,17 @@ inline X log_fraction(X x) {
   return bit_or(bit_and(x, constant<X>(log_masks.fraction)), constant<X>(log_masks.exponent));
 }
 
-// e, and R as an index.
+template <class X>
+struct log_reduced {
+  X e, R;
+};
+// The reduced argument and R, which comes as an index too.
 template <class D, class X>
-inline X log_reduce(X m, indices<X>& R) {
-  const X value = integer_reciprocal(m, D::unit, R);
+inline log_reduced<X> log_reduce(X m, indices<X>& index) {
+  const X R = integer_reciprocal(m, D::unit, index);
   const X m_hi = bit_and(m, constant<X>(log_masks.leading));
   const X m_lo = m - m_hi;
-  return (m_hi * value - D::data.unit) + m_lo * value;
+  return {(m_hi * R - D::data.unit) + m_lo * R, R};
 }
 
 // k L + T + e + q, the first three as an exact sum of a high part and a correction; `rest` comes with q.
@@ -70,7 +74,7 @@ inline double log_positive(double x) {
   }
   const X v = broadcast<X>(hidden(x));
   indices<X> R;
-  const X e = log_reduce<D>(log_fraction(v), R);
+  const X e = log_reduce<D>(log_fraction(v), R).e;
   return log_ha<D>(exponent_field(v) - broadcast<X>(hidden(shift)), R, e, D::polynomial_ha(e)).v[0][0];
 }
 
@@ -112,7 +116,7 @@ struct double_log_ha : double_log<D> {
   template <class X>
   static X eval(X x) {
     indices<X> R;
-    const X e = log_reduce<D>(log_fraction(x), R);
+    const X e = log_reduce<D>(log_fraction(x), R).e;
     return log_ha<D>(exponent_field(x), R, e, D::polynomial_ha(e));
   }
 };
@@ -121,7 +125,7 @@ struct double_log_la : double_log<D> {
   template <class X>
   static X eval(X x) {
     indices<X> R;
-    const X e = log_reduce<D>(log_fraction(x), R);
+    const X e = log_reduce<D>(log_fraction(x), R).e;
     return log_la<D>(exponent_field(x), R, e, D::template polynomial_la<ep>(e));
   }
 };

@@ -30,14 +30,14 @@ struct single_log_parts {
   X e() const { return m - slog_data.one; }
 };
 
-// (ln(1 + e) - e) / e^2, -1/3 <= e < 1/3: to 2^-27, 2^-25, 2^-11 of ln(1 + e)
+// (ln(1 + e) - e) / e^2, -1/3 <= e < 1/3: to 2^-27, 2^-25, 2^-14 of ln(1 + e)
 struct vsln_data_type {
   row<float> ha_first = -0.5f;
   row<float> ha[8] = {0x1.5555p-2f,   -0x1.fffea8p-3f, 0x1.99d28p-3f, -0x1.55ab8ap-3f,
                       0x1.1eb69cp-3f, -0x1.f184eep-4f, 0x1.1ef38p-3f, -0x1.0b775ep-3f};
   row<float> la[8] = {-0x1.ffffd6p-2f, 0x1.5554fcp-2f, -0x1.00144ep-2f, 0x1.99d398p-3f,
                       -0x1.5038e4p-3f, 0x1.1eaacap-3f, -0x1.3b0c36p-3f, 0x1.1f1bb8p-3f};
-  row<float> ep[3] = {-0x1.ff9b18p-2f, 0x1.699872p-2f, -0x1.15f75ep-2f};
+  row<float> ep[4] = {-0x1.ff48d4p-2f, 0x1.5468d6p-2f, -0x1.19ad96p-2f, 0x1.cc56fep-3f};
   // ln 2 * 2^-23; L_hi is short: its product with an exponent is exact
   row<float> L_hi = 0x1.62e4p-24f, L_lo = 0x1.7f7d1cp-43f;
   row<float> L = 0x1.62e43p-24f;
