@@ -1,10 +1,10 @@
-# Programs about the random generators.
+# Words of a generator in a pipe, for test batteries.
 add_executable(raw_words kob/raw_words.cpp)
 target_link_libraries(raw_words PRIVATE orx_g9 orx_serv)
 
-# Those that find and check the parameter tables are built by name alone, since the tables are in the tree. They are
-# for x86_64; the search multiplies polynomials over GF(2) without carry, the check of its rows is done by NTL
-# (libntl-dev), that of the Wichmann-Hill rows by PARI (pari-gp).
+# Programs that find and check the generators' parameter tables. The tables are in the tree, so they are built by
+# name alone, and for x86_64: the search multiplies polynomials over GF(2) without carry, the check of its rows wants
+# NTL (libntl-dev). That of the Wichmann-Hill rows, wh_verify.gp, is for PARI (pari-gp).
 if(CMAKE_SIZEOF_VOID_P EQUAL 8)
   add_executable(wh_search EXCLUDE_FROM_ALL kob/wh_search.cpp)
   add_executable(mt2203_search EXCLUDE_FROM_ALL kob/mt2203_search.cpp)

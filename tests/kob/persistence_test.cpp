@@ -230,10 +230,10 @@ TEST(Persistence, StatesAndChunksThatCannotBeUsedAreRefused) {
     int place;
     uint32_t value;
   } states[] = {
-      {KOB_BRNG_R250, 250, 250},         {KOB_BRNG_R250, 251, 250},      {KOB_BRNG_R250, 250, 0xFFFFFFFF},
-      {KOB_BRNG_R250, 251, 104},         {KOB_BRNG_MT19937, 624, 625},   {KOB_BRNG_MT2203, 69, 70},
-      {KOB_BRNG_MT2203, 69, 0xFFFFFFFF}, {KOB_BRNG_SFMT19937, 624, 628}, {KOB_BRNG_SFMT19937, 628, 4},
-      {KOB_BRNG_SFMT19937, 629, 4},      {KOB_BRNG_WH, 0, 1u << 24},     {KOB_BRNG_WH, 7, 1u << 24},
+      {KOB_BRNG_R250, 250, 250},    {KOB_BRNG_R250, 251, 250},    {KOB_BRNG_R250, 250, 0xFFFFFFFF},
+      {KOB_BRNG_R250, 251, 104},    {KOB_BRNG_MT19937, 624, 625}, {KOB_BRNG_SFMT19937, 624, 628},
+      {KOB_BRNG_SFMT19937, 628, 4}, {KOB_BRNG_SFMT19937, 629, 4}, {KOB_BRNG_WH, 0, 1u << 24},
+      {KOB_BRNG_WH, 7, 1u << 24},
   };
   for (const auto& bad : states) {
     const Stream s(bad.id);

@@ -8,7 +8,9 @@
 namespace {
 
 // Rows of the family table whose generator is still to come: their ids are not valid.
-bool to_come(uint32_t row) { return row == 5 || row == 6 || (row >= 9 && row <= 11) || row == 13; }
+bool to_come(uint32_t row) {
+  return row == 5 || row == 6 || row == 8 || (row >= 9 && row <= 11) || row == 13;
+}
 
 TEST(Registry, IdsAndRows) {
   uint32_t index, offset;
@@ -28,7 +30,7 @@ TEST(Registry, IdsAndRows) {
       {0x100001, 0, 1, false},
       {0x500000 + 272, 4, 272, true},
       {0x500000 + 273, 4, 273, false},
-      {0x900000 + 6023, 8, 6023, true},
+      {0x900000 + 6023, 8, 6023, false},  // to come
       {0x900000 + 6024, 8, 6024, false},
       {0xE00000, 13, 0, false},  // to come
       {0xFFFFFFFF, 0xFFE, 0xFFFFF, false},
@@ -43,8 +45,8 @@ TEST(Registry, IdsAndRows) {
     EXPECT_EQ(__kobGetBrngProperties(row.id, &p), status) << row.id;
     KobStream* stream = nullptr;
     if (!row.valid) {
- EXPECT_EQ(__kobNewStreamEx(&stream, row.id, 0, nullptr), KOB_ERROR_BRNG_INDEX);
-}
+      EXPECT_EQ(__kobNewStreamEx(&stream, row.id, 0, nullptr), KOB_ERROR_BRNG_INDEX);
+    }
   }
   for (uint32_t abstract : {KOB_BRNG_IABSTRACT, KOB_BRNG_DABSTRACT, KOB_BRNG_SABSTRACT}) {
     KobStream* stream = nullptr;
@@ -113,12 +115,14 @@ TEST(Registry, Registration) {
     if (missing == 3) p.iGenerate = nullptr;
     EXPECT_EQ(__kobRegisterBrng(&p), KOB_ERROR_NULL_PTR);
   }
-  EXPECT_EQ(__kobGetNumRegBrngs(), 14);
-  EXPECT_EQ(__kobRegisterBrng(&good), 0xF00000);
-  EXPECT_EQ(__kobRegisterBrng(&good), 0x1000000);
-  EXPECT_EQ(__kobGetNumRegBrngs(), 16);
+  const int rows = __kobGetNumRegBrngs();  // 14, unless another test has registered one
+  EXPECT_GE(rows, 14);
+  const int id = __kobRegisterBrng(&good);
+  EXPECT_EQ(id, 0xF00000 + ((rows - 14) << 20));
+  EXPECT_EQ(__kobRegisterBrng(&good), id + 0x100000);
+  EXPECT_EQ(__kobGetNumRegBrngs(), rows + 2);
 
-  const Stream counter(0xF00000, {100});
+  const Stream counter(uint32_t(id), {100});
   EXPECT_EQ(counter.words(3), (Words{100, 101, 102}));
   EXPECT_EQ(Stream(counter).words(2), (Words{103, 104}));
   Words image(size_t(__kobGetStreamSize(counter)) / 4);
@@ -135,25 +139,32 @@ TEST(Registry, Registration) {
   // A seeding that fails leaves the stream with the caller.
   KobStream* failed = nullptr;
   const uint32_t bad_seed = 666;
-  EXPECT_EQ(__kobNewStreamEx(&failed, 0xF00000, 1, &bad_seed), KOB_ERROR_BAD_ARG);
+  EXPECT_EQ(__kobNewStreamEx(&failed, uint32_t(id), 1, &bad_seed), KOB_ERROR_BAD_ARG);
   ASSERT_NE(failed, nullptr);
   EXPECT_EQ(__kobDeleteStream(&failed), 0);
   EXPECT_EQ(failed, nullptr);
   EXPECT_EQ(__kobDeleteStream(&failed), 0);
 
-  // A state smaller than the header, and a table that is full.
+  // A state smaller than the header.
   p = good;
   p.StateSize = 0;
-  EXPECT_EQ(__kobRegisterBrng(&p), 0x1100000);
+  const uint32_t tiny_id = uint32_t(__kobRegisterBrng(&p));
   KobStream* tiny;
   uint32_t index, offset;
-  const KobBrngProperties* table = __kobGetBrngBaseOffset(0x1100000, &index, &offset);
-  ASSERT_EQ(__kobAllocateStream(&tiny, table, 0x1100000, index, offset), 0);
+  const KobBrngProperties* table = __kobGetBrngBaseOffset(tiny_id, &index, &offset);
+  ASSERT_EQ(__kobAllocateStream(&tiny, table, tiny_id, index, offset), 0);
   EXPECT_EQ(__kobGetStreamSize(tiny), 16);
   __kobDeleteStream(&tiny);
-  while (__kobGetNumRegBrngs() < 512) ASSERT_GT(__kobRegisterBrng(&good), 0);
-  EXPECT_EQ(__kobRegisterBrng(&good), KOB_ERROR_BRNG_INDEX);
-  EXPECT_EQ(Stream(512u << 20, {5}).words(2), (Words{5, 6}));
+
+  // A table that is full, in a process of its own.
+  const auto fill = [&good] {
+    while (__kobGetNumRegBrngs() < 512)
+      if (__kobRegisterBrng(&good) < 0) return 1;
+    return __kobRegisterBrng(&good) == KOB_ERROR_BRNG_INDEX && Stream(512u << 20, {5}).words(2) == Words{5, 6}
+               ? 0
+               : 2;
+  };
+  EXPECT_EXIT(exit(fill()), testing::ExitedWithCode(0), "");
 }
 
 void* block(const void* content, uint32_t size) {

@@ -1,7 +1,9 @@
 // Uniform reals, integers and bits; Bernoulli and geometric.
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 
+#include "orx/tef.h"
 #include "reference.hpp"
 
 namespace {
@@ -125,6 +127,92 @@ TEST(Bernoulli, ComparesWithAUniformOfSinglePrecision) {
       EXPECT_EQ(_kobiRngBernoulli(0, s, -1, r.data() + n, p), 0);
       EXPECT_EQ(r[n], 77);
     }
+}
+
+// ---- geometric, and the vector math that it shares with other distributions ----
+
+int counting_handler_calls;
+int counting_handler(TefErrorContext*) { return ++counting_handler_calls, 0; }
+
+TEST(Geometric, IsInversionInSinglePrecision) {
+  for (const Reference& reference : references())
+    for (double p : {0.01, 0.3, 0.9}) {
+      const Stream s(reference.id, reference.seed), t(reference.id, reference.seed);
+      const int n = 2500;
+      std::vector<int32_t> r(n + 1, 77);
+      ASSERT_EQ(_kobiRngGeometric(0, s, n, r.data(), p), 0);
+      EXPECT_EQ(r[n], 77);
+      const std::vector<float> u = t.reals<float>(n);
+      double sum = 0;
+      for (int i = 0; i < n; ++i) {
+        if (u[i] == 0) continue;
+        // The logarithm is of the fast class: where the quotient is near an integer it may fall on either
+        // side.
+        const double exact = std::log(double(u[i])) / std::log1p(-p);
+        ASSERT_LE(r[i], std::floor(exact * (1 + 1e-3) + 1e-6)) << u[i];
+        ASSERT_GE(r[i], std::floor(exact * (1 - 1e-3) - 1e-6)) << u[i];
+        sum += r[i];
+      }
+      const double mean = (1 - p) / p, deviation = std::sqrt(1 - p) / p;
+      EXPECT_NEAR(sum / n, mean, 5 * deviation / std::sqrt(double(n))) << reference.name;
+    }
+}
+
+TEST(Geometric, AUniformOfZeroIsNoError) {
+  const Stream s(KOB_BRNG_R250, Words(250));  // nothing but zeros
+  orx_tef_kernel_ClearErrStatus();
+  orx_tef_kernel_SetErrorCallBack(counting_handler);
+  errno = 0;
+  std::vector<int32_t> r(100);
+  ASSERT_EQ(_kobiRngGeometric(0, s, 100, r.data(), 0.5), 0);
+  EXPECT_EQ(r, std::vector<int32_t>(100, 149));  // 103.28 / ln 2
+  EXPECT_EQ(counting_handler_calls, 0);
+  EXPECT_EQ(errno, 0);
+  orx_tef_kernel_ClearErrorCallBack();
+}
+
+// A generator whose third call fails.
+int calls_left;
+int failing_init(int, KobStream*, int, const uint32_t*) { return 0; }
+template <class Real>
+int failing_reals(KobStream*, int n, Real r[], Real, Real) {
+  if (calls_left-- == 0) return KOB_ERROR_TRNG_FAILED;
+  std::fill(r, r + n, Real(0));
+  return 0;
+}
+int failing_words(KobStream*, int, uint32_t*) { return KOB_ERROR_TRNG_FAILED; }
+
+TEST(Failure, IsPassedOnAndModeAndHandlerAreAsBefore) {
+  const KobBrngProperties p = {
+      16, 1, 1, 4, 32, failing_init, failing_reals<float>, failing_reals<double>, failing_words};
+  const int id = __kobRegisterBrng(&p);
+  ASSERT_GT(id, 0);
+  const Stream s{uint32_t(id)};
+  orx_tef_kernel_SetErrorCallBack(counting_handler);
+  for (int mode :
+       {TEF_HA | TEF_ERRMODE_DEFAULT, TEF_LA | TEF_ERRMODE_IGNORE, TEF_EP | TEF_ERRMODE_ERRNO | TEF_FLUSH_ON})
+    for (int calls : {0, 2, 100}) {
+      orx_tef_kernel_SetMode(mode);
+      const int before = orx_tef_kernel_GetMode();
+      calls_left = calls;
+      std::vector<int32_t> r(5000, 77);
+      EXPECT_EQ(_kobiRngGeometric(0, s, 5000, r.data(), 0.5), calls < 100 ? KOB_ERROR_TRNG_FAILED : 0);
+      EXPECT_EQ(r[0] != 77, calls > 0);  // what was made before the failure stays
+      EXPECT_EQ(r[2048] == 77, calls < 100);
+      EXPECT_EQ(orx_tef_kernel_GetErrorCallBack(), counting_handler);
+      // The flush field cannot be emptied again, but "off" acts like an empty one.
+      EXPECT_EQ(orx_tef_kernel_GetMode() & ~TEF_FLUSH_OFF, before & ~TEF_FLUSH_OFF);
+    }
+  orx_tef_kernel_SetMode(TEF_HA | TEF_ERRMODE_DEFAULT | TEF_FLUSH_OFF);
+  orx_tef_kernel_ClearErrorCallBack();
+  calls_left = 0;
+  int32_t r = 77;
+  uint32_t word;
+  EXPECT_EQ(_kobiRngUniform(0, s, 1, &r, 0, 9), KOB_ERROR_TRNG_FAILED);
+  calls_left = 0;
+  EXPECT_EQ(_kobiRngBernoulli(0, s, 1, &r, 0.5), KOB_ERROR_TRNG_FAILED);
+  EXPECT_EQ(_kobiRngUniformBits(0, s, 1, &word), KOB_ERROR_TRNG_FAILED);
+  EXPECT_EQ(r, 77);
 }
 
 }  // namespace

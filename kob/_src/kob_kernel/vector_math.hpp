@@ -1,5 +1,5 @@
-// Vector math inside a distribution generator: errors go to the generator's own handler, and what the calling thread
-// had set acts again afterwards, whichever way the generator is left.
+// Vector math inside a distribution generator: errors go to the generator's own handler, and what the calling
+// thread had set acts again afterwards, whichever way the generator is left.
 #pragma once
 
 #include "orx/tef.h"
@@ -9,7 +9,8 @@ namespace orx::rng {
 class VectorMath {
  public:
   explicit VectorMath(TefErrorCallBack handler)
-      : mode_(orx_tef_kernel_SetMode(TEF_ERRMODE_CALLBACK)), handler_(orx_tef_kernel_SetErrorCallBack(handler)) {}
+      : mode_(orx_tef_kernel_SetMode(TEF_ERRMODE_CALLBACK)),
+        handler_(orx_tef_kernel_SetErrorCallBack(handler)) {}
   ~VectorMath() {
     orx_tef_kernel_SetErrorCallBack(handler_);
     orx_tef_kernel_SetMode(mode_);
