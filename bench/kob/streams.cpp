@@ -31,7 +31,7 @@ constexpr Generator kGenerators[] = {
     {"MCG59", KOB_BRNG_MCG59},
     {"WH", KOB_BRNG_WH},
     {"MT19937", KOB_BRNG_MT19937},
-    //{"MT2203", KOB_BRNG_MT2203},
+    {"MT2203", KOB_BRNG_MT2203},
     {"SFMT19937", KOB_BRNG_SFMT19937},
 };
 

@@ -105,7 +105,8 @@ TEST(Quality, SubGenerators) {
   const struct {
     uint32_t id;
     std::vector<uint32_t> numbers;
-  } families[] = {{KOB_BRNG_WH, {0, 1, 2, 100, 101, 271, 272}}};
+  } families[] = {{KOB_BRNG_WH, {0, 1, 2, 100, 101, 271, 272}},
+                  {KOB_BRNG_MT2203, {0, 1, 2, 3000, 6022, 6023}}};
   for (const auto& family : families) {
     Numbers last;
     for (uint32_t k : family.numbers) {

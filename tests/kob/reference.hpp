@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "stream.hpp"
+#include "twister_reference.hpp"
 
 // A generator family under test: where it starts, its words one after the other, and its reals from them.
 struct Reference {
@@ -77,9 +78,12 @@ inline Reference r250() {
           real_of_word32};
 }
 
-// The last row of the tables: moduli 16766363, 16766359, 16766327, 16766231 with multipliers 126, 127, 125, 124.
+// The last row of the tables: moduli 16766363, 16766359, 16766327, 16766231 with multipliers 126, 127, 125,
+// 124.
 inline Reference wh() {
-  return {"WH", KOB_BRNG_WH + 272, {1234567, 0, 16766327 + 5, 0xFFFFFFFF},
+  return {"WH",
+          KOB_BRNG_WH + 272,
+          {1234567, 0, 16766327 + 5, 0xFFFFFFFF},
           [] {
             return [x = std::vector<uint64_t>{1234567, 1, 5, 0xFFFFFFFF % 16766231}]() mutable {
               const Words now(x.begin(), x.end());
@@ -90,9 +94,28 @@ inline Reference wh() {
           },
           [](const Words& w, double a, double b) {
             const double inverse[] = {1.0 / 16766363, 1.0 / 16766359, 1.0 / 16766327, 1.0 / 16766231};
-            const double sum = ((w[0] * inverse[0] + w[1] * inverse[1]) + w[2] * inverse[2]) + w[3] * inverse[3];
+            const double sum =
+                ((w[0] * inverse[0] + w[1] * inverse[1]) + w[2] * inverse[2]) + w[3] * inverse[3];
             return (sum - int(sum)) * (b - a) + a;
           }};
 }
 
-inline std::vector<Reference> references() { return {mcg31m1(), mcg59(), mrg32k3a(), r250(), wh()}; }
+inline Reference twister(const char* name, uint32_t id, const TwisterReference::Parameters& parameters) {
+  const Words key = {20, 3, 2008};
+  return {name, id, key,
+          [=] { return [next = TwisterReference(parameters, key)]() mutable { return Words{next()}; }; },
+          real_of_word32};
+}
+
+inline Reference mt19937() {
+  return twister("MT19937", KOB_BRNG_MT19937, {624, 397, 0x7FFFFFFF, 0x9908B0DF, 11, 0x9D2C5680, 0xEFC60000});
+}
+
+// The last row of the table.
+inline Reference mt2203() {
+  return twister("MT2203", KOB_BRNG_MT2203 + 6023, {69, 34, 0x1F, 0xE8761D4B, 12, 0x72967680, 0xEFEB0000});
+}
+
+inline std::vector<Reference> references() {
+  return {mcg31m1(), mcg59(), mrg32k3a(), r250(), wh(), mt19937(), mt2203()};
+}

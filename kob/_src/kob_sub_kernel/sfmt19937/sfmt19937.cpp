@@ -152,10 +152,10 @@ struct SFMT19937 : NoLeapfrog, NoSkip {
 
   // n 128-bit words, in parts that an int can count in 32-bit words. The waiting words are not looked at.
   static int words(KobStream* stream, int n, uint32_t* r) {
-    constexpr int kMost = 1 << 28;
+    constexpr int kMost = 1 << 26;
     for (; n > kMost; n -= kMost, r += 4 * kMost)
       draw(Engine(state<SFMT19937>(stream)), 4 * kMost, Word32Sink<uint32_t>(r));
-    draw(Engine(state<SFMT19937>(stream)), 4 * n, Word32Sink<uint32_t>(r));
+    if (n > 0) draw(Engine(state<SFMT19937>(stream)), 4 * n, Word32Sink<uint32_t>(r));
     return KOB_STATUS_OK;
   }
 
