@@ -34,7 +34,8 @@ void check(binary<T>* kernel, F plain) {
         for (int i = 0; i < room; ++i) {
           const T y = alias == 3 ? a[i] : b[i], old = alias == 2 ? b[i] : a[i];
           const bool inside = i >= offset && i < offset + n;
-          ASSERT_EQ(r[i], inside ? plain(a[i], y) : old) << "n " << n << " offset " << offset << " alias " << alias;
+          ASSERT_EQ(r[i], inside ? plain(a[i], y) : old)
+              << "n " << n << " offset " << offset << " alias " << alias;
         }
       }
 }

@@ -152,10 +152,14 @@ TEST_F(Errors, ComplexElements) {
 TEST_F(Errors, ErrnoAndExceptionOfEachStatus) {
   const struct {
     int status, code, exception;
-  } cases[] = {{StatusBadPointer, EACCES, 0},       {StatusBadSize, EINVAL, 0},
-               {StatusOk, 0, 0},                    {StatusDomain, EDOM, FE_INVALID},
-               {StatusSingularity, ERANGE, FE_DIVBYZERO}, {StatusOverflow, ERANGE, FE_OVERFLOW},
-               {StatusUnderflow, ERANGE, FE_UNDERFLOW},   {9, EFAULT, 0}};
+  } cases[] = {{StatusBadPointer, EACCES, 0},
+               {StatusBadSize, EINVAL, 0},
+               {StatusOk, 0, 0},
+               {StatusDomain, EDOM, FE_INVALID},
+               {StatusSingularity, ERANGE, FE_DIVBYZERO},
+               {StatusOverflow, ERANGE, FE_OVERFLOW},
+               {StatusUnderflow, ERANGE, FE_UNDERFLOW},
+               {9, EFAULT, 0}};
   double a[1] = {1.0};
   _tefClearErrorCallBack();
   for (const auto& c : cases) {

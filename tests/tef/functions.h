@@ -28,7 +28,8 @@ std::vector<unary_function<T>> unary_functions() {
   };
 #define ORX_ADD_s add_float
 #define ORX_ADD_d add_double
-#define ORX_LIST_unary(t, Fn) ORX_ADD_##t(#t #Fn, orx_tef_kernel_##t##Fn##_ttab, orx_tef_kernel_##t##Fn##_ctab);
+#define ORX_LIST_unary(t, Fn) \
+  ORX_ADD_##t(#t #Fn, orx_tef_kernel_##t##Fn##_ttab, orx_tef_kernel_##t##Fn##_ctab);
 #define ORX_LIST_binary(t, Fn)
 #define ORX_LIST_linearfrac(t, Fn)
 #define ORX_FUNCTION(shape, t, Fn, la, ha, ep, cost_la, cost_ha, cost_ep) ORX_LIST_##shape(t, Fn)

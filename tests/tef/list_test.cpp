@@ -41,36 +41,36 @@ void stand_in_linearfrac(int n, const T* a, const T* b, T sa, T ha, T sb, T hb, 
 #define ORX_TEST_ARGUMENTS_unary (3, &a, &r)
 #define ORX_TEST_ARGUMENTS_binary (3, &a, &b, &r)
 #define ORX_TEST_ARGUMENTS_linearfrac (3, &a, &b, 1, 2, 3, 4, &r)
-#define ORX_TEST_CALLS_s(shape, Fn)                            \
-  if (which == 0) _tefs##Fn##_21 ORX_TEST_ARGUMENTS_##shape;   \
-  if (which == 1) _tefs##Fn ORX_TEST_ARGUMENTS_##shape;        \
-  if (which == 2) _tefs##Fn##_HA ORX_TEST_ARGUMENTS_##shape;   \
+#define ORX_TEST_CALLS_s(shape, Fn)                          \
+  if (which == 0) _tefs##Fn##_21 ORX_TEST_ARGUMENTS_##shape; \
+  if (which == 1) _tefs##Fn ORX_TEST_ARGUMENTS_##shape;      \
+  if (which == 2) _tefs##Fn##_HA ORX_TEST_ARGUMENTS_##shape; \
   if (which == 3) _tefs##Fn##_11 ORX_TEST_ARGUMENTS_##shape;
-#define ORX_TEST_CALLS_d(shape, Fn)                            \
-  if (which == 0) _tefd##Fn##_50 ORX_TEST_ARGUMENTS_##shape;   \
-  if (which == 1) _tefd##Fn ORX_TEST_ARGUMENTS_##shape;        \
-  if (which == 2) _tefd##Fn##_HA ORX_TEST_ARGUMENTS_##shape;   \
+#define ORX_TEST_CALLS_d(shape, Fn)                          \
+  if (which == 0) _tefd##Fn##_50 ORX_TEST_ARGUMENTS_##shape; \
+  if (which == 1) _tefd##Fn ORX_TEST_ARGUMENTS_##shape;      \
+  if (which == 2) _tefd##Fn##_HA ORX_TEST_ARGUMENTS_##shape; \
   if (which == 3) _tefd##Fn##_26 ORX_TEST_ARGUMENTS_##shape;
 
 TEST(List, ForwardersReachTheirEntryWithTheirArguments) {
-#define ORX_FUNCTION(shape, t, Fn, la, ha, ep, cost_la, cost_ha, cost_ep)                  \
+#define ORX_FUNCTION(shape, t, Fn, la, ha, ep, cost_la, cost_ha, cost_ep)                         \
   check_forwarders(orx_tef_kernel_##t##Fn##_ttab, stand_in_##shape<ORX_REAL_##t>, [](int which) { \
-    static ORX_REAL_##t a = 5, b = 6, r = 7;                                               \
-    static_cast<void>(b);                                                                  \
-    ORX_TEST_CALLS_##t(shape, Fn)                                                          \
+    static ORX_REAL_##t a = 5, b = 6, r = 7;                                                      \
+    static_cast<void>(b);                                                                         \
+    ORX_TEST_CALLS_##t(shape, Fn)                                                                 \
   });
 #include "orx/tef_functions.def"
 #undef ORX_FUNCTION
 }
 
 TEST(List, OneKernelHasOneCost) {
-#define ORX_FUNCTION(shape, t, Fn, la, ha, ep, cost_la, cost_ha, cost_ep)                          \
-  for (int i = 0; i < 3; ++i) {                                                                    \
-    EXPECT_GT(orx_tef_kernel_##t##Fn##_ctab[i], 0.0f);                                             \
-    for (int j = 0; j < i; ++j) {                                                                  \
-      if (orx_tef_kernel_##t##Fn##_ttab[i] != orx_tef_kernel_##t##Fn##_ttab[j]) continue;          \
-      EXPECT_EQ(orx_tef_kernel_##t##Fn##_ctab[i], orx_tef_kernel_##t##Fn##_ctab[j]) << #t #Fn;      \
-    }                                                                                              \
+#define ORX_FUNCTION(shape, t, Fn, la, ha, ep, cost_la, cost_ha, cost_ep)                      \
+  for (int i = 0; i < 3; ++i) {                                                                \
+    EXPECT_GT(orx_tef_kernel_##t##Fn##_ctab[i], 0.0f);                                         \
+    for (int j = 0; j < i; ++j) {                                                              \
+      if (orx_tef_kernel_##t##Fn##_ttab[i] != orx_tef_kernel_##t##Fn##_ttab[j]) continue;      \
+      EXPECT_EQ(orx_tef_kernel_##t##Fn##_ctab[i], orx_tef_kernel_##t##Fn##_ctab[j]) << #t #Fn; \
+    }                                                                                          \
   }
 #include "orx/tef_functions.def"
 #undef ORX_FUNCTION

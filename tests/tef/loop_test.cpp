@@ -54,8 +54,8 @@ TEST(Loop, ArraysThatAreNotAlignedToTheirElements) {
   }
 }
 
-// Kernels compute in round-to-nearest with the flush that the mode asks for, and give MXCSR back bit for bit where they
-// had to change it.
+// Kernels compute in round-to-nearest with the flush that the mode asks for, and give MXCSR back bit for bit
+// where they had to change it.
 template <class T>
 void check_control_word() {
   const test::tef_state state;

@@ -1,5 +1,5 @@
-// The kernel frame in its calling shapes, with kernels whose mathematics is plain: two inputs, a scalar second input, two
-// outputs.
+// The kernel frame in its calling shapes, with kernels whose mathematics is plain: two inputs, a scalar
+// second input, two outputs.
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -12,7 +12,8 @@ namespace {
 
 constexpr row<double> limit = 100.0;
 
-// a * b, rare from |a| = 100 on: there the scalar routine negates the product, and tells an overflow from 1000 on.
+// a * b, rare from |a| = 100 on: there the scalar routine negates the product, and tells an overflow from
+// 1000 on.
 struct product : kernel<double, 2, 1> {
   template <class X>
   static X rare(X a, X) {

@@ -22,9 +22,9 @@ struct sExp : kernel<float> {
 
 // HA. x = (4 k + j) ln2/4 + r, |r| <= ln2/8; e^x = 2^k 2^(j/4) e^r. The four powers lie in a vector.
 struct {
-  row<float> inv_ln2 = 0x1.715476p+2f;    // 4/ln 2
-  row<float> shifter = 0x1.8003f8p+23f;   // 1.5 * 2^23 + 4 * 127: the exponent's bias is in N already
-  row<float> ln2_hi = 0x1.62ep-3f;        // ln 2/4
+  row<float> inv_ln2 = 0x1.715476p+2f;   // 4/ln 2
+  row<float> shifter = 0x1.8003f8p+23f;  // 1.5 * 2^23 + 4 * 127: the exponent's bias is in N already
+  row<float> ln2_hi = 0x1.62ep-3f;       // ln 2/4
   row<float> ln2_lo = 0x1.0bfbe8p-17f;
   row<float> c[3] = {0x1.000002p-1f, 0x1.5571d8p-3f, 0x1.555654p-5f};  // (e^r - 1 - r) / r^2, to 2^-24 of r
   alignas(64) float T_hi[8] = {0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f,

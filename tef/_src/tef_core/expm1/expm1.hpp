@@ -1,7 +1,7 @@
 // e^x - 1 = (T s - 1) + T s (e^r - 1), x = n L + r, L = ln 2/2^b, T = 2^(j/2^b), s = 2^k, n = 2^b k + j.
 //
-// The sum T s - 1 is made first, so that nothing cancels for x near 0: there T s is 1, and what remains is the
-// polynomial. D holds the constants and knows where its powers are.
+// The sum T s - 1 is made first, so that nothing cancels for x near 0: there T s is 1, and what remains is
+// the polynomial. D holds the constants and knows where its powers are.
 #pragma once
 #include "frame/kernel.hpp"
 
@@ -32,8 +32,8 @@ struct expm1_reduction {
       : N(x * D::data.inv_L + D::data.shifter), Nf(N - D::data.shifter), r1(x - Nf * D::data.L_hi) {}
 };
 
-// HA. The powers' leading part, `high`, and r's, are short, so that their product is exact; the two sums that carry the
-// result keep their rounding errors. `rest` is what `high` lacks, as a fraction of it.
+// HA. The powers' leading part, `high`, and r's, are short, so that their product is exact; the two sums that
+// carry the result keep their rounding errors. `rest` is what `high` lacks, as a fraction of it.
 template <class D, class X>
 inline X expm1_ha(X x) {
   const auto& d = D::data;

@@ -1,7 +1,8 @@
 // The logarithms of single precision.
 //
-// x = 2^k m with m in [2/3, 4/3); e = m - 1 is exact, and the logarithm is k L + log(1 + e), L the logarithm of 2, with a
-// polynomial for the second term. No table, and no integers: the exponent of 3 x is k + 1, its complement that of 2^-k.
+// x = 2^k m with m in [2/3, 4/3); e = m - 1 is exact, and the logarithm is k L + log(1 + e), L the logarithm
+// of 2, with a polynomial for the second term. No table, and no integers: the exponent of 3 x is k + 1, its
+// complement that of 2^-k.
 #pragma once
 #include <cfloat>
 
@@ -30,7 +31,8 @@ struct single_log_parts {
   X e() const { return m - slog_data.one; }
 };
 
-// For -1/3 <= e < 1/3: (ln(1 + e) - e + e^2/2) / e^3 to 2^-27 of ln(1 + e), and (ln(1 + e) - e) / e^2 to 2^-25 and 2^-14
+// For -1/3 <= e < 1/3: (ln(1 + e) - e + e^2/2) / e^3 to 2^-27 of ln(1 + e), and (ln(1 + e) - e) / e^2 to
+// 2^-25 and 2^-14
 struct vsln_data_type {
   row<float> half = 0.5f;
   row<float> ha[8] = {0x1.5555p-2f,   -0x1.fffea8p-3f, 0x1.99d28p-3f, -0x1.55ab8ap-3f,
@@ -51,8 +53,8 @@ struct high_low {
   X high, low;
 };
 
-// ln(1 + e) = (e - e^2/2) + e^3 Q(e). Half the square of e's leading bits is exact, and its difference from e keeps its
-// rounding error.
+// ln(1 + e) = (e - e^2/2) + e^3 Q(e). Half the square of e's leading bits is exact, and its difference from e
+// keeps its rounding error.
 template <class X>
 inline high_low<X> sln_fraction(X e) {
   const auto& d = vsln_data;
@@ -64,7 +66,8 @@ inline high_low<X> sln_fraction(X e) {
   return {high, ((e - high) - square) + ((e2 * e) * polynomial(e, e2, d.ha) - square_rest)};
 }
 
-// ln(m + t) + k ln 2, t a correction to m of half a unit of its last place at most, or m = 1 and t anything below.
+// ln(m + t) + k ln 2, t a correction to m of half a unit of its last place at most, or m = 1 and t anything
+// below.
 template <class X>
 inline X sln_ha(const single_log_parts<X>& p, X t) {
   const auto& d = vsln_data;
@@ -85,8 +88,8 @@ inline X sln_ep(const single_log_parts<X>& p, X e) {
   return (p.k * vsln_data.L + e) + e2 * polynomial(e, e2, vsln_data.ep);
 }
 
-// A logarithm of singles, rare where x is not a positive normal number, or so large that 3 x overflows. F is the function of double precision, for the
-// scalar routine.
+// A logarithm of singles, rare where x is not a positive normal number, or so large that 3 x overflows. F is
+// the function of double precision, for the scalar routine.
 template <int (*rare_function)(const double*, double*)>
 struct single_log : kernel<float> {
   static constexpr int together = 2;

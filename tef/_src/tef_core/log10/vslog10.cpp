@@ -10,7 +10,8 @@ struct vslog10_data_type {
   row<float> la[8] = {-0x1.bcb78cp-3f, 0x1.287a28p-3f, -0x1.bcdb54p-4f, 0x1.63f8cep-4f,
                       -0x1.24044cp-4f, 0x1.f1f50cp-5f, -0x1.11c04ap-4f, 0x1.f2ec5cp-5f};
   row<float> ep[4] = {-0x1.bc1896p-3f, 0x1.27ad0ap-3f, -0x1.e9534ep-4f, 0x1.8fd8aep-4f};
-  // C_hi has 12 significant bits, and so has the part of the logarithm that it multiplies: their product is exact
+  // C_hi has 12 significant bits, and so has the part of the logarithm that it multiplies: their product is
+  // exact
   row<float> C_hi = 0x1.bccp-2f, C_lo = -0x1.09d5b2p-15f, C = 0x1.bcb7b2p-2f;
   row<uint32_t> leading_bits = 0xFFFFF000;
   // log10 2 * 2^-23

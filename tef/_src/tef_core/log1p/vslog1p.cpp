@@ -1,5 +1,5 @@
-// ln(1 + x), single. u = 1 + x, rounded, is taken apart as ln takes its argument, and what the rounding lost is added to
-// its fraction.
+// ln(1 + x), single. u = 1 + x, rounded, is taken apart as ln takes its argument, and what the rounding lost
+// is added to its fraction.
 #include "ln/slog.hpp"
 #include "ln/vdln.hpp"
 
