@@ -15,6 +15,7 @@
 #include <sstream>
 
 #include "measure.hpp"
+#include "orx/tef.h"
 
 namespace {
 
@@ -150,6 +151,7 @@ options parse(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   options o = parse(argc, argv);
+  orx_tef_kernel_SetMode(TEF_HA | TEF_ERRMODE_IGNORE | TEF_FLUSH_OFF);
   const bool everything = o.functions.empty();
   std::vector<row> rows;
   std::string faults;
