@@ -49,7 +49,7 @@ const Message* find(int id) {
 
 // The words are taken one by one, so that it does not matter whether they were pushed as two words or as a
 // pair of 32-bit integers in registers.
-double take_double(va_list& args) {
+double take_double(va_list args) {
   const uint64_t low = va_arg(args, uint32_t), high = va_arg(args, uint32_t);
   const uint64_t bits = high << 32 | low;
   double value;
@@ -57,7 +57,7 @@ double take_double(va_list& args) {
   return value;
 }
 
-void print(const Message& message, va_list& args) {
+void print(const Message& message, va_list args) {
   if (message.kind == kValue) {
     const int index = va_arg(args, int);
     const double value = take_double(args);

@@ -21,10 +21,8 @@ struct {
   row<double> shifter = 0x1.800000000ffcp+52;    // 1.5 * 2^52 + 64 * 1023: n in the low bits, the exponent's bias added
   row<double> ln2_hi = 0x1.62e42fefap-7;        // ln 2/64; short, so that its product with an integer is exact
   row<double> ln2_lo = 0x1.cf79abc9e3b3ap-46;
-  row<double> c2 = 0x1.fffffffffdb3bp-2;
-  row<double> c3 = 0x1.555555555653ep-3;
-  row<double> c4 = 0x1.555573f218b93p-5;
-  row<double> c5 = 0x1.111112d9f549bp-7;
+  // (e^r - 1 - r) / r^2
+  row<double> c[4] = {0x1.fffffffffdb3bp-2, 0x1.555555555653ep-3, 0x1.555573f218b93p-5, 0x1.111112d9f549bp-7};
 } constexpr vdexp_data{};
 
 struct dExpHA : dExp {
@@ -40,7 +38,8 @@ struct dExpHA : dExp {
     const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
 
     // 3. p = e^r - 1.
-    const X p = r + r * r * (d.c2 + r * (d.c3 + r * (d.c4 + r * d.c5)));
+    const X r2 = r * r;
+    const X p = r + r2 * polynomial(r, r2, d.c);
 
     // 4. The table row is n mod 64; the rest of n is the exponent of a scale factor.
     X T, T_lo;

@@ -26,9 +26,7 @@ struct {
   row<float> shifter = 0x1.8003f8p+23f;   // 1.5 * 2^23 + 4 * 127: the exponent's bias is in N already
   row<float> ln2_hi = 0x1.62ep-3f;        // ln 2/4
   row<float> ln2_lo = 0x1.0bfbe8p-17f;
-  row<float> c2 = 0.49999997f;
-  row<float> c3 = 0.166729242f;
-  row<float> c4 = 0.0416823104f;
+  row<float> c[3] = {0.49999997f, 0.166729242f, 0.0416823104f};  // (e^r - 1 - r) / r^2
   alignas(64) float T_hi[8] = {0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f,
                                0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f};
   alignas(64) float T_lo[8] = {0.0f, 3.1934182e-08f, 1.7114271e-08f, -1.4719605e-08f,
@@ -43,7 +41,8 @@ struct sExpHA : sExp {
     const X Nf = N - d.shifter;
     const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
     const X T_hi = select_of_4(d.T_hi, N), T_lo = select_of_4(d.T_lo, N);
-    const X p = r + r * r * (d.c2 + r * (d.c3 + r * d.c4));
+    const X r2 = r * r;
+    const X p = r + r2 * polynomial(r, r2, d.c);
     const X scale = scale_from<2>(N);
     return ((p * T_hi + T_lo) + T_hi) * scale;
   }
@@ -65,8 +64,7 @@ struct sExpLA : sExp {
     const X N = x * d.inv_ln2 + d.shifter;
     const X Nf = N - d.shifter;
     const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
-    const X p = d.c[0] + r * (d.c[1] + r * (d.c[2] + r * (d.c[3] + r * (d.c[4] + r * d.c[5]))));
-    return p * scale_from<0>(N);
+    return polynomial(r, r * r, d.c) * scale_from<0>(N);
   }
 };
 
@@ -84,8 +82,7 @@ struct sExpEP : sExp {
     const X t = x * d.inv_ln2;
     const X N = t + d.shifter;
     const X f = t - (N - d.shifter);
-    const X p = d.c[0] + f * (d.c[1] + f * (d.c[2] + f * d.c[3]));
-    return p * scale_from<0>(N);
+    return polynomial(f, f * f, d.c) * scale_from<0>(N);
   }
 };
 
