@@ -40,10 +40,10 @@ struct row {
 
   int digits() const { return function.type == 's' ? 24 : 53; }
 
-  // What the classes that the kernel serves ask for, whatever its own bound. A formula of several operations
-  // (LinearFrac) is held to its own alone.
+  // What the classes that the kernel serves ask for, whatever its own bound. Plain arithmetic is held to its
+  // own alone.
   double class_limit() const {
-    if (function.shape->scalars) return kernel.bound;
+    if (!kernel.has_line) return kernel.bound;
     const double limits[3] = {4, 1, std::ldexp(1.0, digits() - 1 - (function.type == 's' ? 11 : 26))};
     double limit = INFINITY;
     for (int i = 0; i < 3; ++i)
