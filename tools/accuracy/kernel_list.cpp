@@ -26,6 +26,7 @@ const std::map<std::string, line>& lines() {
   static const std::map<std::string, line> all{
 #define ORX_KERNEL(t, Fn, code, K, bound, from, to) {#t #Fn "_" #code, {bound, from, to}},
 #define ORX_BINARY_KERNEL ORX_KERNEL
+#define ORX_LINEARFRAC_KERNEL ORX_KERNEL
 #include "kernel_lines.inc"
   };
   return all;

@@ -103,7 +103,7 @@ scaled_exponential reduce_and_evaluate(double x) {
 double denormal_result(const scaled_exponential& e) {
   const double up = power_of_two(e.k + 60);
   const double high = e.hi * up, low = e.tail * up;
-  const double grid = 0x1.8p-962;  // 1.5 * 2^52 units of the last place to keep, 2^(-1074 + 60)
+  const double grid = 0x1p-962;  // 2^52 units of the last place to keep, 2^(-1074 + 60)
   const double on_grid = grid + high;
   const double left = (high - (on_grid - grid)) + low;
   return ((on_grid + left) - grid) * 0x1p-60;
@@ -150,5 +150,5 @@ int vdexp_cout_rare(const double* a, double* r) {
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(d, Exp, G9HAynn, dExpHA, 0.52, -700, 700)
-ORX_KERNEL(d, Exp, G9LAynn, dExpLA, 1.0, -700, 700)
+ORX_KERNEL(d, Exp, G9HAynn, dExpHA, 0.525, -700, 700)
+ORX_KERNEL(d, Exp, G9LAynn, dExpLA, 2.0, -700, 700)

@@ -379,7 +379,8 @@ inline X integer_reciprocal(X x, float scale, indices<X>& index) {
     store<true>(index.at + 4 * i, r);
     return _mm256_cvtepi32_pd(r);
 #else
-    const __m128i r = rounded(_mm_cvtpd_ps(x.v[i]));
+    const __m128 single = _mm_cvtpd_ps(x.v[i]);
+    const __m128i r = rounded(_mm_movelh_ps(single, single));  // no lane left 0, or its infinite reciprocal would raise invalid
     _mm_storel_epi64(reinterpret_cast<__m128i*>(index.at + 2 * i), r);
     return _mm_cvtepi32_pd(r);
 #endif

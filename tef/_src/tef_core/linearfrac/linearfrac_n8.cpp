@@ -37,9 +37,10 @@ void linear_fraction(int n, const T* a, const T* b, const fraction<T>& f, T* r) 
 
 using namespace orx::tef;
 
-#define ORX_LINEAR_FRACTION(t, T)                                                                              \
-  ORX_API void orx_tef_kernel_##t##LinearFrac_N8HAynn ORX_PARAMETERS_linearfrac(T) {                           \
-    linear_fraction<T>(n, a, b, {scalea, shifta, scaleb, shiftb}, r);                                          \
+// As ORX_KERNEL (frame/kernel.hpp). The bound is that of five roundings where neither sum cancels.
+#define ORX_LINEARFRAC_KERNEL(t, Fn, code, K, bound, from, to)                                                 \
+  ORX_API void orx_tef_kernel_##t##Fn##_##code ORX_PARAMETERS_linearfrac(ORX_REAL_##t) {                       \
+    linear_fraction(n, a, b, K<ORX_REAL_##t>{scalea, shifta, scaleb, shiftb}, r);                              \
   }
-ORX_LINEAR_FRACTION(s, float)
-ORX_LINEAR_FRACTION(d, double)
+ORX_LINEARFRAC_KERNEL(s, LinearFrac, N8HAynn, fraction, 5, -10, 10)
+ORX_LINEARFRAC_KERNEL(d, LinearFrac, N8HAynn, fraction, 5, -10, 10)

@@ -29,7 +29,7 @@ struct log1p_parts {
     const X lost = (one - back) + (x - (u - back));
     const auto reduced = log_reduce<ln_description>(log_fraction(u), R);
     e = reduced.e;
-    t = lost * scale_to_fraction(u) * reduced.R;
+    t = lost * (scale_to_fraction(u) * reduced.R);  // in this order nothing of a denormal x is lost
     k = exponent_field(u);
   }
 
