@@ -208,10 +208,12 @@ void write_report(const std::string& file) {
        "fast as the peer the kernel is. All kernels of a function and its peers took turns in one process, "
        "on the same\n"
        "arguments, spread over the kernel's range (below: `from`, `to` in its source).\n\n"
-       "The plain loop calls the C library's function for each element; for arithmetic it is the expression "
-       "itself,\n"
-       "compiled with `-O3 -mavx`. SLEEF is called four doubles or eight singles at a time, in its variant "
-       "for AVX.\n\n"
+       "The plain loop calls the C library's function for each element"
+    << (sizeof(void*) == 4 ? ", most of which work in the x87 unit in 32-bit code" : "")
+    << "; for arithmetic it is\n"
+       "the expression itself, compiled with `-O3 -mavx`. SLEEF is called four doubles or eight singles at a "
+       "time, in its\n"
+       "variant for AVX.\n\n"
        "## In cache: 2000 elements\n\n"
     << table(in_cache) << "\n## Out of cache: 2^22 elements\n\n"
     << table(out_of_cache);
@@ -231,7 +233,7 @@ bool cost_is_given(const function_entry& f) {
 
 // Plain arithmetic hangs on the memory alone and is brought to the scale of Add, all else to that of the
 // others.
-bool is_plain(const function_entry& f) { return !f.kernels.front().has_line && !f.shape->scalars; }
+bool is_plain(const function_entry& f) { return !f.kernels.front().has_line; }
 
 const kernel_entry& kernel_of_class(const function_entry& f, int index) {
   return *std::find_if(f.kernels.begin(), f.kernels.end(),

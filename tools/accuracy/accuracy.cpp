@@ -43,7 +43,7 @@ struct row {
   // What the classes that the kernel serves ask for, whatever its own bound. Plain arithmetic is held to its
   // own alone.
   double class_limit() const {
-    if (!kernel.has_line) return kernel.bound;
+    if (function.shape->formula) return kernel.bound;
     const double limits[3] = {4, 1, std::ldexp(1.0, digits() - 1 - (function.type == 's' ? 11 : 26))};
     double limit = INFINITY;
     for (int i = 0; i < 3; ++i)

@@ -7,9 +7,7 @@
 
 namespace {
 
-// LinearFrac without cancellation: product and sum on either side of the division leave relative errors of
-// four units of half an ulp of 1, at most 4 ulps of the quotient; its own rounding adds half an ulp.
-constexpr calling_shape shapes[] = {{"unary", 1, 1, 0}, {"binary", 2, 1, 0}, {"linearfrac", 2, 1, 4, 4.5}};
+constexpr calling_shape shapes[] = {{"unary", 1, 1, 0}, {"binary", 2, 1, 0}, {"linearfrac", 2, 1, 4, true}};
 
 const calling_shape* find_shape(std::string_view name) {
   for (const calling_shape& shape : shapes)
@@ -52,7 +50,6 @@ function_entry make_function(const table_row& row) {
       kernel = &f.kernels.emplace_back();
       kernel->name = name;
       kernel->entry = row.entries[index];
-      kernel->bound = f.shape ? f.shape->bound : 0.5;
       if (const auto found = lines().find(name); found != lines().end()) {
         kernel->has_line = true;
         kernel->bound = found->second.bound;
