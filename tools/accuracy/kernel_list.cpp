@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr calling_shape shapes[] = {{"unary", 1, 1, 0}, {"binary", 2, 1, 0}, {"linearfrac", 2, 1, 4}};
+constexpr calling_shape shapes[] = {{"unary", 1, 1, 0}, {"binary", 2, 1, 0}, {"linearfrac", 2, 1, 4, true}};
 
 const calling_shape* find_shape(std::string_view name) {
   for (const calling_shape& shape : shapes)
