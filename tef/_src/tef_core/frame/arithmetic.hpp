@@ -39,12 +39,12 @@ int arithmetic_blocks(int i, int end, const T* a, const T* b, T* r) {
   return i;
 }
 
-// 16 elements per iteration in 256-bit vectors, stores aligned; singles that do not overwrite an input go 32
-// at a time in unaligned 128-bit vectors, without peeling.
+// 16 elements per iteration, stores aligned; singles that do not overwrite an input go 32 at a time, without
+// peeling.
 template <class Op, alias where, class T>
 void arithmetic_copy(int n, const T* a, const T* b, T* r) {
   constexpr bool peeled = sizeof(T) == 8 || where != alias::none || Op::unary;
-  using W = std::conditional_t<peeled, vector_of<T, 32>, vector_of<T, 16>>;
+  using W = vector_of<T, 32>;
   constexpr int block = peeled ? 16 : 32;
   const int p = peeled ? peel_count(n, r, block) : (n < block ? n : 0);
   const int m = n - (n - p) % block;
