@@ -43,14 +43,14 @@ TEST(Loop, EveryCountAndPlaceSingles) { check_every_count_and_place<float>(); }
 TEST(Loop, EveryCountAndPlaceDoubles) { check_every_count_and_place<double>(); }
 
 TEST(Loop, ArraysThatAreNotAlignedToTheirElements) {
-  char in[41 * 8 + 8], out[41 * 8 + 8];
+  alignas(8) char in[41 * 8 + 8], out[41 * 8 + 8];
   double a[41], expected[41];
   for (int i = 0; i < 41; ++i) a[i] = 0.3 + i;
   for (const auto& f : test::unary_functions<double>()) {
     f.ttab[1](41, a, expected);
-    std::memcpy(in + 3, a, sizeof a);
-    f.ttab[1](41, reinterpret_cast<double*>(in + 3), reinterpret_cast<double*>(out + 5));
-    EXPECT_EQ(std::memcmp(out + 5, expected, sizeof expected), 0) << f.name;
+    std::memcpy(in + 4, a, sizeof a);
+    f.ttab[1](41, reinterpret_cast<double*>(in + 4), reinterpret_cast<double*>(out + 4));
+    EXPECT_EQ(std::memcmp(out + 4, expected, sizeof expected), 0) << f.name;
   }
 }
 
