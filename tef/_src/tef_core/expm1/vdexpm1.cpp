@@ -59,24 +59,9 @@ struct dExpm1 : kernel<double> {
   }
 };
 
-struct dExpm1HA : dExpm1 {
-  template <class X>
-  static X eval(X x) {
-    return expm1_ha<dExpm1>(x);
-  }
-};
-struct dExpm1LA : dExpm1 {
-  template <class X>
-  static X eval(X x) {
-    return expm1_la<dExpm1>(x);
-  }
-};
-struct dExpm1EP : dExpm1 {
-  template <class X>
-  static X eval(X x) {
-    return expm1_ep<dExpm1>(x);
-  }
-};
+using dExpm1HA = expm1_ha<dExpm1>;
+using dExpm1LA = expm1_la<dExpm1>;
+using dExpm1EP = expm1_ep<dExpm1>;
 
 }  // namespace
 ORX_ISA_END

@@ -61,24 +61,9 @@ struct sExpm1 : kernel<float> {
                                                           0x1.6a09e6p+0f, 0x1.ae89fap+0f};
 };
 
-struct sExpm1HA : sExpm1 {
-  template <class X>
-  static X eval(X x) {
-    return expm1_ha<sExpm1>(x);
-  }
-};
-struct sExpm1LA : sExpm1 {
-  template <class X>
-  static X eval(X x) {
-    return expm1_la<sExpm1>(x);
-  }
-};
-struct sExpm1EP : sExpm1 {
-  template <class X>
-  static X eval(X x) {
-    return expm1_ep<sExpm1>(x);
-  }
-};
+using sExpm1HA = expm1_ha<sExpm1>;
+using sExpm1LA = expm1_la<sExpm1>;
+using sExpm1EP = expm1_ep<sExpm1>;
 
 }  // namespace
 ORX_ISA_END
