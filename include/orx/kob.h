@@ -230,7 +230,7 @@ int __kobUnregisterGlobRODataReference(const KobGlobalId* id);
  * 32-bit, 1 to 2^31 - 2. Leapfrog and skip. */
 KOB_BRNG_FUNCTIONS(MCG31M1)
 
-/* Multiplicative congruential generator modulo 2^59 with multiplier 13^13 (the NAG generator), period 2^57
+/* Multiplicative congruential generator modulo 2^59 with multiplier 13^13, period 2^57
  * for an odd seed; even seeds are taken as they are and have shorter ones. Seed: params[0] and the low 27
  * bits of params[1]; 0 counts as 1, as does an empty seed. Words: 64-bit, 59 of them significant. Leapfrog
  * and skip. */
@@ -247,9 +247,9 @@ KOB_BRNG_FUNCTIONS(MRG32K3A)
 KOB_BRNG_FUNCTIONS(R250)
 
 /* 273 combined generators, each of four multiplicative congruential generators with moduli just below 2^24
- * (after Wichmann and Hill, Applied Statistics 31, 1982; MacLaren, Math. Comp. 53, 1989). Seed: up to four
- * words, each mod its modulus, missing ones and 0 count as 1. Words: four 32-bit values each. Leapfrog and
- * skip. */
+ * (after Wichmann and Hill, Applied Statistics 31, 1982; N. M. MacLaren, Applied Statistics 38, 1989). Seed:
+ * up to four words, each mod its modulus, missing ones and 0 count as 1. Words: four 32-bit values each.
+ * Leapfrog and skip. */
 KOB_BRNG_FUNCTIONS(WH)
 
 /* Mersenne twister (Matsumoto and Nishimura, ACM Trans. Model. Comput. Simul. 8, 1998), period 2^19937 - 1.

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr calling_shape shapes[] = {{"unary", 1, 1, 0}, {"binary", 2, 1, 0}, {"linearfrac", 2, 1, 4}};
+constexpr calling_shape shapes[] = {{"unary", 1, 1, 0}, {"binary", 2, 1, 0}, {"linearfrac", 2, 1, 4, true}};
 
 const calling_shape* find_shape(std::string_view name) {
   for (const calling_shape& shape : shapes)
@@ -24,6 +24,7 @@ const std::map<std::string, line>& lines() {
   static const std::map<std::string, line> all{
 #define ORX_KERNEL(t, Fn, code, K, bound, from, to) {#t #Fn "_" #code, {bound, from, to}},
 #define ORX_BINARY_KERNEL ORX_KERNEL
+#define ORX_LINEARFRAC_KERNEL ORX_KERNEL
 #include "kernel_lines.inc"
   };
   return all;

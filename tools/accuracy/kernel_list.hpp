@@ -8,6 +8,7 @@
 struct calling_shape {
   const char* name;
   int inputs, outputs, scalars;
+  bool formula = false;  // of several rounded operations: the limits of the classes do not bind it
 };
 
 struct kernel_entry {

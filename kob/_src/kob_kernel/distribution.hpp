@@ -20,8 +20,9 @@ inline int uniform(KobStream* stream, int n, float* r, float a, float b) {
 // Calls block(first, count) for stretches of at most kBlock out of n until one returns a negative status.
 template <class Block>
 int in_blocks(int n, Block block) {
-  for (int done = 0; done < n; done += kBlock) {
-    const int status = block(done, std::min(n - done, kBlock));
+  for (int done = 0, count; done < n; done += count) {
+    count = std::min(n - done, kBlock);
+    const int status = block(done, count);
     if (status < 0) return status;
   }
   return KOB_STATUS_OK;

@@ -80,13 +80,13 @@ struct MCG31M1 : NothingToCheck {
         for (int j = 0; j < made; ++j) x[made + j] = step4(x[j], ahead);
       }
       const __m128i ahead = _mm_set1_epi32(int32_t(2 * square()));
-      for (; i + kLanes <= n; i += kLanes)
+      for (; i <= n - kLanes; i += kLanes)
         for (int j = 0; j < kLanes / 4; ++j) {
           sink(i + 4 * j, x[j]);
           x[j] = step4(x[j], ahead);
         }
       int j = 0;
-      for (; i + 4 <= n; i += 4) sink(i, x[j++]);
+      for (; i <= n - 4; i += 4) sink(i, x[j++]);
       s.X = uint32_t(_mm_cvtsi128_si32(x[j]));
     }
     for (; i < n; ++i) {

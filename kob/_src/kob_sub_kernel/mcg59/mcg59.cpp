@@ -1,5 +1,5 @@
 // MCG59: x(n+1) = a x(n) mod 2^59, a = 13^13.
-//   The NAG Fortran Library Manual, Mark 20, G05CAF.
+//   On periods modulo a power of 2: D. E. Knuth, The Art of Computer Programming, vol. 2, 3.2.1.2.
 #include "kob_sub_kernel/_math/modular.hpp"
 #include "kob_sub_kernel/_service/reals.hpp"
 
@@ -53,12 +53,12 @@ struct MCG59 : NothingToCheck {
   struct Words {
     uint32_t* r;
     void operator()(int i, __m128i first, __m128i second) const {
-      store4(r + 2 * i, first);
-      store4(r + 2 * i + 4, second);
+      store4(r + 2 * ptrdiff_t(i), first);
+      store4(r + 2 * ptrdiff_t(i) + 4, second);
     }
     void operator()(int i, uint64_t x) const {
-      r[2 * i] = uint32_t(x);
-      r[2 * i + 1] = uint32_t(x >> 32);
+      r[2 * ptrdiff_t(i)] = uint32_t(x);
+      r[2 * ptrdiff_t(i) + 1] = uint32_t(x >> 32);
     }
   };
 
@@ -103,7 +103,7 @@ struct MCG59 : NothingToCheck {
         for (int j = 0; j < made; ++j) x[made + j] = step2(x[j], jump);
       }
       jump = jump * jump & kMask59;
-      for (; i + kLanes <= n; i += kLanes)
+      for (; i <= n - kLanes; i += kLanes)
         for (int j = 0; j < kLanes / 2; j += 2) {
           sink(i + 2 * j, x[j], x[j + 1]);
           x[j] = step2(x[j], jump);

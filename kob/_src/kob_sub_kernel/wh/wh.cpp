@@ -89,13 +89,13 @@ struct WH {
   struct Words {
     uint32_t* r;
     void operator()(int i, const double (&x)[4]) const {
-      for (int j = 0; j < 4; ++j) r[4 * i + j] = uint32_t(int(x[j]));
+      for (int j = 0; j < 4; ++j) r[4 * ptrdiff_t(i) + j] = uint32_t(int(x[j]));
     }
     void operator()(int i, const __m256d (&x)[4]) const {
       __m128 row[4];
       for (int j = 0; j < 4; ++j) row[j] = _mm_castsi128_ps(_mm256_cvttpd_epi32(x[j]));
       _MM_TRANSPOSE4_PS(row[0], row[1], row[2], row[3]);
-      for (int j = 0; j < 4; ++j) store4(r + 4 * (i + j), _mm_castps_si128(row[j]));
+      for (int j = 0; j < 4; ++j) store4(r + 4 * ptrdiff_t(i + j), _mm_castps_si128(row[j]));
     }
   };
 
@@ -130,13 +130,13 @@ struct WH {
         lanes[1][c] = multiply(first, a4, m[c], inverse[c]);
         jump[c] = square(a4);
       }
-      for (; i + kLanes <= n; i += kLanes)
+      for (; i <= n - kLanes; i += kLanes)
         for (int j = 0; j < 2; ++j) {
           sink(i + 4 * j, lanes[j]);
           for (int c = 0; c < 4; ++c) lanes[j][c] = multiply(lanes[j][c], jump[c], m[c], inverse[c]);
         }
       int j = 0;
-      for (; i + 4 <= n; i += 4) sink(i, lanes[j++]);
+      for (; i <= n - 4; i += 4) sink(i, lanes[j++]);
       for (int c = 0; c < 4; ++c) x[c] = lanes[j][c][0];
     }
     for (; i < n; ++i) {

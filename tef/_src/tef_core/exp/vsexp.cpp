@@ -22,11 +22,11 @@ struct sExp : kernel<float> {
 
 // HA. x = (4 k + j) ln2/4 + r, |r| <= ln2/8; e^x = 2^k 2^(j/4) e^r. The four powers lie in a vector.
 struct {
-  row<float> inv_ln2 = 0x1.715476p+2f;    // 4/ln 2
-  row<float> shifter = 0x1.8003f8p+23f;   // 1.5 * 2^23 + 4 * 127: the exponent's bias is in N already
-  row<float> ln2_hi = 0x1.62ep-3f;        // ln 2/4
+  row<float> inv_ln2 = 0x1.715476p+2f;   // 4/ln 2
+  row<float> shifter = 0x1.8003f8p+23f;  // 1.5 * 2^23 + 4 * 127: the exponent's bias is in N already
+  row<float> ln2_hi = 0x1.62ep-3f;       // ln 2/4
   row<float> ln2_lo = 0x1.0bfbe8p-17f;
-  row<float> c[3] = {0.49999997f, 0.166729242f, 0.0416823104f};  // (e^r - 1 - r) / r^2
+  row<float> c[3] = {0x1.000002p-1f, 0x1.5571d8p-3f, 0x1.555654p-5f};  // (e^r - 1 - r) / r^2, to 2^-24 of r
   alignas(64) float T_hi[8] = {0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f,
                                0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f};
   alignas(64) float T_lo[8] = {0.0f, 3.1934182e-08f, 1.7114271e-08f, -1.4719605e-08f,
@@ -54,7 +54,9 @@ struct {
   row<float> shifter = 0x1.8000fep+23f;  // 1.5 * 2^23 + 127
   row<float> ln2_hi = 0x1.62e4p-1f;
   row<float> ln2_lo = 0x1.7f7d1cp-20f;
-  row<float> c[6] = {1.0f, 0x1.fffffcp-1f, 0.49999392f, 0.166674316f, 0.0418735221f, 0.00829171948f};
+  row<float> one = 1.0f;
+  // (e^r - 1 - r) / r^2, to 2^-28 of e^r
+  row<float> c[5] = {0x1.fffffap-2f, 0x1.555492p-3f, 0x1.555a28p-5f, 0x1.12398ep-7f, 0x1.694ac4p-10f};
 } constexpr vsexp_la_data{};
 
 struct sExpLA : sExp {
@@ -64,7 +66,8 @@ struct sExpLA : sExp {
     const X N = x * d.inv_ln2 + d.shifter;
     const X Nf = N - d.shifter;
     const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
-    return polynomial(r, r * r, d.c) * scale_from<0>(N);
+    const X r2 = r * r;
+    return (d.one + (r + r2 * polynomial(r, r2, d.c))) * scale_from<0>(N);
   }
 };
 
@@ -112,6 +115,6 @@ int vsexp_cout_rare(const float* a, float* r) {
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(s, Exp, G9HAynn, sExpHA, 1.0, -80, 80)
-ORX_KERNEL(s, Exp, G9LAynn, sExpLA, 2.0, -80, 80)
+ORX_KERNEL(s, Exp, G9HAynn, sExpHA, 0.9, -80, 80)
+ORX_KERNEL(s, Exp, G9LAynn, sExpLA, 1.2, -80, 80)
 ORX_KERNEL(s, Exp, G9EPnnn, sExpEP, 4096, -80, 80)

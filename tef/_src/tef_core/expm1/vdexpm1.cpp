@@ -10,9 +10,9 @@ alignas(64) constexpr double powers_of_two_128[128][2] = {
 };
 
 struct vdexpm1_data_type {
-  row<double> inv_L = 0x1.71547652b82fep+7;     // 128/ln 2
-  row<double> shifter = 0x1.800000001ff8p+52;    // 1.5 * 2^52 + 128 * 1023
-  row<double> L_hi = 0x1.62e42fef8p-8;          // ln 2/128; short, so that its product with an integer is exact
+  row<double> inv_L = 0x1.71547652b82fep+7;    // 128/ln 2
+  row<double> shifter = 0x1.800000001ff8p+52;  // 1.5 * 2^52 + 128 * 1023
+  row<double> L_hi = 0x1.62e42fef8p-8;  // ln 2/128; short, so that its product with an integer is exact
   row<double> L_lo = 0x1.1cf79abc9e3b4p-43;
   // (e^r - 1 - r) / r^2, |r| <= ln2/256, to 2^-56 of r
   row<double> c[4] = {0x1.ffffffffffe5cp-2, 0x1.555555555545ap-3, 0x1.55555c2a552a5p-5, 0x1.1111163bd16bfp-7};
@@ -20,8 +20,8 @@ struct vdexpm1_data_type {
   row<uint64_t> leading_bits = 0xFFFFFFFFF8000000;
 };
 struct vdexpm1_ep_data_type {
-  row<double> inv_L = 0x1.71547652b82fep+6;     // 64/ln 2
-  row<double> shifter = 0x1.800000000ffcp+52;   // 1.5 * 2^52 + 64 * 1023
+  row<double> inv_L = 0x1.71547652b82fep+6;    // 64/ln 2
+  row<double> shifter = 0x1.800000000ffcp+52;  // 1.5 * 2^52 + 64 * 1023
   row<double> L = 0x1.62e42fefap-7;
   // (e^r - 1 - r) / r^2, |r| <= ln2/128, to 2^-37
   row<double> c[2] = {0x1.000021f5a388bp-1, 0x1.55557621dd3b6p-3};
@@ -39,7 +39,8 @@ struct dExpm1 : kernel<double> {
   template <class X>
   static void powers(X N, X& high, X& rest) {
     const spilled_words<X> n(N);
-    gather_pairs(powers_of_two_128[0], [&](int lane) { return n.low(lane) & 127; }, high, rest);
+    gather_pairs(
+        powers_of_two_128[0], [&](int lane) { return n.low(lane) & 127; }, high, rest);
   }
   template <class X>
   static X power(X N) {
@@ -58,23 +59,14 @@ struct dExpm1 : kernel<double> {
   }
 };
 
-struct dExpm1HA : dExpm1 {
-  template <class X>
-  static X eval(X x) { return expm1_ha<dExpm1>(x); }
-};
-struct dExpm1LA : dExpm1 {
-  template <class X>
-  static X eval(X x) { return expm1_la<dExpm1>(x); }
-};
-struct dExpm1EP : dExpm1 {
-  template <class X>
-  static X eval(X x) { return expm1_ep<dExpm1>(x); }
-};
+using dExpm1HA = expm1_ha<dExpm1>;
+using dExpm1LA = expm1_la<dExpm1>;
+using dExpm1EP = expm1_ep<dExpm1>;
 
 }  // namespace
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(d, Expm1, G9HAynn, dExpm1HA, 0.55, -700, 700)
+ORX_KERNEL(d, Expm1, G9HAynn, dExpm1HA, 0.6, -700, 700)
 ORX_KERNEL(d, Expm1, G9LAynn, dExpm1LA, 2.5, -700, 700)
 ORX_KERNEL(d, Expm1, G9EPnnn, dExpm1EP, 0x1p26, -700, 700)

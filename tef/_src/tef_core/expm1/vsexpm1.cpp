@@ -10,9 +10,9 @@ alignas(64) constexpr float powers_of_two_4[2][8] = {
 };
 
 struct vsexpm1_data_type {
-  row<float> inv_L = 0x1.715476p+2f;       // 4/ln 2
-  row<float> shifter = 0x1.8003f8p+23f;    // 1.5 * 2^23 + 4 * 127
-  row<float> L_hi = 0x1.62ep-3f;           // ln 2/4; short, so that its product with an integer is exact
+  row<float> inv_L = 0x1.715476p+2f;     // 4/ln 2
+  row<float> shifter = 0x1.8003f8p+23f;  // 1.5 * 2^23 + 4 * 127
+  row<float> L_hi = 0x1.62ep-3f;         // ln 2/4; short, so that its product with an integer is exact
   row<float> L_lo = 0x1.0bfbe8p-17f;
   // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-35
   row<float> c[4] = {0x1.fffffep-2f, 0x1.555554p-3f, 0x1.557288p-5f, 0x1.1128ep-7f};
@@ -56,27 +56,19 @@ struct sExpm1 : kernel<float> {
   }
 
  private:
-  alignas(32) static constexpr float rounded_powers[8] = {0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f,
-                                                          0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f};
+  alignas(32) static constexpr float rounded_powers[8] = {0x1p+0f,        0x1.306fep+0f, 0x1.6a09e6p+0f,
+                                                          0x1.ae89fap+0f, 0x1p+0f,       0x1.306fep+0f,
+                                                          0x1.6a09e6p+0f, 0x1.ae89fap+0f};
 };
 
-struct sExpm1HA : sExpm1 {
-  template <class X>
-  static X eval(X x) { return expm1_ha<sExpm1>(x); }
-};
-struct sExpm1LA : sExpm1 {
-  template <class X>
-  static X eval(X x) { return expm1_la<sExpm1>(x); }
-};
-struct sExpm1EP : sExpm1 {
-  template <class X>
-  static X eval(X x) { return expm1_ep<sExpm1>(x); }
-};
+using sExpm1HA = expm1_ha<sExpm1>;
+using sExpm1LA = expm1_la<sExpm1>;
+using sExpm1EP = expm1_ep<sExpm1>;
 
 }  // namespace
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(s, Expm1, G9HAynn, sExpm1HA, 0.55, -80, 80)
-ORX_KERNEL(s, Expm1, G9LAynn, sExpm1LA, 2.5, -80, 80)
+ORX_KERNEL(s, Expm1, G9HAynn, sExpm1HA, 0.6, -80, 80)
+ORX_KERNEL(s, Expm1, G9LAynn, sExpm1LA, 2.0, -80, 80)
 ORX_KERNEL(s, Expm1, G9EPnnn, sExpm1EP, 4096, -80, 80)

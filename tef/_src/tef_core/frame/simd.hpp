@@ -1,5 +1,5 @@
-// Vectors. A vec<T, n> is n vectors of the instruction set that go through the same steps side by side, so that a
-// constant that comes from memory is loaded once for all of them.
+// Vectors. A vec<T, n> is n vectors of the instruction set that go through the same steps side by side, so
+// that a constant that comes from memory is loaded once for all of them.
 //
 // The integer side of a vec is an ints<n>, made of 128-bit vectors, for AVX has no wider integer arithmetic.
 #pragma once
@@ -25,7 +25,8 @@ inline To bit_cast(From from) {
   return to;
 }
 
-// A value that the compiler cannot see through: arithmetic on it happens at run time and raises its exceptions.
+// A value that the compiler cannot see through: arithmetic on it happens at run time and raises its
+// exceptions.
 template <class T>
 inline T hidden(T x) {
   asm volatile("" : "+x"(x));
@@ -38,9 +39,13 @@ namespace native {
 template <class T, int bytes>
 struct vector_type;
 template <>
-struct vector_type<float, 16> { using type = __m128; };
+struct vector_type<float, 16> {
+  using type = __m128;
+};
 template <>
-struct vector_type<double, 16> { using type = __m128d; };
+struct vector_type<double, 16> {
+  using type = __m128d;
+};
 
 inline __m128 bit_and(__m128 a, __m128 b) { return _mm_and_ps(a, b); }
 inline __m128d bit_and(__m128d a, __m128d b) { return _mm_and_pd(a, b); }
@@ -53,9 +58,13 @@ inline int movemask(__m128d a) { return _mm_movemask_pd(a); }
 
 #if defined(__AVX__)
 template <>
-struct vector_type<float, 32> { using type = __m256; };
+struct vector_type<float, 32> {
+  using type = __m256;
+};
 template <>
-struct vector_type<double, 32> { using type = __m256d; };
+struct vector_type<double, 32> {
+  using type = __m256d;
+};
 
 inline __m256 bit_and(__m256 a, __m256 b) { return _mm256_and_ps(a, b); }
 inline __m256d bit_and(__m256d a, __m256d b) { return _mm256_and_pd(a, b); }
@@ -147,18 +156,18 @@ struct alignas(64) row {
   auto vector() const { return load<vector_of<T>, true>(lane); }
 };
 
-#define ORX_VECTOR_OPERATOR(op)                                                 \
-  template <class T, int n>                                                     \
-  inline vec<T, n> operator op(vec<T, n> a, vec<T, n> b) {                      \
-    return map(a, b, [](auto x, auto y) { return x op y; });                    \
-  }                                                                             \
-  template <class T, int n>                                                     \
-  inline vec<T, n> operator op(vec<T, n> a, const row<T>& b) {                  \
-    return map(a, [c = b.vector()](auto x) { return x op c; });                 \
-  }                                                                             \
-  template <class T, int n>                                                     \
-  inline vec<T, n> operator op(const row<T>& a, vec<T, n> b) {                  \
-    return map(b, [c = a.vector()](auto x) { return c op x; });                 \
+#define ORX_VECTOR_OPERATOR(op)                                 \
+  template <class T, int n>                                     \
+  inline vec<T, n> operator op(vec<T, n> a, vec<T, n> b) {      \
+    return map(a, b, [](auto x, auto y) { return x op y; });    \
+  }                                                             \
+  template <class T, int n>                                     \
+  inline vec<T, n> operator op(vec<T, n> a, const row<T>& b) {  \
+    return map(a, [c = b.vector()](auto x) { return x op c; }); \
+  }                                                             \
+  template <class T, int n>                                     \
+  inline vec<T, n> operator op(const row<T>& a, vec<T, n> b) {  \
+    return map(b, [c = a.vector()](auto x) { return c op x; }); \
   }
 ORX_VECTOR_OPERATOR(+)
 ORX_VECTOR_OPERATOR(-)
@@ -171,8 +180,8 @@ template <class X, class T>
 inline X constant(const row<T>& r) {
   return gather_members<X, X::count>([v = load<typename X::V, true>(r.lane)](int) { return v; });
 }
-// c[0] + c[1] x + ... by Estrin's scheme, whose steps wait less for each other than Horner's; x2 is x * x. What limits a
-// kernel is how many elements fit in the processor's window while each waits for its own chain.
+// c[0] + c[1] x + ... by Estrin's scheme, whose steps wait less for each other than Horner's; x2 is x * x.
+// What limits a kernel is how many elements fit in the processor's window while each waits for its own chain.
 template <int first, int terms, class X, class C>
 inline X estrin(X x, X x2, const C* c) {
   if constexpr (terms == 1)
@@ -268,7 +277,7 @@ struct ints {
   __m128i v[n];
 };
 template <class X>
-constexpr int halves_of = X::count * vector_bytes / 16;
+constexpr int halves_of = X::count* vector_bytes / 16;
 
 template <int n, class F>
 inline ints<n> map(ints<n> a, F f) {
@@ -346,8 +355,8 @@ inline vec<double, n> exponent_field(vec<double, n> x) {
 #endif
   });
 }
-// One integer for each lane, in memory, where the integer unit can take it from as an index: cheaper than moving the lanes
-// over one by one, and it leaves the vector unit to the arithmetic.
+// One integer for each lane, in memory, where the integer unit can take it from as an index: cheaper than
+// moving the lanes over one by one, and it leaves the vector unit to the arithmetic.
 template <class X>
 struct indices {
   alignas(16) int at[X::lanes];
@@ -365,8 +374,8 @@ inline vec<float, n> approximate_reciprocal(vec<float, n> x) {
   });
 }
 
-// scale/x rounded to an integer, from the single-precision approximation of 1/x, which is good to 1.5 * 2^-12: as doubles,
-// and as indices. x and the result must be in the range of singles and integers.
+// scale/x rounded to an integer, from the single-precision approximation of 1/x, which is good to 1.5 *
+// 2^-12: as doubles, and as indices. x and the result must be in the range of singles and integers.
 template <class X>
 inline X integer_reciprocal(X x, float scale, indices<X>& index) {
   const auto rounded = [scale](__m128 v) {
@@ -379,7 +388,9 @@ inline X integer_reciprocal(X x, float scale, indices<X>& index) {
     store<true>(index.at + 4 * i, r);
     return _mm256_cvtepi32_pd(r);
 #else
-    const __m128i r = rounded(_mm_cvtpd_ps(x.v[i]));
+    const __m128 single = _mm_cvtpd_ps(x.v[i]);
+    const __m128i r = rounded(
+        _mm_movelh_ps(single, single));  // no lane left 0, or its infinite reciprocal would raise invalid
     _mm_storel_epi64(reinterpret_cast<__m128i*>(index.at + 2 * i), r);
     return _mm_cvtepi32_pd(r);
 #endif
@@ -388,7 +399,8 @@ inline X integer_reciprocal(X x, float scale, indices<X>& index) {
   return result;
 }
 
-// 2^k, k being n >> bit, from N = shifter + n, where the shifter holds the exponent's bias times 2^bit in its low bits.
+// 2^k, k being n >> bit, from N = shifter + n, where the shifter holds the exponent's bias times 2^bit in its
+// low bits.
 template <int bit, class X>
 inline X scale_from(X N) {
   if constexpr (bit > 0) N = bit_andnot(broadcast_bits<X>((1u << bit) - 1), N);
@@ -399,8 +411,8 @@ inline X scale_from(X N) {
 }
 
 // ---- look-up
-// The lanes of a vec of doubles in memory, where the integer unit can take their low words from: cheaper than moving
-// them over one by one, and it leaves the vector unit to the arithmetic.
+// The lanes of a vec of doubles in memory, where the integer unit can take their low words from: cheaper than
+// moving them over one by one, and it leaves the vector unit to the arithmetic.
 template <class X>
 struct spilled_words {
   alignas(vector_bytes) int word[2 * X::lanes];
@@ -409,16 +421,13 @@ struct spilled_words {
     asm("" : "+m"(word));  // or the compiler would look through the store
   }
   int low(int lane) const { return word[2 * lane]; }
-  int high(int lane) const { return word[2 * lane + 1]; }
   ints<halves_of<X>> bits() const {
-    return gather_members<ints<halves_of<X>>, halves_of<X>>([this](int i) {
-      return load<__m128i, true>(word + 4 * i);
-    });
+    return gather_members<ints<halves_of<X>>, halves_of<X>>(
+        [this](int i) { return load<__m128i, true>(word + 4 * i); });
   }
   X vector() const {
-    return gather_members<X, X::count>([this](int i) {
-      return load<typename X::V, true>(word + 2 * i * X::lanes_each);
-    });
+    return gather_members<X, X::count>(
+        [this](int i) { return load<typename X::V, true>(word + 2 * i * X::lanes_each); });
   }
 };
 

@@ -1,5 +1,5 @@
-// (a * scalea + shifta) / (b * scaleb + shiftb). Divisions by zero and overflows stand in the result; nothing is
-// reported.
+// (a * scalea + shifta) / (b * scaleb + shiftb). Divisions by zero and overflows stand in the result; nothing
+// is reported.
 #include "frame/control.hpp"
 #include "frame/simd.hpp"
 
@@ -12,12 +12,14 @@ struct fraction {
 
   template <class X>
   X operator()(X a, X b) const {
-    return (a * broadcast<X>(scalea) + broadcast<X>(shifta)) / (b * broadcast<X>(scaleb) + broadcast<X>(shiftb));
+    return (a * broadcast<X>(scalea) + broadcast<X>(shifta)) /
+           (b * broadcast<X>(scaleb) + broadcast<X>(shiftb));
   }
 };
 
 template <class T>
-__attribute__((noinline)) void linear_fraction_body(int n, const T* a, const T* b, const fraction<T>& f, T* r) {
+__attribute__((noinline)) void linear_fraction_body(int n, const T* a, const T* b, const fraction<T>& f,
+                                                    T* r) {
   using X = vec<T, 1>;
   int i = 0;
   for (; i + X::lanes <= n; i += X::lanes)
@@ -37,9 +39,10 @@ void linear_fraction(int n, const T* a, const T* b, const fraction<T>& f, T* r) 
 
 using namespace orx::tef;
 
-#define ORX_LINEAR_FRACTION(t, T)                                                                              \
-  ORX_API void orx_tef_kernel_##t##LinearFrac_N8HAynn ORX_PARAMETERS_linearfrac(T) {                           \
-    linear_fraction<T>(n, a, b, {scalea, shifta, scaleb, shiftb}, r);                                          \
+// As ORX_KERNEL (frame/kernel.hpp). The bound is that of five roundings where neither sum cancels.
+#define ORX_LINEARFRAC_KERNEL(t, Fn, code, K, bound, from, to)                           \
+  ORX_API void orx_tef_kernel_##t##Fn##_##code ORX_PARAMETERS_linearfrac(ORX_REAL_##t) { \
+    linear_fraction(n, a, b, K<ORX_REAL_##t>{scalea, shifta, scaleb, shiftb}, r);        \
   }
-ORX_LINEAR_FRACTION(s, float)
-ORX_LINEAR_FRACTION(d, double)
+ORX_LINEARFRAC_KERNEL(s, LinearFrac, N8HAynn, fraction, 5, -10, 10)
+ORX_LINEARFRAC_KERNEL(d, LinearFrac, N8HAynn, fraction, 5, -10, 10)

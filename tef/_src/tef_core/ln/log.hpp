@@ -1,13 +1,13 @@
 // The skeleton of the logarithms of double precision.
 //
-// x = 2^(k - 1013) m, k the biased exponent and m in [2^-10, 2^-9). R is an integer near unit/m, made from the
-// processor's approximate reciprocal; it is the table's index, and short enough for m R - unit to be exact. With
-// e = m R - unit the logarithm is
+// x = 2^(k - 1013) m, k the biased exponent and m in [2^-10, 2^-9). R is an integer near unit/m, made from
+// the processor's approximate reciprocal; it is the table's index, and short enough for m R - unit to be
+// exact. With e = m R - unit the logarithm is
 //
 //   k L + T(R) + log(1 + e/unit),
 //
-// L the logarithm of 2, T(R) what is left, and the last term a polynomial in e. For the natural logarithm unit is 1; for
-// the decimal one it is near log10 e, so that e itself is the first-order term.
+// L the logarithm of 2, T(R) what is left, and the last term a polynomial in e. For the natural logarithm
+// unit is 1; for the decimal one it is near log10 e, so that e itself is the first-order term.
 #pragma once
 #include <cfloat>
 
@@ -46,7 +46,8 @@ template <class D, class X>
 inline X log_ha(X k, const indices<X>& R, X e, X q) {
   const auto& d = D::data;
   X T_hi, T_lo;
-  gather_pairs(D::table[0], [&](int lane) { return R.at[lane] - D::first; }, T_hi, T_lo);
+  gather_pairs(
+      D::table[0], [&](int lane) { return R.at[lane] - D::first; }, T_hi, T_lo);
   const X H = k * d.L_hi + T_hi;
   const X S = H + e;
   const X c = e - (S - H);
@@ -54,12 +55,13 @@ inline X log_ha(X k, const indices<X>& R, X e, X q) {
   return S + ((Lo + c) + q);
 }
 
-// The same in one double. The exponent counts from the nearest power of two, so that T is 0 near 1 and nothing cancels;
-// the table tells the bias that belongs to T.
+// The same in one double. The exponent counts from the nearest power of two, so that T is 0 near 1 and
+// nothing cancels; the table tells the bias that belongs to T.
 template <class D, class X>
 inline X log_la(X k, const indices<X>& R, X e, X q) {
   X T, bias;
-  gather_pairs(D::la_table[0], [&](int lane) { return R.at[lane] - D::first; }, T, bias);
+  gather_pairs(
+      D::la_table[0], [&](int lane) { return R.at[lane] - D::first; }, T, bias);
   return ((k - bias) * D::data.L + T) + (e + q);
 }
 

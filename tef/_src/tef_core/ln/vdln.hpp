@@ -15,11 +15,13 @@ struct vdln_data_type {
   row<double> L_lo = 0x1.cf79abc9ep-40;
   row<double> L = 0x1.62e42fefa39efp-1;
   // (ln(1 + e) - e) / e^2, |e| <= 2^-9.5, to 2^-64 of e
-  row<double> c[5] = {-0.5, 0x1.555555555475fp-2, -0x1.fffffffffe21bp-3, 0x1.9999c98901219p-3, -0x1.5555825208ae1p-3};
+  row<double> c[5] = {-0.5, 0x1.555555555475fp-2, -0x1.fffffffffe21bp-3, 0x1.9999c98901219p-3,
+                      -0x1.5555825208ae1p-3};
 };
 struct vdln_la_data_type {
   // the same to 2^-54 of e
-  row<double> c[4] = {-0x1.ffffffffff43p-2, 0x1.555555555401fp-2, -0x1.0000191a06d59p-2, 0x1.9999d28fa91dbp-3};
+  row<double> c[4] = {-0x1.ffffffffff43p-2, 0x1.555555555401fp-2, -0x1.0000191a06d59p-2,
+                      0x1.9999d28fa91dbp-3};
   row<double> ep_c2 = -0x1.00000b4b80efcp-1, ep_c3 = 0x1.55556d6ef9d28p-2;
 };
 

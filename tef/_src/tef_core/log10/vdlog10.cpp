@@ -16,7 +16,8 @@ struct vdlog10_data_type {
   row<double> L_hi = 0x1.34413509fp-2;
   row<double> L_lo = 0x1.e7fbcc47cp-40;
   row<double> L = 0x1.34413509f79ffp-2;
-  // log10(1 + e/unit) = e + e (c0 + e (c1 + e (c2 + ...))), |e| <= 1.15e-3, to 2^-59; c0 makes good for the short unit
+  // log10(1 + e/unit) = e + e (c0 + e (c1 + e (c2 + ...))), |e| <= 1.15e-3, to 2^-59; c0 makes good for the
+  // short unit
   row<double> first = 0x1.a7a6cbf2e411p-10;
   row<double> c[5] = {-0x1.27af2dc77b115p0, 0x1.c6a02dc94bb16p0, -0x1.8930964d46824p1, 0x1.6abaabcf350e3p2,
                       -0x1.5c917e2b1aa62p3};

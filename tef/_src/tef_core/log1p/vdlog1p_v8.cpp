@@ -1,5 +1,5 @@
-// ln(1 + x), double, for processors without AVX. u = 1 + x, rounded, goes the way of ln, and what the rounding lost is
-// added to the reduced argument.
+// ln(1 + x), double, for processors without AVX. u = 1 + x, rounded, goes the way of ln, and what the
+// rounding lost is added to the reduced argument.
 #include "ln/vdln.hpp"
 
 namespace orx::tef {
@@ -29,7 +29,7 @@ struct log1p_parts {
     const X lost = (one - back) + (x - (u - back));
     const auto reduced = log_reduce<ln_description>(log_fraction(u), R);
     e = reduced.e;
-    t = lost * scale_to_fraction(u) * reduced.R;
+    t = lost * (scale_to_fraction(u) * reduced.R);  // in this order nothing of a denormal x is lost
     k = exponent_field(u);
   }
 
@@ -42,14 +42,15 @@ struct log1p_parts {
 };
 
 struct dLog1p : kernel<double> {
-  // -1 < x < 2^1000, by integers: an ordered comparison of NaN would raise an exception. The sign of x reads as that of
-  // an integer, and for negative x larger magnitudes are larger integers.
+  // -1 < x < 2^1000, by integers: an ordered comparison of NaN would raise an exception. The sign of x reads
+  // as that of an integer, and for negative x larger magnitudes are larger integers.
   template <class X>
   static X rare(X x) {
     return map(x, [](__m128d v) {
       const __m128i bits = _mm_castpd_si128(v);
       const __m128i large = _mm_cmpgt_epi32(bits, _mm_set1_epi32(0x7E6FFFFF));
-      const __m128i low = _mm_and_si128(bits, _mm_cmpgt_epi32(bits, _mm_set1_epi32(static_cast<int>(0xBFEFFFFF))));
+      const __m128i low =
+          _mm_and_si128(bits, _mm_cmpgt_epi32(bits, _mm_set1_epi32(static_cast<int>(0xBFEFFFFF))));
       return _mm_castsi128_pd(_mm_or_si128(large, low));
     });
   }

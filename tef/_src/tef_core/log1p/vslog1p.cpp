@@ -1,5 +1,5 @@
-// ln(1 + x), single. u = 1 + x, rounded, is taken apart as ln takes its argument, and what the rounding lost is added to
-// its fraction.
+// ln(1 + x), single. u = 1 + x, rounded, is taken apart as ln takes its argument, and what the rounding lost
+// is added to its fraction.
 #include "ln/slog.hpp"
 #include "ln/vdln.hpp"
 
@@ -67,6 +67,6 @@ struct sLog1pEP : sLog1p {
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(s, Log1p, G9HAynn, sLog1pHA, 1.0, -0.99, 1e6)
+ORX_KERNEL(s, Log1p, G9HAynn, sLog1pHA, 0.7, -0.99, 1e6)
 ORX_KERNEL(s, Log1p, G9LAynn, sLog1pLA, 2.5, -0.99, 1e6)
 ORX_KERNEL(s, Log1p, G9EPnnn, sLog1pEP, 8192, -0.99, 1e6)
