@@ -27,7 +27,8 @@ void cycles(benchmark::State& state, double elements, Prepare prepare, Run run) 
 
 template <class Run>
 void cycles(benchmark::State& state, double elements, Run run) {
-  cycles(state, elements, [] {}, run);
+  cycles(
+      state, elements, [] {}, run);
 }
 
 // How a benchmark of this sort is registered.

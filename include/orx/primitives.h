@@ -17,8 +17,9 @@ extern "C" {
 void g9_ulosSortRadixAscend_32f_I(float* data, float* work, int n);
 void g9_ulosSortRadixAscend_64f_I(double* data, double* work, int n);
 
-/* Copies, clears or fills a block. `size` counts bytes, `n` elements. Source and destination of a copy must not
- * overlap. Blocks too large for the caches are written past them, so that they do not drive other data out. */
+/* Copies, clears or fills a block. `size` counts bytes, `n` elements. Source and destination of a copy must
+ * not overlap. Blocks too large for the caches are written past them, so that they do not drive other data
+ * out. */
 void g9_ulosCopy_8u(const void* source, void* destination, size_t size);
 void g9_ulosZero_8u(void* destination, size_t size);
 void g9_ulosSet_32f(float value, float* destination, size_t n);

@@ -1,0 +1,435 @@
+// The kernels of the basic statistics: each folds a range of observations into running moments.
+//
+// Whatever the data are, a kernel computes in double precision; it reads the running arrays when it starts
+// and writes them when it ends. Observations are taken by blocks that stay in the first-level cache, so that
+// each variable (rows) or group of four variables (columns) can be swept with its running values in
+// registers. Eight vector registers are all there are on the 32-bit target: no sweep has more than four
+// running values.
+#pragma once
+
+#include <cstdint>
+
+#include "../lanes.hpp"
+
+namespace orx::ss::basic {
+
+// The running arrays of a computation. Raw moments are kept as moments, central ones as sums.
+enum { Mean, Raw2, Raw3, Raw4, Central2, Central3, Central4, ArrayCount };
+
+constexpr int raw_array(int order) { return Mean + order - 1; }
+constexpr int central_array(int order) { return Central2 + order - 2; }
+
+// The orders that a kernel computes: raw moments raw_from to raw_to, central ones 2 to central_to.
+template <int raw_from_, int raw_to_, int central_to_>
+struct Orders {
+  static constexpr int raw_from = raw_from_, raw_to = raw_to_, central_to = central_to_;
+  static constexpr bool raw = raw_from <= raw_to, central = central_to >= 2;
+
+  // The arrays that it updates, as bits.
+  static constexpr unsigned raw_arrays() {
+    unsigned bits = 0;
+    for (int k = raw_from; k <= raw_to; ++k) bits |= 1u << raw_array(k);
+    return bits;
+  }
+  static constexpr unsigned arrays() {
+    unsigned bits = raw_arrays();
+    for (int k = 2; k <= central_to; ++k) bits |= 1u << central_array(k);
+    return bits;
+  }
+};
+
+template <class T>
+struct KernelArgs {
+  int first, end, n;
+  int first_variable, end_variable, p;
+  const T* x;
+  const T* weights;
+  double* work;         // work_size(p, ...) doubles, aligned to 32 bytes
+  double* accumulator;  // W, the sum of weights; W2, the sum of their squares; two words that stay 0
+  T* array[ArrayCount];
+  T* cross;  // p by p: the lower triangle by rows; what lies above the diagonal may be overwritten
+};
+
+template <class T>
+using Kernel = void (*)(const KernelArgs<T>&);
+
+// Indexed by storage (rows, columns), weights (none, given), class 0 to 3 and, for one pass, cross-products.
+template <class T>
+struct KernelTables {
+  Kernel<T> one_pass[32], two_pass[16], fast[16];
+};
+
+constexpr int padded(int p) { return (p + 3) & ~3; }
+
+// The running arrays in double, one after the other, each padded with zeros to a multiple of four.
+class State {
+ public:
+  template <class T>
+  State(const KernelArgs<T>& args, unsigned arrays) : data_(args.work), p_(args.p), size_(padded(args.p)) {
+    each(arrays, [&](int k, double* row) {
+      for (int j = 0; j < p_; ++j) row[j] = args.array[k][j];
+      for (int j = p_; j < size_; ++j) row[j] = 0;
+    });
+  }
+  double* operator[](int k) const { return data_ + intptr_t(k) * size_; }
+  int row_size() const { return size_; }
+
+  void scale(unsigned arrays, double factor) const {
+    each(arrays, [&](int, double* row) {
+      for (int j = 0; j < p_; ++j) row[j] *= factor;
+    });
+  }
+  template <class T>
+  void store(const KernelArgs<T>& args, unsigned arrays) const {
+    each(arrays, [&](int k, const double* row) {
+      for (int j = 0; j < p_; ++j) args.array[k][j] = T(row[j]);
+    });
+  }
+
+ private:
+  template <class F>
+  void each(unsigned arrays, F f) const {
+    for (int k = 0; k < ArrayCount; ++k)
+      if (arrays >> k & 1) f(k, (*this)[k]);
+  }
+
+  double* data_;
+  int p_, size_;
+};
+
+// The first observation that counts: leading weights of exactly zero are passed over.
+template <bool weighted, class T>
+int first_observation(const KernelArgs<T>& args) {
+  int i = args.first;
+  if constexpr (weighted)
+    while (i < args.end && args.weights[i] == 0) ++i;
+  return i;
+}
+
+// ---- Fast and two-pass kernels: sums of powers ----
+
+// Sums of w v^k for k = from to to, by lanes; v = x or the distance of x from a centre.
+template <int from, int to, bool weighted>
+struct PowerSums {
+  static constexpr int terms = to - from + 1;
+  __m256d sum[terms];
+
+  PowerSums() {
+    for (int k = 0; k < terms; ++k) sum[k] = _mm256_setzero_pd();
+  }
+  void add(__m256d v, __m256d w) {
+    __m256d power = weighted ? w * v : v;
+    for (int k = 1; k < from; ++k) power *= v;
+    sum[0] += power;
+    for (int k = 1; k < terms; ++k) sum[k] += power *= v;
+  }
+};
+
+// One variable whose observations lie side by side: the sums go to sums[0], sums[size], ...
+template <int from, int to, bool centred, bool weighted, class T>
+void sum_row(const T* x, const T* w, int count, double centre, double* sums, int size) {
+  PowerSums<from, to, weighted> running;
+  const __m256d middle = _mm256_set1_pd(centre);
+  int i = 0;
+  for (; i + 4 <= count; i += 4) {
+    const __m256d v = centred ? load4(x + i) - middle : load4(x + i);
+    running.add(v, weighted ? load4(w + i) : v);
+  }
+  if (i < count) {
+    const __m256i mask = first_lanes(count - i);
+    const __m256d v = centred ? keep(load4(x + i, mask) - middle, mask) : load4(x + i, mask);
+    running.add(v, weighted ? load4(w + i, mask) : v);
+  }
+  for (int k = 0; k < running.terms; ++k) sums[intptr_t(k) * size] += sum4(running.sum[k]);
+}
+
+// Four variables that lie side by side, or `lanes` of them.
+template <int from, int to, bool centred, bool weighted, class T>
+void sum_columns(const T* x, intptr_t stride, int lanes, const T* w, int count, const double* centre,
+                 double* sums, int size) {
+  PowerSums<from, to, weighted> running;
+  const __m256d middle = centred ? _mm256_load_pd(centre) : _mm256_setzero_pd();
+  const __m256i mask = first_lanes(lanes);
+  const auto sweep = [&](auto load) {
+    for (int i = 0; i < count; ++i, x += stride) {
+      const __m256d v = centred ? load() - middle : load();
+      running.add(v, weighted ? _mm256_set1_pd(w[i]) : v);
+    }
+  };
+  if (lanes == 4)
+    sweep([&] { return load4(x); });
+  else
+    sweep([&] { return load4(x, mask); });
+  for (int k = 0; k < running.terms; ++k, sums += size)
+    _mm256_store_pd(sums, _mm256_load_pd(sums) + running.sum[k]);
+}
+
+template <bool weighted, class T>
+void add_weights(const KernelArgs<T>& args, int first, int count) {
+  double sum = count, squares = count;
+  if constexpr (weighted) {
+    sum = squares = 0;
+    for (int i = first; i < first + count; ++i) {
+      const double w = args.weights[i];
+      sum += w;
+      squares += w * w;
+    }
+  }
+  args.accumulator[0] += sum;
+  args.accumulator[1] += squares;
+}
+
+// All variables over one block of observations: raw powers, then powers of the distance from the given mean.
+template <class O, bool rows, bool weighted, class T>
+void sum_block(const KernelArgs<T>& args, int first, int count, const State& state) {
+  const int size = state.row_size();
+  const T* w = weighted ? args.weights + first : nullptr;
+  double *mean = state[Mean], *raw = state[raw_array(O::raw_from)], *central = state[Central2];
+  if (rows || args.p == 1) {
+    const T* x = args.x + first;
+    for (int j = 0; j < args.p; ++j, x += args.n) {
+      if constexpr (O::raw) sum_row<O::raw_from, O::raw_to, false, weighted>(x, w, count, 0, raw + j, size);
+      if constexpr (O::central)
+        sum_row<2, O::central_to, true, weighted>(x, w, count, mean[j], central + j, size);
+    }
+  } else {
+    const T* x = args.x + intptr_t(first) * args.p;
+    for (int j = 0; j < args.p; j += 4) {
+      const int lanes = args.p - j < 4 ? args.p - j : 4;
+      if constexpr (O::raw)
+        sum_columns<O::raw_from, O::raw_to, false, weighted>(x + j, args.p, lanes, w, count, mean, raw + j,
+                                                             size);
+      if constexpr (O::central)
+        sum_columns<2, O::central_to, true, weighted>(x + j, args.p, lanes, w, count, mean + j, central + j,
+                                                      size);
+    }
+  }
+  add_weights<weighted>(args, first, count);
+}
+
+// The observations of a block: a sweep over rows has but one variable and the weights in cache, a sweep over
+// columns all of the data.
+template <class T>
+int sum_block_size(const KernelArgs<T>& args, bool rows) {
+  constexpr int cached = 0x4000 / int(sizeof(T)), least = 16;
+  if (rows) return cached;
+  return cached / args.p < least ? least : cached / args.p;
+}
+
+// Raw moments are turned into sums, the range is added, and they are turned back.
+template <class T, bool rows, bool weighted, class O, bool>
+void kernel_Fast(const KernelArgs<T>& args) {
+  const int begin = first_observation<weighted>(args), block = sum_block_size(args, rows);
+  if (begin >= args.end) return;
+  const State state(args, O::arrays() | (O::central ? 1u << Mean : 0));
+  const double& W = args.accumulator[0];
+  if (W > 0) state.scale(O::raw_arrays(), W);
+  for (int first = begin; first < args.end; first += block)
+    sum_block<O, rows, weighted>(args, first, args.end - first < block ? args.end - first : block, state);
+  if (W > 0) state.scale(O::raw_arrays(), 1 / W);
+  state.store(args, O::arrays());
+}
+
+template <class T, bool rows, bool weighted, class O, bool>
+void kernel_2p(const KernelArgs<T>& args) {
+  kernel_Fast<T, rows, weighted, O, false>(args);
+}
+
+// ---- one-pass kernels: recurrences over the observations ----
+//
+// With the weight w of an observation x, W the sum before it, a = 1/(w + W), r = w a, q = W a and d = x -
+// mean:
+//
+//   cross-products   c(j, k) += t2 d(j) d(k)                            t2 = r W
+//   central 4        c4 += t4 d^4 + 6 r^2 d^2 c2 - 4 r d c3             t4 = a^2 t2 (W^2 - (W - w) w)
+//   central 3        c3 += t3 d^3 - 3 r d c2                            t3 = a t2 (W - w)
+//   central 2        c2 += t2 d^2
+//   raw k, mean      raw = r x^k + q raw
+//
+// all on the right being what was before the observation (West 1979, Pebay 2008). Raw moments and the mean
+// are carried as sums W raw over a block: the running mean, which only the distances need, is then one
+// product off the chain of additions.
+
+// What the recurrences need of each observation of a block.
+struct Coefficients {
+  static constexpr int block = 64;
+  double w[block], inverse[block], r[block], t2[block], t3[block],
+      t4[block];  // inverse = 1/W, or 0 where W is 0
+  double W_before, W_after;
+
+  template <bool weighted, class T>
+  void fill(const KernelArgs<T>& args, int first, int count) {
+    double before[block];
+    double W = args.accumulator[0], squares = args.accumulator[1];
+    W_before = W;
+    for (int i = 0; i < count; ++i) {
+      w[i] = weighted ? double(args.weights[first + i]) : 1;
+      before[i] = W;
+      W += w[i];
+      squares += w[i] * w[i];
+    }
+    args.accumulator[0] = W_after = W;
+    args.accumulator[1] = squares;
+    for (int i = 0; i < count; ++i) {
+      const double wi = w[i], Wi = before[i], a = 1 / (wi + Wi);
+      inverse[i] = 1 / Wi;
+      r[i] = wi * a;
+      t2[i] = r[i] * Wi;
+      t3[i] = a * t2[i] * (Wi - wi);
+      t4[i] = a * a * t2[i] * (Wi * Wi - (Wi - wi) * wi);
+    }
+    if (before[0] == 0) inverse[0] = 0;
+  }
+};
+
+// Numbers of a block four by four, from one observation to the next `stride` apart.
+struct Panel {
+  const double* x;
+  intptr_t stride;
+};
+
+// The panel of four variables from j on: in place where it lies in memory as doubles side by side, else
+// copied.
+template <bool rows, class T>
+Panel data_panel(const KernelArgs<T>& args, int first, int count, int j, double* copy) {
+  const int lanes = args.p - j < 4 ? args.p - j : 4;
+  if constexpr (rows) {
+    panel_from_rows(args.x + intptr_t(j) * args.n + first, args.n, lanes, count, copy);
+  } else {
+    const T* x = args.x + intptr_t(first) * args.p + j;
+    if constexpr (sizeof(T) == sizeof(double))
+      if (lanes == 4) return {x, args.p};
+    panel_from_columns(x, args.p, lanes, count, copy);
+  }
+  return {copy, 4};
+}
+
+// Mean and raw moments to order raw_to; the distances from the running mean go to `distance`, where they are
+// wanted.
+template <int raw_to, bool weighted, bool distances>
+void update_raw(Panel x, int count, const Coefficients& c, double* mean, int size, double* distance,
+                intptr_t stride) {
+  __m256d sum[raw_to];
+  const __m256d before = _mm256_set1_pd(c.W_before), after = _mm256_set1_pd(1 / c.W_after);
+  for (int k = 0; k < raw_to; ++k) sum[k] = before * _mm256_load_pd(mean + intptr_t(k) * size);
+  for (int i = 0; i < count; ++i, x.x += x.stride) {
+    const __m256d v = load4(x.x);
+    if constexpr (distances) {
+      _mm256_store_pd(distance, v - sum[0] * _mm256_set1_pd(c.inverse[i]));
+      distance += stride;
+    }
+    __m256d power = weighted ? v * _mm256_set1_pd(c.w[i]) : v;
+    sum[0] += power;
+    for (int k = 1; k < raw_to; ++k) sum[k] += power *= v;
+  }
+  for (int k = 0; k < raw_to; ++k) _mm256_store_pd(mean + intptr_t(k) * size, after * sum[k]);
+}
+
+// Central sums to order central_to from the distances.
+template <int central_to>
+void update_central(Panel distance, int count, const Coefficients& c, double* central2, int size) {
+  double *central3 = central2 + size, *central4 = central3 + size;
+  __m256d c2 = _mm256_load_pd(central2), c3{}, c4{};
+  if constexpr (central_to >= 3) c3 = _mm256_load_pd(central3);
+  if constexpr (central_to >= 4) c4 = _mm256_load_pd(central4);
+  for (int i = 0; i < count; ++i, distance.x += distance.stride) {
+    const __m256d d = _mm256_load_pd(distance.x), d2 = d * d;
+    if constexpr (central_to >= 3) {
+      const __m256d e = _mm256_set1_pd(c.r[i]) * d, f = e * c2 * _mm256_set1_pd(3);
+      if constexpr (central_to >= 4) c4 += _mm256_set1_pd(c.t4[i]) * d2 * d2 + (e + e) * (f - (c3 + c3));
+      c3 += _mm256_set1_pd(c.t3[i]) * d2 * d - f;
+    }
+    c2 += _mm256_set1_pd(c.t2[i]) * d2;
+  }
+  _mm256_store_pd(central2, c2);
+  if constexpr (central_to >= 3) _mm256_store_pd(central3, c3);
+  if constexpr (central_to >= 4) _mm256_store_pd(central4, c4);
+}
+
+// ---- one-pass kernels: cross-products ----
+
+// Distances of a block, a row for each observation: long enough for whole tiles, and an odd multiple of 32
+// bytes, so that a column does not fall into few sets of the cache.
+constexpr int distance_stride(int p) { return ((p + 7) & ~7) + 4; }
+
+// Two rows by eight columns of cross-products, c(j, k) += sum of scaled(i, j) distance(i, k): with eight
+// registers, the shape with the fewest loads per product.
+inline void sum_tile(const double* scaled, const double* distance, int count, int stride, double* tile) {
+  __m256d s00 = _mm256_setzero_pd(), s01 = s00, s10 = s00, s11 = s00;
+  for (int i = 0; i < count; ++i, scaled += stride, distance += stride) {
+    const __m256d d0 = _mm256_load_pd(distance), d1 = _mm256_load_pd(distance + 4);
+    const __m256d a = _mm256_set1_pd(scaled[0]), b = _mm256_set1_pd(scaled[1]);
+    s00 += a * d0;
+    s01 += a * d1;
+    s10 += b * d0;
+    s11 += b * d1;
+  }
+  _mm256_store_pd(tile, s00);
+  _mm256_store_pd(tile + 4, s01);
+  _mm256_store_pd(tile + 8, s10);
+  _mm256_store_pd(tile + 12, s11);
+}
+
+template <class T>
+void update_cross(const KernelArgs<T>& args, int count, const Coefficients& c, const double* distance,
+                  double* scaled) {
+  const int p = args.p, stride = distance_stride(p);
+  for (int i = 0; i < count; ++i)
+    for (int j = 0; j < stride; j += 4) {
+      const intptr_t at = intptr_t(i) * stride + j;
+      _mm256_store_pd(scaled + at, _mm256_set1_pd(c.t2[i]) * _mm256_load_pd(distance + at));
+    }
+  alignas(32) double tile[16];
+  for (int j = 0; j < p; j += 2)
+    for (int k = 0; k <= j + 1; k += 8) {
+      sum_tile(scaled + j, distance + k, count, stride, tile);
+      const int columns = p - k < 8 ? p - k : 8;
+      for (int row = 0; row < 2 && j + row < p; ++row) {
+        T* products = args.cross + intptr_t(j + row) * p + k;
+        const double* sums = tile + 8 * row;
+        if (columns == 8) {
+          store4(products, load4(products) + _mm256_load_pd(sums));
+          store4(products + 4, load4(products + 4) + _mm256_load_pd(sums + 4));
+        } else {
+          for (int m = 0; m < columns; ++m) products[m] += T(sums[m]);
+        }
+      }
+    }
+}
+
+template <class T, bool rows, bool weighted, class O, bool cross>
+void kernel_1p(const KernelArgs<T>& args) {
+  constexpr int block = Coefficients::block;
+  const int begin = first_observation<weighted>(args), size = padded(args.p);
+  const int stride = cross ? distance_stride(args.p) : 4;
+  if (begin >= args.end) return;
+  const State state(args, O::arrays());
+  double *distances = state[ArrayCount], *scaled = distances + intptr_t(stride) * block;
+  if constexpr (cross)
+    for (int i = 0; i < block; ++i)
+      for (int j = size; j < stride; ++j) distances[intptr_t(i) * stride + j] = 0;
+  Coefficients coefficients;
+  alignas(32) double copy[4 * block];
+  for (int first = begin; first < args.end; first += block) {
+    const int count = args.end - first < block ? args.end - first : block;
+    coefficients.fill<weighted>(args, first, count);
+    for (int j = 0; j < args.p; j += 4) {
+      double* distance = cross ? distances + j : distances;
+      update_raw<O::raw_to, weighted, cross || O::central>(data_panel<rows>(args, first, count, j, copy),
+                                                           count, coefficients, state[Mean] + j, size,
+                                                           distance, stride);
+      if constexpr (O::central)
+        update_central<O::central_to>({distance, stride}, count, coefficients, state[Central2] + j, size);
+    }
+    if constexpr (cross) update_cross(args, count, coefficients, distances, scaled);
+  }
+  state.store(args, O::arrays());
+}
+
+// The doubles of work that a kernel for p variables needs.
+inline uint64_t work_size(int p, bool one_pass_cross) {
+  return uint64_t(padded(p)) * ArrayCount +
+         uint64_t(Coefficients::block) * (one_pass_cross ? 2 * distance_stride(p) : 4);
+}
+
+}  // namespace orx::ss::basic
