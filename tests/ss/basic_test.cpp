@@ -249,4 +249,239 @@ TYPED_TEST(Basic, EveryStorageWeightAndMethodAgainstTheJudge) {
   }
 }
 
+TYPED_TEST(Basic, WantedVariablesOnlyWithNarrowAndWideIntegers) {
+  using T = TypeParam;
+  const int p = 6, n = 90, indices[p] = {1, 0, 1, -3, 0, 1}, full = KOB_SS_FULL;
+  const std::vector<T> rows = this->data(p, n);
+  const Judge<T> right(rows, nullptr, p);
+  for (const int method : this->methods) {
+    BasicTask<T> t(p, n, KOB_SS_ROWS, rows, nullptr, indices);
+    if (method == KOB_SS_USER_MEAN) this->give_mean(t, right);
+    if (method == KOB_SS_USER_MEAN) t.mean[1] = t.mean[4] = T(-77);
+    ASSERT_EQ(t.compute(everything, method), 0);
+    this->check(t, right, method, indices);
+    EXPECT_EQ(t.cov[1 * p + 2], T(-77));
+    EXPECT_EQ(t.cov[2 * p + 1], T(-77));
+  }
+  const long long wide_p = p, wide_n = n, wide_storage = KOB_SS_ROWS, wide_full = full;
+  long long wide_indices[p];
+  std::copy(indices, indices + p, wide_indices);
+  std::vector<T> mean(p, T(-77)), cov(p * p, T(-77));
+  SSTask* task;
+  ASSERT_EQ(Api<T>::new_task(&task, &wide_p, &wide_n, &wide_storage, rows.data(), nullptr, wide_indices, 1),
+            0);
+  Api<T>::edit(task, KOB_SS_ID_MEAN, mean.data());
+  Api<T>::edit(task, KOB_SS_ID_COVARIANCE, cov.data());
+  __kobiSSEditTask(task, KOB_SS_ID_COVARIANCE_STORAGE, &wide_full);
+  ASSERT_EQ(Api<T>::basic(task, KOB_SS_COVARIANCE, KOB_SS_ONE_PASS, Threads::table(1)), 0);
+  __kobSSDeleteTask(&task);
+  for (int j = 0; j < p; ++j) {
+    if (indices[j])
+      this->near(mean[j], right.moments[j].mean, right.moments[j].absolute[1], "mean");
+    else
+      EXPECT_EQ(mean[j], T(-77));
+    EXPECT_EQ(cov[j * p + 3] == T(-77), !indices[j]) << j;
+  }
+}
+
+// One call against many blocks, the first of them a single observation, and against several workers in an
+// order of their own: the same results up to rounding.
+TYPED_TEST(Basic, BlocksAndWorkers) {
+  using T = TypeParam;
+  const int p = 5, n = 4200;
+  const std::vector<T> rows = this->data(p, n), w = this->weights(n);
+  for (const T* weights : {static_cast<const T*>(nullptr), w.data() + 1}) {
+    const Judge<T> right(rows, weights, p);
+    for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS})
+      for (const int method : this->methods) {
+        BasicTask<T> t(p, n, storage, stored(rows, p, n, storage), weights);
+        t.cov_storage = KOB_SS_UPPER_PACKED;
+        t.cor_storage = KOB_SS_FULL;
+        const auto start = [&] {
+          t.sums[0] = t.sums[1] = 0;
+          if (method == KOB_SS_USER_MEAN) this->give_mean(t, right);
+        };
+        for (const int workers : {2, 3, 7}) {
+          start();
+          Threads::arrange = [&](std::vector<int>& order) {
+            std::shuffle(order.begin(), order.end(), this->random);
+          };
+          ASSERT_EQ(t.compute(everything, method, workers), 0);
+          EXPECT_EQ(Threads::last_asked, std::min(workers, n / 1000));
+          this->near(t.sums[0], right.W, right.W, "sum of weights");
+          this->check(t, right, method);
+        }
+        start();
+        const std::vector<T> all = t.x;
+        // Of one observation about a given mean the variance cannot be told, nor be taken up again.
+        std::vector<int> sizes = {1, 2, 3, 64, 130, 1000, 3000};
+        if (method == KOB_SS_USER_MEAN) sizes[0] = 2, sizes[1] = 1;
+        ASSERT_EQ(t.compute_by_blocks(all, weights, sizes, everything, method), 0);
+        this->check(t, right, method);
+      }
+  }
+}
+
+// The recurrences of higher orders stand on lower ones that the caller need not have asked for.
+TYPED_TEST(Basic, BlocksWithOneEstimateAlone) {
+  using T = TypeParam;
+  const int p = 2, n = 500;
+  const std::vector<T> rows = this->data(p, n);
+  const Judge<T> right(rows, nullptr, p);
+  for (const int method : this->methods) {
+    for (const int order : {3, 4}) {
+      std::vector<T> mean(p), raw[5], central(p, T(0));
+      T sums[2] = {0, 0};
+      Task<T> t(p, n, KOB_SS_ROWS, rows);
+      for (int j = 0; j < p; ++j) mean[j] = T(double(right.moments[j].mean));
+      t.set(KOB_SS_ID_MEAN, mean.data());
+      for (int k = 2; k <= order; ++k) {
+        raw[k].assign(p, T(0));
+        t.set(KOB_SS_ID_RAW_MOMENT_2 + k - 2, raw[k].data());
+      }
+      t.set(KOB_SS_ID_CENTRAL_MOMENT_2 + order - 2, central.data());
+      t.set(KOB_SS_ID_ACCUMULATED_WEIGHTS, sums);
+      for (const int first : {0, 100, 350}) {
+        const int size = first == 0 ? 100 : first == 100 ? 250 : 150;
+        std::vector<T> block;
+        for (int j = 0; j < p; ++j)
+          block.insert(block.end(), &rows[size_t(j) * n + first], &rows[size_t(j) * n + first] + size);
+        t.set(KOB_SS_ID_OBSERVATIONS, block.data());
+        t.set(KOB_SS_ID_OBSERVATION_COUNT, &size);
+        ASSERT_EQ(Api<T>::basic(t.task, KOB_SS_CENTRAL_MOMENT_2 << (order - 2), method, Threads::table(1)),
+                  0);
+      }
+      for (int j = 0; j < p; ++j) {
+        const Moments& m = right.moments[j];
+        this->near(central[j], m.central[order], 8 * (m.absolute[order] + power(abs(m.mean), order)),
+                   "central " + std::to_string(order) + " method " + std::to_string(method));
+      }
+    }
+  }
+}
+
+TYPED_TEST(Basic, WeightsOfZero) {
+  using T = TypeParam;
+  const T nan = std::numeric_limits<T>::quiet_NaN();
+  const std::vector<T> x = {nan, nan, 3, 5, 7, -2, 1, 4}, w = {0, 0, 1, 1};  // two variables in rows
+  for (const int method : {KOB_SS_FAST, KOB_SS_ONE_PASS}) {
+    BasicTask<T> t(2, 4, KOB_SS_ROWS, x, w.data());
+    ASSERT_EQ(t.compute(moments, method), 0);
+    EXPECT_EQ(t.mean[0], T(4));
+    EXPECT_EQ(t.central[2][0], T(2));
+    EXPECT_EQ(t.mean[1], T(2.5));
+    EXPECT_EQ(t.sums[0], T(2));
+    EXPECT_EQ(t.sums[1], T(2));
+
+    const std::vector<T> none(4, T(0));
+    BasicTask<T> empty(2, 4, KOB_SS_ROWS, x, none.data());
+    ASSERT_EQ(empty.compute(everything, method), 0);
+    EXPECT_EQ(empty.mean[0], T(0));
+    EXPECT_EQ(empty.raw[4][1], T(0));
+    EXPECT_EQ(empty.cov[3], T(0));
+    EXPECT_TRUE(std::isnan(empty.central[2][0]));
+    EXPECT_EQ(empty.sums[0], T(0));
+  }
+}
+
+TEST(BasicFixed, SmallCountsRunOnOneWorker) {
+  BasicTask<double> t(1, 999, KOB_SS_ROWS, std::vector<double>(999, 2.));
+  ASSERT_EQ(t.compute(KOB_SS_MEAN, KOB_SS_FAST, 64), 0);
+  EXPECT_EQ(Threads::last_asked, 1);
+}
+
+// The univariate series NumAcc1 to NumAcc4 of the NIST Statistical Reference Datasets, from their definition.
+// The certified mean and deviation are exact; the digits that the data themselves carry in binary bound what
+// can be had.
+TEST(BasicFixed, NistNumAcc) {
+  const auto alternating = [](double middle) {
+    std::vector<double> x = {middle};
+    for (int i = 0; i < 500; ++i) x.insert(x.end(), {middle - 0.1, middle + 0.1});
+    return x;
+  };
+  const struct {
+    const char* name;
+    std::vector<double> x;
+    double mean, deviation, mean_digits, deviation_digits;
+  } series[] = {
+      {"NumAcc1", {10000001, 10000003, 10000002}, 10000002, 1, 15, 15},
+      {"NumAcc2", alternating(1.2), 1.2, 0.1, 15, 14.5},
+      {"NumAcc3", alternating(1000000.2), 1000000.2, 0.1, 15, 9.4},
+      {"NumAcc4", alternating(10000000.2), 10000000.2, 0.1, 15, 8.2},
+  };
+  const auto digits = [](double got, double right) {
+    return got == right ? 17 : -std::log10(std::abs(got - right) / std::abs(right));
+  };
+  for (const auto& s : series)
+    for (const int method : {KOB_SS_ONE_PASS, KOB_SS_USER_MEAN}) {
+      BasicTask<double> t(1, int(s.x.size()), KOB_SS_ROWS, s.x);
+      t.mean[0] = s.mean;
+      ASSERT_EQ(t.compute(KOB_SS_CENTRAL_MOMENT_2, method), 0);
+      EXPECT_GE(digits(t.mean[0], s.mean), s.mean_digits) << s.name;
+      EXPECT_GE(digits(std::sqrt(t.central[2][0]), s.deviation), s.deviation_digits) << s.name;
+    }
+}
+
+TYPED_TEST(Basic, Statuses) {
+  using T = TypeParam;
+  const std::vector<T> x(6, T(1));
+  const struct {
+    int estimate;
+    std::vector<int> arrays;  // ids, in the order in which their absence is told
+  } needs[] = {
+      {KOB_SS_MEAN, {7}},
+      {KOB_SS_RAW_MOMENT_2, {8}},
+      {KOB_SS_RAW_MOMENT_3, {9}},
+      {KOB_SS_RAW_MOMENT_4, {10}},
+      {KOB_SS_CENTRAL_MOMENT_2, {7, 8, 11}},
+      {KOB_SS_CENTRAL_MOMENT_3, {7, 8, 9, 12}},
+      {KOB_SS_CENTRAL_MOMENT_4, {7, 8, 9, 10, 13}},
+      {KOB_SS_COVARIANCE, {7, 19}},
+      {KOB_SS_CORRELATION, {7, 21}},
+      {KOB_SS_KURTOSIS, {7, 8, 9, 10, 11, 13, 14}},
+      {KOB_SS_SKEWNESS, {7, 8, 9, 11, 12, 15}},
+      {KOB_SS_VARIATION, {7, 8, 11, 18}},
+  };
+  const auto status_of = [](int id) {
+    if (id <= 15) return -4006 - (id - 7);
+    return id == 18 ? -4017 : id == 19 ? -4018 : -4019;
+  };
+  const int full = KOB_SS_FULL;
+  for (const auto& need : needs) {
+    std::vector<T> result(9, T(-77));
+    Task<T> t(3, 2, KOB_SS_ROWS, x);
+    t.set(KOB_SS_ID_COVARIANCE_STORAGE, &full);
+    t.set(KOB_SS_ID_CORRELATION_STORAGE, &full);
+    const auto call = [&](int method) {
+      return Api<T>::basic(t.task, need.estimate, method, Threads::table(1));
+    };
+    for (const int id : need.arrays) {
+      EXPECT_EQ(call(KOB_SS_FAST), status_of(id)) << need.estimate;
+      EXPECT_EQ(call(0), status_of(id));  // arrays are looked at before the method
+      t.set(id, result.data());
+    }
+    for (const int method : {0x0, 0x3, 0x101, 0x102, 0x103, 0x40}) EXPECT_EQ(call(method), -4029) << method;
+    EXPECT_EQ(result, std::vector<T>(9, T(-77)));
+    t.storage = 0x30;
+    EXPECT_EQ(call(KOB_SS_FAST), -4003);
+  }
+  EXPECT_EQ(Api<T>::basic(nullptr, KOB_SS_MEAN, KOB_SS_FAST, Threads::table(1)), -4031);
+}
+
+TYPED_TEST(Basic, EveryAllocationFailing) {
+  using T = TypeParam;
+  const int p = 4, n = 3000, indices[p] = {1, 1, 0, 1};
+  const std::vector<T> rows = this->data(p, n), w = this->weights(n);
+  int most = 0;
+  for (const int method : this->methods)
+    for (const int* mask : {static_cast<const int*>(nullptr), indices}) {
+      BasicTask<T> t(p, n, KOB_SS_COLUMNS, rows, w.data(), mask);
+      Threads::arrange = [](std::vector<int>&) {};
+      const int count = fail_each_allocation([&] { return t.compute(everything, method, 3); },
+                                             [](int status) { EXPECT_EQ(status, -4000); });
+      most = std::max(most, count);
+    }
+  EXPECT_GE(most, 9);  // accumulators, products, private arrays, and with a mask an array for each estimate
+}
+
 }  // namespace

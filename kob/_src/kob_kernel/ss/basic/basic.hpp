@@ -82,13 +82,9 @@ constexpr unsigned two_pass_arrays[4] = {bits(Central2), bits(Central2, Central3
 constexpr unsigned one_pass_arrays[4] = {bits(Mean), bits(Mean, Central2), bits(Mean, Raw2, Central2),
                                          (1u << ArrayCount) - 1};
 
-// The sum of squares of distances from the mean divided by this is the unbiased variance. It is 0 for a
-// single observation, of which the variance is not defined.
-inline double freedom(double W, double W2) { return W - W2 / W; }
-
-// A sum that a result was made from. Where there are no degrees of freedom the sum is 0 whatever the result
-// is.
-inline double back_to_sum(double result, double divisor) { return divisor == 0 ? 0 : result * divisor; }
+// The sum of squares of distances from the mean divided by this is the unbiased variance. It is 0 for a single
+// observation, of which the variance is not defined.
+inline double freedom(double W, double W2) { return (W * W - W2) / W; }
 
 // ---- one computation ----
 
@@ -129,6 +125,15 @@ struct Computation {
   double* accumulator(int worker) const { return accumulators + worker * accumulator_size; }
   double W() const { return accumulators[0]; }
   double W2() const { return accumulators[1]; }
+
+  // A sum of squares or products that an earlier result was made from. Where there were no degrees of freedom, up
+  // to the rounding of W2, the result is NaN, infinite or noise; the sum was 0, if it was taken about the mean of the
+  // data. One about a mean that the user gave is lost.
+  double back_to_sum(double result) const {
+    constexpr double unit = sizeof(T) == sizeof(double) ? 0x1p-52 : 0x1p-23;
+    const bool none = W() * W() - W2() <= 4 * unit * W() * W();
+    return none && method != KOB_SS_USER_MEAN ? 0 : result * freedom(W(), W2());
+  }
 
   // The running arrays of a worker; the given mean is shared.
   T* worker_array(int worker, int k) const {
@@ -180,13 +185,13 @@ bool init_array(Computation<T>& c, int k) {
 // orders stand on, is made anew from the raw moments.
 template <class T>
 void rebuild_central_sums(Computation<T>& c) {
-  const double W = c.W(), W2 = c.W2();
+  const double W = c.W();
   const auto given = [&](int k) { return (c.task->*estimates[k].array) != nullptr; };
   for (int j = 0; j < c.p(); ++j) {
     const double mean = c.array[Mean] ? c.array[Mean][j] : 0;
     const auto raw = [&](int k) { return double(c.array[k][j]); };
     if (c.arrays & bits(Central2)) {
-      double sum = back_to_sum(c.array[Central2][j], (W * W - W2) / W);
+      double sum = c.back_to_sum(c.array[Central2][j]);
       if (!given(Central2) && c.arrays & bits(Raw2) && given(Raw2)) sum = W * (raw(Raw2) - mean * mean);
       c.array[Central2][j] = T(sum);
     }
@@ -206,13 +211,12 @@ void rebuild_products(Computation<T>& c) {
   const bool from_cov = c.wanted & bits(Covariance);
   const SymmetricMatrix<T> earlier = from_cov ? SymmetricMatrix<T>(c.task->cov, c.task->covStorage, c.p())
                                               : SymmetricMatrix<T>(c.task->cor, c.task->corStorage, c.p());
-  const double scale = freedom(c.W(), c.W2());
   for (int i = 0; i < c.p(); ++i) {
     T* row = c.products + intptr_t(i) * c.p();
     for (int j = 0; j <= i; ++j) {
       double value = earlier.get(i, j);
       if (!from_cov && i != j) value *= __kobdSqrt(double(earlier.get(i, i)) * double(earlier.get(j, j)));
-      row[j] = T(back_to_sum(value, scale));
+      row[j] = T(c.back_to_sum(value));
     }
   }
 }

@@ -246,9 +246,10 @@ void kernel_2p(const KernelArgs<T>& args) {
 //   central 2        c2 += t2 d^2
 //   raw k, mean      raw = r x^k + q raw
 //
-// all on the right being what was before the observation (West 1979, Pebay 2008). Raw moments and the mean
-// are carried as sums W raw over a block: the running mean, which only the distances need, is then one
-// product off the chain of additions.
+// all on the right being what was before the observation (West 1979, Pebay 2008). Over a block the mean is carried
+// as the sum S of w (x - mean at the block's start), so that the running mean, which the distances need, is one
+// product S/W off the chain of additions; raw moments are carried as sums too. Both go into the moments by their
+// difference from them, which costs half a unit in the last place for a block.
 
 // What the recurrences need of each observation of a block.
 struct Coefficients {
@@ -309,20 +310,27 @@ Panel data_panel(const KernelArgs<T>& args, int first, int count, int j, double*
 template <int raw_to, bool weighted, bool distances>
 void update_raw(Panel x, int count, const Coefficients& c, double* mean, int size, double* distance,
                 intptr_t stride) {
+  // Before the first observation any number serves for the mean: it has no part in the sums.
+  const __m256d start = c.W_before == 0 ? load4(x.x) : _mm256_load_pd(mean);
   __m256d sum[raw_to];
-  const __m256d before = _mm256_set1_pd(c.W_before), after = _mm256_set1_pd(1 / c.W_after);
-  for (int k = 0; k < raw_to; ++k) sum[k] = before * _mm256_load_pd(mean + intptr_t(k) * size);
+  for (int k = 0; k < raw_to; ++k) sum[k] = _mm256_setzero_pd();
   for (int i = 0; i < count; ++i, x.x += x.stride) {
-    const __m256d v = load4(x.x);
+    const __m256d v = load4(x.x), w = weighted ? _mm256_set1_pd(c.w[i]) : v, shifted = v - start;
     if constexpr (distances) {
-      _mm256_store_pd(distance, v - sum[0] * _mm256_set1_pd(c.inverse[i]));
+      _mm256_store_pd(distance, shifted - sum[0] * _mm256_set1_pd(c.inverse[i]));
       distance += stride;
     }
-    __m256d power = weighted ? v * _mm256_set1_pd(c.w[i]) : v;
-    sum[0] += power;
+    sum[0] += weighted ? w * shifted : shifted;
+    __m256d power = weighted ? w * v : v;
     for (int k = 1; k < raw_to; ++k) sum[k] += power *= v;
   }
-  for (int k = 0; k < raw_to; ++k) _mm256_store_pd(mean + intptr_t(k) * size, after * sum[k]);
+  const __m256d share = _mm256_set1_pd(c.W_after - c.W_before), W = _mm256_set1_pd(c.W_after);
+  _mm256_store_pd(mean, start + sum[0] / W);
+  for (int k = 1; k < raw_to; ++k) {
+    double* moment = mean + intptr_t(k) * size;
+    const __m256d before = _mm256_load_pd(moment);
+    _mm256_store_pd(moment, before + (sum[k] - share * before) / W);
+  }
 }
 
 // Central sums to order central_to from the distances.
