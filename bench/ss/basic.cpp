@@ -149,28 +149,28 @@ void register_all() {
     const char* name;
   } methods[] = {{KOB_SS_FAST, "fast"}, {KOB_SS_ONE_PASS, "one_pass"}, {KOB_SS_USER_MEAN, "user_mean"}};
   const int n = 1000000;
-  add("moments/p10/read_memory", 20, [=](auto& s) { read_memory(s, 10, n); });
+  add("moments/p10/read_memory", 200, [=](auto& s) { read_memory(s, 10, n); });
   for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS}) {
     const std::string where = name_of(storage);
     for (const auto& m : methods) {
       const int bit = m.bit;
-      add("moments/p10/" + where + "/" + m.name, 20,
+      add("moments/p10/" + where + "/" + m.name, 100,
           [=](auto& s) { run<double>(s, 10, n, storage, all_moments, bit, false); });
     }
-    add("moments/p10/" + where + "/one_pass_two_threads", 20,
+    add("moments/p10/" + where + "/one_pass_two_threads", 100,
         [=](auto& s) { run<double>(s, 10, n, storage, all_moments, KOB_SS_ONE_PASS, true); });
-    add("moments/p10/" + where + "/fast_two_threads", 20,
+    add("moments/p10/" + where + "/fast_two_threads", 100,
         [=](auto& s) { run<double>(s, 10, n, storage, all_moments, KOB_SS_FAST, true); });
-    add("mean/p10/" + where + "/one_pass", 20,
+    add("mean/p10/" + where + "/one_pass", 100,
         [=](auto& s) { run<double>(s, 10, n, storage, KOB_SS_MEAN, KOB_SS_ONE_PASS, false); });
-    add("mean/p10/" + where + "/one_pass_two_threads", 20,
+    add("mean/p10/" + where + "/one_pass_two_threads", 100,
         [=](auto& s) { run<double>(s, 10, n, storage, KOB_SS_MEAN, KOB_SS_ONE_PASS, true); });
     add("moments/p10/" + where + "/gsl", 3, [=](auto& s) { gsl_moments(s, 10, n, storage); });
   }
   for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS})
     for (const auto& m : methods) {
       const int bit = m.bit;
-      add(std::string("moments/p10/float/") + name_of(storage) + "/" + m.name, 20,
+      add(std::string("moments/p10/float/") + name_of(storage) + "/" + m.name, 100,
           [=](auto& s) { run<float>(s, 10, n, storage, all_moments, bit, false); });
     }
   for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS}) {
