@@ -82,8 +82,8 @@ constexpr unsigned two_pass_arrays[4] = {bits(Central2), bits(Central2, Central3
 constexpr unsigned one_pass_arrays[4] = {bits(Mean), bits(Mean, Central2), bits(Mean, Raw2, Central2),
                                          (1u << ArrayCount) - 1};
 
-// The sum of squares of distances from the mean divided by this is the unbiased variance. It is 0 for a single
-// observation, of which the variance is not defined.
+// The sum of squares of distances from the mean divided by this is the unbiased variance. It is 0 for a
+// single observation, of which the variance is not defined.
 inline double freedom(double W, double W2) { return (W * W - W2) / W; }
 
 // ---- one computation ----
@@ -126,9 +126,9 @@ struct Computation {
   double W() const { return accumulators[0]; }
   double W2() const { return accumulators[1]; }
 
-  // A sum of squares or products that an earlier result was made from. Where there were no degrees of freedom, up
-  // to the rounding of W2, the result is NaN, infinite or noise; the sum was 0, if it was taken about the mean of the
-  // data. One about a mean that the user gave is lost.
+  // A sum of squares or products that an earlier result was made from. Where there were no degrees of
+  // freedom, up to the rounding of W2, the result is NaN, infinite or noise; the sum was 0, if it was taken
+  // about the mean of the data. One about a mean that the user gave is lost.
   double back_to_sum(double result) const {
     constexpr double unit = sizeof(T) == sizeof(double) ? 0x1p-52 : 0x1p-23;
     const bool none = W() * W() - W2() <= 4 * unit * W() * W();

@@ -250,14 +250,14 @@ void kernel_2p(const KernelArgs<T>& args) {
 //   central 2        c2 += t2 d^2
 //   raw k, mean      raw = r x^k + q raw
 //
-// all on the right being what was before the observation (West 1979, Pebay 2008). Over a block the mean is carried
-// as the sum S of w (x - mean at the block's start), so that the running mean, which the distances need, is one
-// product S/W off the chain of additions; raw moments are carried as sums too. Both go into the moments by their
-// difference from them, which costs half a unit in the last place for a block.
+// all on the right being what was before the observation (West 1979, Pebay 2008). Over a block the mean is
+// carried as the sum S of w (x - mean at the block's start), so that the running mean, which the distances
+// need, is one product S/W off the chain of additions; raw moments are carried as sums too. Both go into the
+// moments by their difference from them, which costs half a unit in the last place for a block.
 
 // What the recurrences need of each observation of a block.
 struct Coefficients {
-  static constexpr int block = 64;
+  static constexpr int block = 128;
   double w[block], inverse[block], r[block], t2[block], t3[block],
       t4[block];  // inverse = 1/W, or 0 where W is 0
   double W_before, W_after;
@@ -288,10 +288,28 @@ struct Coefficients {
 };
 
 // Numbers of a block four by four, from one observation to the next `stride` apart.
-struct Panel {
-  const double* x;
+template <class Real>
+struct PanelOf {
+  Real* x;
   intptr_t stride;
 };
+using Panel = PanelOf<const double>;
+
+// Asks for a panel that will be read after much else: the processor sees no order in the pieces that a block
+// takes from the data.
+template <bool rows, class T>
+void prefetch_panel(const KernelArgs<T>& args, int first, int j) {
+  constexpr int line = 64 / int(sizeof(T));
+  const auto ask = [](const T* x) { _mm_prefetch(reinterpret_cast<const char*>(x), _MM_HINT_T1); };
+  if constexpr (rows) {
+    const T* x = args.x + intptr_t(j) * args.n + first;
+    for (int k = j; k < j + 4 && k < args.p; ++k, x += args.n)
+      for (int i = 0; i < Coefficients::block; i += line) ask(x + i);
+  } else if (j % line == 0) {
+    const T* x = args.x + intptr_t(first) * args.p + j;
+    for (int i = 0; i < Coefficients::block; ++i, x += args.p) ask(x);
+  }
+}
 
 // The panel of four variables from j on: in place where it lies in memory as doubles side by side, else
 // copied.
@@ -309,20 +327,53 @@ Panel data_panel(const KernelArgs<T>& args, int first, int count, int j, double*
   return {copy, 4};
 }
 
-// Mean and raw moments to order raw_to; the distances from the running mean go to `distance`, where they are
-// wanted.
-template <int raw_to, bool weighted, bool distances>
-void update_raw(Panel x, int count, const Coefficients& c, double* mean, int size, double* distance,
-                intptr_t stride) {
+// Where a sweep leaves the distances from the running mean for the later ones. For cross-products they are
+// laid out in the order in which those will read them: in panels of eight variables, and times t2 in panels
+// of two.
+struct Distances {
+  enum class Kind { None, Plain, Cross };
+  static constexpr int block = Coefficients::block;
+
+  double *panels, *scaled;
+
+  static uint64_t size(int p, Kind kind) {
+    return kind == Kind::Cross ? uint64_t(block) * (((p + 7) & ~7) + padded(p)) : uint64_t(block) * 4;
+  }
+  Distances(double* memory, int p, Kind kind)
+      : panels(memory), scaled(memory + (kind == Kind::Cross ? intptr_t((p + 7) & ~7) * block : 0)) {
+    // The upper half of the last panel may have no variables.
+    if (kind == Kind::Cross && padded(p) % 8 != 0)
+      for (double* x = scaled - 8 * block + 4; x < scaled; x += 8) _mm256_store_pd(x, _mm256_setzero_pd());
+  }
+  // Those of the four variables from j on.
+  template <Kind kind>
+  PanelOf<double> at(int j) const {
+    if constexpr (kind == Kind::Cross) return {panels + intptr_t(j & ~7) * block + (j & 7), 8};
+    return {panels, 4};
+  }
+  double* scaled_at(int j) const { return scaled + intptr_t(j) * block; }
+};
+
+// Mean and raw moments to order raw_to; the distances from the running mean are left behind.
+template <int raw_to, bool weighted, Distances::Kind kind>
+void update_raw(Panel x, int count, const Coefficients& c, double* mean, int size, const Distances& distances,
+                int j) {
+  double *distance = distances.at<kind>(j).x, *scaled = distances.scaled_at(j);
   // Before the first observation any number serves for the mean: it has no part in the sums.
   const __m256d start = c.W_before == 0 ? load4(x.x) : _mm256_load_pd(mean);
   __m256d sum[raw_to];
   for (int k = 0; k < raw_to; ++k) sum[k] = _mm256_setzero_pd();
   for (int i = 0; i < count; ++i, x.x += x.stride) {
     const __m256d v = load4(x.x), w = weighted ? _mm256_set1_pd(c.w[i]) : v, shifted = v - start;
-    if constexpr (distances) {
-      _mm256_store_pd(distance, shifted - sum[0] * _mm256_set1_pd(c.inverse[i]));
-      distance += stride;
+    if constexpr (kind != Distances::Kind::None) {
+      const __m256d d = shifted - sum[0] * _mm256_set1_pd(c.inverse[i]);
+      _mm256_store_pd(distance, d);
+      distance += kind == Distances::Kind::Cross ? 8 : 4;
+      if constexpr (kind == Distances::Kind::Cross) {
+        const __m256d e = _mm256_set1_pd(c.t2[i]) * d;
+        _mm_store_pd(scaled + 2 * i, _mm256_castpd256_pd128(e));
+        _mm_store_pd(scaled + 2 * (i + Distances::block), _mm256_extractf128_pd(e, 1));
+      }
     }
     sum[0] += weighted ? w * shifted : shifted;
     __m256d power = weighted ? w * v : v;
@@ -339,7 +390,7 @@ void update_raw(Panel x, int count, const Coefficients& c, double* mean, int siz
 
 // Central sums to order central_to from the distances.
 template <int central_to>
-void update_central(Panel distance, int count, const Coefficients& c, double* central2, int size) {
+void update_central(PanelOf<double> distance, int count, const Coefficients& c, double* central2, int size) {
   double *central3 = central2 + size, *central4 = central3 + size;
   __m256d c2 = _mm256_load_pd(central2), c3{}, c4{};
   if constexpr (central_to >= 3) c3 = _mm256_load_pd(central3);
@@ -360,41 +411,41 @@ void update_central(Panel distance, int count, const Coefficients& c, double* ce
 
 // ---- one-pass kernels: cross-products ----
 
-// Distances of a block, a row for each observation: long enough for whole tiles, and an odd multiple of 32
-// bytes, so that a column does not fall into few sets of the cache.
-constexpr int distance_stride(int p) { return ((p + 7) & ~7) + 4; }
+// Keeps a value in a register: compilers would rather load it once for each use, or load the next one early,
+// than leave the running sums where they are.
+inline void pin(__m256d& x) { __asm__("" : "+x"(x)); }
 
 // Two rows by eight columns of cross-products, c(j, k) += sum of scaled(i, j) distance(i, k): with eight
 // registers, the shape with the fewest loads per product.
-inline void sum_tile(const double* scaled, const double* distance, int count, int stride, double* tile) {
-  __m256d s00 = _mm256_setzero_pd(), s01 = s00, s10 = s00, s11 = s00;
-  for (int i = 0; i < count; ++i, scaled += stride, distance += stride) {
-    const __m256d d0 = _mm256_load_pd(distance), d1 = _mm256_load_pd(distance + 4);
-    const __m256d a = _mm256_set1_pd(scaled[0]), b = _mm256_set1_pd(scaled[1]);
-    s00 += a * d0;
-    s01 += a * d1;
-    s10 += b * d0;
-    s11 += b * d1;
+inline void sum_tile(const double* scaled, const double* distance, int count, double* tile) {
+  __m256d sum[2][2];
+  for (auto& row : sum) row[0] = row[1] = _mm256_setzero_pd();
+#pragma GCC unroll 2  // a loop of this size runs at half speed where it lies badly across cache lines
+  for (int i = 0; i < count; ++i, scaled += 2, distance += 8) {
+    __m256d d0 = _mm256_load_pd(distance), d1 = _mm256_load_pd(distance + 4);
+    pin(d0);
+    pin(d1);
+    for (int row = 0; row < 2; ++row) {
+      __m256d s = _mm256_set1_pd(scaled[row]);
+      pin(s);
+      sum[row][0] += s * d0;
+      sum[row][1] += s * d1;
+    }
   }
-  _mm256_store_pd(tile, s00);
-  _mm256_store_pd(tile + 4, s01);
-  _mm256_store_pd(tile + 8, s10);
-  _mm256_store_pd(tile + 12, s11);
+  for (int row = 0; row < 2; ++row) {
+    _mm256_store_pd(tile + 8 * row, sum[row][0]);
+    _mm256_store_pd(tile + 8 * row + 4, sum[row][1]);
+  }
 }
 
 template <class T>
-void update_cross(const KernelArgs<T>& args, int count, const Coefficients& c, const double* distance,
-                  double* scaled) {
-  const int p = args.p, stride = distance_stride(p);
-  for (int i = 0; i < count; ++i)
-    for (int j = 0; j < stride; j += 4) {
-      const intptr_t at = intptr_t(i) * stride + j;
-      _mm256_store_pd(scaled + at, _mm256_set1_pd(c.t2[i]) * _mm256_load_pd(distance + at));
-    }
+void update_cross(const KernelArgs<T>& args, int count, const Distances& distances) {
+  const int p = args.p;
   alignas(32) double tile[16];
-  for (int j = 0; j < p; j += 2)
-    for (int k = 0; k <= j + 1; k += 8) {
-      sum_tile(scaled + j, distance + k, count, stride, tile);
+  // A panel of distances stays in the first-level cache while all rows go by.
+  for (int k = 0; k < p; k += 8)
+    for (int j = k; j < p; j += 2) {
+      sum_tile(distances.scaled_at(j), distances.at<Distances::Kind::Cross>(k).x, count, tile);
       const int columns = p - k < 8 ? p - k : 8;
       for (int row = 0; row < 2 && j + row < p; ++row) {
         T* products = args.cross + intptr_t(j + row) * p + k;
@@ -411,29 +462,27 @@ void update_cross(const KernelArgs<T>& args, int count, const Coefficients& c, c
 
 template <class T, bool rows, bool weighted, class O, bool cross>
 void kernel_1p(const KernelArgs<T>& args) {
+  using Kind = Distances::Kind;
   constexpr int block = Coefficients::block;
-  const int begin = first_observation<weighted>(args), size = padded(args.p);
-  const int stride = cross ? distance_stride(args.p) : 4;
+  constexpr Kind kind = cross ? Kind::Cross : O::central ? Kind::Plain : Kind::None;
+  const int begin = first_observation<weighted>(args);
   if (begin >= args.end) return;
   const State state(args, O::arrays());
-  double *distances = state[ArrayCount], *scaled = distances + intptr_t(stride) * block;
-  if constexpr (cross)
-    for (int i = 0; i < block; ++i)
-      for (int j = size; j < stride; ++j) distances[intptr_t(i) * stride + j] = 0;
+  const Distances distances(state[ArrayCount], args.p, kind);
   Coefficients coefficients;
   alignas(32) double copy[4 * block];
   for (int first = begin; first < args.end; first += block) {
     const int count = args.end - first < block ? args.end - first : block;
     coefficients.fill<weighted>(args, first, count);
     for (int j = 0; j < args.p; j += 4) {
-      double* distance = cross ? distances + j : distances;
-      update_raw<O::raw_to, weighted, cross || O::central>(data_panel<rows>(args, first, count, j, copy),
-                                                           count, coefficients, state[Mean] + j, size,
-                                                           distance, stride);
+      if (cross && args.end - first >= 2 * block) prefetch_panel<rows>(args, first + block, j);
+      update_raw<O::raw_to, weighted, kind>(data_panel<rows>(args, first, count, j, copy), count,
+                                            coefficients, state[Mean] + j, state.row_size(), distances, j);
       if constexpr (O::central)
-        update_central<O::central_to>({distance, stride}, count, coefficients, state[Central2] + j, size);
+        update_central<O::central_to>(distances.at<kind>(j), count, coefficients, state[Central2] + j,
+                                      state.row_size());
     }
-    if constexpr (cross) update_cross(args, count, coefficients, distances, scaled);
+    if constexpr (cross) update_cross(args, count, distances);
   }
   state.store(args, O::arrays());
 }
@@ -441,7 +490,7 @@ void kernel_1p(const KernelArgs<T>& args) {
 // The doubles of work that a kernel for p variables needs.
 inline uint64_t work_size(int p, bool one_pass_cross) {
   return uint64_t(padded(p)) * ArrayCount +
-         uint64_t(Coefficients::block) * (one_pass_cross ? 2 * distance_stride(p) : 4);
+         Distances::size(p, one_pass_cross ? Distances::Kind::Cross : Distances::Kind::Plain);
 }
 
 }  // namespace orx::ss::basic
