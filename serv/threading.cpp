@@ -1,25 +1,29 @@
 // The two ThreadingServices tables: OpenMP, and the calling thread alone.
 #include <omp.h>
 
-#include "orx/serv.h"
+#include <algorithm>
 
-#define ORX_API extern "C" __attribute__((visibility("default")))
+#include "api.h"
 
 namespace {
 
-int max_threads() { return omp_in_parallel() ? 1 : omp_get_max_threads(); }
+// Levels are counted whether or not they run on more than one thread, so that a call from a worker stays on
+// that worker's thread even where the region around it has only one.
+bool nested() { return omp_get_level() > 0; }
+
+int max_threads() { return nested() ? 1 : std::min(omp_get_max_threads(), omp_get_thread_limit()); }
 
 int team(int count, int threads) {
-  const int available = max_threads();
-  if (threads <= 0 || omp_in_parallel()) threads = available;
-  return threads < count ? threads : (count > 1 ? count : 1);
+  if (threads <= 0 || nested()) threads = max_threads();
+  return std::max(1, std::min(threads, count));
 }
 
+// Worker numbers come from the team that the run-time really gave, which may be smaller than asked for.
 void parallel_for(int count, int threads, void* args, orx_worker fn) {
 #pragma omp parallel num_threads(team(count, threads))
   {
     const int t = omp_get_thread_num(), T = omp_get_num_threads();
-#pragma omp for schedule(dynamic)
+#pragma omp for schedule(dynamic, 1) nowait
     for (int i = 0; i < count; ++i) fn(i, t, T, args);
   }
 }
@@ -28,22 +32,16 @@ void parallel_for_ordered(int count, int threads, void* args, orx_worker fn) {
 #pragma omp parallel num_threads(team(count, threads))
   {
     const int t = omp_get_thread_num(), T = omp_get_num_threads();
-#pragma omp for ordered schedule(dynamic, 1)
+#pragma omp for ordered schedule(dynamic, 1) nowait
     for (int i = 0; i < count; ++i) fn(i, t, T, args);
   }
 }
 
+// The caller has cut its work into `threads` parts: every worker runs, however many threads there are.
 void parallel_run(int threads, void* args, orx_worker fn) {
   if (threads <= 0) threads = max_threads();
-  if (omp_in_parallel() || threads == 1) {  // a nested region would have one thread, yet each worker must run
-    for (int t = 0; t < threads; ++t) fn(t, t, threads, args);
-    return;
-  }
-#pragma omp parallel num_threads(threads)
-  {
-    // The run-time may give fewer threads than were asked for; every worker still runs once.
-    for (int t = omp_get_thread_num(); t < threads; t += omp_get_num_threads()) fn(t, t, threads, args);
-  }
+#pragma omp parallel num_threads(team(threads, threads))
+  for (int t = omp_get_thread_num(); t < threads; t += omp_get_num_threads()) fn(t, t, threads, args);
 }
 
 void ordered_section(int i, int t, int T, void* args, orx_worker fn) {
@@ -58,16 +56,18 @@ void serial_for(int count, int, void* args, orx_worker fn) {
 }
 
 void serial_run(int threads, void* args, orx_worker fn) {
-  if (threads <= 0) threads = 1;
+  threads = std::max(1, threads);
   for (int t = 0; t < threads; ++t) fn(t, t, threads, args);
 }
 
-void serial_ordered(int i, int t, int T, void* args, orx_worker fn) { fn(i, t, T, args); }
+void serial_ordered_section(int i, int t, int T, void* args, orx_worker fn) { fn(i, t, T, args); }
 
-const ThreadingServices openmp = {parallel_for, parallel_for_ordered, parallel_run, ordered_section, max_threads};
-const ThreadingServices serial = {serial_for, serial_for, serial_run, serial_ordered, one_thread};
+const ThreadingServices openmp = {parallel_for, parallel_for_ordered, parallel_run, ordered_section,
+                                  max_threads};
+const ThreadingServices serial = {serial_for, serial_for, serial_run, serial_ordered_section, one_thread};
 
 }  // namespace
 
 ORX_API const ThreadingServices* orx_serv_threading() { return &openmp; }
+
 ORX_API const ThreadingServices* orx_serv_threading_serial() { return &serial; }

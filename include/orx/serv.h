@@ -51,13 +51,16 @@ typedef struct ThreadingServices {
 const ThreadingServices* orx_serv_threading(void);
 const ThreadingServices* orx_serv_threading_serial(void);
 
-/* Tridiagonal systems of order n, LU without pivoting, for diagonally dominant matrices; `d` double, `s`
- * single. All arguments by reference. `dl` and `du` hold n-1 elements, `d` n. `b` is n by nrhs, column by
- * column, `ldb` apart. *info is 0, -i for a bad i-th argument, or i when the pivot of row i is exactly 0.
+/* Tridiagonal systems of order n by elimination without pivoting, for diagonally dominant matrices; `d` double,
+ * `s` single. All arguments by reference. `dl` and `du` hold n-1 elements, `d` n. `b` is n by nrhs, column by
+ * column, `ldb` apart. *info is 0, -i for a bad i-th argument, or i when the pivot of row i is exactly 0; b is
+ * not solved then. A pivot whose reciprocal overflows (a subnormal number) gives infinities.
  *
- * trfb factors in place: dl receives the multipliers, d the pivots.
- * trsb solves with such factors; *trans is "N", "T" or "C".
- * tsvb factors and solves in one pass. */
+ * trfb factors in place: dl, d and du are the factors then, in the solver's own form (elimination runs from both
+ *      ends to the middle row; d has the reciprocals of the pivots).
+ * trsb solves with such factors; *trans is "N", "T" or "C". Up to four right sides share one pass.
+ * tsvb factors and solves in one pass; dl, d and du are the factors after it. The solution has the same bits as
+ *      by trfb and trsb, and those of a right side do not depend on the others. */
 void ddttrfb_4dfl(const int* n, double* dl, double* d, const double* du, int* info);
 void ddttrsb_4dfl(const char* trans, const int* n, const int* nrhs, const double* dl, const double* d,
                   const double* du, double* b, const int* ldb, int* info);

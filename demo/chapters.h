@@ -1,0 +1,7 @@
+// The chapters of the demo. Each prints its part of the tour; it may throw InputError.
+#pragma once
+
+#include <string>
+
+void vector_math(const std::string& data_directory);
+void accuracy(const std::string& data_directory);

@@ -1,0 +1,55 @@
+// orx_demo DATA [CHAPTER...]: a tour of the library on real data, all chapters or those named.
+#include <cstdio>
+#include <cstring>
+#include <exception>
+
+#include "chapters.h"
+
+namespace {
+
+struct Chapter {
+  const char* name;
+  const char* title;
+  void (*run)(const std::string& data_directory);
+};
+
+constexpr Chapter chapters[] = {
+    {"vector-math", "Vector mathematics: exponentials and logarithms", vector_math},
+    {"accuracy", "Accuracy classes: error in ulp and speed beside the C library", accuracy},
+};
+
+const Chapter* find(const char* name) {
+  for (const Chapter& chapter : chapters)
+    if (std::strcmp(chapter.name, name) == 0) return &chapter;
+  return nullptr;
+}
+
+void run(const Chapter& chapter, const char* data_directory) {
+  std::printf("==== %s ====\n", chapter.title);
+  chapter.run(data_directory);
+}
+
+int usage() {
+  std::fprintf(stderr, "usage: orx_demo DATA_DIRECTORY [CHAPTER...]\nchapters:");
+  for (const Chapter& chapter : chapters) std::fprintf(stderr, " %s", chapter.name);
+  std::fprintf(stderr, "\n");
+  return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2) return usage();
+  for (int i = 2; i < argc; ++i)
+    if (!find(argv[i])) return usage();
+  try {
+    if (argc == 2)
+      for (const Chapter& chapter : chapters) run(chapter, argv[1]);
+    for (int i = 2; i < argc; ++i) run(*find(argv[i]), argv[1]);
+  } catch (const std::exception& error) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+  }
+  return 0;
+}

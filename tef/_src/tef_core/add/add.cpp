@@ -1,0 +1,3 @@
+#include "frame/arithmetic.hpp"
+
+ORX_ARITHMETIC(Add, x + y)

@@ -1,0 +1,169 @@
+// What happens when an element of a vector goes wrong.
+#include <cerrno>
+#include <cfloat>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "mode/mode.hpp"
+#include "orx/serv.h"
+
+namespace orx::tef {
+namespace {
+
+#if defined(__i386__)
+static_assert(sizeof(TefErrorContext) == 140 && offsetof(TefErrorContext, arg1Im) == 108);
+#endif
+
+// Messages of the service layer's catalogue.
+enum {
+  message_bad_size = 735,
+  message_bad_pointer = 736,
+  message_status_1 = 737,  // 738, 739, 740 for status 2, 3, 4
+  message_unknown = 741,
+  message_values_1_1 = 742,  // one input, one result: two messages
+  message_values_1_2 = 744,  // one input, two results: three
+  message_values_2_1 = 747,  // two inputs, one result: three
+  message_values_2_2 = 750,  // two of both: four
+};
+
+bool is_argument_error(int status) { return status == StatusBadSize || status == StatusBadPointer; }
+
+int errno_of(int status) {
+  switch (status) {
+    case StatusBadPointer: return EACCES;
+    case StatusBadSize: return EINVAL;
+    case StatusOk: return 0;
+    case StatusDomain: return EDOM;
+    case StatusSingularity:
+    case StatusOverflow:
+    case StatusUnderflow: return ERANGE;
+    default: return EFAULT;
+  }
+}
+
+void print_value(int message, int index, double value) {
+  uint32_t words[2];
+  std::memcpy(words, &value, sizeof words);
+  orx_serv_print(1, message, 2, index, words[0], words[1]);
+}
+
+// One line for each input and result. A second input or result that is equal to the first, or zero, is taken to be
+// absent; NaN is present.
+void print_values(const TefErrorContext& e) {
+  const bool second_input = !(e.arg2 == e.arg1 || e.arg2 == 0);
+  const bool second_result = !(e.res2 == e.res1 || e.res2 == 0);
+  int message = second_input ? (second_result ? message_values_2_2 : message_values_2_1)
+                             : (second_result ? message_values_1_2 : message_values_1_1);
+  print_value(message++, e.index, e.arg1);
+  if (second_input) print_value(message++, e.index, e.arg2);
+  print_value(message++, e.index, e.res1);
+  if (second_result) print_value(message, e.index, e.res2);
+}
+
+void print_error(const TefErrorContext& e) {
+  if (e.status == StatusOk) return;
+  if (e.status == StatusBadSize) {
+    orx_serv_print(1, message_bad_size, 2, e.funcName, e.index);
+    return;
+  }
+  if (e.status == StatusBadPointer) {
+    orx_serv_print(1, message_bad_pointer, 1, e.funcName);
+    return;
+  }
+  const bool known = e.status >= StatusDomain && e.status <= StatusUnderflow;
+  orx_serv_print(1, known ? message_status_1 + (e.status - StatusDomain) : message_unknown, 1, e.funcName);
+  print_values(e);
+}
+
+// x87 arithmetic, on operands that the compiler cannot see through; the store to a double rounds, overflows or
+// underflows.
+void raise_exception(int status) {
+  volatile long double zero = 0, one = 1, largest = DBL_MAX, smallest = DBL_MIN;
+  volatile double result;
+  switch (status) {
+    case StatusDomain: result = static_cast<double>(zero / zero); break;
+    case StatusSingularity: result = static_cast<double>(one / zero); break;
+    case StatusOverflow: result = static_cast<double>(largest * largest); break;
+    case StatusUnderflow: result = static_cast<double>(smallest * smallest); break;
+    default: return;
+  }
+  static_cast<void>(result);
+}
+
+void _tefStdErrorHandler(const TefErrorContext& e) {
+  const int m = mode();
+  if (m & TEF_ERRMODE_ERRNO) errno = errno_of(e.status);
+  if (m & TEF_ERRMODE_STDERR) print_error(e);
+  if (m & TEF_ERRMODE_EXCEPT) raise_exception(e.status);
+}
+
+// Joins prefix (8 characters at most), name (64) and suffix (8); returns the length. The caller sees to it that the
+// whole fits.
+int _tefCreateFuncNameStr(char* out, const char* prefix, const char* name, const char* suffix) {
+  char* end = out;
+  const auto append = [&end](const char* text, int limit) {
+    for (int i = 0; i < limit && text[i]; ++i) *end++ = text[i];
+  };
+  append(prefix, 8);
+  append(name, 64);
+  append(suffix, 8);
+  *end = '\0';
+  return static_cast<int>(end - out);
+}
+
+// One element in the vectors of a call: T the real type, `parts` 1 for real and 2 for complex elements.
+template <class T, int parts>
+struct element {
+  static void get(const T* vector, int index, double& re, double& im) {
+    re = vector[static_cast<ptrdiff_t>(parts) * index];
+    if (parts == 2) im = vector[static_cast<ptrdiff_t>(parts) * index + 1];
+  }
+  static void put(T* vector, int index, double re, double im) {
+    vector[static_cast<ptrdiff_t>(parts) * index] = static_cast<T>(re);
+    if (parts == 2) vector[static_cast<ptrdiff_t>(parts) * index + 1] = static_cast<T>(im);
+  }
+};
+
+template <class T, int parts>
+void report(int status, int index, const T* a1, const T* a2, T* r1, T* r2, const char* name) {
+  using element = element<T, parts>;
+  tefErrStatus = status;
+  if ((mode() & TEF_ERRMODE_MASK) == TEF_ERRMODE_IGNORE) return;
+
+  TefErrorContext e;
+  e.status = status;
+  e.index = index;
+  if (tefInterfInputVecorPointer) {
+    const intptr_t bytes =
+        reinterpret_cast<intptr_t>(a1) - reinterpret_cast<intptr_t>(tefInterfInputVecorPointer);
+    e.index += static_cast<int>(bytes / static_cast<intptr_t>(parts * sizeof(T)));
+  }
+  e.funcNameLen = _tefCreateFuncNameStr(e.funcName, "", name, "");
+  if (!is_argument_error(status)) {
+    element::get(a1, index, e.arg1, e.arg1Im);
+    element::get(a2, index, e.arg2, e.arg2Im);
+    element::get(r1, index, e.res1, e.res1Im);
+    element::get(r2, index, e.res2, e.res2Im);
+  }
+  // The mode is read anew each time: the callback may change it.
+  if ((mode() & 0xF000) && tefErrorCallBack && tefErrorCallBack(&e) != 0) return;
+  if ((mode() >> 8) & 0xF) _tefStdErrorHandler(e);
+  if (!is_argument_error(status)) {
+    element::put(r2, index, e.res2, e.res2Im);
+    element::put(r1, index, e.res1, e.res1Im);
+  }
+}
+
+}  // namespace
+}  // namespace orx::tef
+
+#define ORX_ERROR_ENTRY(letter, T, parts)                                                                        \
+  ORX_API void orx_tef_kernel_##letter##Error(int status, int index, const T* a1, const T* a2, T* r1, T* r2,     \
+                                              const char* name) {                                                \
+    orx::tef::report<T, parts>(status, index, a1, a2, r1, r2, name);                                             \
+  }
+ORX_ERROR_ENTRY(s, float, 1)
+ORX_ERROR_ENTRY(d, double, 1)
+ORX_ERROR_ENTRY(c, float, 2)
+ORX_ERROR_ENTRY(z, double, 2)

@@ -1,0 +1,154 @@
+// e^x, double. x = (64 k + j) ln2/64 + r, |r| <= ln2/128; e^x = 2^k 2^(j/64) e^r.
+#include "exp/vdexp.hpp"
+
+ORX_ISA_BEGIN
+namespace {
+
+// Magnitudes from here on (708.3956 is where results stop being normal numbers), infinities and NaN are rare.
+constexpr row<double> rare_from = 0x1.6232bp+9;
+
+struct dExp : kernel<double> {
+  template <class X>
+  static X rare(X x) {
+    return not_below(magnitude(x), rare_from);
+  }
+  static int rare_lane(const double* a, double* r) { return vdexp_cout_rare(a, r); }
+};
+
+// HA. The sum T + T (p + T_lo) rounds once more than the exact value.
+struct {
+  row<double> inv_ln2 = 0x1.71547652b82fep+6;   // 64/ln 2
+  row<double> shifter = 0x1.800000000ffcp+52;    // 1.5 * 2^52 + 64 * 1023: n in the low bits, the exponent's bias added
+  row<double> ln2_hi = 0x1.62e42fefap-7;        // ln 2/64; short, so that its product with an integer is exact
+  row<double> ln2_lo = 0x1.cf79abc9e3b3ap-46;
+  // (e^r - 1 - r) / r^2
+  row<double> c[4] = {0x1.fffffffffdb3bp-2, 0x1.555555555653ep-3, 0x1.555573f218b93p-5, 0x1.111112d9f549bp-7};
+} constexpr vdexp_data{};
+
+struct dExpHA : dExp {
+  template <class X>
+  static X eval(X x) {
+    const auto& d = vdexp_data;
+    // 1. n = round(x * 64/ln2), in the low bits of N.
+    const X N = x * d.inv_ln2 + d.shifter;
+    const X Nf = N - d.shifter;
+    const spilled_words<X> n(N);
+
+    // 2. r = x - n ln2/64.
+    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
+
+    // 3. p = e^r - 1.
+    const X r2 = r * r;
+    const X p = r + r2 * polynomial(r, r2, d.c);
+
+    // 4. The table row is n mod 64; the rest of n is the exponent of a scale factor.
+    X T, T_lo;
+    gather_pairs(_tefdExpHATab[0], [&](int lane) { return n.low(lane) & 63; }, T, T_lo);
+
+    // 5. e^x = 2^k T (1 + p).
+    return (T + T * (p + T_lo)) * scale_from<6>(n.vector());
+  }
+};
+
+// LA. A finer table, |r| <= ln2/2048, and a shorter polynomial. The entries are the bits of 2^(j/1024), less j 2^42:
+// adding all of n, shifted, makes them right again and puts the exponent in. The polynomial's error is below 2^-53.5.
+alignas(64) constexpr uint64_t powers[1024] = {
+#include "exp/vdexp_la.inc"
+};
+
+struct {
+  row<double> inv_ln2 = 0x1.71547652b82fep+10;  // 1024/ln 2
+  row<double> shifter = 0x1.8p+52;
+  row<double> ln2_hi = 0x1.62e42fecp-11;        // ln 2/1024
+  row<double> ln2_lo = 0x1.d1cf79abc9e3bp-42;
+  row<double> c2 = 0x1.000000272725ep-1;
+  row<double> c3 = 0x1.5555557621dbcp-3;
+} constexpr vdexp_la_data{};
+
+struct dExpLA : dExp {
+  template <class X>
+  static X eval(X x) {
+    const auto& d = vdexp_la_data;
+    const X N = x * d.inv_ln2 + d.shifter;
+    const X Nf = N - d.shifter;
+    const spilled_words<X> n(N);
+    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
+    const X p = r + r * r * (d.c2 + r * d.c3);
+    const auto bits = gather64<X>(powers, [&](int lane) { return n.low(lane) & 1023; });
+    const X T = from_ints<X>(add64(bits, shift_left64<42>(n.bits())));
+    return T + T * p;
+  }
+};
+
+// e^x = 2^k (hi + tail), for |x| below 750.
+struct scaled_exponential {
+  int k;
+  double hi, tail;
+};
+
+scaled_exponential reduce_and_evaluate(double x) {
+  const double shifter = 0x1.8p+52;
+  const double N = x * 0x1.71547652b82fep+6 + shifter;
+  const double Nf = N - shifter;
+  const int n = static_cast<int>(bit_cast<uint64_t>(N));
+  const double* T = _tefdExpHATab[n & 63];
+  const double r = (x - Nf * 0x1.62e42fefap-7) - Nf * 0x1.cf79abc9e3b3ap-46;
+  const double p = r + r * r * (0.5 + r * (0.1666666666665788 + r * (0.04166666666677052 +
+                   r * (0.008333341995140497 + r * 0.0013888870459233254))));
+  return {n >> 6, T[0], T[0] * (p + T[1])};
+}
+
+// A result that is denormal. It is formed 60 binary orders too high and rounded there to the grid on which it will
+// lie, with the tail still at hand; so it rounds once.
+double denormal_result(const scaled_exponential& e) {
+  const double up = power_of_two(e.k + 60);
+  const double high = e.hi * up, low = e.tail * up;
+  const double grid = 0x1.8p-962;  // 1.5 * 2^52 units of the last place to keep, 2^(-1074 + 60)
+  const double on_grid = grid + high;
+  const double left = (high - (on_grid - grid)) + low;
+  return ((on_grid + left) - grid) * 0x1p-60;
+}
+
+}  // namespace
+
+double vdexp_moderate(double x) {
+  const scaled_exponential e = reduce_and_evaluate(x);
+  return (e.tail + e.hi) * power_of_two(e.k);
+}
+
+int vdexp_cout_rare(const double* a, double* r) {
+  const double x = *a;
+  const uint64_t bits = bit_cast<uint64_t>(x);
+  const int exponent_field = static_cast<int>(bits >> 52) & 0x7FF;
+  if (exponent_field == 0x7FF) {
+    *r = bits == bit_cast<uint64_t>(-__builtin_inf()) ? 0.0 : x * x;
+    return StatusOk;
+  }
+  if (exponent_field < 971) {  // |x| below 2^-52
+    *r = x + 1.0;
+    return StatusOk;
+  }
+  if (x > 709.782712893384) {
+    *r = hidden(DBL_MAX) * DBL_MAX;
+    return StatusOverflow;
+  }
+  if (x < -745.1332191019411) {
+    *r = hidden(DBL_MIN) * DBL_MIN;
+    return StatusUnderflow;
+  }
+  const scaled_exponential e = reduce_and_evaluate(x);
+  if (x < -708.3964185322641) {
+    *r = denormal_result(e);
+    return StatusUnderflow;
+  }
+  // 2^1024 does not fit in a scale factor: one order less, and twice.
+  const int doubled = e.k > 1023;
+  *r = (e.tail + e.hi) * power_of_two(e.k - doubled) * (1 + doubled);
+  return StatusOk;
+}
+
+ORX_ISA_END
+
+using namespace orx::tef;
+ORX_KERNEL(d, Exp, G9HAynn, dExpHA, 0.52, -700, 700)
+ORX_KERNEL(d, Exp, G9LAynn, dExpLA, 1.0, -700, 700)

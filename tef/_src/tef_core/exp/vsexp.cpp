@@ -1,0 +1,117 @@
+// e^x, single.
+#include "exp/vsexp.hpp"
+
+#include <cfloat>
+
+#include "exp/vdexp.hpp"
+
+ORX_ISA_BEGIN
+namespace {
+
+// Magnitudes from here on (87.33654 is where results stop being normal numbers), infinities and NaN are rare.
+constexpr row<float> rare_from = 0x1.5d58ap+6f;
+
+struct sExp : kernel<float> {
+  static constexpr int together = 2;
+  template <class X>
+  static X rare(X x) {
+    return not_below(magnitude(x), rare_from);
+  }
+  static int rare_lane(const float* a, float* r) { return vsexp_cout_rare(a, r); }
+};
+
+// HA. x = (4 k + j) ln2/4 + r, |r| <= ln2/8; e^x = 2^k 2^(j/4) e^r. The four powers lie in a vector.
+struct {
+  row<float> inv_ln2 = 0x1.715476p+2f;    // 4/ln 2
+  row<float> shifter = 0x1.8003f8p+23f;   // 1.5 * 2^23 + 4 * 127: the exponent's bias is in N already
+  row<float> ln2_hi = 0x1.62ep-3f;        // ln 2/4
+  row<float> ln2_lo = 0x1.0bfbe8p-17f;
+  row<float> c[3] = {0.49999997f, 0.166729242f, 0.0416823104f};  // (e^r - 1 - r) / r^2
+  alignas(64) float T_hi[8] = {0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f,
+                               0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f};
+  alignas(64) float T_lo[8] = {0.0f, 3.1934182e-08f, 1.7114271e-08f, -1.4719605e-08f,
+                               0.0f, 3.1934182e-08f, 1.7114271e-08f, -1.4719605e-08f};
+} constexpr vsexp_data{};
+
+struct sExpHA : sExp {
+  template <class X>
+  static X eval(X x) {
+    const auto& d = vsexp_data;
+    const X N = x * d.inv_ln2 + d.shifter;
+    const X Nf = N - d.shifter;
+    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
+    const X T_hi = select_of_4(d.T_hi, N), T_lo = select_of_4(d.T_lo, N);
+    const X r2 = r * r;
+    const X p = r + r2 * polynomial(r, r2, d.c);
+    const X scale = scale_from<2>(N);
+    return ((p * T_hi + T_lo) + T_hi) * scale;
+  }
+};
+
+// LA. x = k ln2 + r, |r| <= ln2/2; e^x = 2^k e^r.
+struct {
+  row<float> inv_ln2 = 0x1.715476p+0f;
+  row<float> shifter = 0x1.8000fep+23f;  // 1.5 * 2^23 + 127
+  row<float> ln2_hi = 0x1.62e4p-1f;
+  row<float> ln2_lo = 0x1.7f7d1cp-20f;
+  row<float> c[6] = {1.0f, 0x1.fffffcp-1f, 0.49999392f, 0.166674316f, 0.0418735221f, 0.00829171948f};
+} constexpr vsexp_la_data{};
+
+struct sExpLA : sExp {
+  template <class X>
+  static X eval(X x) {
+    const auto& d = vsexp_la_data;
+    const X N = x * d.inv_ln2 + d.shifter;
+    const X Nf = N - d.shifter;
+    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
+    return polynomial(r, r * r, d.c) * scale_from<0>(N);
+  }
+};
+
+// EP. x/ln2 = k + f, |f| <= 1/2; e^x = 2^k 2^f, with a polynomial for 2^f itself.
+struct {
+  row<float> inv_ln2 = 0x1.715476p+0f;
+  row<float> shifter = 0x1.8000fep+23f;
+  row<float> c[4] = {1.0f, 0.693178296f, 0.242028862f, 0.0555040054f};
+} constexpr vsexp_ep_data{};
+
+struct sExpEP : sExp {
+  template <class X>
+  static X eval(X x) {
+    const auto& d = vsexp_ep_data;
+    const X t = x * d.inv_ln2;
+    const X N = t + d.shifter;
+    const X f = t - (N - d.shifter);
+    return polynomial(f, f * f, d.c) * scale_from<0>(N);
+  }
+};
+
+}  // namespace
+
+int vsexp_cout_rare(const float* a, float* r) {
+  const float x = *a;
+  const uint32_t bits = bit_cast<uint32_t>(x);
+  if ((bits & 0x7F800000) == 0x7F800000) {
+    *r = bits == 0xFF800000 ? 0.0f : x * x;
+    return StatusOk;
+  }
+  if (x > 88.72283f) {
+    *r = hidden(FLT_MAX) * FLT_MAX;
+    return StatusOverflow;
+  }
+  if (x < -103.97208f) {
+    *r = hidden(FLT_TRUE_MIN) * FLT_TRUE_MIN;
+    return StatusUnderflow;
+  }
+
+  // In double precision; the conversion rounds once, to a denormal too.
+  *r = static_cast<float>(vdexp_moderate(x));
+  return x < -87.33654f ? StatusUnderflow : StatusOk;
+}
+
+ORX_ISA_END
+
+using namespace orx::tef;
+ORX_KERNEL(s, Exp, G9HAynn, sExpHA, 1.0, -80, 80)
+ORX_KERNEL(s, Exp, G9LAynn, sExpLA, 2.0, -80, 80)
+ORX_KERNEL(s, Exp, G9EPnnn, sExpEP, 4096, -80, 80)

@@ -1,0 +1,71 @@
+// log10 x, single.
+#include "ln/slog.hpp"
+#include "ln/vdln.hpp"
+
+ORX_ISA_BEGIN
+namespace {
+
+// (log10(1 + e) - C e) / e^2, C = log10 e, -1/3 <= e < 1/3: to 2^-28, 2^-25, 2^-14 of log10(1 + e)
+struct vslog10_data_type {
+  row<float> ha_first = -0x1.bcb7b2p-3f;
+  row<float> ha[8] = {0x1.287a2cp-3f, -0x1.bcb612p-4f, 0x1.63f79cp-4f, -0x1.28d19ap-4f,
+                      0x1.f21192p-5f, -0x1.af1e72p-5f, 0x1.f27feap-5f, -0x1.d464ap-5f};
+  row<float> la[8] = {-0x1.bcb78cp-3f, 0x1.287a28p-3f, -0x1.bcdb54p-4f, 0x1.63f8cep-4f,
+                      -0x1.24044cp-4f, 0x1.f1f50cp-5f, -0x1.11c04ap-4f, 0x1.f2ec5cp-5f};
+  row<float> ep[4] = {-0x1.bc1896p-3f, 0x1.27ad0ap-3f, -0x1.e9534ep-4f, 0x1.8fd8aep-4f};
+  // C_hi has 12 bits, and so has the leading part of e: their product is exact
+  row<float> C_hi = 0x1.bccp-2f, C_lo = -0x1.09d5b2p-15f, C = 0x1.bcb7b2p-2f;
+  row<uint32_t> leading_bits = 0xFFFFF000;
+  // log10 2 * 2^-23
+  row<float> L_hi = 0x1.344p-25f, L_lo = 0x1.3509f8p-41f, L = 0x1.344136p-25f;
+};
+constexpr vslog10_data_type vslog10_data{};
+
+int vslog10_cout_rare(const double* a, double* r) {
+  const int status = vdln_cout_rare(a, r);
+  *r *= 0x1.bcb7b1526e50ep-2;
+  return status;
+}
+
+using sLog10 = single_log<vslog10_cout_rare>;
+
+struct sLog10HA : sLog10 {
+  template <class X>
+  static X eval(X x) {
+    const auto& d = vslog10_data;
+    const single_log_parts<X> p(x);
+    const X e = p.e(), e2 = e * e;
+    const X e_hi = bit_and(e, constant<X>(d.leading_bits));
+    const X H = p.k * d.L_hi, product = e_hi * d.C_hi;
+    const X S = H + product;
+    const X c = product - (S - H);
+    const X rest = e * d.C_lo + (e - e_hi) * d.C_hi;
+    return S + (c + (p.k * d.L_lo + (rest + e2 * (d.ha_first + e * polynomial(e, e2, d.ha)))));
+  }
+};
+struct sLog10LA : sLog10 {
+  template <class X>
+  static X eval(X x) {
+    const auto& d = vslog10_data;
+    const single_log_parts<X> p(x);
+    const X e = p.e(), e2 = e * e;
+    return (p.k * d.L_hi + e * d.C) + (p.k * d.L_lo + e2 * polynomial(e, e2, d.la));
+  }
+};
+struct sLog10EP : sLog10 {
+  template <class X>
+  static X eval(X x) {
+    const auto& d = vslog10_data;
+    const single_log_parts<X> p(x);
+    const X e = p.e(), e2 = e * e;
+    return (p.k * d.L + e * d.C) + e2 * polynomial(e, e2, d.ep);
+  }
+};
+
+}  // namespace
+ORX_ISA_END
+
+using namespace orx::tef;
+ORX_KERNEL(s, Log10, G9HAynn, sLog10HA, 1.0, 1e-37, 1e37)
+ORX_KERNEL(s, Log10, G9LAynn, sLog10LA, 2.5, 1e-37, 1e37)
+ORX_KERNEL(s, Log10, G9EPnnn, sLog10EP, 8192, 1e-37, 1e37)

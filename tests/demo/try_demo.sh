@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# try_demo.sh DEMO DATA
+# A good run exits with 0 and prints figures that are known from elsewhere; a bad file gives one line on standard
+# error that names file, line and fault, and a non-zero exit.
+set -euo pipefail
+demo=$1 data=$2
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+status=0
+fail() { echo "FAILED: $*"; status=1; }
+
+"$demo" "$data" > "$work/out" || fail "the good run exits with $?"
+expect() { grep -qE -e "$1" "$work/out" || fail "no line of the demo matches: $1"; }
+# 5.31 / 3.93 = 1.3511, its tenth root 1.0306.
+expect '1790-1800 +3.93 to +5.31 +1\.3511 +3\.06 '
+expect 'trend 0\.3[5-9][0-9] % per year'
+# Mercury: 59.1 kJ/mol at the boiling point of 356.7 C, 61.4 at room temperature.
+expect 'heat of vaporisation (59|60|61)\.[0-9] kJ/mol, boils at 35[0-9]\.[0-9] C'
+expect 'callback: vdLn, status 2 \(singularity\), index 1, argument 0, result -inf'
+expect 'callback: vdLn, status 1 \(domain\), index 3, argument -3\.93, result -?nan replaced by 0'
+expect 'callback: vdLn, status -1 \(bad size\), index -1'
+expect 'callback: vdExp, status -2 \(bad pointer\)'
+
+# expect_refused FILE FAULT: with the data of $work/data the demo fails and says FILE:FAULT and nothing else.
+expect_refused() {
+  local file=$work/data/$1 code=0
+  "$demo" "$work/data" vector-math > /dev/null 2> "$work/err" || code=$?
+  [[ $code -ne 0 ]] || fail "$1: exit 0 where '$2' was due"
+  [[ $(cat "$work/err") == "$file:$2" ]] || fail "$1: '$2' was due, got: $(cat "$work/err")"
+  cp "$data"/*.csv "$work/data"
+}
+mkdir "$work/data"
+cp "$data"/*.csv "$work/data"
+
+rm "$work/data/co2.csv"
+expect_refused co2.csv '0: cannot be opened: No such file or directory'
+: > "$work/data/uspop.csv"
+expect_refused uspop.csv '0: is empty'
+echo "year,population_millions" > "$work/data/uspop.csv"
+expect_refused uspop.csv '1: no rows follow the column names'
+sed -i '1s/.*/year,people/' "$work/data/uspop.csv"
+expect_refused uspop.csv '1: expected the columns year,population_millions, found year,people'
+sed -i '4s/.*/1810;7.24/' "$work/data/uspop.csv"
+expect_refused uspop.csv '4: expected 2 fields, found 1'
+sed -i '469s/.*/1997.9,364.34 ppm/' "$work/data/co2.csv"
+expect_refused co2.csv "469: ppm is not a number: '364.34 ppm'"
+sed -i '2s/2e-04/nan/' "$work/data/pressure.csv"
+expect_refused pressure.csv "2: pressure is not a number: 'nan'"
+sed -i 's/$/\r/' "$work/data/uspop.csv"  # line ends of another system are no fault
+"$demo" "$work/data" vector-math > /dev/null || fail "CR LF line ends are refused"
+
+"$demo" > /dev/null 2>&1 && fail "no arguments are accepted"
+"$demo" "$data" no-such-chapter > /dev/null 2>&1 && fail "an unknown chapter is accepted"
+exit "$status"
