@@ -326,6 +326,42 @@ int __kobsSSEditMtxParametrz(SSTask* task, const float* cor, const void* corStor
 int _kobdSSBasic(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
 int _kobsSSBasic(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
 
+/* Quantiles and order statistics, method KOB_SS_FAST. For order q and f = (n-1) q the quantile lies between
+ * the order statistics of numbers floor(f) and the next, counted from 0, in proportion to the fractional part
+ * of f. Results are rows of one value for each order, a row for each wanted variable, rows close together.
+ * Order statistics have the shape of the data, in a storage of their own. Where NaN stands among the data,
+ * results are not defined.
+ *
+ * Work memory is kept to 10 MiB or n elements, whichever is more; if there is none to be had, nothing is
+ * computed and 0 returned. */
+int _kobdSSQuantiles(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+int _kobsSSQuantiles(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+
+/* Quantiles of data that come in blocks, each call folding the task's present observations into a summary
+ * that the task owns. A result is a value among the data whose rank is off by at most eps N + 2, N being the
+ * number of values seen. Methods: KOB_SS_STREAM_QUANTILES adds the data and writes results,
+ * KOB_SS_STREAM_UPDATE only adds. With a count of 0 results are written of what has been seen. `streamParams`
+ * holds one number, eps, above 0 and at most 1.
+ *
+ * The first call fixes eps and the followed variables for the life of the task. Results are rows as above,
+ * for the followed variables. At most 2^31 - 1 values can be followed. After a failure for lack of memory
+ * some variables may have taken data that others have not. */
+int _kobdSSStreamQuantiles(SSTask* task, long long estimates, long long method,
+                           const ThreadingServices* threading);
+int _kobsSSStreamQuantiles(SSTask* task, long long estimates, long long method,
+                           const ThreadingServices* threading);
+
+/* Releases a task's summary; the next stream call starts afresh. Deleting the task does it too. */
+void __kobSQuantilesFreeBuffers(SSTask* task);
+
+/* The k-th smallest of n numbers, counted from 0, by quickselect. It is moved to its place, with no larger
+ * one before it and no smaller one after it. */
+double __kobdQSortSelect(int n, double* array, int k);
+
+/* Sort ascending, in place, n numbers that are `stride` apart, or adjacent. */
+void __kobdQSortStep(int n, double* array, int stride);
+void __kobdQSort(int n, double* array);
+
 #ifdef __cplusplus
 }
 #endif

@@ -289,7 +289,8 @@ TYPED_TEST(Basic, WantedVariablesOnlyWithNarrowAndWideIntegers) {
 TYPED_TEST(Basic, BlocksAndWorkers) {
   using T = TypeParam;
   const int p = 5, n = 4200;
-  const std::vector<T> rows = this->data(p, n), w = this->weights(n);
+  const std::vector<T> rows = this->data(p, n), w = this->weights(n + 1);
+  // The first weight is 0 and would make the first block empty.
   for (const T* weights : {static_cast<const T*>(nullptr), w.data() + 1}) {
     const Judge<T> right(rows, weights, p);
     for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS})

@@ -16,13 +16,17 @@
 template <class T>
 struct Api;
 
-#define ORX_SS_API(t, T)                                  \
-  template <>                                             \
-  struct Api<T> {                                         \
-    static constexpr auto new_task = __kob##t##SSNewTask; \
-    static constexpr auto edit = __kob##t##SSEditTask;    \
-    static constexpr auto basic = _kob##t##SSBasic;       \
+// clang-format off
+#define ORX_SS_API(t, T)                                                       \
+  template <>                                                                  \
+  struct Api<T> {                                                              \
+    static constexpr auto new_task = __kob##t##SSNewTask;                      \
+    static constexpr auto edit = __kob##t##SSEditTask;                         \
+    static constexpr auto basic = _kob##t##SSBasic;                            \
+    static constexpr auto quantiles = _kob##t##SSQuantiles;                    \
+    static constexpr auto stream_quantiles = _kob##t##SSStreamQuantiles;       \
   };
+// clang-format on
 ORX_SS_API(d, double)
 ORX_SS_API(s, float)
 

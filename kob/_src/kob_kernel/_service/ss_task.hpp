@@ -128,6 +128,12 @@ class Block {
     data_ = nullptr;
   }
   T* get() const { return data_; }
+  // Gives the block away.
+  T* keep() {
+    T* data = data_;
+    data_ = nullptr;
+    return data;
+  }
   explicit operator bool() const { return data_; }
   T& operator[](intptr_t i) const { return data_[i]; }
 
