@@ -362,6 +362,38 @@ double __kobdQSortSelect(int n, double* array, int k);
 void __kobdQSortStep(int n, double* array, int stride);
 void __kobdQSort(int n, double* array);
 
+/* Covariance of observations that fall into groups, method KOB_SS_ONE_PASS. KOB_SS_GROUP_COVARIANCE gives the
+ * mean and covariance of each requested group, one group after the other; KOB_SS_POOLED_COVARIANCE the pooled
+ * mean and covariance, in which the sums of squares about the groups' own means are added and divided by the
+ * sum of the groups' degrees of freedom. `groupIndices` holds n group numbers from 0; `requestedGroups` a
+ * flag, 0 or 1, for each group up to the largest number. An empty group gives NaN. Nothing is continued from
+ * earlier calls. */
+int _kobdSSPooledCovariance(SSTask* task, long long estimates, long long method,
+                            const ThreadingServices* threading);
+int _kobsSSPooledCovariance(SSTask* task, long long estimates, long long method,
+                            const ThreadingServices* threading);
+
+/* Covariance and correlation of some variables given others, method KOB_SS_FAST. `partialIndices` is 1 for a
+ * variable of the result, -1 for one that is given, anything else for one that is left out. The task's
+ * covariance is read, or if it has none its correlation, with the variances on the diagonal as _kobdSSBasic
+ * writes them. Results are square in the number of variables with a 1; the diagonal of a partial correlation
+ * holds the partial variances. */
+int _kobdSSPartialCovariance(SSTask* task, long long estimates, long long method,
+                             const ThreadingServices* threading);
+int _kobsSSPartialCovariance(SSTask* task, long long estimates, long long method,
+                             const ThreadingServices* threading);
+
+/* Running minima and maxima, method KOB_SS_FAST or KOB_SS_ONE_PASS: the arrays are read as well as written,
+ * so that data may come in blocks; begin with the first observation, or with infinities. A NaN among the data
+ * is passed over. */
+int _kobdSSMinmax(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+int _kobsSSMinmax(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+
+/* Scalar helpers: the natural logarithm, at most 0.51 ulp off, -infinity at 0 and NaN below; the square root.
+ */
+double __kobdLn(double x);
+double __kobdSqrt(double x);
+
 #ifdef __cplusplus
 }
 #endif

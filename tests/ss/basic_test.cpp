@@ -122,12 +122,6 @@ struct BasicTask : Task<T> {
   }
 };
 
-int packed(int storage, int p, int i, int j) {
-  if (storage == KOB_SS_FULL) return i * p + j;
-  if (storage == KOB_SS_LOWER_PACKED) return i * (i + 1) / 2 + j;  // j <= i
-  return i * p - i * (i - 1) / 2 + j - i;                          // j >= i
-}
-
 template <class T>
 struct Basic : testing::Test {
   static constexpr double unit = std::numeric_limits<T>::epsilon();
@@ -205,7 +199,7 @@ struct Basic : testing::Test {
         };
         const Mp deviations = sqrt(variance(j) * variance(k)), tolerance = sqrt(scale(j) * scale(k));
         const auto element = [&](const std::vector<T>& a, int storage) {
-          return storage == KOB_SS_UPPER_PACKED ? a[packed(storage, p, k, j)] : a[packed(storage, p, j, k)];
+          return a[packed(storage, p, j, k)];
         };
         const std::string at = " method " + std::to_string(method) + " (" + std::to_string(j) + ", " +
                                std::to_string(k) + ") of " + std::to_string(p) + " n " +

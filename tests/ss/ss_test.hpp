@@ -25,6 +25,11 @@ struct Api;
     static constexpr auto basic = _kob##t##SSBasic;                            \
     static constexpr auto quantiles = _kob##t##SSQuantiles;                    \
     static constexpr auto stream_quantiles = _kob##t##SSStreamQuantiles;       \
+    static constexpr auto pooled = _kob##t##SSPooledCovariance;                \
+    static constexpr auto partial = _kob##t##SSPartialCovariance;              \
+    static constexpr auto minmax = _kob##t##SSMinmax;                          \
+    static constexpr auto edit_moments = __kob##t##SSEditMoments;              \
+    static constexpr auto edit_partial = __kob##t##SSEditPartialCovCor;        \
   };
 // clang-format on
 ORX_SS_API(d, double)
@@ -100,6 +105,14 @@ std::vector<T> stored(const std::vector<T>& rows, int p, int n, int storage) {
   for (int j = 0; j < p; ++j)
     for (int i = 0; i < n; ++i) x[size_t(i) * p + j] = rows[size_t(j) * n + i];
   return x;
+}
+
+// The index of element (i, j) of a symmetric matrix, or of (j, i) where that is the one stored.
+inline int packed(int storage, int p, int i, int j) {
+  if (storage == KOB_SS_FULL) return i * p + j;
+  const int low = std::min(i, j), high = std::max(i, j);
+  return storage == KOB_SS_LOWER_PACKED ? high * (high + 1) / 2 + low
+                                        : low * p - low * (low - 1) / 2 + high - low;
 }
 
 // ---- failing allocations ----

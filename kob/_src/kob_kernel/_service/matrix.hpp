@@ -20,6 +20,13 @@ class SymmetricMatrix {
   // The number of elements that it occupies.
   intptr_t size() const { return full() ? intptr_t(p_) * p_ : intptr_t(p_) * (p_ + 1) / 2; }
 
+  // The `count`-th matrix after it.
+  SymmetricMatrix next(int count) const {
+    SymmetricMatrix matrix = *this;
+    matrix.a_ += count * size();
+    return matrix;
+  }
+
   T get(int i, int j) const { return i < j ? a_[index(j, i)] : a_[index(i, j)]; }
   void set(int i, int j, T value) const {
     a_[i < j ? index(j, i) : index(i, j)] = value;

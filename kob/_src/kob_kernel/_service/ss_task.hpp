@@ -39,6 +39,7 @@ class Integers {
       : words_(static_cast<const int32_t*>(array)), stride_(task->ilp64Flag ? 2 : 1) {}
   explicit operator bool() const { return words_; }
   int32_t operator[](int i) const { return words_[i * stride_]; }
+  bool is_negative(int i) const { return words_[i * stride_ + stride_ - 1] < 0; }
 
  private:
   const int32_t* words_;
