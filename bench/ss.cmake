@@ -1,8 +1,12 @@
-# The statistics beside GSL, which is there for the reference target only. The peers are compiled with the same flags
-# as the library's own code.
+# The peers are compiled with the same flags as the library's own code.
+function(orx_ss_bench name source)
+  orx_bench(${name} ${source} ${ARGN})
+  target_compile_options(${name} PRIVATE ${ORX_AVX_FLAGS})
+endfunction()
+
+orx_ss_bench(bench_ss_quantiles ss/quantiles.cpp)
+# Moments beside GSL, which is there for the reference target only.
 orx_find_library(ORX_GSL gsl)
-orx_find_library(ORX_GSLCBLAS gslcblas)
 if(ORX_GSL)
-  orx_bench(bench_ss_basic ss/basic.cpp ${ORX_BLAS} ${ORX_GSL})
-  target_compile_options(bench_ss_basic PRIVATE ${ORX_AVX_FLAGS})
+  orx_ss_bench(bench_ss_basic ss/basic.cpp ${ORX_BLAS} ${ORX_GSL})
 endif()

@@ -17,8 +17,12 @@ struct Computation {
   T* quantiles = nullptr;
   T* order_stats = nullptr;  // null: no order statistics are wanted
   bool order_stats_in_rows = false;
-  T* areas = nullptr;       // n elements for each worker
+  T* areas = nullptr;       // for each worker, n elements, or twice as many where they are sorted apart
   int* selected = nullptr;  // the wanted variables
+
+  // In columns the order statistics of a variable are far apart: it is sorted elsewhere and copied there.
+  bool sorts_apart() const { return order_stats && !order_stats_in_rows; }
+  intptr_t area_size() const { return sorts_apart() ? intptr_t(2) * data.n : data.n; }
 };
 
 template <class T>
@@ -85,24 +89,17 @@ template <class T>
 void _vSSQuantilesThreader(int i, int t, int, void* arguments) {
   const Computation<T>& c = *static_cast<const Computation<T>*>(arguments);
   const int n = c.data.n, v = c.selected[i];
-  T* const area = c.areas + intptr_t(t) * n;
+  T* const area = c.areas + t * c.area_size();
   T* const results = c.quantiles ? c.quantiles + intptr_t(i) * c.order_count : nullptr;
-  const T* sorted = area;
   if (!c.order_stats) {
     copy(c.data.variable(v), c.data.stride(), area, 1, n);
     if (results) select_quantiles(c, area, results);
     return;
   }
-  if (c.order_stats_in_rows) {
-    T* const target = c.order_stats + intptr_t(v) * n;
-    copy(c.data.variable(v), c.data.stride(), target, 1, n);
-    radix_sort(target, area, n);
-    sorted = target;
-  } else {
-    copy(c.data.variable(v), c.data.stride(), area, 1, n);
-    sorting::sort(area, n, sorting::Contiguous());
-    copy(area, 1, c.order_stats + v, c.data.p, n);
-  }
+  T* const sorted = c.sorts_apart() ? area + n : c.order_stats + intptr_t(v) * n;
+  copy(c.data.variable(v), c.data.stride(), sorted, 1, n);
+  radix_sort(sorted, area, n);
+  if (c.sorts_apart()) copy(sorted, 1, c.order_stats + v, c.data.p, n);
   if (!results) return;
   for (int k = 0; k < c.order_count; ++k) {
     const Position position(c.orders[k], n);
@@ -118,13 +115,13 @@ int compute(SSTask* task, unsigned estimates, unsigned method, const ThreadingSe
   if (const int status = check(task, estimates, method, c)) return status;
 
   constexpr uint64_t most_work = 0xA00000;
-  const uint64_t affordable = most_work / (sizeof(T) * uint64_t(c.data.n));
+  const uint64_t affordable = most_work / (sizeof(T) * uint64_t(c.area_size()));
   int threads = threading->maxThreads();
   if (threads > c.data.p) threads = c.data.p;
   if (uint64_t(threads) > affordable) threads = affordable ? int(affordable) : 1;
 
   // Without work memory nothing is computed, which is no failure.
-  Block<T> areas(uint64_t(threads) * c.data.n);
+  Block<T> areas(uint64_t(threads) * c.area_size());
   Block<int> selected(c.data.p);
   if (!areas || !selected) return KOB_SS_OK;
   c.areas = areas.get();

@@ -13,101 +13,53 @@
 #include "../../_service/ss_task.hpp"
 #include "../radix.hpp"
 #include "state.hpp"
+#include "summary.hpp"
 
 namespace orx::ss::squantiles {
 
-// Values in order with bounds of their ranks, the first rank being 1.
+// Rows for `places` elements in one block of memory.
 template <class T>
-struct Summary {
-  T* values;
-  int *r_min, *r_max;
-
-  Summary from(intptr_t i) const { return {values + i, r_min + i, r_max + i}; }
-};
-
-template <class T>
-Summary<T> level(const StreamBlock& block, int l) {
-  const intptr_t at = intptr_t(l) * (block.levelSize + 1);
-  return {static_cast<T*>(block.values) + at, block.rMin + at, block.rMax + at};
-}
-
-// The elements of a summary made from a full level 0.
-inline int half_size(const StreamBlock& block) { return block.levelSize / 2; }
-
-// A set of rows for `count` elements in one block of memory.
-template <class T>
-class SummaryBlock {
+class Rows {
  public:
-  bool allocate(uint64_t count) {
-    if (!memory_.allocate(count * (sizeof(T) + 2 * sizeof(int)))) return false;
-    rows_.values = reinterpret_cast<T*>(memory_.get());
-    rows_.r_min = reinterpret_cast<int*>(rows_.values + count);
-    rows_.r_max = rows_.r_min + count;
+  bool allocate(uint64_t places) {
+    if (!memory_.allocate(places * (sizeof(T) + 2 * sizeof(int)))) return false;
+    values_ = reinterpret_cast<T*>(memory_.get());
+    r_min_ = reinterpret_cast<int*>(values_ + places);
+    r_max_ = r_min_ + places;
     return true;
   }
-  const Summary<T>& operator*() const { return rows_; }
+  Summary<T> at(intptr_t place) const { return Summary<T>::in(values_, r_min_, r_max_, place); }
 
  private:
   Block<char> memory_;
-  Summary<T> rows_;
+  T* values_ = nullptr;
+  int *r_min_ = nullptr, *r_max_ = nullptr;
 };
 
+// ---- levels ----
+
+// Row 0 holds raw values, the rows above it a summary each.
 template <class T>
-void copy(const Summary<T>& from, int count, const Summary<T>& to) {
-  for (int i = 0; i < count; ++i) to.values[i] = from.values[i];
-  for (int i = 0; i < count; ++i) to.r_min[i] = from.r_min[i];
-  for (int i = 0; i < count; ++i) to.r_max[i] = from.r_max[i];
+T* ground(const StreamBlock& block) {
+  return static_cast<T*>(block.values);
 }
 
-// Every second element of `from`, `count` in all.
 template <class T>
-void thin(const Summary<T>& from, int count, const Summary<T>& to) {
-  for (int i = 0; i < count; ++i) {
-    to.values[i] = from.values[2 * i];
-    to.r_min[i] = from.r_min[2 * i];
-    to.r_max[i] = from.r_max[2 * i];
-  }
+Summary<T> level(const StreamBlock& block, int l) {
+  return Summary<T>::in(ground<T>(block), block.rMin, block.rMax, intptr_t(l) * (block.levelSize + 1));
 }
 
-// Merges a and s. An element's least rank grows by that of the last one taken from the other side, its
-// greatest by that of the next one there, less 1. The comparison decides nothing but selections: as a branch
-// it could not be foretold.
-template <class T>
-void merge(const Summary<T>& a, int a_count, const Summary<T>& s, int s_count, Summary<T> out) {
-  int i = 0, j = 0, a_last = 0, s_last = 0;
-  for (; i < a_count && j < s_count; ++out.values, ++out.r_min, ++out.r_max) {
-    const T av = a.values[i], sv = s.values[j];
-    const int a_min = a.r_min[i], s_min = s.r_min[j];
-    const bool take_s = sv < av;
-    *out.values = take_s ? sv : av;
-    *out.r_min = take_s ? s_min + a_last : a_min + s_last;
-    *out.r_max = a.r_max[i] + s.r_max[j] - 1;
-    s_last = take_s ? s_min : s_last;
-    a_last = take_s ? a_last : a_min;
-    j += take_s;
-    i += !take_s;
-  }
-  const bool a_left = i < a_count;
-  const Summary<T> rest = a_left ? a.from(i) : s.from(j), done = a_left ? s : a;
-  const int rest_count = a_left ? a_count - i : s_count - j, done_count = a_left ? s_count : a_count;
-  const int done_min = done_count ? done.r_min[done_count - 1] : 0;
-  const int done_max = done_count ? done.r_max[done_count - 1] : 0;
-  for (int k = 0; k < rest_count; ++k) {
-    out.values[k] = rest.values[k];
-    out.r_min[k] = rest.r_min[k] + done_min;
-    out.r_max[k] = rest.r_max[k] + done_max;
-  }
-}
+// The elements of a summary.
+inline int half_size(const StreamBlock& block) { return block.levelSize / 2; }
 
-// Raw values have the ranks of their places. Without memory for the faster sort they are sorted in place.
+// Without memory for the faster sort the values are sorted in place.
 template <class T>
-void sort_raw(const Summary<T>& rows, int count) {
-  Block<T> work(count);
+void sort_ground(const StreamBlock& block) {
+  Block<T> work(block.fill);
   if (work)
-    radix_sort(rows.values, work.get(), count);
+    radix_sort(ground<T>(block), work.get(), block.fill);
   else
-    sorting::sort(rows.values, count, sorting::Contiguous());
-  for (int i = 0; i < count; ++i) rows.r_min[i] = rows.r_max[i] = i + 1;
+    sorting::sort(ground<T>(block), block.fill, sorting::Contiguous());
 }
 
 // ---- adding data ----
@@ -122,17 +74,19 @@ struct Addition {
   int status = KOB_SS_OK;
 };
 
-// Thins the full level 0 and carries the summary up to the first free level.
+// Makes a summary of the full level 0 and carries it up to the first free level, by way of two sets of rows.
 template <class T>
-void carry(StreamBlock& block, const Summary<T>& summary) {
+void carry(StreamBlock& block, Summary<T> summary, Summary<T> other) {
   const int half = half_size(block);
-  const Summary<T> ground = level<T>(block, 0);
-  sort_raw(ground, block.levelSize);
-  thin(ground, half, summary);
+  sort_ground<T>(block);
+  for (int i = 0; i < half; ++i) summary.set(i, ground<T>(block)[2 * i], 2 * i + 1, 2 * i + 1);
+  summary.close(half);
   int l = 1;
   for (; block.occupied[l]; ++l) {
-    merge(level<T>(block, l), half, summary, half, ground);
-    thin(ground, half, summary);
+    merge<2>(level<T>(block, l), half, summary, half, other);
+    const Summary<T> merged = other;
+    other = summary;
+    summary = merged;
     block.occupied[l] = 0;
   }
   copy(summary, half, level<T>(block, l));
@@ -148,56 +102,49 @@ void _vSSSQuantilesAddDataThreader(int v, int, int, void* arguments) {
   const StreamVariable& variable = addition.variables[v];
   if (!variable.active) return;
   StreamBlock& block = variable.blocks[variable.currentBlock];
-  T* const ground = level<T>(block, 0).values;
+  T* const values = ground<T>(block);
   const intptr_t stride = addition.data.stride();
   const T* x = addition.data.variable(v) + addition.first * stride;
   int left = addition.count;
-  SummaryBlock<T> summary;
-  if (block.fill + left >= block.levelSize && !summary.allocate(half_size(block))) {
+  const int places = half_size(block) + Summary<T>::extra;
+  Rows<T> rows;
+  if (block.fill + left >= block.levelSize && !rows.allocate(2 * uint64_t(places))) {
     addition.status = KOB_SS_ERROR_MEMORY;
     return;
   }
   while (left > 0) {
     const int room = block.levelSize - block.fill, taken = left < room ? left : room;
-    for (int i = 0; i < taken; ++i, x += stride) ground[block.fill + i] = *x;
+    for (int i = 0; i < taken; ++i, x += stride) values[block.fill + i] = *x;
     block.fill += taken;
     left -= taken;
-    if (block.fill == block.levelSize) carry(block, *summary);
+    if (block.fill == block.levelSize) carry(block, rows.at(0), rows.at(places));
   }
   block.observed += addition.count;
 }
 
 // ---- asking for quantiles ----
 
-// All summaries of a variable merged into one, in one of two sets of rows. As each merge only adds to ranks,
-// their order does not matter: neighbours are merged in rounds.
-template <class T>
-Summary<T> merge_all(Summary<T> rows, Summary<T> other, int* sizes, int pieces) {
-  while (pieces > 1) {
-    int merged = 0;
-    intptr_t at = 0;
-    for (int k = 0; k < pieces; k += 2) {
-      const int a = sizes[k], s = k + 1 < pieces ? sizes[k + 1] : 0;
-      merge(rows.from(at), a, rows.from(at + a), s, other.from(at));
-      at += sizes[merged++] = a + s;
-    }
-    pieces = merged;
-    const Summary<T> swap = rows;
-    rows = other;
-    other = swap;
-  }
-  return rows;
-}
+// A summary among the rows.
+struct Piece {
+  intptr_t place;
+  int count;
+};
 
-// Calls f(summary, count, whether it is raw) for each summary of a variable.
-template <class T, class F>
-void each_summary(const StreamVariable& variable, F f) {
-  for (int k = 0; k < variable.blockCount; ++k) {
-    const StreamBlock& block = variable.blocks[k];
-    if (block.fill) f(level<T>(block, 0), block.fill, true);
-    for (int l = 1; l <= block.topLevel; ++l)
-      if (block.occupied[l]) f(level<T>(block, l), half_size(block), false);
+// Merges all pieces into one, in `rows` or in `other`. As each merge only adds to ranks their order does not
+// matter, so neighbours are merged in rounds.
+template <class T>
+Summary<T> merge_all(const Rows<T>& rows, const Rows<T>& other, Piece* pieces, int count) {
+  if (count == 1) return rows.at(pieces[0].place);
+  int merged = 0;
+  for (int k = 0; k < count; k += 2) {
+    const Piece a = pieces[k], s = k + 1 < count ? pieces[k + 1] : Piece{0, 0};
+    if (s.count)
+      merge<1>(rows.at(a.place), a.count, rows.at(s.place), s.count, other.at(a.place));
+    else
+      copy(rows.at(a.place), a.count, other.at(a.place));
+    pieces[merged++] = {a.place, a.count + s.count};
   }
+  return merge_all(other, rows, pieces, merged);
 }
 
 // The value whose middle rank is nearest to N q, the first of those at the same whole distance.
@@ -216,24 +163,56 @@ T nearest(const Summary<T>& all, int count, double rank) {
   return result;
 }
 
+// The elements and summaries of a variable, level 0 counting as one where it has values.
+inline void count_pieces(const StreamVariable& variable, int& elements, int& pieces) {
+  elements = pieces = 0;
+  for (int k = 0; k < variable.blockCount; ++k) {
+    const StreamBlock& block = variable.blocks[k];
+    elements += block.fill;
+    pieces += block.fill > 0;
+    for (int l = 1; l <= block.topLevel; ++l) {
+      elements += block.occupied[l] * half_size(block);
+      pieces += block.occupied[l];
+    }
+  }
+}
+
+template <class T>
+void gather_pieces(const StreamVariable& variable, const Rows<T>& rows, Piece* piece) {
+  intptr_t place = 0;
+  const auto add = [&](int count) {
+    *piece = {place, count};
+    place += count + Summary<T>::extra;
+    return rows.at(piece++->place);
+  };
+  for (int k = 0; k < variable.blockCount; ++k) {
+    const StreamBlock& block = variable.blocks[k];
+    if (block.fill) {
+      sort_ground<T>(block);
+      const Summary<T> raw = add(block.fill);
+      for (int i = 0; i < block.fill; ++i) raw.set(i, ground<T>(block)[i], i + 1, i + 1);
+      raw.close(block.fill);
+    }
+    for (int l = 1; l <= block.topLevel; ++l)
+      if (block.occupied[l]) copy(level<T>(block, l), half_size(block), add(half_size(block)));
+  }
+}
+
 template <class T>
 int query(const StreamVariable& variable, const T* orders, int order_count, T* results) {
-  int count = 0, pieces = 0, observed = 0;
-  each_summary<T>(variable, [&](const Summary<T>&, int size, bool) { count += size, ++pieces; });
+  int elements, count;
+  count_pieces(variable, elements, count);
+  if (elements == 0) return KOB_SS_OK;
+  const uint64_t places = elements + uint64_t(count) * Summary<T>::extra;
+  Rows<T> rows, other;
+  Block<Piece> pieces;
+  if (!rows.allocate(places) || !other.allocate(places) || !pieces.allocate(count))
+    return KOB_SS_ERROR_MEMORY;
+  gather_pieces(variable, rows, pieces.get());
+  const Summary<T> all = merge_all(rows, other, pieces.get(), count);
+  double observed = 0;
   for (int k = 0; k < variable.blockCount; ++k) observed += variable.blocks[k].observed;
-  if (count == 0) return KOB_SS_OK;
-
-  SummaryBlock<T> rows, other;
-  Block<int> sizes;
-  if (!rows.allocate(count) || !other.allocate(count) || !sizes.allocate(pieces)) return KOB_SS_ERROR_MEMORY;
-  int at = 0, piece = 0;
-  each_summary<T>(variable, [&](const Summary<T>& summary, int size, bool raw) {
-    if (raw) sort_raw(summary, size);
-    copy(summary, size, (*rows).from(at));
-    at += sizes[piece++] = size;
-  });
-  const Summary<T> all = merge_all(*rows, *other, sizes.get(), pieces);
-  for (int k = 0; k < order_count; ++k) results[k] = nearest(all, count, observed * double(orders[k]));
+  for (int k = 0; k < order_count; ++k) results[k] = nearest(all, elements, observed * orders[k]);
   return KOB_SS_OK;
 }
 
