@@ -15,11 +15,11 @@ T* allocate_array(int64_t count) {
   return static_cast<T*>(orx_serv_allocate(size_t(count) * sizeof(T), 128));
 }
 
-// An array that goes with its scope, unless it is kept.
+// An array that goes with its scope, unless it is kept. None of 0 elements is allocated.
 template <class T>
 class Scratch {
  public:
-  explicit Scratch(int64_t count) : data_(allocate_array<T>(count)) {}
+  explicit Scratch(int64_t count) : data_(count == 0 ? nullptr : allocate_array<T>(count)) {}
   ~Scratch() { orx_serv_deallocate(data_); }
   Scratch(const Scratch&) = delete;
   Scratch& operator=(const Scratch&) = delete;
