@@ -97,7 +97,8 @@ class Grid<Real, NoUniformGrid> {
   Real x(Index i) const { return x_[i]; }
   Real h(Index i) const { return x_[i + 1] - x_[i]; }
   Real inverse(Index i) const { return 1 / h(i); }
-  Vec<Real> inverses(Index i) const { return broadcast(Real(1)) / (load(x_ + i + 1) - load(x_ + i)); }
+  Vec<Real> widths(Index i) const { return load(x_ + i + 1) - load(x_ + i); }
+  Vec<Real> inverses(Index i) const { return broadcast(Real(1)) / widths(i); }
 
  private:
   const Real* x_;

@@ -2,7 +2,7 @@
 // it, so that strips of eight cells are independent of each other. The builders differ in their Rule:
 //   kReach      how many cells beyond a strip its derivatives and ends look at, on either side
 //   kRow<G>     the length of a worker's scratch row
-//   inner(...)  the derivative at an inner breakpoint
+//   inner(v)    the derivative at an inner breakpoint, of what the View v shows
 // and in what a periodic end is. ORX_DF_LOCAL_FAMILY makes a builder's variants of its Rule.
 #pragma once
 
@@ -76,18 +76,31 @@ struct EndRules {
   static void not_set(const Args&) {}
 };
 
-// Windows into one function, in a worker's scratch row, counted from the strip's first cell: slopes m and, on a non-uniform
-// grid, widths h from -kReach on, derivatives d from 0 on.
+// What a rule sees from inner breakpoint i = first + k of a strip: slopes and widths of the cells around it, m(0) and h(0)
+// being those of the cell to its right. T is a Real, or a vector that holds k, k + 1, ...
+template <class T, class Real, Partition G>
+struct View {
+  using Number = T;
+  static constexpr bool kUniform = G == UniformGrid;
+  const Real *slopes, *widths;
+  const Task<Real>* task;
+  Index first, k;
+
+  T m(int j) const { return read<T>(slopes + k + j); }
+  T h(int j) const { return read<T>(widths + k + j); }
+  T given() const { return read<T>(task->intConds + first + k - 1); }
+  // The breakpoints next to the ends; vectors stay out of their reach.
+  bool second() const { return sizeof(T) == sizeof(Real) && first + k == 1; }
+  bool last_but_one() const { return sizeof(T) == sizeof(Real) && first + k == task->size() - 2; }
+};
+
+// Strips of one function go from left to right through windows in the worker's scratch row, counted from the strip's first
+// cell: slopes m and, on a non-uniform grid, widths h from -kReach to kStrip + kReach - 1, derivatives d from 0 to kStrip.
 template <class Real, class Rule, Storage S, Partition G>
 class LocalCubic {
   static constexpr int kReach = Rule::kReach, kSlopes = kStrip + 2 * kReach, kDerivatives = kStrip + 1;
   static constexpr Index kRowLength = Rule::template kRow<G>;
   static_assert((G == UniformGrid ? 1 : 2) * kSlopes + kDerivatives <= kRowLength);
-
-  struct Window {
-    explicit Window(Real* row) : m(row + kReach), d(row + kSlopes), h(row + kSlopes + kDerivatives + kReach) {}
-    Real *m, *d, *h;
-  };
 
  public:
   struct Work {
@@ -103,7 +116,7 @@ class LocalCubic {
     // The tiles are counted without the outer two cells; the last one takes what is left.
     const Index to = i % w.across == w.across - 1 ? w.task->size() - 1 : from + kLocalTileCells;
     for (Index f = group; f < std::min(group + kLocalTileFunctions, w.task->functions()); ++f)
-      build_cells(w, f, from, to, w.rows + t * kRowLength);
+      LocalCubic(w, f, w.rows + t * kRowLength).build_cells(from, to);
   }
 
   static int32_t build(const Task<Real>* task, EndRoutine<Real>* left, EndRoutine<Real>* right, bool periodic,
@@ -117,61 +130,90 @@ class LocalCubic {
     if (!rows) return ORX_DF_ERROR_MEMORY;
     Work work{task, left, right, across, rows.get()};
     if (n * count < kLocalLeastValues)
-      for (Index f = 0; f < count; ++f) build_cells(work, f, 0, n - 1, work.rows);
+      for (Index f = 0; f < count; ++f) LocalCubic(work, f, work.rows).build_cells(0, n - 1);
     else
       threading->parallelFor(items, threads, &work, threader);
     return ORX_DF_OK;
   }
 
  private:
-  static void build_cells(const Work& w, Index f, Index from, Index to, Real* row) {
-    const Grid<Real, G> grid(w.task);
-    const Values<Real, S> y(w.task, f);
+  LocalCubic(const Work& work, Index function, Real* row)
+      : work_(work),
+        task_(work.task),
+        function_(function),
+        grid_(task_),
+        y_(task_, function),
+        coeffs_(task_->coeffs[function]),
+        m_(row + kReach),
+        d_(row + kSlopes),
+        h_(row + kSlopes + kDerivatives + kReach) {}
+
+  void build_cells(Index from, Index to) {
+    bool whole = false;  // the windows hold a whole strip, which the next one can go on from
     for (Index first = from; first < to; first += kStrip) {
       const Index count = std::min<Index>(kStrip, to - first);
-      const bool amid = first > kReach && first + kStrip + kReach + 1 < w.task->size() && count == kStrip;
-      if (amid)
-        build_strip<true>(w, f, grid, y, first, kStrip, row);
+      const bool amid = first + kStrip + kReach < task_->size() - 1 && count == kStrip;
+      if (amid && whole)
+        slide_strip(first);
       else
-        build_strip<false>(w, f, grid, y, first, count, row);
+        start_strip(first, count);
+      whole = amid;
+      write_hermite_cells(y_, grid_, d_, first, first + count, coeffs_);
     }
   }
 
-  // kAmid: a whole strip that is out of reach of both ends.
-  template <bool kAmid>
-  static void build_strip(const Work& w, Index f, const Grid<Real, G>& grid, const Values<Real, S>& y, Index first,
-                          Index count, Real* row) {
-    const Task<Real>* task = w.task;
-    const Window window(row);
-    const Index before = kAmid ? kReach : std::min<Index>(first, kReach);
-    const Index cells = kAmid ? kStrip + kReach : std::min(count + kReach, task->size() - 1 - first);
-    for (Index k = -before; k < cells; ++k) {
-      if constexpr (G == NoUniformGrid) window.h[k] = grid.h(first + k);
-      window.m[k] = (y[first + k + 1] - y[first + k]) * grid.inverse(first + k);
-    }
-    const Index from = kAmid ? 0 : first == 0, to = kAmid ? kStrip + 1 : std::min(count + 1, task->size() - 1 - first);
-    for (Index k = from; k < to; ++k)
-      window.d[k] = Rule::template inner<kAmid, G>(task, window.m, window.h, first, k);
-    if (!kAmid) ends(w, f, grid, first, count, window);
-    write_hermite_cells(y, grid, window.d, first, first + count, task->coeffs[f]);
+  template <class T>
+  View<T, Real, G> view(Index first, Index k) const {
+    return {m_, h_, task_, first, k};
   }
 
-  // Runs the end routines where the strip holds the first or the last cell.
-  static void ends(const Work& w, Index f, const Grid<Real, G>& grid, Index first, Index count, const Window& window) {
-    const Task<Real>* task = w.task;
-    EndArgs<Real> args{task->gridSize, task->funcCount, task->gridHint, task->funcHint, task->grid,      task->funcs,
-                       task->bndConds, f,               0,              window.h,       grid.inverse(0), window.m,
-                       window.d};
-    if (first == 0) {
-      window.d[0] = task->coeffs[f][1];  // what the end keeps when no condition is set
-      w.left(args);
+  // Fills the windows for any strip, element by element.
+  void start_strip(Index first, Index count) {
+    const Index last_cell = task_->size() - 2 - first;  // in the strip's own count, as all that follows
+    for (Index k = -std::min<Index>(first, kReach); k <= std::min(count + kReach - 1, last_cell); ++k) {
+      if constexpr (G == NoUniformGrid) h_[k] = grid_.h(first + k);
+      m_[k] = (y_[first + k + 1] - y_[first + k]) * grid_.inverse(first + k);
     }
-    if (first + count == task->size() - 1) {
-      window.d[count] = window.d[count - 1];
-      args.cell = count - 1;
-      w.right(args);
-    }
+    for (Index k = first == 0; k <= std::min(count, last_cell); ++k) d_[k] = Rule::inner(view<Real>(first, k));
+    if (first == 0) left_end();
+    if (count - 1 == last_cell) right_end(last_cell);
   }
+
+  // The same for a whole strip after another one, away from the ends: what both share is moved, the rest is new.
+  void slide_strip(Index first) {
+    d_[0] = d_[kStrip];
+    for (int k = -kReach; k < kReach; ++k) {
+      m_[k] = m_[k + kStrip];
+      if constexpr (G == NoUniformGrid) h_[k] = h_[k + kStrip];
+    }
+    for (Index k = kReach; k < kReach + kStrip; k += kLanes<Real>) {
+      if constexpr (G == NoUniformGrid) store(h_ + k, grid_.widths(first + k));
+      store(m_ + k, (y_.vector(first + k + 1) - y_.vector(first + k)) * grid_.inverses(first + k));
+    }
+    for (Index k = 1; k <= kStrip; k += kLanes<Real>) store(d_ + k, Rule::inner(view<Vec<Real>>(first, k)));
+  }
+
+  EndArgs<Real> end_args(Index cell) const {
+    return {task_->gridSize, task_->funcCount, task_->gridHint, task_->funcHint, task_->grid, task_->funcs,
+            task_->bndConds, function_,        cell,            h_,              grid_.inverse(0), m_, d_};
+  }
+
+  // Where no condition is set, an end keeps what stood in the coefficients, the other one what its neighbour has.
+  void left_end() {
+    d_[0] = coeffs_[1];
+    work_.left(end_args(0));
+  }
+  void right_end(Index cell) {
+    d_[cell + 1] = d_[cell];
+    work_.right(end_args(cell));
+  }
+
+  const Work& work_;
+  const Task<Real>* task_;
+  Index function_;
+  Grid<Real, G> grid_;
+  Values<Real, S> y_;
+  Real *coeffs_, *m_, *d_, *h_;
 };
 
 // The end routines of a family, the tables that hold them by boundary number, and the variants by storage and grid.

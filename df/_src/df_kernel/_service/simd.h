@@ -26,8 +26,17 @@ inline void store(double* p, __m256d v) { _mm256_storeu_pd(p, v); }
 inline void store(float* p, __m256 v) { _mm256_storeu_ps(p, v); }
 inline __m256d broadcast(double x) { return _mm256_set1_pd(x); }
 inline __m256 broadcast(float x) { return _mm256_set1_ps(x); }
-inline __m256d abs(__m256d v) { return _mm256_andnot_pd(broadcast(-0.0), v); }
-inline __m256 abs(__m256 v) { return _mm256_andnot_ps(broadcast(-0.0f), v); }
+template <class T, class Real>
+T read(const Real* p) {
+  if constexpr (sizeof(T) == sizeof(Real))
+    return *p;
+  else
+    return load(p);
+}
+inline double magnitude(double x) { return __builtin_fabs(x); }
+inline float magnitude(float x) { return __builtin_fabsf(x); }
+inline __m256d magnitude(__m256d v) { return _mm256_andnot_pd(broadcast(-0.0), v); }
+inline __m256 magnitude(__m256 v) { return _mm256_andnot_ps(broadcast(-0.0f), v); }
 
 // One bit for each lane where a <= b.
 inline unsigned lanes_le(__m256d a, __m256d b) {

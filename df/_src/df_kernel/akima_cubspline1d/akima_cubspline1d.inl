@@ -7,22 +7,19 @@ using namespace orx::df;
 
 constexpr Real kEqualSlopes = Real(1e-10);
 
-Real magnitude(Real x) { return x < 0 ? -x : x; }
-
 struct AkimaRule {
   static constexpr int kReach = 2;
   template <Partition G>
   static constexpr Index kRow = G == UniformGrid ? 39 : 65;
 
   // Next to an end, where a slope is missing, the change on that side is the one across the breakpoint itself.
-  template <bool kAmid, Partition>
-  static Real inner(const Task<Real>* task, const Real* m, const Real*, Index first, Index k) {
-    const Index i = first + k;
-    const Real across = magnitude(m[k] - m[k - 1]);
-    const Real left = kAmid || i != 1 ? magnitude(m[k - 1] - m[k - 2]) : across;
-    const Real right = kAmid || i != task->size() - 2 ? magnitude(m[k + 1] - m[k]) : across;
-    const Real sum = left + right, weighted = (m[k - 1] * right + m[k] * left) / sum;
-    return sum < kEqualSlopes ? Real(0.5) * (m[k - 1] + m[k]) : weighted;
+  template <class View, class T = typename View::Number>
+  static T inner(const View& v) {
+    const T before = v.m(-1), after = v.m(0);
+    const T left = magnitude(v.second() ? after - before : before - v.m(-2));
+    const T right = magnitude(v.last_but_one() ? after - before : v.m(1) - after);
+    const T sum = left + right, mean = (before + after) * Real(0.5);
+    return sum < kEqualSlopes ? mean : (before * right + after * left) / sum;
   }
 };
 

@@ -9,12 +9,10 @@ struct BesselRule {
   template <Partition G>
   static constexpr Index kRow = G == UniformGrid ? 21 : 35;
 
-  template <bool, Partition G>
-  static Real inner(const Task<Real>*, const Real* m, const Real* h, Index, Index k) {
-    if constexpr (G == UniformGrid)
-      return Real(0.5) * (m[k - 1] + m[k]);
-    else
-      return (m[k - 1] * h[k] + m[k] * h[k - 1]) / (h[k - 1] + h[k]);
+  template <class View, class T = typename View::Number>
+  static T inner(const View& v) {
+    if constexpr (View::kUniform) return (v.m(-1) + v.m(0)) * Real(0.5);
+    return (v.m(-1) * v.h(0) + v.m(0) * v.h(-1)) / (v.h(-1) + v.h(0));
   }
 };
 

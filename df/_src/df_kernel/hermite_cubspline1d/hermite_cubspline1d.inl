@@ -9,9 +9,9 @@ struct HermiteRule {
   template <Partition G>
   static constexpr Index kRow = G == UniformGrid ? 21 : 35;
 
-  template <bool, Partition>
-  static Real inner(const Task<Real>* task, const Real*, const Real*, Index first, Index k) {
-    return task->intConds[first + k - 1];
+  template <class View, class T = typename View::Number>
+  static T inner(const View& v) {
+    return v.given();
   }
 };
 

@@ -202,11 +202,15 @@ struct NaturalSpline {
     const auto threads = int32_t(std::min<Index>(available, count));
     const bool threaded = count > 1 && threads > 1 && n >= 300 && (n >= 600 || available >= 8);
     const Index stride = n + (-n & 15);  // whole 128-byte lines
-    Scratch<Real> block((4 + (threaded ? threads : count)) * stride);
+    // The matrix for a single function can stand where its coefficients will, which are written last.
+    const bool in_place = count == 1 && !periodic && 3 * n <= 4 * (n - 1) && task->functions() == 1;
+    const Index side_count = threaded ? threads : count, matrix_size = in_place ? 0 : (3 + periodic) * stride;
+    Scratch<Real> block(matrix_size + side_count * stride);
     if (!block) return ORX_DF_ERROR_MEMORY;
-    Real* const at = block.get();
-    NaturalWork w{task, n - periodic, stride, at, at + stride, at + 2 * stride, at + 3 * stride, 0, at + 4 * stride,
-                  nullptr};
+    Real* const matrix = in_place ? task->coeffs[0] : block.get();
+    const Index apart = in_place ? n : stride;
+    NaturalWork w{task,   n - periodic, stride, matrix, matrix + apart, matrix + 2 * apart, matrix + 3 * apart,
+                  0,      block.get() + matrix_size, nullptr};
     fill_matrix(w);
     const bool factor_first = threaded || count > 1 || periodic;
     if ((factor_first && factor(w.order, w.lower, w.diagonal, w.upper)) || (periodic && solve_corner(w))) {
