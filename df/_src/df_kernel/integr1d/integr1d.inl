@@ -159,6 +159,7 @@ int32_t check_data(const Task<Real>* task, EvaluatorNumber integrator, bool all_
 struct Integration : BlockWork {
   const Task<Real>* task;
   Search<Real> lower_search, upper_search;
+  bool sorted;  // some of the limits are said to ascend
   EvaluatorNumber integrator;
   const Real *lower, *upper;
   Real* result;
@@ -193,9 +194,8 @@ static void _v1DIntegrThreaderCB(int i, int, int, void* work) { integrate_item(i
 }
 
 int32_t _Integr1DKernel(Integration* work, const ThreadingServices* threading) {
-  const bool sorted = work->lower_search.method == kSorted || work->upper_search.method == kSorted;
   work->block = kPairBlock;
-  if (sorted) {  // one run, so that the starts go through
+  if (work->sorted) {  // one run, so that the starts go through
     work->status = ORX_DF_OK;
     work->first = 0;
     work->per_item = ceiling_quotient(work->count, kPairBlock);
@@ -233,6 +233,7 @@ ORX_API int32_t ORX_DF_NAME(DFIntegrate1D)(
   if (const int32_t bad = check_data(t, work.integrator, work.callbacks.all())) return bad;
   if (limitCount <= 0) return ORX_DF_OK;
   work.count = Index(limitCount);
+  work.sorted = lowerHint == ORX_DF_SORTED_SITES || upperHint == ORX_DF_SORTED_SITES;
   work.lower = lower;
   work.upper = upper;
   work.result = result;
