@@ -16,12 +16,24 @@ void write_cell(Real y, Real m, Real h, Real left, Real right, Real* c) {
   c[3] = (right - left) / (6 * h);
 }
 
+// The second derivative at inner breakpoint i.
+Real second(const Task<Real>* task, Index i) { return task->intConds[i - 1]; }
+
+// What does not depend on the boundary: the slopes, and the cells between the outer two.
+template <Storage S, Partition G>
+[[gnu::noinline]] void write_inner_cells(const Task<Real>* task, Index f, Real* slopes) {
+  const Index cells = task->size() - 1;
+  const Grid<Real, G> grid(task);
+  const Values<Real, S> y(task, f);
+  Real* c = task->coeffs[f];
+  for (Index i = 0; i < cells; ++i) slopes[i] = (y[i + 1] - y[i]) / grid.h(i);
+  for (Index i = 1; i + 1 < cells; ++i)
+    write_cell(y[i], slopes[i], grid.h(i), second(task, i), second(task, i + 1), c + 4 * i);
+}
+
 template <Storage S, Partition G, BoundaryNumber N>
 struct DefaultSpline {
   static constexpr End left = boundaries[N].left, right = boundaries[N].right;
-
-  // The second derivative at inner breakpoint i.
-  static Real second(const Task<Real>* task, Index i) { return task->intConds[i - 1]; }
 
   static void first_cell(const Task<Real>* task, Real y, Real m, Real h, Real* c) {
     const Real* values = task->bndConds;
@@ -73,9 +85,7 @@ struct DefaultSpline {
     const Grid<Real, G> grid(task);
     const Values<Real, S> y(task, f);
     Real* c = task->coeffs[f];
-    for (Index i = 0; i < cells; ++i) slopes[i] = (y[i + 1] - y[i]) / grid.h(i);
-    for (Index i = 1; i + 1 < cells; ++i)
-      write_cell(y[i], slopes[i], grid.h(i), second(task, i), second(task, i + 1), c + 4 * i);
+    write_inner_cells<S, G>(task, f, slopes);
     first_cell(task, y[0], slopes[0], grid.h(0), c);
     last_cell(task, y[cells - 1], slopes[cells - 1], grid.h(cells - 1), c + 4 * (cells - 1));
   }

@@ -23,23 +23,38 @@ struct NaturalWork {
   int32_t* statuses;
 };
 
+// What does not depend on the boundary: the inner rows of the matrix and of a right side, and the cells.
+template <Partition G>
+[[gnu::noinline]] void inner_rows(const NaturalWork& w, const Grid<Real, G>& grid) {
+  Real* __restrict lower = w.lower;
+  Real* __restrict diagonal = w.diagonal;
+  Real* __restrict upper = w.upper;
+  for (Index i = 1, n = w.task->size(); i + 1 < n; ++i) {
+    lower[i - 1] = G == UniformGrid ? 1 : grid.h(i);
+    diagonal[i] = G == UniformGrid ? 4 : 2 * (grid.h(i - 1) + grid.h(i));
+    upper[i] = G == UniformGrid ? 1 : grid.h(i - 1);
+  }
+}
+
+template <Storage S, Partition G>
+[[gnu::noinline]] void inner_sides(const Grid<Real, G>& grid, const Values<Real, S>& y, Index n, Real* __restrict b) {
+  for (Index i = 1; i + 1 < n; ++i)
+    b[i] = G == UniformGrid ? (y[i + 1] - y[i - 1]) * (3 * grid.inverse(i))
+                   : 3 * (grid.h(i) * ((y[i] - y[i - 1]) / grid.h(i - 1)) +
+                          grid.h(i - 1) * ((y[i + 1] - y[i]) / grid.h(i)));
+}
+
+template <Storage S, Partition G>
+[[gnu::noinline]] void write_cells(const Task<Real>* task, Index f, const Real* d) {
+  write_hermite_cells(Values<Real, S>(task, f), Grid<Real, G>(task), d, 0, task->size() - 1, task->coeffs[f]);
+}
+
 template <Storage S, Partition G, BoundaryNumber N>
 struct NaturalSpline {
   static constexpr End left = boundaries[N].left, right = boundaries[N].right;
   static constexpr bool periodic = left == End::Periodic, uniform = G == UniformGrid;
 
   // ---- The matrix ----
-
-  static void inner_rows(const NaturalWork& w, const Grid<Real, G>& grid) {
-    Real* __restrict lower = w.lower;
-    Real* __restrict diagonal = w.diagonal;
-    Real* __restrict upper = w.upper;
-    for (Index i = 1, n = w.task->size(); i + 1 < n; ++i) {
-      lower[i - 1] = uniform ? 1 : grid.h(i);
-      diagonal[i] = uniform ? 4 : 2 * (grid.h(i - 1) + grid.h(i));
-      upper[i] = uniform ? 1 : grid.h(i - 1);
-    }
-  }
 
   // The row of an end: `own` and `next` are the widths of its cell and of the one further in.
   static void end_row(End end, Real own, Real next, Real* diagonal, Real* off) {
@@ -107,13 +122,6 @@ struct NaturalSpline {
     }
   }
 
-  static void inner_sides(const Grid<Real, G>& grid, const Values<Real, S>& y, Index n, Real* __restrict b) {
-    for (Index i = 1; i + 1 < n; ++i)
-      b[i] = uniform ? (y[i + 1] - y[i - 1]) * (3 * grid.inverse(i))
-                     : 3 * (grid.h(i) * ((y[i] - y[i - 1]) / grid.h(i - 1)) +
-                            grid.h(i - 1) * ((y[i + 1] - y[i]) / grid.h(i)));
-  }
-
   static void fill_side(const NaturalWork& w, Index f, Real* b) {
     const Grid<Real, G> grid(w.task);
     const Values<Real, S> y(w.task, f);
@@ -152,8 +160,7 @@ struct NaturalSpline {
       for (Index i = 0; i < w.order; ++i) d[i] -= share * w.corner[i];
       d[w.order] = d[0];
     }
-    write_hermite_cells(Values<Real, S>(w.task, f), Grid<Real, G>(w.task), d, 0, w.task->size() - 1,
-                        w.task->coeffs[f]);
+    write_cells<S, G>(w.task, f, d);
   }
 
   // One function with the factors at hand, as a worker does it.

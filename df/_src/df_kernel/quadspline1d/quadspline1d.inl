@@ -59,30 +59,62 @@ struct StandardSpline {
   }
 };
 
+// Arrays of nx + 1 elements in one block. `lower[i]` and `upper[i]` stand in row i, left and right of its diagonal; `before`
+// and `after` are the distances from breakpoint i to its knots.
+struct SubbotinWork {
+  Real *lower, *diagonal, *upper, *d, *dy, *before, *after, *knots;
+};
+
 // The first derivatives d at the breakpoints solve a tridiagonal system, which states that both neighbouring knots give
 // a breakpoint the same second derivative. With A[i] = x[i] - t[i] and B[i] = t[i+1] - x[i], the distances from
 // breakpoint i to its knots, and dy[i] = y[i+1] - y[i], row i reads
 //   a B[i-1] d[i-1] + (2 + a B[i-1] + b A[i+1]) d[i] + b A[i+1] d[i+1] = 2 (a dy[i-1] + b dy[i]),
 //   a = h[i] / D / A[i],  b = h[i-1] / D / B[i],  D = x[i+1] - x[i-1].
+template <Storage S, Partition G>
+[[gnu::noinline]] void fill_inner_rows(const Task<Real>* task, Index f, const SubbotinWork& w) {
+  const Index n = task->size();
+  const Grid<Real, G> grid(task);
+  const Values<Real, S> y(task, f);
+  for (Index i = 0; i < n; ++i) {
+    w.before[i] = grid.x(i) - w.knots[i];
+    w.after[i] = w.knots[i + 1] - grid.x(i);
+  }
+  for (Index i = 0; i + 1 < n; ++i) w.dy[i] = y[i + 1] - y[i];
+  for (Index i = 1; i + 1 < n; ++i) {
+    const Real width = grid.x(i + 1) - grid.x(i - 1);
+    const Real a = grid.h(i) / width / w.before[i], b = grid.h(i - 1) / width / w.after[i];
+    w.lower[i] = a * w.after[i - 1];
+    w.upper[i] = b * w.before[i + 1];
+    w.diagonal[i] = 2 + w.lower[i] + w.upper[i];
+    w.d[i] = 2 * (a * w.dy[i - 1] + b * w.dy[i]);
+  }
+}
+
+// The second coefficient is known from the knot to the right of a breakpoint; at the last two breakpoints it follows from
+// the one before.
+template <Storage S, Partition G>
+[[gnu::noinline]] void write_subbotin_cells(const Task<Real>* task, Index f, const SubbotinWork& w) {
+  const Index n = task->size(), general = std::max<Index>(n - 2, 1);
+  const Grid<Real, G> grid(task);
+  const Values<Real, S> y(task, f);
+  Real* c = task->coeffs[f];
+  for (Index i = 0; i < n; ++i, c += 3) {
+    c[0] = y[i];
+    c[1] = w.d[i];
+    if (i < general) {
+      const Real h = grid.h(i);
+      c[2] = (w.d[i + 1] - w.d[i]) / (2 * h) + (2 * w.dy[i] - (w.d[i] + w.d[i + 1]) * h) / (2 * h * w.after[i]);
+    } else {
+      const Real h = grid.h(i - 1), p = w.before[i];
+      c[2] = c[2 - 3] + (w.dy[i - 1] - Real(0.5) * h * (w.d[i - 1] + w.d[i])) / (p * (p - h));
+    }
+  }
+}
+
 template <SubgridForm K, Storage S, Partition G, BoundaryNumber N>
 struct SubbotinSpline {
   static constexpr End left = boundaries[N].left, right = boundaries[N].right;
-
-  // Arrays of nx + 1 elements in one block. `lower[i]` and `upper[i]` stand in row i, left and right of its diagonal.
-  struct Work {
-    Real *lower, *diagonal, *upper, *d, *dy, *before, *after, *knots;
-  };
-
-  static void inner_rows(const Grid<Real, G>& grid, Index n, const Work& w) {
-    for (Index i = 1; i + 1 < n; ++i) {
-      const Real width = grid.x(i + 1) - grid.x(i - 1);
-      const Real a = grid.h(i) / width / w.before[i], b = grid.h(i - 1) / width / w.after[i];
-      w.lower[i] = a * w.after[i - 1];
-      w.upper[i] = b * w.before[i + 1];
-      w.diagonal[i] = 2 + w.lower[i] + w.upper[i];
-      w.d[i] = 2 * (a * w.dy[i - 1] + b * w.dy[i]);
-    }
-  }
+  using Work = SubbotinWork;
 
   static void left_row(const Grid<Real, G>& grid, Index n, Real value, const Work& w) {
     if constexpr (left == End::First) {
@@ -120,38 +152,14 @@ struct SubbotinSpline {
     solve_once(last - first + 1, w.lower + first + 1, w.diagonal + first, w.upper + first, w.d + first);
   }
 
-  // The second coefficient is known from the knot to the right of a breakpoint; at the last two breakpoints it follows from
-  // the one before.
-  static void write_cells(const Grid<Real, G>& grid, const Values<Real, S>& y, Index n, const Work& w, Real* c) {
-    const Index general = std::max<Index>(n - 2, 1);
-    for (Index i = 0; i < n; ++i, c += 3) {
-      c[0] = y[i];
-      c[1] = w.d[i];
-      if (i < general) {
-        const Real h = grid.h(i);
-        c[2] = (w.d[i + 1] - w.d[i]) / (2 * h) +
-               (2 * w.dy[i] - (w.d[i] + w.d[i + 1]) * h) / (2 * h * w.after[i]);
-      } else {
-        const Real h = grid.h(i - 1), p = w.before[i];
-        c[2] = c[2 - 3] + (w.dy[i - 1] - Real(0.5) * h * (w.d[i - 1] + w.d[i])) / (p * (p - h));
-      }
-    }
-  }
-
   static void build_function(const Task<Real>* task, Index f, const Work& w) {
     const Index n = task->size();
     const Grid<Real, G> grid(task);
-    const Values<Real, S> y(task, f);
-    for (Index i = 0; i < n; ++i) {
-      w.before[i] = grid.x(i) - w.knots[i];
-      w.after[i] = w.knots[i + 1] - grid.x(i);
-    }
-    for (Index i = 0; i + 1 < n; ++i) w.dy[i] = y[i + 1] - y[i];
-    inner_rows(grid, n, w);
+    fill_inner_rows<S, G>(task, f, w);
     left_row(grid, n, task->bndConds[0], w);
     right_row(grid, n, task->bndConds[1], w);
     solve(n, w);
-    write_cells(grid, y, n, w, task->coeffs[f]);
+    write_subbotin_cells<S, G>(task, f, w);
   }
 
   static int32_t build(const Task<Real>* task) {

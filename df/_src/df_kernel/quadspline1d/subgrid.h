@@ -34,7 +34,7 @@ class InnerKnots {
 
 // Fills knots[0 .. nx]; false when given knots do not lie one between each two breakpoints.
 template <SubgridForm K, class Real, Partition G>
-bool make_subgrid(const Task<Real>* task, Real* knots) {
+[[gnu::noinline]] bool make_subgrid(const Task<Real>* task, Real* knots) {
   const Index n = task->size();
   const Grid<Real, G> grid(task);
   const InnerKnots<Real> inner(task);
