@@ -4,7 +4,7 @@
 #include "_service/blocks.h"
 #include "_service/evaluator_number.h"
 #include "integr1d/pieces.h"
-#include "search1d/search.h"
+#include "search1d/search.inl"
 
 namespace {
 using namespace orx::df;
@@ -158,7 +158,7 @@ int32_t check_data(const Task<Real>* task, EvaluatorNumber integrator, bool all_
 
 struct Integration : BlockWork {
   const Task<Real>* task;
-  Search<Real> lower_search, upper_search;
+  Search lower_search, upper_search;
   bool sorted;  // some of the limits are said to ascend
   EvaluatorNumber integrator;
   const Real *lower, *upper;

@@ -3,7 +3,7 @@
 
 #include "_service/blocks.h"
 #include "interp1d/evaluators.h"
-#include "search1d/search.h"
+#include "search1d/search.inl"
 #include "simple_search1d/methods.h"
 
 namespace {
@@ -62,7 +62,7 @@ int32_t check_data(const Task<Real>* task, EvaluatorNumber evaluator, const Orde
 // ---- One site ----
 
 // The cell of a single site, inside the grid.
-int32_t cell_of_one(const Task<Real>* task, const Search<Real>& search, Real site) {
+int32_t cell_of_one(const Task<Real>* task, const Search& search, Real site) {
   const auto nx = int32_t(task->gridSize);
   int32_t cell;
   if (search.method == kUniform) {
@@ -87,7 +87,7 @@ void evaluate_one(const Real* c, Real t, const Orders& orders, Real* result) {
     if (orders[k]) *result++ = all[k];
 }
 
-int32_t _Interp1DKernel_scalar(const Task<Real>* task, const Search<Real>& search, Real site, const Orders& orders,
+int32_t _Interp1DKernel_scalar(const Task<Real>* task, const Search& search, Real site, const Orders& orders,
                                Real* result, const PartCallbacks& callbacks) {
   const auto nx = int32_t(task->gridSize);
   const Real first = task->grid[0], last = task->last();
@@ -115,7 +115,7 @@ int32_t _Interp1DKernel_scalar(const Task<Real>* task, const Search<Real>& searc
 
 struct Interpolation : BlockWork {
   const Task<Real>* task;
-  Search<Real> search;
+  Search search;
   EvaluatorNumber evaluator;
   bool want_values, want_cells, uniform_sites, by_site;
   const Real* sites;

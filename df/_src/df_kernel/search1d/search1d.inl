@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "_service/memory.h"
-#include "search1d/search.h"
+#include "search1d/search.inl"
 
 namespace {
 using namespace orx::df;
@@ -12,7 +12,7 @@ constexpr int32_t kMaxRun = 1 << 30;  // sites per call of a block kernel, whose
 
 // A whole-array search, as the workers see it. Worker i takes the sites from i * slice on.
 struct ArraySearch {
-  Search<Real> search;
+  Search search;
   const Real* sites;
   void* cells;
   int64_t slice;
