@@ -16,6 +16,7 @@ struct Chapter {
 constexpr Chapter chapters[] = {
     {"vector-math", "Vector mathematics: exponentials and logarithms", vector_math},
     {"accuracy", "Accuracy classes: error in ulp and speed beside the C library", accuracy},
+    {"monte-carlo", "Random streams: pi and an option price by Monte Carlo", monte_carlo},
 };
 
 const Chapter* find(const char* name) {

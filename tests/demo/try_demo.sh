@@ -21,6 +21,9 @@ expect 'callback: vdLn, status 2 \(singularity\), index 1, argument 0, result -i
 expect 'callback: vdLn, status 1 \(domain\), index 3, argument -3\.93, result -?nan replaced by 0'
 expect 'callback: vdLn, status -1 \(bad size\), index -1'
 expect 'callback: vdExp, status -2 \(bad pointer\)'
+# Pi to three deviations, and a simulation that was broken off.
+expect '^ +8000000 +3\.14(0|1|2)'
+expect 'resumed +8\.[0-9]+ +the same to the last bit'
 
 # expect_refused FILE FAULT: with the data of $work/data the demo fails and says FILE:FAULT and nothing else.
 expect_refused() {

@@ -4,8 +4,9 @@
 ORX_ISA_BEGIN
 namespace {
 
-// |x| as x times 1.0 with the sign of x: unlike clearing the sign bit it quiets a signalling NaN, with its exception,
-// and obeys denormals-are-zero. The control word is neither read nor changed: the product is exact in every rounding.
+// |x| as x times 1.0 with the sign of x: unlike clearing the sign bit it quiets a signalling NaN, with its
+// exception, and obeys denormals-are-zero. The control word is neither read nor changed: the product is exact
+// in every rounding.
 template <class X>
 X product_with_sign(X x) {
   return x * with_sign_of(broadcast<X>(1), x);

@@ -31,14 +31,20 @@ bool is_argument_error(int status) { return status == StatusBadSize || status ==
 
 int errno_of(int status) {
   switch (status) {
-    case StatusBadPointer: return EACCES;
-    case StatusBadSize: return EINVAL;
-    case StatusOk: return 0;
-    case StatusDomain: return EDOM;
+    case StatusBadPointer:
+      return EACCES;
+    case StatusBadSize:
+      return EINVAL;
+    case StatusOk:
+      return 0;
+    case StatusDomain:
+      return EDOM;
     case StatusSingularity:
     case StatusOverflow:
-    case StatusUnderflow: return ERANGE;
-    default: return EFAULT;
+    case StatusUnderflow:
+      return ERANGE;
+    default:
+      return EFAULT;
   }
 }
 
@@ -48,8 +54,8 @@ void print_value(int message, int index, double value) {
   orx_serv_print(1, message, 2, index, words[0], words[1]);
 }
 
-// One line for each input and result. A second input or result that is equal to the first, or zero, is taken to be
-// absent; NaN is present.
+// One line for each input and result. A second input or result that is equal to the first, or zero, is taken
+// to be absent; NaN is present.
 void print_values(const TefErrorContext& e) {
   const bool second_input = !(e.arg2 == e.arg1 || e.arg2 == 0);
   const bool second_result = !(e.res2 == e.res1 || e.res2 == 0);
@@ -76,17 +82,26 @@ void print_error(const TefErrorContext& e) {
   print_values(e);
 }
 
-// x87 arithmetic, on operands that the compiler cannot see through; the store to a double rounds, overflows or
-// underflows.
+// x87 arithmetic, on operands that the compiler cannot see through; the store to a double rounds, overflows
+// or underflows.
 void raise_exception(int status) {
   volatile long double zero = 0, one = 1, largest = DBL_MAX, smallest = DBL_MIN;
   volatile double result;
   switch (status) {
-    case StatusDomain: result = static_cast<double>(zero / zero); break;
-    case StatusSingularity: result = static_cast<double>(one / zero); break;
-    case StatusOverflow: result = static_cast<double>(largest * largest); break;
-    case StatusUnderflow: result = static_cast<double>(smallest * smallest); break;
-    default: return;
+    case StatusDomain:
+      result = static_cast<double>(zero / zero);
+      break;
+    case StatusSingularity:
+      result = static_cast<double>(one / zero);
+      break;
+    case StatusOverflow:
+      result = static_cast<double>(largest * largest);
+      break;
+    case StatusUnderflow:
+      result = static_cast<double>(smallest * smallest);
+      break;
+    default:
+      return;
   }
   static_cast<void>(result);
 }
@@ -98,8 +113,8 @@ void _tefStdErrorHandler(const TefErrorContext& e) {
   if (m & TEF_ERRMODE_EXCEPT) raise_exception(e.status);
 }
 
-// Joins prefix (8 characters at most), name (64) and suffix (8); returns the length. The caller sees to it that the
-// whole fits.
+// Joins prefix (8 characters at most), name (64) and suffix (8); returns the length. The caller sees to it
+// that the whole fits.
 int _tefCreateFuncNameStr(char* out, const char* prefix, const char* name, const char* suffix) {
   char* end = out;
   const auto append = [&end](const char* text, int limit) {
@@ -158,10 +173,10 @@ void report(int status, int index, const T* a1, const T* a2, T* r1, T* r2, const
 }  // namespace
 }  // namespace orx::tef
 
-#define ORX_ERROR_ENTRY(letter, T, parts)                                                                        \
-  ORX_API void orx_tef_kernel_##letter##Error(int status, int index, const T* a1, const T* a2, T* r1, T* r2,     \
-                                              const char* name) {                                                \
-    orx::tef::report<T, parts>(status, index, a1, a2, r1, r2, name);                                             \
+#define ORX_ERROR_ENTRY(letter, T, parts)                                                                    \
+  ORX_API void orx_tef_kernel_##letter##Error(int status, int index, const T* a1, const T* a2, T* r1, T* r2, \
+                                              const char* name) {                                            \
+    orx::tef::report<T, parts>(status, index, a1, a2, r1, r2, name);                                         \
   }
 ORX_ERROR_ENTRY(s, float, 1)
 ORX_ERROR_ENTRY(d, double, 1)

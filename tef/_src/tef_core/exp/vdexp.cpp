@@ -17,14 +17,12 @@ struct dExp : kernel<double> {
 
 // HA. The sum T + T (p + T_lo) rounds once more than the exact value.
 struct {
-  row<double> inv_ln2 = 0x1.71547652b82fep+6;   // 64/ln 2
-  row<double> shifter = 0x1.800000000ffcp+52;    // 1.5 * 2^52 + 64 * 1023: n in the low bits, the exponent's bias added
-  row<double> ln2_hi = 0x1.62e42fefap-7;        // ln 2/64; short, so that its product with an integer is exact
+  row<double> inv_ln2 = 0x1.71547652b82fep+6;  // 64/ln 2
+  row<double> shifter = 0x1.800000000ffcp+52;  // 1.5 * 2^52 + 64 * 1023: leaves n and the exponent's bias
+  row<double> ln2_hi = 0x1.62e42fefap-7;  // ln 2/64; short, so that its product with an integer is exact
   row<double> ln2_lo = 0x1.cf79abc9e3b3ap-46;
-  row<double> c2 = 0x1.fffffffffdb3bp-2;
-  row<double> c3 = 0x1.555555555653ep-3;
-  row<double> c4 = 0x1.555573f218b93p-5;
-  row<double> c5 = 0x1.111112d9f549bp-7;
+  // (e^r - 1 - r) / r^2
+  row<double> c[4] = {0x1.fffffffffdb3bp-2, 0x1.555555555653ep-3, 0x1.555573f218b93p-5, 0x1.111112d9f549bp-7};
 } constexpr vdexp_data{};
 
 struct dExpHA : dExp {
@@ -40,19 +38,22 @@ struct dExpHA : dExp {
     const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
 
     // 3. p = e^r - 1.
-    const X p = r + r * r * (d.c2 + r * (d.c3 + r * (d.c4 + r * d.c5)));
+    const X r2 = r * r;
+    const X p = r + r2 * polynomial(r, r2, d.c);
 
     // 4. The table row is n mod 64; the rest of n is the exponent of a scale factor.
     X T, T_lo;
-    gather_pairs(_tefdExpHATab[0], [&](int lane) { return n.low(lane) & 63; }, T, T_lo);
+    gather_pairs(
+        _tefdExpHATab[0], [&](int lane) { return n.low(lane) & 63; }, T, T_lo);
 
     // 5. e^x = 2^k T (1 + p).
     return (T + T * (p + T_lo)) * scale_from<6>(n.vector());
   }
 };
 
-// LA. A finer table, |r| <= ln2/2048, and a shorter polynomial. The entries are the bits of 2^(j/1024), less j 2^42:
-// adding all of n, shifted, makes them right again and puts the exponent in. The polynomial's error is below 2^-53.5.
+// LA. A finer table, |r| <= ln2/2048, and a shorter polynomial. The entries are the bits of 2^(j/1024), less
+// j 2^42: adding all of n, shifted, makes them right again and puts the exponent in. The polynomial's error
+// is below 2^-53.5.
 alignas(64) constexpr uint64_t powers[1024] = {
 #include "exp/vdexp_la.inc"
 };
@@ -60,7 +61,7 @@ alignas(64) constexpr uint64_t powers[1024] = {
 struct {
   row<double> inv_ln2 = 0x1.71547652b82fep+10;  // 1024/ln 2
   row<double> shifter = 0x1.8p+52;
-  row<double> ln2_hi = 0x1.62e42fecp-11;        // ln 2/1024
+  row<double> ln2_hi = 0x1.62e42fecp-11;  // ln 2/1024
   row<double> ln2_lo = 0x1.d1cf79abc9e3bp-42;
   row<double> c2 = 0x1.000000272725ep-1;
   row<double> c3 = 0x1.5555557621dbcp-3;
@@ -94,17 +95,19 @@ scaled_exponential reduce_and_evaluate(double x) {
   const int n = static_cast<int>(bit_cast<uint64_t>(N));
   const double* T = _tefdExpHATab[n & 63];
   const double r = (x - Nf * 0x1.62e42fefap-7) - Nf * 0x1.cf79abc9e3b3ap-46;
-  const double p = r + r * r * (0.5 + r * (0.1666666666665788 + r * (0.04166666666677052 +
-                   r * (0.008333341995140497 + r * 0.0013888870459233254))));
+  const double p =
+      r + r * r *
+              (0.5 + r * (0.1666666666665788 + r * (0.04166666666677052 +
+                                                    r * (0.008333341995140497 + r * 0.0013888870459233254))));
   return {n >> 6, T[0], T[0] * (p + T[1])};
 }
 
-// A result that is denormal. It is formed 60 binary orders too high and rounded there to the grid on which it will
-// lie, with the tail still at hand; so it rounds once.
+// A result that is denormal. It is formed 60 binary orders too high and rounded there to the grid on which it
+// will lie, with the tail still at hand; so it rounds once.
 double denormal_result(const scaled_exponential& e) {
   const double up = power_of_two(e.k + 60);
   const double high = e.hi * up, low = e.tail * up;
-  const double grid = 0x1.8p-962;  // 1.5 * 2^52 units of the last place to keep, 2^(-1074 + 60)
+  const double grid = 0x1p-962;  // 2^52 units of the last place to keep, 2^(-1074 + 60)
   const double on_grid = grid + high;
   const double left = (high - (on_grid - grid)) + low;
   return ((on_grid + left) - grid) * 0x1p-60;
@@ -151,5 +154,5 @@ int vdexp_cout_rare(const double* a, double* r) {
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(d, Exp, G9HAynn, dExpHA, 0.52, -700, 700)
-ORX_KERNEL(d, Exp, G9LAynn, dExpLA, 1.0, -700, 700)
+ORX_KERNEL(d, Exp, G9HAynn, dExpHA, 0.525, -700, 700)
+ORX_KERNEL(d, Exp, G9LAynn, dExpLA, 2.0, -700, 700)

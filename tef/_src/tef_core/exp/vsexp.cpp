@@ -22,13 +22,11 @@ struct sExp : kernel<float> {
 
 // HA. x = (4 k + j) ln2/4 + r, |r| <= ln2/8; e^x = 2^k 2^(j/4) e^r. The four powers lie in a vector.
 struct {
-  row<float> inv_ln2 = 0x1.715476p+2f;    // 4/ln 2
-  row<float> shifter = 0x1.8003f8p+23f;   // 1.5 * 2^23 + 4 * 127: the exponent's bias is in N already
-  row<float> ln2_hi = 0x1.62ep-3f;        // ln 2/4
+  row<float> inv_ln2 = 0x1.715476p+2f;   // 4/ln 2
+  row<float> shifter = 0x1.8003f8p+23f;  // 1.5 * 2^23 + 4 * 127: the exponent's bias is in N already
+  row<float> ln2_hi = 0x1.62ep-3f;       // ln 2/4
   row<float> ln2_lo = 0x1.0bfbe8p-17f;
-  row<float> c2 = 0.49999997f;
-  row<float> c3 = 0.166729242f;
-  row<float> c4 = 0.0416823104f;
+  row<float> c[3] = {0x1.000002p-1f, 0x1.5571d8p-3f, 0x1.555654p-5f};  // (e^r - 1 - r) / r^2, to 2^-24 of r
   alignas(64) float T_hi[8] = {0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f,
                                0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f};
   alignas(64) float T_lo[8] = {0.0f, 3.1934182e-08f, 1.7114271e-08f, -1.4719605e-08f,
@@ -43,7 +41,8 @@ struct sExpHA : sExp {
     const X Nf = N - d.shifter;
     const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
     const X T_hi = select_of_4(d.T_hi, N), T_lo = select_of_4(d.T_lo, N);
-    const X p = r + r * r * (d.c2 + r * (d.c3 + r * d.c4));
+    const X r2 = r * r;
+    const X p = r + r2 * polynomial(r, r2, d.c);
     const X scale = scale_from<2>(N);
     return ((p * T_hi + T_lo) + T_hi) * scale;
   }
@@ -55,7 +54,9 @@ struct {
   row<float> shifter = 0x1.8000fep+23f;  // 1.5 * 2^23 + 127
   row<float> ln2_hi = 0x1.62e4p-1f;
   row<float> ln2_lo = 0x1.7f7d1cp-20f;
-  row<float> c[6] = {1.0f, 0x1.fffffcp-1f, 0.49999392f, 0.166674316f, 0.0418735221f, 0.00829171948f};
+  row<float> one = 1.0f;
+  // (e^r - 1 - r) / r^2, to 2^-28 of e^r
+  row<float> c[5] = {0x1.fffffap-2f, 0x1.555492p-3f, 0x1.555a28p-5f, 0x1.12398ep-7f, 0x1.694ac4p-10f};
 } constexpr vsexp_la_data{};
 
 struct sExpLA : sExp {
@@ -65,8 +66,8 @@ struct sExpLA : sExp {
     const X N = x * d.inv_ln2 + d.shifter;
     const X Nf = N - d.shifter;
     const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
-    const X p = d.c[0] + r * (d.c[1] + r * (d.c[2] + r * (d.c[3] + r * (d.c[4] + r * d.c[5]))));
-    return p * scale_from<0>(N);
+    const X r2 = r * r;
+    return (d.one + (r + r2 * polynomial(r, r2, d.c))) * scale_from<0>(N);
   }
 };
 
@@ -84,8 +85,7 @@ struct sExpEP : sExp {
     const X t = x * d.inv_ln2;
     const X N = t + d.shifter;
     const X f = t - (N - d.shifter);
-    const X p = d.c[0] + f * (d.c[1] + f * (d.c[2] + f * d.c[3]));
-    return p * scale_from<0>(N);
+    return polynomial(f, f * f, d.c) * scale_from<0>(N);
   }
 };
 
@@ -115,6 +115,6 @@ int vsexp_cout_rare(const float* a, float* r) {
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(s, Exp, G9HAynn, sExpHA, 1.0, -80, 80)
-ORX_KERNEL(s, Exp, G9LAynn, sExpLA, 2.0, -80, 80)
+ORX_KERNEL(s, Exp, G9HAynn, sExpHA, 0.9, -80, 80)
+ORX_KERNEL(s, Exp, G9LAynn, sExpLA, 1.2, -80, 80)
 ORX_KERNEL(s, Exp, G9EPnnn, sExpEP, 4096, -80, 80)

@@ -8,8 +8,8 @@ ORX_ISA_BEGIN
 // Which input, if any, is the output array itself.
 enum class alias { none, first, second };
 
-// Elements before the first 32-byte boundary of r, or n where r never gets to one or where the rest would not fill
-// a block.
+// Elements before the first 32-byte boundary of r, or n where r never gets to one or where the rest would not
+// fill a block.
 template <class T>
 int peel_count(int n, const T* r, int block) {
   const uintptr_t address = reinterpret_cast<uintptr_t>(r);
@@ -39,12 +39,12 @@ int arithmetic_blocks(int i, int end, const T* a, const T* b, T* r) {
   return i;
 }
 
-// 16 elements per iteration in 256-bit vectors, stores aligned; singles that do not overwrite an input go 32 at a
-// time in unaligned 128-bit vectors, without peeling.
+// 16 elements per iteration, stores aligned; singles that do not overwrite an input go 32 at a time, without
+// peeling.
 template <class Op, alias where, class T>
 void arithmetic_copy(int n, const T* a, const T* b, T* r) {
   constexpr bool peeled = sizeof(T) == 8 || where != alias::none || Op::unary;
-  using W = std::conditional_t<peeled, vector_of<T, 32>, vector_of<T, 16>>;
+  using W = vector_of<T, 32>;
   constexpr int block = peeled ? 16 : 32;
   const int p = peeled ? peel_count(n, r, block) : (n < block ? n : 0);
   const int m = n - (n - p) % block;
@@ -73,19 +73,19 @@ void arithmetic(int n, const T* a, const T* b, T* r) {
 ORX_ISA_END
 
 // Defines both precisions of a function of two inputs: ORX_ARITHMETIC(Add, x + y).
-#define ORX_ARITHMETIC(Fn, expression)                                                                    \
-  namespace {                                                                                             \
-  struct operation {                                                                                      \
-    static constexpr bool unary = false;                                                                  \
-    template <class V>                                                                                    \
-    static V apply(V x, V y) {                                                                            \
-      return expression;                                                                                  \
-    }                                                                                                     \
-  };                                                                                                      \
-  }                                                                                                       \
-  ORX_API void orx_tef_kernel_s##Fn##_G9HAynn(int n, const float* a, const float* b, float* r) {          \
-    orx::tef::arithmetic<operation>(n, a, b, r);                                                          \
-  }                                                                                                       \
-  ORX_API void orx_tef_kernel_d##Fn##_G9HAynn(int n, const double* a, const double* b, double* r) {       \
-    orx::tef::arithmetic<operation>(n, a, b, r);                                                          \
+#define ORX_ARITHMETIC(Fn, expression)                                                              \
+  namespace {                                                                                       \
+  struct operation {                                                                                \
+    static constexpr bool unary = false;                                                            \
+    template <class V>                                                                              \
+    static V apply(V x, V y) {                                                                      \
+      return expression;                                                                            \
+    }                                                                                               \
+  };                                                                                                \
+  }                                                                                                 \
+  ORX_API void orx_tef_kernel_s##Fn##_G9HAynn(int n, const float* a, const float* b, float* r) {    \
+    orx::tef::arithmetic<operation>(n, a, b, r);                                                    \
+  }                                                                                                 \
+  ORX_API void orx_tef_kernel_d##Fn##_G9HAynn(int n, const double* a, const double* b, double* r) { \
+    orx::tef::arithmetic<operation>(n, a, b, r);                                                    \
   }

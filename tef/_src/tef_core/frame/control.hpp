@@ -11,11 +11,12 @@ constexpr uint32_t mxcsr_flush_bits = 0x8040;    // flush-to-zero, denormals-are
 constexpr uint32_t mxcsr_checked_bits = 0xE040;  // and the two rounding bits
 
 // Sets MXCSR for the life of the object. The saved image goes back whole: exception flags that were raised in
-// between are lost where the state had to be changed, and stay where it had not. The arithmetic must stand in a
-// function that is not inlined between the two writes of MXCSR, or the compiler might move it across them.
+// between are lost where the state had to be changed, and stay where it had not. The arithmetic must stand in
+// a function that is not inlined between the two writes of MXCSR, or the compiler might move it across them.
 class control_state {
  public:
-  explicit control_state(uint32_t wanted) : saved_(_mm_getcsr()), changed_((saved_ & mxcsr_checked_bits) != wanted) {
+  explicit control_state(uint32_t wanted)
+      : saved_(_mm_getcsr()), changed_((saved_ & mxcsr_checked_bits) != wanted) {
     if (changed_) _mm_setcsr((saved_ & ~mxcsr_checked_bits) | wanted);
   }
   ~control_state() {

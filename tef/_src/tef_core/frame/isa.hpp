@@ -1,5 +1,5 @@
-// The instruction set of the file being compiled. All that is inline and depends on it lives in a namespace of
-// the instruction set's name, so that the linker cannot take one set's copy for the other's.
+// The instruction set of the file being compiled. All that is inline and depends on it lives in a namespace
+// of the instruction set's name, so that the linker cannot take one set's copy for the other's.
 #pragma once
 #include <immintrin.h>
 
@@ -8,8 +8,8 @@
 #else
 #define ORX_ISA sse3
 #endif
-#define ORX_ISA_BEGIN   \
-  namespace orx::tef {  \
+#define ORX_ISA_BEGIN  \
+  namespace orx::tef { \
   inline namespace ORX_ISA {
 #define ORX_ISA_END \
   }                 \

@@ -6,13 +6,14 @@
 //   inputs, outputs       how many vectors go in and come out
 //   scalar_second         the second input is one value, not a vector
 //   safe                  padding: a value at which the function runs clean and is not rare
-//   rare(X x...)          for X any vec of T: a vec in which the sign of a lane tells that the lane's result will not be
+//   rare(X x...)          for X any vec of T: a vec in which the sign of a lane tells that the lane's result
+//   will not be
 //                         right
 //   eval(X x...)          the mathematics; returns y, or, with two outputs, takes X& y1, X& y2
 //   rare_lane(x*..., y*...)  the scalar routine: writes the right result, returns the status to report or 0
 //
-// The frame reads the inputs up to an aligned address through a mask, then two vectors at a time, then the rest
-// through a mask; and has rare lanes repaired, in ascending order, before the results are stored.
+// The frame reads the inputs up to an aligned address through a mask, then two vectors at a time, then the
+// rest through a mask; and has rare lanes repaired, in ascending order, before the results are stored.
 #pragma once
 #include "frame/control.hpp"
 #include "frame/simd.hpp"
@@ -39,10 +40,12 @@ struct operands {
 template <class K>
 using operands_of = operands<typename K::T, K::inputs, K::outputs>;
 
-inline void report_error(int status, int index, const float* a1, const float* a2, float* r1, float* r2, const char* name) {
+inline void report_error(int status, int index, const float* a1, const float* a2, float* r1, float* r2,
+                         const char* name) {
   orx_tef_kernel_sError(status, index, a1, a2, r1, r2, name);
 }
-inline void report_error(int status, int index, const double* a1, const double* a2, double* r1, double* r2, const char* name) {
+inline void report_error(int status, int index, const double* a1, const double* a2, double* r1, double* r2,
+                         const char* name) {
   orx_tef_kernel_dError(status, index, a1, a2, r1, r2, name);
 }
 
@@ -59,7 +62,8 @@ struct mask_rows {
 template <class T>
 alignas(64) inline constexpr mask_rows<T> bm{};
 
-// The first `count` elements at p, `safe` in the other lanes; and the same way out. No other element is touched.
+// The first `count` elements at p, `safe` in the other lanes; and the same way out. No other element is
+// touched.
 template <class T>
 inline vec<T, 1> load_lanes(const T* p, int count, T safe) {
 #if defined(__AVX__)
@@ -145,8 +149,9 @@ struct spilled {
   }
 };
 
-// The rare lanes of a batch whose first element is `base`, in ascending order: the scalar routine for each, then the
-// error layer, whose callback sees the element in the caller's vectors and may change the result there.
+// The rare lanes of a batch whose first element is `base`, in ascending order: the scalar routine for each,
+// then the error layer, whose callback sees the element in the caller's vectors and may change the result
+// there.
 template <class K, int n>
 void repair(batch<K, n>& b, int base, const operands_of<K>& o) {
   const int mask = movemask(b.rare());
@@ -180,8 +185,8 @@ __attribute__((noinline)) void masked_part(unsigned i, unsigned end, const opera
   }
 }
 
-// A block with rare elements, from its arguments on. Not inlined, so that the main loop need not keep for it what it
-// does not need itself.
+// A block with rare elements, from its arguments on. Not inlined, so that the main loop need not keep for it
+// what it does not need itself.
 template <class K>
 __attribute__((noinline, cold)) void rare_block(unsigned i, const operands_of<K>& o) {
   batch<K, 2> b;
@@ -246,9 +251,9 @@ namespace orx::tef::function {
 
 // Defines the entry point of a kernel of one input and one output.
 //   ORX_KERNEL(type, function, code, description, bound, from, to)
-// `bound` is the kernel's largest error in ulps over all arguments, which the accuracy meter holds it to; [from, to]
-// is the range of arguments on which it is timed. Meter and benchmark read these lines.
-#define ORX_KERNEL(t, Fn, code, K, bound, from, to)                                               \
-  ORX_API void orx_tef_kernel_##t##Fn##_##code(int n, const ORX_REAL_##t* a, ORX_REAL_##t* r) {   \
-    orx::tef::run_kernel<K>(n, {{a}, {r}, orx::tef::function::t##Fn::_TEF_THISFUNC_NAME});        \
+// `bound` is the kernel's largest error in ulps over all arguments, which the accuracy meter holds it to;
+// [from, to] is the range of arguments on which it is timed. Meter and benchmark read these lines.
+#define ORX_KERNEL(t, Fn, code, K, bound, from, to)                                             \
+  ORX_API void orx_tef_kernel_##t##Fn##_##code(int n, const ORX_REAL_##t* a, ORX_REAL_##t* r) { \
+    orx::tef::run_kernel<K>(n, {{a}, {r}, orx::tef::function::t##Fn::_TEF_THISFUNC_NAME});      \
   }

@@ -1,5 +1,5 @@
-// Vectors. A vec<T, n> is n vectors of the instruction set that go through the same steps side by side, so that a
-// constant that comes from memory is loaded once for all of them.
+// Vectors. A vec<T, n> is n vectors of the instruction set that go through the same steps side by side, so
+// that a constant that comes from memory is loaded once for all of them.
 //
 // The integer side of a vec is an ints<n>, made of 128-bit vectors, for AVX has no wider integer arithmetic.
 #pragma once
@@ -25,7 +25,8 @@ inline To bit_cast(From from) {
   return to;
 }
 
-// A value that the compiler cannot see through: arithmetic on it happens at run time and raises its exceptions.
+// A value that the compiler cannot see through: arithmetic on it happens at run time and raises its
+// exceptions.
 template <class T>
 inline T hidden(T x) {
   asm volatile("" : "+x"(x));
@@ -38,9 +39,13 @@ namespace native {
 template <class T, int bytes>
 struct vector_type;
 template <>
-struct vector_type<float, 16> { using type = __m128; };
+struct vector_type<float, 16> {
+  using type = __m128;
+};
 template <>
-struct vector_type<double, 16> { using type = __m128d; };
+struct vector_type<double, 16> {
+  using type = __m128d;
+};
 
 inline __m128 bit_and(__m128 a, __m128 b) { return _mm_and_ps(a, b); }
 inline __m128d bit_and(__m128d a, __m128d b) { return _mm_and_pd(a, b); }
@@ -53,9 +58,13 @@ inline int movemask(__m128d a) { return _mm_movemask_pd(a); }
 
 #if defined(__AVX__)
 template <>
-struct vector_type<float, 32> { using type = __m256; };
+struct vector_type<float, 32> {
+  using type = __m256;
+};
 template <>
-struct vector_type<double, 32> { using type = __m256d; };
+struct vector_type<double, 32> {
+  using type = __m256d;
+};
 
 inline __m256 bit_and(__m256 a, __m256 b) { return _mm256_and_ps(a, b); }
 inline __m256d bit_and(__m256d a, __m256d b) { return _mm256_and_pd(a, b); }
@@ -69,6 +78,10 @@ inline int movemask(__m256d a) { return _mm256_movemask_pd(a); }
 // Comparisons that are quiet for NaN.
 inline __m256d not_below(__m256d x, __m256d y) { return _mm256_cmp_pd(x, y, _CMP_NLT_UQ); }
 inline __m256 not_below(__m256 x, __m256 y) { return _mm256_cmp_ps(x, y, _CMP_NLT_UQ); }
+inline __m256d not_at_least(__m256d x, __m256d y) { return _mm256_cmp_pd(x, y, _CMP_NGE_UQ); }
+inline __m256 not_at_least(__m256 x, __m256 y) { return _mm256_cmp_ps(x, y, _CMP_NGE_UQ); }
+inline __m256d not_at_most(__m256d x, __m256d y) { return _mm256_cmp_pd(x, y, _CMP_NLE_UQ); }
+inline __m256 not_at_most(__m256 x, __m256 y) { return _mm256_cmp_ps(x, y, _CMP_NLE_UQ); }
 
 inline __m256d join(__m128d low, __m128d high) {
   return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), high, 1);
@@ -140,26 +153,54 @@ struct alignas(64) row {
   constexpr row(T value) : lane{} {
     for (T& x : lane) x = value;
   }
-  vector_of<T> vector() const { return *reinterpret_cast<const vector_of<T>*>(lane); }
+  auto vector() const { return load<vector_of<T>, true>(lane); }
 };
 
-#define ORX_VECTOR_OPERATOR(op)                                                 \
-  template <class T, int n>                                                     \
-  inline vec<T, n> operator op(vec<T, n> a, vec<T, n> b) {                      \
-    return map(a, b, [](auto x, auto y) { return x op y; });                    \
-  }                                                                             \
-  template <class T, int n>                                                     \
-  inline vec<T, n> operator op(vec<T, n> a, const row<T>& b) {                  \
-    return map(a, [c = b.vector()](auto x) { return x op c; });                 \
-  }                                                                             \
-  template <class T, int n>                                                     \
-  inline vec<T, n> operator op(const row<T>& a, vec<T, n> b) {                  \
-    return map(b, [c = a.vector()](auto x) { return c op x; });                 \
+#define ORX_VECTOR_OPERATOR(op)                                 \
+  template <class T, int n>                                     \
+  inline vec<T, n> operator op(vec<T, n> a, vec<T, n> b) {      \
+    return map(a, b, [](auto x, auto y) { return x op y; });    \
+  }                                                             \
+  template <class T, int n>                                     \
+  inline vec<T, n> operator op(vec<T, n> a, const row<T>& b) {  \
+    return map(a, [c = b.vector()](auto x) { return x op c; }); \
+  }                                                             \
+  template <class T, int n>                                     \
+  inline vec<T, n> operator op(const row<T>& a, vec<T, n> b) {  \
+    return map(b, [c = a.vector()](auto x) { return c op x; }); \
   }
 ORX_VECTOR_OPERATOR(+)
 ORX_VECTOR_OPERATOR(-)
 ORX_VECTOR_OPERATOR(*)
+ORX_VECTOR_OPERATOR(/)
 #undef ORX_VECTOR_OPERATOR
+
+// A row, its bits taken as elements of X.
+template <class X, class T>
+inline X constant(const row<T>& r) {
+  return gather_members<X, X::count>([v = load<typename X::V, true>(r.lane)](int) { return v; });
+}
+// c[0] + c[1] x + ... by Estrin's scheme, whose steps wait less for each other than Horner's; x2 is x * x.
+// What limits a kernel is how many elements fit in the processor's window while each waits for its own chain.
+template <int first, int terms, class X, class C>
+inline X estrin(X x, X x2, const C* c) {
+  if constexpr (terms == 1)
+    return constant<X>(c[first]);
+  else if constexpr (terms == 2)
+    return c[first] + x * c[first + 1];
+  else if constexpr (terms == 3)
+    return estrin<first, 2>(x, x2, c) + x2 * c[first + 2];
+  else if constexpr (terms == 4)
+    return estrin<first, 2>(x, x2, c) + x2 * estrin<first + 2, 2>(x, x2, c);
+  else if constexpr (terms <= 8)
+    return estrin<first, 4>(x, x2, c) + (x2 * x2) * estrin<first + 4, terms - 4>(x, x2, c);
+  else
+    return estrin<first, 8>(x, x2, c) + ((x2 * x2) * (x2 * x2)) * estrin<first + 8, terms - 8>(x, x2, c);
+}
+template <class X, class C, int terms>
+inline X polynomial(X x, X x2, const C (&c)[terms]) {
+  return estrin<0, terms>(x, x2, c);
+}
 
 template <class X>
 inline X load_vectors(const typename X::element* p) {
@@ -173,10 +214,6 @@ inline void store_vectors(T* p, vec<T, n> x) {
 template <class X>
 inline X broadcast(typename X::element x) {
   return gather_members<X, X::count>([x](int) { return x - typename X::V{}; });
-}
-template <class X>
-inline X broadcast(const row<typename X::element>& r) {
-  return gather_members<X, X::count>([v = r.vector()](int) { return v; });
 }
 template <class X>
 inline X broadcast_bits(bits_of<typename X::element> bits) {
@@ -206,6 +243,13 @@ inline vec<T, n> with_sign_of(vec<T, n> x, vec<T, n> sign) {
   return bit_or(x, bit_and(sign, broadcast_bits<vec<T, n>>(sign_bit<T>)));
 }
 #if defined(__AVX__)
+// Not low <= x <= high: true for NaN too.
+template <class T, int n>
+inline vec<T, n> outside(vec<T, n> x, const row<T>& low, const row<T>& high) {
+  return map(x, [a = low.vector(), b = high.vector()](auto v) {
+    return native::bit_or(native::not_at_least(v, a), native::not_at_most(v, b));
+  });
+}
 // Not x < y: true for NaN too.
 template <class T, int n>
 inline vec<T, n> not_below(vec<T, n> x, const row<T>& y) {
@@ -233,7 +277,7 @@ struct ints {
   __m128i v[n];
 };
 template <class X>
-constexpr int halves_of = X::count * vector_bytes / 16;
+constexpr int halves_of = X::count* vector_bytes / 16;
 
 template <int n, class F>
 inline ints<n> map(ints<n> a, F f) {
@@ -270,12 +314,8 @@ inline X from_ints(ints<halves_of<X>> a) {
 }
 
 template <int n>
-inline ints<n> add32(ints<n> a, __m128i b) {
-  return map(a, [b](__m128i x) { return _mm_add_epi32(x, b); });
-}
-template <int n>
-inline ints<n> sub32(ints<n> a, __m128i b) {
-  return map(a, [b](__m128i x) { return _mm_sub_epi32(x, b); });
+inline ints<n> sub_from64(__m128i a, ints<n> b) {
+  return map(b, [a](__m128i x) { return _mm_sub_epi64(a, x); });
 }
 template <int n>
 inline ints<n> add64(ints<n> a, ints<n> b) {
@@ -289,16 +329,78 @@ template <int bits, int n>
 inline ints<n> shift_left64(ints<n> a) {
   return map(a, [](__m128i x) { return _mm_slli_epi64(x, bits); });
 }
-template <int bits, int n>
-inline ints<n> shift_right32(ints<n> a) {
-  return map(a, [](__m128i x) { return _mm_srli_epi32(x, bits); });
-}
-template <int bits, int n>
-inline ints<n> shift_right_signed32(ints<n> a) {
-  return map(a, [](__m128i x) { return _mm_srai_epi32(x, bits); });
+// The bits of singles, read as 32-bit integers, as singles.
+template <int n>
+inline vec<float, n> integer_bits(vec<float, n> x) {
+  return map(x, [](auto v) {
+#if defined(__AVX__)
+    return _mm256_cvtepi32_ps(_mm256_castps_si256(v));
+#else
+    return _mm_cvtepi32_ps(_mm_castps_si128(v));
+#endif
+  });
 }
 
-// 2^k, k being n >> bit, from N = shifter + n, where the shifter holds the exponent's bias times 2^bit in its low bits.
+// ---- doubles: exponents and reciprocals
+// The biased exponent field of positive lanes, as doubles.
+template <int n>
+inline vec<double, n> exponent_field(vec<double, n> x) {
+  return map(x, [](auto v) {
+#if defined(__AVX__)
+    const __m128 high = _mm_shuffle_ps(_mm_castpd_ps(_mm256_castpd256_pd128(v)),
+                                       _mm_castpd_ps(_mm256_extractf128_pd(v, 1)), 0xDD);
+    return _mm256_cvtepi32_pd(_mm_srli_epi32(_mm_castps_si128(high), 20));
+#else
+    return _mm_cvtepi32_pd(_mm_srli_epi32(_mm_shuffle_epi32(_mm_castpd_si128(v), 0xDD), 20));
+#endif
+  });
+}
+// One integer for each lane, in memory, where the integer unit can take it from as an index: cheaper than
+// moving the lanes over one by one, and it leaves the vector unit to the arithmetic.
+template <class X>
+struct indices {
+  alignas(16) int at[X::lanes];
+};
+
+// 1/x to 1.5 * 2^-12.
+template <int n>
+inline vec<float, n> approximate_reciprocal(vec<float, n> x) {
+  return map(x, [](auto v) {
+#if defined(__AVX__)
+    return _mm256_rcp_ps(v);
+#else
+    return _mm_rcp_ps(v);
+#endif
+  });
+}
+
+// scale/x rounded to an integer, from the single-precision approximation of 1/x, which is good to 1.5 *
+// 2^-12: as doubles, and as indices. x and the result must be in the range of singles and integers.
+template <class X>
+inline X integer_reciprocal(X x, float scale, indices<X>& index) {
+  const auto rounded = [scale](__m128 v) {
+    const __m128 reciprocal = _mm_rcp_ps(v);
+    return _mm_cvtps_epi32(scale == 1.0f ? reciprocal : reciprocal * _mm_set1_ps(scale));
+  };
+  const X result = gather_members<X, X::count>([&](int i) {
+#if defined(__AVX__)
+    const __m128i r = rounded(_mm256_cvtpd_ps(x.v[i]));
+    store<true>(index.at + 4 * i, r);
+    return _mm256_cvtepi32_pd(r);
+#else
+    const __m128 single = _mm_cvtpd_ps(x.v[i]);
+    const __m128i r = rounded(
+        _mm_movelh_ps(single, single));  // no lane left 0, or its infinite reciprocal would raise invalid
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(index.at + 2 * i), r);
+    return _mm_cvtepi32_pd(r);
+#endif
+  });
+  asm("" : "+m"(index.at));  // or the compiler would look through the stores
+  return result;
+}
+
+// 2^k, k being n >> bit, from N = shifter + n, where the shifter holds the exponent's bias times 2^bit in its
+// low bits.
 template <int bit, class X>
 inline X scale_from(X N) {
   if constexpr (bit > 0) N = bit_andnot(broadcast_bits<X>((1u << bit) - 1), N);
@@ -309,8 +411,8 @@ inline X scale_from(X N) {
 }
 
 // ---- look-up
-// The lanes of a vec of doubles in memory, where the integer unit can take their low words from: cheaper than moving
-// them over one by one, and it leaves the vector unit to the arithmetic.
+// The lanes of a vec of doubles in memory, where the integer unit can take their low words from: cheaper than
+// moving them over one by one, and it leaves the vector unit to the arithmetic.
 template <class X>
 struct spilled_words {
   alignas(vector_bytes) int word[2 * X::lanes];
@@ -319,16 +421,13 @@ struct spilled_words {
     asm("" : "+m"(word));  // or the compiler would look through the store
   }
   int low(int lane) const { return word[2 * lane]; }
-  int high(int lane) const { return word[2 * lane + 1]; }
   ints<halves_of<X>> bits() const {
-    return gather_members<ints<halves_of<X>>, halves_of<X>>([this](int i) {
-      return load<__m128i, true>(word + 4 * i);
-    });
+    return gather_members<ints<halves_of<X>>, halves_of<X>>(
+        [this](int i) { return load<__m128i, true>(word + 4 * i); });
   }
   X vector() const {
-    return gather_members<X, X::count>([this](int i) {
-      return load<typename X::V, true>(word + 2 * i * X::lanes_each);
-    });
+    return gather_members<X, X::count>(
+        [this](int i) { return load<typename X::V, true>(word + 2 * i * X::lanes_each); });
   }
 };
 

@@ -9,7 +9,8 @@ __thread TefErrorCallBack tefErrorCallBack;
 __thread uint64_t tefMode;
 
 // "DOUBLE_CONSISTEN" really is sixteen letters long; users' settings depend on it.
-#define KEYWORD(text, value) {text, sizeof(text) - 1, value, 0}
+#define KEYWORD(text, value) \
+  { text, sizeof(text) - 1, value, 0 }
 ORX_API const TefModeKeyword mapModeS_N[13] = {
     KEYWORD("LA", TEF_LA),
     KEYWORD("HA", TEF_HA),
@@ -62,8 +63,8 @@ bool begins_with(const char* text, const char* word, unsigned length) {
   return true;
 }
 
-// The first keyword that `text` begins with, `position` being its place in the value. Keywords that would end at or
-// behind position 255 do not count.
+// The first keyword that `text` begins with, `position` being its place in the value. Keywords that would end
+// at or behind position 255 do not count.
 const TefModeKeyword* find_keyword(const char* text, unsigned position) {
   for (const TefModeKeyword& keyword : mapModeS_N)
     if (keyword.length + position < 256 && begins_with(text, keyword.text, keyword.length)) return &keyword;
@@ -138,7 +139,9 @@ ORX_API TefErrorCallBack orx_tef_kernel_SetErrorCallBack(TefErrorCallBack callba
   return previous;
 }
 
-ORX_API TefErrorCallBack orx_tef_kernel_ClearErrorCallBack() { return orx_tef_kernel_SetErrorCallBack(nullptr); }
+ORX_API TefErrorCallBack orx_tef_kernel_ClearErrorCallBack() {
+  return orx_tef_kernel_SetErrorCallBack(nullptr);
+}
 
 ORX_API void* orx_tef_kernel_SetInterfInputVectorPointer(void* base) {
   tefInterfInputVecorPointer = base;
@@ -160,4 +163,6 @@ ORX_API TefErrorCallBack _tefSetErrorCallBack(TefErrorCallBack callback) {
   return orx_tef_kernel_SetErrorCallBack(callback);
 }
 ORX_API TefErrorCallBack _tefClearErrorCallBack() { return orx_tef_kernel_ClearErrorCallBack(); }
-ORX_API void* _tefSetInterfInputVectorPointer(void* base) { return orx_tef_kernel_SetInterfInputVectorPointer(base); }
+ORX_API void* _tefSetInterfInputVectorPointer(void* base) {
+  return orx_tef_kernel_SetInterfInputVectorPointer(base);
+}

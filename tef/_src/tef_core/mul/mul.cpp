@@ -1,3 +1,3 @@
 #include "frame/arithmetic.hpp"
 
-ORX_ARITHMETIC(Mul, x * y)
+ORX_ARITHMETIC(Mul, x* y)

@@ -1,0 +1,10 @@
+orx_bench(bench_kob_streams kob/streams.cpp)
+
+# The peer, the C++ library's generator, once as a plain build has it and once with the flags of our kernels.
+foreach(flavour plain avx)
+  add_library(std_random_${flavour} OBJECT kob/std_random.cpp)
+  target_compile_definitions(std_random_${flavour} PRIVATE FLAVOUR=${flavour})
+  target_compile_options(std_random_${flavour} PRIVATE -fPIE)  # as a program's own sources have it
+  target_link_libraries(bench_kob_streams PRIVATE std_random_${flavour})
+endforeach()
+target_compile_options(std_random_avx PRIVATE ${ORX_AVX_FLAGS})

@@ -1,0 +1,355 @@
+/* Random streams and distribution generators.
+ *
+ * A stream is a heap object: a 16-byte header, then the state of its basic generator. It belongs to one
+ * thread at a time; different streams may be used from different threads at once. Every function returns a
+ * 32-bit status, 0 for success and negative for failure, unless its comment says otherwise. Pointers are
+ * taken as valid. */
+#ifndef ORX_KOB_H
+#define ORX_KOB_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- status codes ---- */
+enum {
+  KOB_STATUS_OK = 0,
+  KOB_ERROR_METHOD = -2,      /* InitStream with a method other than 0, 1, 2 */
+  KOB_ERROR_BAD_ARG = -3,     /* an argument out of its range */
+  KOB_ERROR_MEM_FAILURE = -4, /* an allocation returned nothing */
+  KOB_ERROR_NULL_PTR = -5, /* a null function in a registered record; a null buffer in an abstract stream */
+  KOB_ERROR_BRNG_INDEX = -1000, /* no such generator, or one that this call does not make */
+  KOB_ERROR_LEAPFROG_UNSUPPORTED = -1002,
+  KOB_ERROR_SKIPAHEAD_UNSUPPORTED = -1003,
+  KOB_ERROR_BAD_STATE_SIZE = -1008, /* registration: StateSize negative */
+  KOB_ERROR_BAD_WORD_SIZE = -1009,  /* registration: WordSize not 4, 8 or 16 */
+  KOB_ERROR_BAD_SEED_COUNT = -1010, /* registration: SeedCount below 1 */
+  KOB_ERROR_BAD_BIT_COUNT = -1011,  /* registration: BitCount below 1 */
+  KOB_ERROR_QRNG_PERIOD_ELAPSED = -1012,
+  KOB_ERROR_LEAPFROG_NSTREAMS = -1013,     /* a negative number of streams */
+  KOB_ERROR_UNSUPPORTED_WORD_BITS = -1014, /* the generator has no such bit output */
+  KOB_ERROR_FILE_CLOSE = -1100,
+  KOB_ERROR_FILE_OPEN = -1101,
+  KOB_ERROR_FILE_WRITE = -1102,
+  KOB_ERROR_FILE_READ = -1103,
+  KOB_ERROR_BAD_FILE_FORMAT = -1110,
+  KOB_ERROR_UNSUPPORTED_FILE_VER = -1111,
+  KOB_ERROR_ABSTRACT_CALLBACK_FAILED = -1120,
+  KOB_ERROR_ABSTRACT_CALLBACK_EMPTY = -1121,
+  KOB_ERROR_ABSTRACT_WRONG_KIND = -1122,
+  KOB_ERROR_TRNG_UNSUPPORTED = -1130, /* the processor has no RDRAND */
+  KOB_ERROR_TRNG_FAILED = -1131,      /* RDRAND failed past the retry limit */
+  KOB_ERROR_BAD_MEM_FORMAT = -1200,
+  KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND = -3000,
+  KOB_ERROR_GLOBAL_TABLE_FULL = -3001
+};
+
+/* ---- streams ---- */
+
+/* The header of a stream. The generator's state follows it directly. */
+typedef struct KobStream {
+  uint32_t BrngId;
+  uint32_t Reserved;
+  uint64_t Chunks; /* the address of the first KobChunk, 0 for none */
+} KobStream;
+
+/* Sixteen bytes that name a block shared between streams; all zero names none. */
+typedef struct KobGlobalId {
+  uint32_t Word[4];
+} KobGlobalId;
+
+/* A named block of data that travels with a stream: left-overs and caches of distribution generators, tables
+ * of a generator. */
+typedef struct KobChunk {
+  uint32_t ChunkId;
+  uint32_t Size; /* bytes */
+  void* Data;
+  struct KobChunk* Next;
+  KobGlobalId GlobalId; /* all zero: the chunk owns Data */
+} KobChunk;
+
+/* The four functions of a basic generator. InitStream: method 0 seeds from n words at params, method 1
+ * leapfrogs (n streams, params points at the number of this one), method 2 skips (n is 2, params points at
+ * the low and the high word of the count). The block functions write n numbers, or n generator words, and go
+ * on where the last call ended; n of 0 or less writes nothing. */
+typedef int (*KobInitStream)(int method, KobStream* stream, int n, const uint32_t params[]);
+typedef int (*KobsGenerate)(KobStream* stream, int n, float r[], float a, float b);
+typedef int (*KobdGenerate)(KobStream* stream, int n, double r[], double a, double b);
+typedef int (*KobiGenerate)(KobStream* stream, int n, uint32_t r[]);
+
+/* What a basic generator is: one record of the registry. */
+typedef struct KobBrngProperties {
+  int32_t StateSize;    /* bytes of the whole stream, header included */
+  int32_t SeedCount;    /* 32-bit words of seed */
+  int32_t IncludesZero; /* 1 when a number can be exactly zero */
+  int32_t WordSize;     /* bytes of one generated word: 4, 8 or 16 */
+  int32_t BitCount;     /* significant bits of one generated word */
+  KobInitStream InitStream;
+  KobsGenerate sGenerate; /* a + (b - a) u, u uniform on [0, 1) */
+  KobdGenerate dGenerate;
+  KobiGenerate iGenerate; /* raw words */
+} KobBrngProperties;
+
+/* ---- the registry of basic generators ----
+ *
+ * Ids. Family i = 0, 1, 2, ... has the id (i + 1) << 20; its sub-generator k has that id plus k. Numbers
+ * below 0x100000 are the older numbering: 0 MCG31M1, 1 R250, 2 MRG32K3A, 3 MCG59, 4 to 276 WH, 277 Sobol, 278
+ * Niederreiter. docs/generators.md tells what each is good for. */
+enum {
+  KOB_BRNG_MCG31M1 = 0x100000,
+  KOB_BRNG_R250 = 0x200000,
+  KOB_BRNG_MRG32K3A = 0x300000,
+  KOB_BRNG_MCG59 = 0x400000,
+  KOB_BRNG_WH = 0x500000, /* 273 sub-generators */
+  KOB_BRNG_SOBOL = 0x600000,
+  KOB_BRNG_NIEDERR = 0x700000,
+  KOB_BRNG_MT19937 = 0x800000,
+  KOB_BRNG_MT2203 = 0x900000, /* 6024 sub-generators */
+  KOB_BRNG_IABSTRACT = 0xA00000,
+  KOB_BRNG_DABSTRACT = 0xB00000,
+  KOB_BRNG_SABSTRACT = 0xC00000,
+  KOB_BRNG_SFMT19937 = 0xD00000,
+  KOB_BRNG_TRNG = 0xE00000
+};
+
+/* Splits an id into the row and the number of the sub-generator; returns the table that the row is in. The id
+ * may be one that no generator has. */
+const KobBrngProperties* __kobGetBrngBaseOffset(uint32_t id, uint32_t* index, uint32_t* offset);
+
+/* 0 when the table has such a row and the row such a sub-generator, else KOB_ERROR_BRNG_INDEX. */
+int __kobIsBrngValid(const KobBrngProperties* table, uint32_t index, uint32_t offset);
+
+/* Copies the record of a generator. KOB_ERROR_BRNG_INDEX when there is none. */
+int __kobGetBrngProperties(uint32_t id, KobBrngProperties* properties);
+
+/* Adds a generator of the caller's and returns its id, which is positive. Checked in this order, the first
+ * failure is returned: StateSize negative KOB_ERROR_BAD_STATE_SIZE, WordSize KOB_ERROR_BAD_WORD_SIZE,
+ * SeedCount below 1 KOB_ERROR_BAD_SEED_COUNT, BitCount below 1 KOB_ERROR_BAD_BIT_COUNT, a null function
+ * KOB_ERROR_NULL_PTR; KOB_ERROR_BRNG_INDEX when all 512 rows are taken. Not to be called from two threads at
+ * once. Images of streams (saving and loading) hold states of up to 65535 bytes. */
+int __kobRegisterBrng(const KobBrngProperties* properties);
+
+/* The number of generator families, registered ones included. */
+int __kobGetNumRegBrngs(void);
+
+/* ---- creating, copying, splitting ---- */
+
+/* A new stream of generator `id`, seeded from n words at params; what a generator makes of them stands with
+ * its functions below. KOB_ERROR_BRNG_INDEX for an id that is not valid or of an abstract stream,
+ * KOB_ERROR_MEM_FAILURE, or what the seeding returned; in the last case *stream is allocated and is to be
+ * deleted. */
+int __kobNewStreamEx(KobStream** stream, uint32_t id, int n, const uint32_t params[]);
+
+/* The first half of the above: checks the row, allocates and writes the header. The state is unwritten. */
+int __kobAllocateStream(KobStream** stream, const KobBrngProperties* table, uint32_t id, uint32_t index,
+                        uint32_t offset);
+
+/* Frees a stream and its chunks and makes *stream null. A null *stream is allowed. Returns 0. */
+int __kobDeleteStream(KobStream** stream);
+
+/* A second stream that goes on exactly as `source` does. On failure nothing is left over. */
+int __kobCopyStream(KobStream** stream, const KobStream* source);
+
+/* Carries the position and the chunks of `source` over to a stream of the same generator. What moves is
+ * WordSize * SeedCount bytes of the state, as far as both states reach: multipliers changed by a leapfrog
+ * (MCG31M1, MCG59) and the parameters of an MT2203 sub-generator stay those of dest. When a chunk cannot be
+ * copied, dest ends without chunks. */
+int __kobCopyStreamState(KobStream* dest, const KobStream* source);
+
+/* Makes the stream deliver every nstreams-th number of its sequence, beginning with the k-th from here
+ * (k = 0, 1, ...). KOB_ERROR_LEAPFROG_NSTREAMS for a negative nstreams, KOB_ERROR_LEAPFROG_UNSUPPORTED when
+ * the generator cannot. */
+int __kobLeapfrogStream(KobStream* stream, uint32_t k, int nstreams);
+
+/* Moves the stream on by nskip of the numbers that it delivers (on a leapfrogged stream, its own numbers).
+ * KOB_ERROR_SKIPAHEAD_UNSUPPORTED when the generator cannot. */
+int __kobSkipAheadStream(KobStream* stream, uint64_t nskip);
+
+/* The id that the stream was made with. */
+int __kobGetStreamStateBrng(const KobStream* stream);
+
+/* ---- chunks ---- */
+
+/* Adds a chunk at the head of the list. `data` comes from orx_serv_allocate; on success the stream owns it. A
+ * `global_id` (null for none) makes the block a shared one: when the process has a block of that name
+ * already, the chunk takes that one and `data` stays the caller's; else the name is entered, as long as the
+ * table has room, and the block is private when it has none. KOB_ERROR_MEM_FAILURE. */
+int __kobAddChunk(KobStream* stream, uint32_t chunk_id, const KobGlobalId* global_id, void* data,
+                  uint32_t size);
+
+/* The data of the first chunk of that kind, null when there is none. */
+void* __kobSearchChunk(const KobStream* stream, uint32_t chunk_id);
+
+int __kobGetNumChunks(const KobStream* stream);
+
+/* Adds copies of all chunks of source; shared blocks are shared. On failure dest ends without chunks. */
+int __kobCopyChunks(KobStream* dest, const KobStream* source);
+
+/* Frees all chunks. Returns 0. */
+int __kobDeleteChunks(KobStream* stream);
+
+/* ---- blocks shared between streams: a table of 128 in the process, counted references ---- */
+
+typedef struct KobGlobalEntry {
+  KobGlobalId EntryId;
+  int32_t RefCount;
+  void* Data;
+  uint32_t Size; /* bytes of Data, 0 when it was not told */
+} KobGlobalEntry;
+
+/* KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND for a null id, one that is all zero, or one that is not in the table. */
+int __kobFindGlobRODataTableEntry(KobGlobalEntry** entry, const KobGlobalId* id);
+
+/* A name that no entry has, from the time-stamp counter and the caller's value. Returns 0. */
+int __kobGenerateNewGlobalRODataTableEntryId(KobGlobalId* id, int32_t value);
+
+/* Enters a block with one reference. KOB_ERROR_GLOBAL_TABLE_FULL. */
+int __kobCreateGlobRODataTableEntry(KobGlobalEntry** entry, const KobGlobalId* id, void* data);
+
+/* Makes a chunk share the block of that name. KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND. */
+int __kobRegisterGlobRODataReference(KobChunk* chunk, const KobGlobalId* id);
+
+/* Gives one reference back; the last one frees the block. KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND. */
+int __kobUnregisterGlobRODataReference(const KobGlobalId* id);
+
+/* ---- basic generators ----
+ *
+ * Every family has the four functions of its record. InitStream returns KOB_ERROR_METHOD for a method other
+ * than 0, 1, 2. The block functions of pseudo generators cannot fail. Single-precision numbers are the
+ * double-precision ones, rounded. */
+#define KOB_BRNG_FUNCTIONS(Name)                                                                  \
+  int __kobBRng##Name##InitStream(int method, KobStream* stream, int n, const uint32_t params[]); \
+  int __kobsBRng##Name(KobStream* stream, int n, float r[], float a, float b);                    \
+  int __kobdBRng##Name(KobStream* stream, int n, double r[], double a, double b);                 \
+  int __kobiBRng##Name(KobStream* stream, int n, uint32_t r[]);
+
+/* Multiplicative congruential generator modulo 2^31 - 1 with multiplier 1132489760 (L'Ecuyer, Math. Comp. 68,
+ * 1999), period 2^31 - 2. Seed: params[0] mod (2^31 - 1), 0 counts as 1, as does an empty seed. Words:
+ * 32-bit, 1 to 2^31 - 2. Leapfrog and skip. */
+KOB_BRNG_FUNCTIONS(MCG31M1)
+
+/* Multiplicative congruential generator modulo 2^59 with multiplier 13^13, period 2^57
+ * for an odd seed; even seeds are taken as they are and have shorter ones. Seed: params[0] and the low 27
+ * bits of params[1]; 0 counts as 1, as does an empty seed. Words: 64-bit, 59 of them significant. Leapfrog
+ * and skip. */
+KOB_BRNG_FUNCTIONS(MCG59)
+
+/* MRG32k3a, two combined recursions of order three (L'Ecuyer, Operations Research 47, 1999), period about
+ * 2^191. Seed: up to six words, the missing ones are 1; a component of zeros gets a 1. Words: 32-bit, 0 to
+ * 2^32 - 210. Skip, no leapfrog. */
+KOB_BRNG_FUNCTIONS(MRG32K3A)
+
+/* Generalized feedback shift register x(n) = x(n-147) xor x(n-250), which is x(n) = x(n-103) xor x(n-250) run
+ * backwards (Kirkpatrick and Stoll, J. Comput. Phys. 40, 1981), period 2^250 - 1. Seed: 250 words as they
+ * are, or one word that the register is filled from. Words: 32-bit. Neither leapfrog nor skip. */
+KOB_BRNG_FUNCTIONS(R250)
+
+/* 273 combined generators, each of four multiplicative congruential generators with moduli just below 2^24
+ * (after Wichmann and Hill, Applied Statistics 31, 1982; N. M. MacLaren, Applied Statistics 38, 1989). Seed:
+ * up to four words, each mod its modulus, missing ones and 0 count as 1. Words: four 32-bit values each.
+ * Leapfrog and skip. */
+KOB_BRNG_FUNCTIONS(WH)
+
+/* a^n mod m, for 0 < m; the exponent is n_low + 2^32 n_high. */
+uint32_t __kobiPowMod(uint32_t a, uint32_t n_low, uint32_t n_high, uint32_t m);
+
+/* a^n mod 2^31 - 1. */
+uint32_t __kobiPowMod2P31M1(uint32_t a, uint32_t n_low, uint32_t n_high);
+
+/* a^n mod 2^59. */
+uint64_t __kobiPowMod2P59(uint32_t a_low, uint32_t a_high, uint32_t n_low, uint32_t n_high);
+
+/* vector <- C^n vector mod m, C the companion matrix with top row `row`: one step of C makes the new first
+ * element row . vector and moves the others down. */
+void __kobiVect3PowMod(uint32_t vector[3], const uint32_t row[3], uint32_t m, uint32_t n_low,
+                       uint32_t n_high);
+
+/* Not 0 when the processor has RDRAND, which the true random generator draws from. */
+int __kobCPUisRDRAND(void);
+
+/* ---- saving and loading ----
+ *
+ * An image of a stream: a header of 16 bytes (format version 1, "RNG", header size, state size, number of
+ * chunks, two bytes 0, generator id), the state, and per chunk its kind, the name of its shared block, its
+ * size and its data; all little-endian, the same in a file and in memory. A loaded stream goes on as the
+ * saved one would have. Images of states above 65535 bytes (registered generators) cannot be loaded, and of
+ * more than 65535 chunks the rest is lost.
+ *
+ * A file name is `name_length` bytes long, or zero-terminated when name_length is negative. */
+
+/* Bytes of the stream's image. */
+int __kobGetStreamSize(const KobStream* stream);
+
+/* KOB_ERROR_MEM_FAILURE, KOB_ERROR_FILE_OPEN, KOB_ERROR_FILE_WRITE, KOB_ERROR_FILE_CLOSE. A failure can leave
+ * a part of the file. Of chunks only the last one's status is told. */
+int __kobSaveStreamF(const KobStream* stream, const char* name, int name_length);
+
+/* To memory of __kobGetStreamSize bytes. Returns 0. */
+int __kobSaveStreamM(const KobStream* stream, void* memory);
+
+/* A new stream from a file. The file may hold anything: KOB_ERROR_FILE_OPEN, KOB_ERROR_FILE_READ (too short;
+ * chunks in the other byte order), KOB_ERROR_BAD_FILE_FORMAT (no image; a generator that is not there; a
+ * state or a chunk that its generator could not use), KOB_ERROR_UNSUPPORTED_FILE_VER,
+ * KOB_ERROR_TRNG_UNSUPPORTED, KOB_ERROR_MEM_FAILURE, KOB_ERROR_FILE_CLOSE. *stream is null after any failure.
+ */
+int __kobLoadStreamF(KobStream** stream, const char* name, int name_length);
+
+/* The same from memory, with KOB_ERROR_BAD_MEM_FORMAT for what is wrong with the image. Its lengths are
+ * believed: the image must be whole. */
+int __kobLoadStreamM(KobStream** stream, const void* memory);
+
+/* The steps of the above. `file` is a FILE*, `cursor` a KobCursor*; both sorts return 0, KOB_ERROR_FILE_WRITE
+ * or KOB_ERROR_FILE_READ. */
+typedef struct KobCursor {
+  unsigned char* Base;
+  uint32_t Position;
+} KobCursor;
+
+int __kobSaveToFile(void* buffer, uint32_t size, uint32_t count, void* file);
+int __kobSaveToMemory(void* buffer, uint32_t size, uint32_t count, void* cursor);
+int __kobLoadFromFile(void* buffer, uint32_t size, uint32_t count, void* file);
+int __kobLoadFromMemory(void* buffer, uint32_t size, uint32_t count, void* cursor);
+int __kobSkipLoadingFromFile(void* file, uint32_t bytes);
+int __kobSkipLoadingFromMemory(void* cursor, uint32_t bytes);
+
+/* ---- distributions ----
+ *
+ * All have the form name(method, stream, n, r, parameters...): n numbers to r, drawn from the stream. The low
+ * bits of method choose an algorithm where there are several; bit 30 asks for the accurate mode. n of 0 or
+ * less writes nothing. The generator's status is passed on; what was written before a failure stays. The
+ * domain of parameters is the caller's to check. */
+
+/* Uniform reals on [a, b): a + (b - a) u, rounded. In the accurate mode the result is kept in [a, b]; without
+ * it rounding can carry it to b or, by a last bit, past an end. */
+int _kobdRngUniform(int method, KobStream* stream, int n, double r[], double a, double b);
+int _kobsRngUniform(int method, KobStream* stream, int n, float r[], float a, float b);
+
+/* Uniform integers a to b - 1. */
+int _kobiRngUniform(int method, KobStream* stream, int n, int32_t r[], int32_t a, int32_t b);
+
+/* n words of the generator as they are. WordSize of the generator's record tells their length: one 32-bit
+ * word each (MCG31M1: 31 bits), two for MCG59 (59 bits in the low end), four for SFMT19937 and WH. */
+int _kobiRngUniformBits(int method, KobStream* stream, int n, uint32_t r[]);
+
+/* n words of 32 or 64 bits that are uniformly distributed as a whole, from the generators that have such:
+ * MCG59 (its upper bits), MT19937, MT2203, SFMT19937, true random. Two 32-bit words make a 64-bit one, the
+ * earlier in the low half. Words of SFMT19937 that a call leaves of its last 128 bits are kept in the stream
+ * for the next call of the same width. Other generators: KOB_ERROR_UNSUPPORTED_WORD_BITS, and the stream does
+ * not move. */
+int _kobiRngUniformBits32(int method, KobStream* stream, int n, uint32_t r[]);
+int _kobiRngUniformBits64(int method, KobStream* stream, int n, uint64_t r[]);
+
+/* 1 with probability p, else 0: whether a uniform of single precision is below p. 0 <= p <= 1. */
+int _kobiRngBernoulli(int method, KobStream* stream, int n, int32_t r[], double p);
+
+/* The number of failures before the first success: P(k) = p (1 - p)^k, k = 0, 1, ..., by inversion,
+ * floor(ln u / ln(1 - p)) in single precision. 0 < p < 1. */
+int _kobiRngGeometric(int method, KobStream* stream, int n, int32_t r[], double p);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,32 @@
+// Uniform reals on [a, b): the generator's own conversion, kept inside the interval when asked.
+#include "kob_kernel/distribution.hpp"
+#include "kob_sub_kernel/_service/registry.hpp"
+
+namespace {
+
+using namespace orx::rng;
+
+int generate(KobStream* stream, int n, double* r, double a, double b) {
+  return orx::brng::record(stream).dGenerate(stream, n, r, a, b);
+}
+int generate(KobStream* stream, int n, float* r, float a, float b) {
+  return orx::brng::record(stream).sGenerate(stream, n, r, a, b);
+}
+
+// a + (b - a) u is rounded, so that it can come out as b, or beyond an end by a last bit.
+template <class Real>
+int clamped(int method, KobStream* stream, int n, Real* r, Real a, Real b) {
+  const int status = generate(stream, n, r, a, b);
+  if (status >= 0 && method & kAccurate)
+    for (int i = 0; i < n; ++i) r[i] = std::min(b, std::max(a, r[i]));
+  return status;
+}
+
+}  // namespace
+
+ORX_API int _kobdRngUniform(int method, KobStream* stream, int n, double r[], double a, double b) {
+  return clamped(method, stream, n, r, a, b);
+}
+ORX_API int _kobsRngUniform(int method, KobStream* stream, int n, float r[], float a, float b) {
+  return clamped(method, stream, n, r, a, b);
+}

@@ -1,0 +1,19 @@
+// n words of 64 uniform bits.
+#include "kob_kernel/discrete/uniformbits/bits.hpp"
+
+using namespace orx::rng;
+
+#define ORX_WORKER(Name, how)                                                               \
+  static int _viRngUniformBits64##Name(int method, KobStream* stream, int n, uint32_t* r) { \
+    return how<2>(method, stream, n, r);                                                    \
+  }
+#define ORX_ENTRY(Name, how) _viRngUniformBits64##Name,
+
+extern "C" {
+ORX_BITS_WORKERS(ORX_WORKER)
+static const Worker Dispatch[] = {ORX_BITS_WORKERS(ORX_ENTRY)};
+}
+
+ORX_API int _kobiRngUniformBits64(int method, KobStream* stream, int n, uint64_t r[]) {
+  return dispatch(Dispatch, method, stream, n, reinterpret_cast<uint32_t*>(r));
+}

@@ -1,0 +1,13 @@
+// What must hold of a chunk that was loaded before a generator may use it.
+#pragma once
+
+#include "kob_sub_kernel/_service/chunks.hpp"
+
+namespace orx::brng {
+
+// Whether the chunk is long enough for its kind and holds nothing that would lead outside its own data. Where
+// a length or a content hangs on the stream's state, the generator's adopt() checks. Kinds that nobody here
+// knows belong to registered generators and are theirs to check.
+bool is_sound(const KobChunk& chunk);
+
+}  // namespace orx::brng

@@ -1,0 +1,68 @@
+// Where generated numbers go: sinks that take them four at a time or singly, as raw words or as reals on [a,
+// b).
+//
+// A real is u s + a, with u the generator's number and s = (b - a) / (size of its range): the product and the
+// sum are rounded once each, in double; single precision is the double result rounded at the store. The
+// vector form and the scalar form give the same bits.
+#pragma once
+
+#include <immintrin.h>
+
+#include <cstdint>
+
+namespace orx::brng {
+
+inline void store4(double* r, __m256d x) { _mm256_storeu_pd(r, x); }
+inline void store4(float* r, __m256d x) { _mm_storeu_ps(r, _mm256_cvtpd_ps(x)); }
+
+inline __m128i load4(const uint32_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+inline void store4(uint32_t* p, __m128i x) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), x); }
+
+// The processor converts signed words only: with the top bit flipped the word is w - 2^31, and adding 2^31 is
+// exact.
+inline __m256d word_to_double(__m128i w) {
+  return _mm256_cvtepi32_pd(_mm_xor_si128(w, _mm_set1_epi32(INT32_MIN))) + _mm256_set1_pd(0x1p31);
+}
+inline double word_to_double(uint32_t w) { return int32_t(w ^ 0x80000000u) + 0x1p31; }
+
+// The way back, for integers from 0 to 2^32 - 1.
+inline __m128i double_to_word(__m256d x) {
+  return _mm_xor_si128(_mm256_cvttpd_epi32(x - _mm256_set1_pd(0x1p31)), _mm_set1_epi32(INT32_MIN));
+}
+inline uint32_t double_to_word(double x) { return uint32_t(int32_t(x - 0x1p31)) ^ 0x80000000u; }
+
+// Numbers given as doubles, to r.
+template <class Real>
+class RealSink {
+ public:
+  RealSink(Real* r, double a, double scale) : r_(r), scale_(scale), a_(a) {}
+  void operator()(int i, __m256d u) const { store4(r_ + i, u * _mm256_set1_pd(scale_) + _mm256_set1_pd(a_)); }
+  void operator()(int i, double u) const { r_[i] = Real(u * scale_ + a_); }
+
+ private:
+  Real* r_;
+  double scale_, a_;
+};
+
+// Numbers given as unsigned 32-bit words, to reals.
+template <class Real>
+class Word32Sink : RealSink<Real> {
+ public:
+  Word32Sink(Real* r, Real a, Real b) : RealSink<Real>(r, a, (double(b) - double(a)) * 0x1p-32) {}
+  void operator()(int i, __m128i w) const { RealSink<Real>::operator()(i, word_to_double(w)); }
+  void operator()(int i, uint32_t w) const { RealSink<Real>::operator()(i, word_to_double(w)); }
+};
+
+// Raw 32-bit words.
+template <>
+class Word32Sink<uint32_t> {
+ public:
+  explicit Word32Sink(uint32_t* r) : r_(r) {}
+  void operator()(int i, __m128i w) const { store4(r_ + i, w); }
+  void operator()(int i, uint32_t w) const { r_[i] = w; }
+
+ private:
+  uint32_t* r_;
+};
+
+}  // namespace orx::brng

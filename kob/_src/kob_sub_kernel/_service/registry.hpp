@@ -1,0 +1,30 @@
+// The registry as the service sees it.
+#pragma once
+
+#include "kob_sub_kernel/_service/stream.hpp"
+
+namespace orx::brng {
+
+constexpr uint32_t kFamilies = 14;      // rows that are built in
+constexpr uint32_t kNewIds = 0x100000;  // ids below are the older numbering
+constexpr uint32_t kLegacyRows = 279;
+
+inline const KobBrngProperties& record(const KobStream* stream) {
+  uint32_t index, offset;
+  const KobBrngProperties* table = __kobGetBrngBaseOffset(stream->BrngId, &index, &offset);
+  return table[index];
+}
+
+// Bytes behind the header. A registered generator may ask for less than the header's own 16.
+inline size_t state_bytes(const KobBrngProperties& record) {
+  constexpr int header = sizeof(KobStream);
+  return record.StateSize > header ? record.StateSize - header : 0;
+}
+
+// The row of the stream's family in the family table, also for the older numbering.
+uint32_t family_row(const KobStream* stream);
+
+// Whether a stream that was loaded may be used: asks its generator.
+bool adopt(KobStream* stream);
+
+}  // namespace orx::brng

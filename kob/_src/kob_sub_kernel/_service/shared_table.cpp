@@ -1,0 +1,122 @@
+// The process's table of read-only blocks that several streams share, under one spin lock. Each function
+// takes the lock for its own scan; a reference that the caller holds is what keeps an entry from going in
+// between.
+#include "kob_sub_kernel/_service/shared_table.hpp"
+
+#include <immintrin.h>
+#include <x86intrin.h>
+
+#include <cstring>
+
+#include "orx/serv.h"
+
+namespace orx::brng {
+namespace {
+
+constexpr int kSlots = 128;
+
+}  // namespace
+
+extern "C" {
+KobGlobalEntry _GlobRODataTable[kSlots];
+int _GlobRODataTableCount;
+}
+
+namespace {
+
+int lock_word;
+
+class Lock {
+ public:
+  Lock() {
+    int free = 0;
+    while (!__atomic_compare_exchange_n(&lock_word, &free, 1, false, __ATOMIC_ACQUIRE, __ATOMIC_RELAXED)) {
+      free = 0;
+      _mm_pause();
+    }
+  }
+  ~Lock() { __atomic_store_n(&lock_word, 0, __ATOMIC_RELEASE); }
+  Lock(const Lock&) = delete;
+  Lock& operator=(const Lock&) = delete;
+};
+
+// Under the lock. The first entry of that name from `entry` on, null when there is none; an id that is null
+// or all zero names none.
+KobGlobalEntry* find(const KobGlobalId* id, KobGlobalEntry* entry = _GlobRODataTable) {
+  if (!id || !is_named(*id)) return nullptr;
+  for (; entry < _GlobRODataTable + _GlobRODataTableCount; ++entry)
+    if (!memcmp(&entry->EntryId, id, sizeof *id)) return entry;
+  return nullptr;
+}
+
+// Enters a block while fewer than `limit` places are taken.
+int create(KobGlobalEntry** entry, const KobGlobalId* id, void* data, uint32_t size, int limit) {
+  const Lock lock;
+  if (_GlobRODataTableCount >= limit) return KOB_ERROR_GLOBAL_TABLE_FULL;
+  *entry = &_GlobRODataTable[_GlobRODataTableCount++];
+  **entry = {*id, 1, data, size};
+  return KOB_STATUS_OK;
+}
+
+}  // namespace
+
+bool find_shared(const KobGlobalId& id, uint32_t* size) {
+  const Lock lock;
+  const KobGlobalEntry* entry = find(&id);
+  if (entry) *size = entry->Size;
+  return entry;
+}
+
+int enter_shared(KobChunk* chunk) {
+  KobGlobalEntry* entry;
+  return create(&entry, &chunk->GlobalId, chunk->Data, chunk->Size, kSlots - 1);
+}
+
+}  // namespace orx::brng
+
+using namespace orx::brng;
+
+ORX_API int __kobFindGlobRODataTableEntry(KobGlobalEntry** entry, const KobGlobalId* id) {
+  const Lock lock;
+  KobGlobalEntry* found = find(id);
+  if (!found) return KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND;
+  *entry = found;
+  return KOB_STATUS_OK;
+}
+
+ORX_API int __kobGenerateNewGlobalRODataTableEntryId(KobGlobalId* id, int32_t value) {
+  do {
+    const uint64_t half[2] = {__rdtsc(), uint64_t(int64_t(value))};
+    memcpy(id, half, sizeof half);
+  } while (is_shared(*id));
+  return KOB_STATUS_OK;
+}
+
+ORX_API int __kobCreateGlobRODataTableEntry(KobGlobalEntry** entry, const KobGlobalId* id, void* data) {
+  return create(entry, id, data, 0, kSlots);
+}
+
+ORX_API int __kobRegisterGlobRODataReference(KobChunk* chunk, const KobGlobalId* id) {
+  const Lock lock;
+  KobGlobalEntry* entry = find(id);
+  if (!entry) return KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND;
+  ++entry->RefCount;
+  chunk->Data = entry->Data;
+  return KOB_STATUS_OK;
+}
+
+// The scan goes on behind a match: nothing keeps a caller from entering one name twice.
+ORX_API int __kobUnregisterGlobRODataReference(const KobGlobalId* id) {
+  int status = KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND;
+  const Lock lock;
+  for (KobGlobalEntry* entry = find(id); entry; entry = find(id, entry)) {
+    status = KOB_STATUS_OK;
+    if (--entry->RefCount > 0) {
+      ++entry;
+      continue;
+    }
+    orx_serv_deallocate(entry->Data);
+    *entry = _GlobRODataTable[--_GlobRODataTableCount];
+  }
+  return status;
+}

@@ -1,0 +1,101 @@
+// MCG31M1: x(n+1) = a x(n) mod 2^31 - 1, a = 1132489760.
+//   P. L'Ecuyer, Tables of linear congruential generators of different sizes and good lattice structure,
+//   Math. Comp. 68 (1999).
+#include "kob_sub_kernel/_math/modular.hpp"
+#include "kob_sub_kernel/_service/reals.hpp"
+
+namespace {
+
+using namespace orx::brng;
+
+struct MCG31M1 : NothingToCheck {
+  struct State {
+    uint32_t X, Multiplier;
+  };
+
+  static int seed(KobStream* stream, int n, const uint32_t* params) {
+    const uint32_t x = n < 1 ? 1 : params[0] % k2p31m1;
+    state<MCG31M1>(stream) = {x ? x : 1, 1132489760};
+    return KOB_STATUS_OK;
+  }
+
+  static int leapfrog(KobStream* stream, int n, const uint32_t* params) {
+    State& s = state<MCG31M1>(stream);
+    s.X = multiply_2p31m1(s.X, __kobiPowMod2P31M1(s.Multiplier, params[0], 0));
+    s.Multiplier = __kobiPowMod2P31M1(s.Multiplier, uint32_t(n), 0);
+    return KOB_STATUS_OK;
+  }
+
+  static int skip(KobStream* stream, int, const uint32_t* params) {
+    State& s = state<MCG31M1>(stream);
+    s.X = multiply_2p31m1(s.X, __kobiPowMod2P31M1(s.Multiplier, params[0], params[1]));
+    return KOB_STATUS_OK;
+  }
+
+  template <class Real>
+  static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
+    constexpr double kInverse = 0x1.00000002p-31;  // 1 / (2^31 - 1)
+    const RealSink<Real> sink(r, a, (double(b) - double(a)) * kInverse);
+    generate(state<MCG31M1>(stream), n, Convert<Real>{sink});
+    return KOB_STATUS_OK;
+  }
+
+  static int words(KobStream* stream, int n, uint32_t* r) {
+    generate(state<MCG31M1>(stream), n, Word32Sink<uint32_t>(r));
+    return KOB_STATUS_OK;
+  }
+
+ private:
+  // Words are below 2^31, so the signed conversion serves.
+  template <class Real>
+  struct Convert {
+    RealSink<Real> sink;
+    void operator()(int i, __m128i x) const { sink(i, _mm256_cvtepi32_pd(x)); }
+    void operator()(int i, uint32_t x) const { sink(i, double(int32_t(x))); }
+  };
+
+  // Four words times a common multiplier, given doubled: of each product the high word is then its bits from
+  // 31 up and the low word, halved, the bits below. Their sum is x y mod 2^31 - 1 up to one subtraction.
+  static __m128i step4(__m128i x, __m128i doubled) {
+    const __m128i even = _mm_mul_epu32(x, doubled);
+    const __m128i odd = _mm_mul_epu32(_mm_srli_epi64(x, 32), doubled);
+    const __m128i high = _mm_blend_epi16(_mm_srli_epi64(even, 32), odd, 0xCC);
+    const __m128i low = _mm_srli_epi32(_mm_blend_epi16(even, _mm_slli_epi64(odd, 32), 0xCC), 1);
+    const __m128i sum = _mm_add_epi32(high, low);
+    return _mm_min_epu32(sum, _mm_sub_epi32(sum, _mm_set1_epi32(k2p31m1)));
+  }
+
+  template <class Sink>
+  static void generate(State& s, int n, Sink sink) {
+    constexpr int kLanes = 16;
+    int i = 0;
+    if (n >= kLanes) {
+      uint32_t first[4] = {s.X}, jump = s.Multiplier;
+      for (int j = 1; j < 4; ++j) first[j] = multiply_2p31m1(first[j - 1], jump);
+      const auto square = [&jump] { return jump = multiply_2p31m1(jump, jump); };
+      square();
+      __m128i x[kLanes / 4] = {load4(first)};
+      for (int made = 1; made < kLanes / 4; made *= 2) {
+        const __m128i ahead = _mm_set1_epi32(int32_t(2 * square()));
+        for (int j = 0; j < made; ++j) x[made + j] = step4(x[j], ahead);
+      }
+      const __m128i ahead = _mm_set1_epi32(int32_t(2 * square()));
+      for (; i <= n - kLanes; i += kLanes)
+        for (int j = 0; j < kLanes / 4; ++j) {
+          sink(i + 4 * j, x[j]);
+          x[j] = step4(x[j], ahead);
+        }
+      int j = 0;
+      for (; i <= n - 4; i += 4) sink(i, x[j++]);
+      s.X = uint32_t(_mm_cvtsi128_si32(x[j]));
+    }
+    for (; i < n; ++i) {
+      sink(i, s.X);
+      s.X = multiply_2p31m1(s.X, s.Multiplier);
+    }
+  }
+};
+
+}  // namespace
+
+ORX_BRNG_FUNCTIONS(MCG31M1)

@@ -1,0 +1,70 @@
+// How the twisters deliver: a state of words that is handed out from an index on and renewed as a whole. A
+// block that a request takes whole goes from the recursion straight into the sink, so that it is never read
+// again.
+#pragma once
+
+#include <cstdint>
+
+#include "kob_sub_kernel/_service/reals.hpp"
+
+namespace orx::brng {
+
+// GCC and Clang give these the operators of uint32_t, so that one template is the recursion word by word and
+// four words at a time.
+typedef uint32_t Words4 __attribute__((vector_size(16)));
+
+template <class Word>
+Word load(const uint32_t* p) {
+  if constexpr (sizeof(Word) == 4)
+    return *p;
+  else
+    return Word(load4(p));
+}
+inline void store(uint32_t* p, uint32_t w) { *p = w; }
+inline void store(uint32_t* p, Words4 w) { store4(p, __m128i(w)); }
+
+// Words for the places from `at` on of a sink, or for nobody.
+template <class Sink>
+struct SinkAt {
+  Sink sink;
+  int at;
+  void operator()(int i, uint32_t w) const { sink(at + i, w); }
+  void operator()(int i, Words4 w) const { sink(at + i, __m128i(w)); }
+};
+struct NoSink {
+  template <class Word>
+  void operator()(int, Word) const {}
+};
+
+// The next n words of a source to the places from `at` on of a sink. A source has kWords words at words(), of
+// which those from index() on are not used yet; renew(from, to, sink) makes new ones of them, in fours or to
+// the end, and tempered(w) makes outputs of them.
+template <class Source, class Sink>
+void draw(const Source source, int n, const Sink sink, int at = 0) {
+  constexpr int kWords = Source::kWords;
+  const auto hand_out = [&](int count) {
+    const uint32_t* w = source.words() + source.index();
+    const SinkAt<Sink> to{sink, at};
+    int i = 0;
+    for (; i + 4 <= count; i += 4) to(i, source.tempered(load<Words4>(w + i)));
+    for (; i < count; ++i) to(i, source.tempered(w[i]));
+    source.index() += uint32_t(count);
+    at += count;
+    n -= count;
+  };
+  const int left = kWords - int(source.index());
+  if (n > left) {
+    hand_out(left);
+    for (; n >= kWords; n -= kWords, at += kWords) source.renew(0, kWords, SinkAt<Sink>{sink, at});
+    if (n == 0) return;
+    const int direct = n & ~3;
+    source.renew(0, direct, SinkAt<Sink>{sink, at});
+    source.renew(direct, kWords, NoSink{});
+    source.index() = uint32_t(direct);
+    at += direct;
+    n -= direct;
+  }
+  if (n > 0) hand_out(n);
+}
+
+}  // namespace orx::brng

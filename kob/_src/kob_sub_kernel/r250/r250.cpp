@@ -1,0 +1,83 @@
+// R250: x(n) = x(n-147) xor x(n-250), the sequence x(n) = x(n-103) xor x(n-250) run backwards.
+//   S. Kirkpatrick, E. Stoll, A very fast shift-register sequence random number generator,
+//   J. Comput. Phys. 40 (1981).
+#include <algorithm>
+
+#include "kob_sub_kernel/_service/reals.hpp"
+#include "kob_sub_kernel/_service/stream.hpp"
+
+namespace {
+
+using namespace orx::brng;
+
+constexpr uint32_t kLength = 250, kPartner = 103;
+
+struct R250 : NoLeapfrog, NoSkip {
+  struct State {
+    uint32_t X[kLength];
+    uint32_t I;  // the word to be replaced, x(n-250)
+    uint32_t J;  // its partner, x(n-147)
+  };
+
+  static int seed(KobStream* stream, int n, const uint32_t* params) {
+    State& s = state<R250>(stream);
+    if (n >= int(kLength))
+      std::copy_n(params, kLength, s.X);
+    else
+      fill(s.X, n > 0 && params[0] ? params[0] : 1);
+    s.I = 0;
+    s.J = kPartner;
+    return KOB_STATUS_OK;
+  }
+
+  template <class Real>
+  static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
+    generate(state<R250>(stream), n, Word32Sink<Real>(r, a, b));
+    return KOB_STATUS_OK;
+  }
+
+  static int words(KobStream* stream, int n, uint32_t* r) {
+    generate(state<R250>(stream), n, Word32Sink<uint32_t>(r));
+    return KOB_STATUS_OK;
+  }
+
+  static bool adopt(KobStream* stream) {
+    const State& s = state<R250>(stream);
+    return s.I < kLength && s.J == (s.I + kPartner) % kLength;
+  }
+
+ private:
+  // A multiplicative sequence; one word in seven then gets its leading one at a place of its own, so that the
+  // register's 32 bit columns are linearly independent.
+  static void fill(uint32_t* x, uint32_t s) {
+    for (uint32_t i = 0; i < kLength; ++i) x[i] = s *= 69069;
+    for (uint32_t j = 0; j < 32; ++j) {
+      uint32_t& word = x[3 + 7 * j];
+      word = (word & (0xFFFFFFFFu >> j)) | 0x80000000u >> j;
+    }
+  }
+
+  // The register is stepped in place, in stretches in which neither index wraps. The partner is 103 words
+  // ahead, not yet replaced, or 147 behind, just replaced: far enough for any vector.
+  template <class Sink>
+  static void generate(State& s, int n, Sink sink) {
+    for (int done = 0; done < n;) {
+      const int length = int(std::min({uint32_t(n - done), kLength - s.I, kLength - s.J}));
+      uint32_t *x = s.X + s.I, *y = s.X + s.J;
+      int i = 0;
+      for (; i + 4 <= length; i += 4) {
+        const __m128i w = _mm_xor_si128(load4(x + i), load4(y + i));
+        store4(x + i, w);
+        sink(done + i, w);
+      }
+      for (; i < length; ++i) sink(done + i, x[i] ^= y[i]);
+      done += length;
+      s.I = (s.I + uint32_t(length)) % kLength;
+      s.J = (s.J + uint32_t(length)) % kLength;
+    }
+  }
+};
+
+}  // namespace
+
+ORX_BRNG_FUNCTIONS(R250)

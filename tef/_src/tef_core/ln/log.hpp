@@ -1,0 +1,135 @@
+// The skeleton of the logarithms of double precision.
+//
+// x = 2^(k - 1013) m, k the biased exponent and m in [2^-10, 2^-9). R is an integer near unit/m, made from
+// the processor's approximate reciprocal; it is the table's index, and short enough for m R - unit to be
+// exact. With e = m R - unit the logarithm is
+//
+//   k L + T(R) + log(1 + e/unit),
+//
+// L the logarithm of 2, T(R) what is left, and the last term a polynomial in e. For the natural logarithm
+// unit is 1; for the decimal one it is near log10 e, so that e itself is the first-order term.
+#pragma once
+#include <cfloat>
+
+#include "frame/kernel.hpp"
+
+ORX_ISA_BEGIN
+
+// Masks: the fraction, the exponent field of 2^-10, the leading 26 significant bits.
+struct log_bits {
+  row<uint64_t> fraction = 0x000FFFFFFFFFFFFF;
+  row<uint64_t> exponent = 0x3F50000000000000;
+  row<uint64_t> leading = 0xFFFFFFFFFC000000;
+};
+inline constexpr log_bits log_masks{};
+
+template <class X>
+inline X log_fraction(X x) {
+  return bit_or(bit_and(x, constant<X>(log_masks.fraction)), constant<X>(log_masks.exponent));
+}
+
+template <class X>
+struct log_reduced {
+  X e, R;
+};
+// The reduced argument and R, which comes as an index too.
+template <class D, class X>
+inline log_reduced<X> log_reduce(X m, indices<X>& index) {
+  const X R = integer_reciprocal(m, D::unit, index);
+  const X m_hi = bit_and(m, constant<X>(log_masks.leading));
+  const X m_lo = m - m_hi;
+  return {(m_hi * R - D::data.unit) + m_lo * R, R};
+}
+
+// k L + T + e + q, the first three as an exact sum of a high part and a correction; `rest` comes with q.
+template <class D, class X>
+inline X log_ha(X k, const indices<X>& R, X e, X q) {
+  const auto& d = D::data;
+  X T_hi, T_lo;
+  gather_pairs(
+      D::table[0], [&](int lane) { return R.at[lane] - D::first; }, T_hi, T_lo);
+  const X H = k * d.L_hi + T_hi;
+  const X S = H + e;
+  const X c = e - (S - H);
+  const X Lo = k * d.L_lo + T_lo;
+  return S + ((Lo + c) + q);
+}
+
+// The same in one double. The exponent counts from the nearest power of two, so that T is 0 near 1 and
+// nothing cancels; the table tells the bias that belongs to T.
+template <class D, class X>
+inline X log_la(X k, const indices<X>& R, X e, X q) {
+  X T, bias;
+  gather_pairs(
+      D::la_table[0], [&](int lane) { return R.at[lane] - D::first; }, T, bias);
+  return ((k - bias) * D::data.L + T) + (e + q);
+}
+
+// log x for finite x > 0, denormal too, as accurate as the HA kernel.
+template <class D>
+inline double log_positive(double x) {
+  using X = vec<double, 1>;
+  double shift = 0.0;
+  if (x < DBL_MIN) {
+    x *= 0x1p60;
+    shift = 60.0;
+  }
+  const X v = broadcast<X>(hidden(x));
+  indices<X> R;
+  const X e = log_reduce<D>(log_fraction(v), R).e;
+  return log_ha<D>(exponent_field(v) - broadcast<X>(hidden(shift)), R, e, D::polynomial_ha(e)).v[0][0];
+}
+
+// The scalar routine of a logarithm.
+template <class D>
+inline int log_cout_rare(const double* a, double* r) {
+  const double x = *a;
+  if (!(x < 0) && (bit_cast<uint64_t>(x) >> 52 & 0x7FF) == 0x7FF) {  // NaN, +infinity
+    *r = x * x;
+    return StatusOk;
+  }
+  if (x > 0) {
+    *r = log_positive<D>(x);
+    return StatusOk;
+  }
+  const double zero = hidden(0.0);
+  if (x < 0) {
+    *r = zero / zero;
+    return StatusDomain;
+  }
+  *r = -1.0 / zero;
+  return StatusSingularity;
+}
+
+// Kernels on positive normal numbers; everything else is rare.
+template <class D>
+struct double_log : kernel<double> {
+  template <class X>
+  static X rare(X x) {
+    return outside(x, smallest, largest);
+  }
+  static int rare_lane(const double* a, double* r) { return D::cout_rare(a, r); }
+
+ private:
+  static constexpr row<double> smallest = DBL_MIN, largest = DBL_MAX;
+};
+template <class D>
+struct double_log_ha : double_log<D> {
+  template <class X>
+  static X eval(X x) {
+    indices<X> R;
+    const X e = log_reduce<D>(log_fraction(x), R).e;
+    return log_ha<D>(exponent_field(x), R, e, D::polynomial_ha(e));
+  }
+};
+template <class D, bool ep = false>
+struct double_log_la : double_log<D> {
+  template <class X>
+  static X eval(X x) {
+    indices<X> R;
+    const X e = log_reduce<D>(log_fraction(x), R).e;
+    return log_la<D>(exponent_field(x), R, e, D::template polynomial_la<ep>(e));
+  }
+};
+
+ORX_ISA_END

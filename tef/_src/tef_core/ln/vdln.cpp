@@ -1,0 +1,26 @@
+// ln x, double.
+#include "ln/vdln.hpp"
+
+namespace orx::tef {
+
+alignas(64) const double _tefdLnHATab[513][2] = {
+#include "ln/vdln.inc"
+};
+alignas(64) const double dln_la_table[513][2] = {
+#include "ln/vdln_la.inc"
+};
+
+int vdln_cout_rare(const double* a, double* r) { return log_cout_rare<ln_description>(a, r); }
+
+namespace {
+using dLnHA = double_log_ha<ln_description>;
+using dLnLA = double_log_la<ln_description>;
+using dLnEP = double_log_la<ln_description, true>;
+}  // namespace
+
+}  // namespace orx::tef
+
+using namespace orx::tef;
+ORX_KERNEL(d, Ln, G9HAynn, dLnHA, 0.51, 1e-300, 1e300)
+ORX_KERNEL(d, Ln, G9LAynn, dLnLA, 2.0, 1e-300, 1e300)
+ORX_KERNEL(d, Ln, G9EPnnn, dLnEP, 0x1p26, 1e-300, 1e300)

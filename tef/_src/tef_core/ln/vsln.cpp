@@ -1,0 +1,37 @@
+// ln x, single.
+#include "ln/slog.hpp"
+#include "ln/vdln.hpp"
+
+ORX_ISA_BEGIN
+namespace {
+
+using sLn = single_log<vdln_cout_rare>;
+
+struct sLnHA : sLn {
+  template <class X>
+  static X eval(X x) {
+    return sln_ha(single_log_parts<X>(x), X{});
+  }
+};
+struct sLnLA : sLn {
+  template <class X>
+  static X eval(X x) {
+    const single_log_parts<X> p(x);
+    return sln_la(p, p.e());
+  }
+};
+struct sLnEP : sLn {
+  template <class X>
+  static X eval(X x) {
+    const single_log_parts<X> p(x);
+    return sln_ep(p, p.e());
+  }
+};
+
+}  // namespace
+ORX_ISA_END
+
+using namespace orx::tef;
+ORX_KERNEL(s, Ln, G9HAynn, sLnHA, 0.7, 1e-37, 1e37)
+ORX_KERNEL(s, Ln, G9LAynn, sLnLA, 2.2, 1e-37, 1e37)
+ORX_KERNEL(s, Ln, G9EPnnn, sLnEP, 8192, 1e-37, 1e37)

@@ -1,0 +1,87 @@
+// ln(1 + x), double, for processors without AVX. u = 1 + x, rounded, goes the way of ln, and what the
+// rounding lost is added to the reduced argument.
+#include "ln/vdln.hpp"
+
+namespace orx::tef {
+namespace {
+
+// x is a lane that is -1 or below, large, or NaN: the rounded sum serves.
+int vdlog1p_cout_rare(const double* a, double* r) {
+  const double u = *a + 1.0;
+  return vdln_cout_rare(&u, r);
+}
+
+struct vdlog1p_data_type {
+  row<double> one = 1.0;
+};
+constexpr vdlog1p_data_type vdlog1p_data{};
+
+// x + 1 taken apart: e of the rounded sum, and t, what e lacks.
+template <class X>
+struct log1p_parts {
+  X k, e, t;
+  indices<X> R;
+
+  explicit log1p_parts(X x) {
+    const auto& one = vdlog1p_data.one;
+    const X u = x + one;
+    const X back = u - x;  // Knuth's error of the sum
+    const X lost = (one - back) + (x - (u - back));
+    const auto reduced = log_reduce<ln_description>(log_fraction(u), R);
+    e = reduced.e;
+    t = lost * (scale_to_fraction(u) * reduced.R);  // in this order nothing of a denormal x is lost
+    k = exponent_field(u);
+  }
+
+ private:
+  // What brings u to its fraction in [2^-10, 2^-9).
+  static X scale_to_fraction(X u) {
+    const X field = bit_and(u, broadcast_bits<X>(0x7FF0000000000000));
+    return from_ints<X>(sub_from64(_mm_set1_epi64x(int64_t{2036} << 52), to_ints(field)));
+  }
+};
+
+struct dLog1p : kernel<double> {
+  // -1 < x < 2^1000, by integers: an ordered comparison of NaN would raise an exception. The sign of x reads
+  // as that of an integer, and for negative x larger magnitudes are larger integers.
+  template <class X>
+  static X rare(X x) {
+    return map(x, [](__m128d v) {
+      const __m128i bits = _mm_castpd_si128(v);
+      const __m128i large = _mm_cmpgt_epi32(bits, _mm_set1_epi32(0x7E6FFFFF));
+      const __m128i low =
+          _mm_and_si128(bits, _mm_cmpgt_epi32(bits, _mm_set1_epi32(static_cast<int>(0xBFEFFFFF))));
+      return _mm_castsi128_pd(_mm_or_si128(large, low));
+    });
+  }
+  static int rare_lane(const double* a, double* r) { return vdlog1p_cout_rare(a, r); }
+};
+
+struct dLog1pHA : dLog1p {
+  template <class X>
+  static X eval(X x) {
+    const log1p_parts<X> p(x);
+    // ln(1 + e + t) = ln(1 + e) + t/(1 + e), and e is small
+    const X q = ln_description::polynomial_ha(p.e) + (p.t - p.t * p.e);
+    return with_sign_of(log_ha<ln_description>(p.k, p.R, p.e, q), x);
+  }
+};
+template <bool ep>
+struct dLog1pLow : dLog1p {
+  template <class X>
+  static X eval(X x) {
+    const log1p_parts<X> p(x);
+    const X e = p.e + p.t;
+    return with_sign_of(log_la<ln_description>(p.k, p.R, e, ln_description::polynomial_la<ep>(e)), x);
+  }
+};
+using dLog1pLA = dLog1pLow<false>;
+using dLog1pEP = dLog1pLow<true>;
+
+}  // namespace
+}  // namespace orx::tef
+
+using namespace orx::tef;
+ORX_KERNEL(d, Log1p, V8HAynn, dLog1pHA, 0.7, -0.99, 1e6)
+ORX_KERNEL(d, Log1p, V8LAynn, dLog1pLA, 3.0, -0.99, 1e6)
+ORX_KERNEL(d, Log1p, V8EPnnn, dLog1pEP, 0x1p26, -0.99, 1e6)

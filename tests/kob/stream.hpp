@@ -1,0 +1,73 @@
+// A stream that frees itself, and its numbers as vectors.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "orx/kob.h"
+#include "orx/serv.h"
+
+using Words = std::vector<uint32_t>;
+
+class Stream {
+ public:
+  explicit Stream(uint32_t id, const Words& seed = {1}) {
+    EXPECT_EQ(__kobNewStreamEx(&stream_, id, int(seed.size()), seed.data()), KOB_STATUS_OK);
+  }
+  explicit Stream(KobStream* stream) : stream_(stream) {}
+  Stream(const Stream& other) { EXPECT_EQ(__kobCopyStream(&stream_, other.stream_), KOB_STATUS_OK); }
+  Stream(Stream&& other) noexcept : stream_(std::exchange(other.stream_, nullptr)) {}
+  Stream& operator=(const Stream&) = delete;
+  ~Stream() { __kobDeleteStream(&stream_); }
+
+  operator KobStream*() const { return stream_; }
+
+  KobBrngProperties properties() const {
+    KobBrngProperties p{};
+    EXPECT_EQ(__kobGetBrngProperties(uint32_t(__kobGetStreamStateBrng(stream_)), &p), KOB_STATUS_OK);
+    return p;
+  }
+  uint32_t* state() const { return reinterpret_cast<uint32_t*>(stream_ + 1); }
+
+  // n generator words.
+  Words words(int n) const {
+    const KobBrngProperties p = properties();
+    Words r(size_t(n) * size_t(p.WordSize) / 4);
+    EXPECT_EQ(p.iGenerate(stream_, n, r.data()), KOB_STATUS_OK);
+    return r;
+  }
+  template <class Real = double>
+  std::vector<Real> reals(int n, Real a = 0, Real b = 1) const {
+    std::vector<Real> r(n);
+    EXPECT_EQ(generate(n, r.data(), a, b), KOB_STATUS_OK);
+    return r;
+  }
+  int generate(int n, double* r, double a, double b) const {
+    return properties().dGenerate(stream_, n, r, a, b);
+  }
+  int generate(int n, float* r, float a, float b) const {
+    return properties().sGenerate(stream_, n, r, a, b);
+  }
+
+ private:
+  KobStream* stream_ = nullptr;
+};
+
+// Runs `call` with its first, second, ... allocation failing until it succeeds. Each failure must be reported
+// and leave nothing behind; `call` returns its status and undoes what it did when that is 0.
+template <class Call>
+void expect_clean_failures(Call call) {
+  for (long k = 1;; ++k) {
+    const long before = orx_serv_live_blocks();
+    orx_serv_fail_allocation(k);
+    const int status = call();
+    orx_serv_fail_allocation(0);
+    EXPECT_EQ(orx_serv_live_blocks(), before) << "allocation " << k;
+    if (status == KOB_STATUS_OK) return;
+    EXPECT_EQ(status, KOB_ERROR_MEM_FAILURE) << "allocation " << k;
+    ASSERT_LT(k, 1000);
+  }
+}

@@ -1,0 +1,34 @@
+// Errors of kernels against the judge.
+#pragma once
+#include <cstdint>
+#include <vector>
+
+#include "judge.hpp"
+#include "kernel_list.hpp"
+
+// One element of a call.
+struct sample {
+  double in[2] = {}, out = 0;
+};
+
+// What was found of a kernel.
+struct record {
+  double worst = -1;  // largest error, in ulps
+  sample worst_at;
+  uint64_t count = 0;    // elements measured
+  uint64_t correct = 0;  // of these, rounded to nearest
+  uint64_t wrong = 0;    // NaN, infinity or zero of a sign where it should not be, or not where it should
+  sample wrong_at;
+
+  void add(const verdict& v, const sample& at);
+  void merge(const record& other);
+};
+
+// Measures all kernels of a function, in the order of the list, over the strata of its arguments.
+template <class T>
+std::vector<record> measure_strata(const function_entry& function, const judged_function& judged,
+                                   double effort);
+
+// The same for a function of one input over all 2^32 singles, on all processors; progress goes to standard
+// error.
+std::vector<record> measure_all_singles(const function_entry& function, const judged_function& judged);
