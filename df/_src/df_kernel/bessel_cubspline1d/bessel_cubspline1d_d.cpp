@@ -1,0 +1,2 @@
+#include "_service/double.h"
+#include "bessel_cubspline1d/bessel_cubspline1d.inl"

@@ -1,0 +1,2 @@
+#include "_service/single.h"
+#include "default_cubspline1d/default_cubspline1d.inl"

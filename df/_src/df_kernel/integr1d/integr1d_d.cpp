@@ -1,0 +1,2 @@
+#include "_service/double.h"
+#include "integr1d/integr1d.inl"

@@ -1,0 +1,2 @@
+#include "_service/single.h"
+#include "integr1d/integr1d.inl"

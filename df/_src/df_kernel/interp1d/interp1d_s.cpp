@@ -1,0 +1,2 @@
+#include "_service/single.h"
+#include "interp1d/interp1d.inl"

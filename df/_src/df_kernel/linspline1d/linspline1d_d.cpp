@@ -1,0 +1,2 @@
+#include "_service/double.h"
+#include "linspline1d/linspline1d.inl"

@@ -1,0 +1,2 @@
+#include "_service/single.h"
+#include "natural_cubspline1d/natural_cubspline1d.inl"

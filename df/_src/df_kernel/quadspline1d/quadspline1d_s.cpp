@@ -1,0 +1,2 @@
+#include "_service/single.h"
+#include "quadspline1d/quadspline1d.inl"
