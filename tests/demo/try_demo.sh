@@ -24,6 +24,10 @@ expect 'callback: vdExp, status -2 \(bad pointer\)'
 # Pi to three deviations, and a simulation that was broken off.
 expect '^ +8000000 +3\.14(0|1|2)'
 expect 'resumed +8\.[0-9]+ +the same to the last bit'
+# Irises: figures as any statistics package gives them.
+expect 'sepal length +5\.8433 +0\.68569 +0\.30864 .* 5\.100 +5\.800 +6\.400 '
+expect 'within species, by pooled covariance +0\.53024'
+expect "given the petals' length and width +0\.62857"
 
 # expect_refused FILE FAULT: with the data of $work/data the demo fails and says FILE:FAULT and nothing else.
 expect_refused() {
