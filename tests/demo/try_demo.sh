@@ -10,6 +10,7 @@ trap 'rm -rf "$work"' EXIT
 status=0
 fail() { echo "FAILED: $*"; status=1; }
 
+cd "$work"  # where the picture goes
 "$demo" "$data" > "$work/out" || fail "the good run exits with $?"
 expect() { grep -qE -e "$1" "$work/out" || fail "no line of the demo matches: $1"; }
 # 5.31 / 3.93 = 1.3511, its tenth root 1.0306.
@@ -28,6 +29,10 @@ expect 'resumed +8\.[0-9]+ +the same to the last bit'
 expect 'sepal length +5\.8433 +0\.68569 +0\.30864 .* 5\.100 +5\.800 +6\.400 '
 expect 'within species, by pooled covariance +0\.53024'
 expect "given the petals' length and width +0\.62857"
+# The yearly mean of 1960 and the two means of the Nile's flow are 316.75, 1098 and 850 by plain sums.
+expect '1960  316\.7[0-9]  316\.75'
+expect 'mean flow until 1898 1(09|10)[0-9], from 1899 on 8[45][0-9];'
+grep -q '</svg>' data_fitting.svg || fail "the picture is not whole"
 
 # expect_refused FILE FAULT: with the data of $work/data the demo fails and says FILE:FAULT and nothing else.
 expect_refused() {

@@ -1,5 +1,5 @@
-// Every builder by what defines its spline: values, continuity, ends, inner derivatives, for all storages, partitions and
-// boundaries; statuses; threads.
+// Every builder by what defines its spline: values, continuity, ends, inner derivatives, for all storages,
+// partitions and boundaries; statuses; threads.
 #include "fixture.h"
 
 namespace {
@@ -39,7 +39,8 @@ void check_smooth(const Spline<Real>& s, const std::vector<Real>& x, const std::
       const Real* c = s.cell(f, i);
       const long double h = (long double)x[size_t(i + 1)] - x[size_t(i)];
       ASSERT_EQ(c[0], y[size_t(f)][size_t(i)]) << f << ' ' << i;
-      ASSERT_NEAR(double(derivative(c, s.order, 0, h)), y[size_t(f)][size_t(i + 1)], tolerance) << f << ' ' << i;
+      ASSERT_NEAR(double(derivative(c, s.order, 0, h)), y[size_t(f)][size_t(i + 1)], tolerance)
+          << f << ' ' << i;
       for (int64_t k = 1; k <= smooth && i + 1 < s.cells; ++k)
         ASSERT_NEAR(double(derivative(c, s.order, k, h)), double(derivative(s.cell(f, i + 1), s.order, k, 0)),
                     tolerance)
@@ -47,8 +48,9 @@ void check_smooth(const Spline<Real>& s, const std::vector<Real>& x, const std::
     }
 }
 
-// The conditions at both ends of a cubic spline. Not-a-knot is a row of the system that ties the outer two derivatives; for
-// the natural spline on a partition with all its points it says that the third derivative is continuous.
+// The conditions at both ends of a cubic spline. Not-a-knot is a row of the system that ties the outer two
+// derivatives; for the natural spline on a partition with all its points it says that the third derivative is
+// continuous.
 template <class Real>
 void check_ends(const Spline<Real>& s, const std::vector<Real>& x, const std::vector<std::vector<Real>>& y,
                 int64_t kind, bool natural, double tolerance) {
@@ -56,7 +58,9 @@ void check_ends(const Spline<Real>& s, const std::vector<Real>& x, const std::ve
   const bool uniform = s.x.size() == 2;
   const auto h = [&](int64_t i) { return double(x[size_t(i + 1)]) - double(x[size_t(i)]); };
   for (int64_t f = 0; f < s.count; ++f) {
-    const auto m = [&](int64_t i) { return (double(y[size_t(f)][size_t(i + 1)]) - y[size_t(f)][size_t(i)]) / h(i); };
+    const auto m = [&](int64_t i) {
+      return (double(y[size_t(f)][size_t(i + 1)]) - y[size_t(f)][size_t(i)]) / h(i);
+    };
     const auto at_left = [&](int k) { return double(derivative(s.cell(f, 0), 4, k, 0)); };
     const auto at_right = [&](int k) { return double(derivative(s.cell(f, n - 2), 4, k, h(n - 2))); };
     const auto row = [&](double d, double d_next, int64_t own, int64_t next) {
@@ -123,15 +127,16 @@ TYPED_TEST(Builders, StandardQuadratic) {
       ASSERT_EQ(Api<TypeParam>::quadratic(s.task, 0, 0, 0, serial()), 0);
       check_smooth(s, x, y, 1, 3000 * kEps<TypeParam>);  // the recurrence adds up its errors
       for (int64_t f = 0; f < s.count; ++f)
-        EXPECT_NEAR(double(derivative(s.cell(f, 0), 3, 0, (double(x[1]) - x[0]) / 2)), 0.25, 8 * kEps<TypeParam>);
+        EXPECT_NEAR(double(derivative(s.cell(f, 0), 3, 0, (double(x[1]) - x[0]) / 2)), 0.25,
+                    8 * kEps<TypeParam>);
     });
   }
 }
 
 // A Subbotin spline on its knots: polynomial i around breakpoint i, joined to the next one at knot i + 1.
 template <class Real>
-void check_subbotin(const Spline<Real>& s, const std::vector<Real>& x, const std::vector<std::vector<Real>>& y,
-                    const std::vector<Real>& knots, int64_t kind) {
+void check_subbotin(const Spline<Real>& s, const std::vector<Real>& x,
+                    const std::vector<std::vector<Real>>& y, const std::vector<Real>& knots, int64_t kind) {
   const double tolerance = 400 * kEps<Real>;
   for (int64_t f = 0; f < s.count; ++f) {
     for (int64_t i = 0; i < s.nx; ++i) ASSERT_EQ(s.cell(f, i)[0], y[size_t(f)][size_t(i)]);
@@ -184,8 +189,8 @@ std::vector<Real> end_values(int64_t kind) {
 TYPED_TEST(Builders, Natural) {
   using Real = TypeParam;
   for (const int64_t kind : kBoundaries)
-    for (const int64_t n : {4, 5, 33, 700})      // 3 breakpoints leave not-a-knot open
-      for (const int64_t count : {1, 3, 5}) {    // one function, several, with 700 points on threads
+    for (const int64_t n : {4, 5, 33, 700})    // 3 breakpoints leave not-a-knot open
+      for (const int64_t count : {1, 3, 5}) {  // one function, several, with 700 points on threads
         for_all_forms<Real>(n, count, [&](auto& s, const auto& x, const auto& y) {
           s.describe(4, ORX_DF_NATURAL, kind, end_values<Real>(kind));
           ASSERT_EQ(Api<Real>::natural(s.task, 0, 0, CountingThreads::with(2)), 0);
@@ -338,7 +343,8 @@ TYPED_TEST(Builders, Statuses) {
   EXPECT_EQ(quadratic(), ORX_DF_ERROR_BND_CONDS);
 }
 
-// Runs `call` with its k-th allocation failing, for every k that it reaches: the status tells, and nothing is lost.
+// Runs `call` with its k-th allocation failing, for every k that it reaches: the status tells, and nothing is
+// lost.
 template <class Call>
 void fail_each_allocation(int expected, Call call) {
   const long before = orx_serv_live_blocks();

@@ -13,33 +13,33 @@
 
 template <class Real>
 struct Api;
-#define API(t, Real)                                                         \
-  template <>                                                                \
-  struct Api<Real> {                                                         \
-    static constexpr auto new_task = orx_df_kernel_##t##NewTask1D;           \
-    static constexpr auto edit_spline = orx_df_kernel_##t##EditPPSpline1D;   \
-    static constexpr auto edit_pointer = orx_df_kernel_##t##EditPtr;         \
-    static constexpr auto edit_indexed = orx_df_kernel_##t##EditIdxPtr;      \
-    static constexpr auto search = orx_df_kernel_##t##DFSearch1D;            \
-    static constexpr auto linear = orx_df_kernel_##t##DFLinearSpline1D;      \
-    static constexpr auto quadratic = orx_df_kernel_##t##DFQuadraticSpline1D; \
-    static constexpr auto natural = orx_df_kernel_##t##DFNaturalCubicSpline1D; \
+#define API(t, Real)                                                            \
+  template <>                                                                   \
+  struct Api<Real> {                                                            \
+    static constexpr auto new_task = orx_df_kernel_##t##NewTask1D;              \
+    static constexpr auto edit_spline = orx_df_kernel_##t##EditPPSpline1D;      \
+    static constexpr auto edit_pointer = orx_df_kernel_##t##EditPtr;            \
+    static constexpr auto edit_indexed = orx_df_kernel_##t##EditIdxPtr;         \
+    static constexpr auto search = orx_df_kernel_##t##DFSearch1D;               \
+    static constexpr auto linear = orx_df_kernel_##t##DFLinearSpline1D;         \
+    static constexpr auto quadratic = orx_df_kernel_##t##DFQuadraticSpline1D;   \
+    static constexpr auto natural = orx_df_kernel_##t##DFNaturalCubicSpline1D;  \
     static constexpr auto standard = orx_df_kernel_##t##DFDefaultCubicSpline1D; \
-    static constexpr auto hermite = orx_df_kernel_##t##DFHermiteCubicSpline1D; \
-    static constexpr auto bessel = orx_df_kernel_##t##DFBesselCubicSpline1D; \
-    static constexpr auto akima = orx_df_kernel_##t##DFAkimaCubicSpline1D;   \
-    static constexpr auto interpolate = orx_df_kernel_##t##DFInterpolate1D;  \
-    static constexpr auto integrate = orx_df_kernel_##t##DFIntegrate1D;      \
-    using SearchCb = orx_df_##t##search_cb;                                  \
-    using InterpCb = orx_df_##t##interp_cb;                                  \
-    using IntegrCb = orx_df_##t##integr_cb;                                  \
+    static constexpr auto hermite = orx_df_kernel_##t##DFHermiteCubicSpline1D;  \
+    static constexpr auto bessel = orx_df_kernel_##t##DFBesselCubicSpline1D;    \
+    static constexpr auto akima = orx_df_kernel_##t##DFAkimaCubicSpline1D;      \
+    static constexpr auto interpolate = orx_df_kernel_##t##DFInterpolate1D;     \
+    static constexpr auto integrate = orx_df_kernel_##t##DFIntegrate1D;         \
+    using SearchCb = orx_df_##t##search_cb;                                     \
+    using InterpCb = orx_df_##t##interp_cb;                                     \
+    using IntegrCb = orx_df_##t##integr_cb;                                     \
   };
 API(d, double)
 API(s, float)
 #undef API
 
-// A ThreadingServices table that claims `count` workers, runs items in reverse order on the calling thread and notes what
-// it was asked for.
+// A ThreadingServices table that claims `count` workers, runs items in reverse order on the calling thread
+// and notes what it was asked for.
 struct CountingThreads {
   static inline int workers = 1;
   static inline std::vector<int> counts;  // of the loops run
@@ -90,23 +90,26 @@ struct Spline {
   }
   const Real* cell(int64_t f, int64_t i) const { return &coeffs[size_t((f * cells + i) * order)]; }
 
-  int32_t interpolate(const std::vector<Real>& sites, const std::vector<int32_t>& orders, std::vector<Real>& result,
-                      int64_t hint = 0, int64_t site_hint = 0, const ThreadingServices* threads = serial(),
-                      int64_t n = -1, std::vector<int32_t>* found = nullptr) const {
+  int32_t interpolate(const std::vector<Real>& sites, const std::vector<int32_t>& orders,
+                      std::vector<Real>& result, int64_t hint = 0, int64_t site_hint = 0,
+                      const ThreadingServices* threads = serial(), int64_t n = -1,
+                      std::vector<int32_t>* found = nullptr) const {
     if (n < 0) n = int64_t(sites.size());
     const auto wanted = std::max<int64_t>(std::count(orders.begin(), orders.end(), 1), 1);
     result.assign(size_t(wanted * count * n), Real(-77));
     if (found) found->assign(size_t(n), -77);
     return Api<Real>::interpolate(task, found ? 3 : 1, 0, n, sites.data(), site_hint, int64_t(orders.size()),
-                                  orders.data(), nullptr, result.data(), hint, nullptr, nullptr, nullptr, nullptr,
-                                  nullptr, nullptr, nullptr, nullptr, found ? found->data() : nullptr, threads);
+                                  orders.data(), nullptr, result.data(), hint, nullptr, nullptr, nullptr,
+                                  nullptr, nullptr, nullptr, nullptr, nullptr,
+                                  found ? found->data() : nullptr, threads);
   }
   int32_t integrate(const std::vector<Real>& a, const std::vector<Real>& b, std::vector<Real>& result,
-                    int64_t hint_a = 0, int64_t hint_b = 0, const ThreadingServices* threads = serial()) const {
+                    int64_t hint_a = 0, int64_t hint_b = 0,
+                    const ThreadingServices* threads = serial()) const {
     result.assign(size_t(std::max<int64_t>(count, 1)) * a.size(), Real(-77));
-    return Api<Real>::integrate(task, 0, int64_t(a.size()), a.data(), hint_a, b.data(), hint_b, nullptr, nullptr,
-                                result.data(), 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                nullptr, threads);
+    return Api<Real>::integrate(task, 0, int64_t(a.size()), a.data(), hint_a, b.data(), hint_b, nullptr,
+                                nullptr, result.data(), 0, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                nullptr, nullptr, nullptr, threads);
   }
 
   std::vector<Real> x, values, coeffs, bnds, ints;

@@ -29,12 +29,14 @@ TEST_P(BesideGsl, ValuesDerivativesIntegrals) {
     if (peer.kind == ORX_DF_AKIMA)
       ends = {gsl_spline_eval_deriv(gsl, x[0], accel), gsl_spline_eval_deriv(gsl, x[n - 1], accel)};
     s.describe(peer.order, peer.kind, peer.boundary, ends);
-    const auto status = peer.order == ORX_DF_LINEAR     ? orx_df_kernel_dDFLinearSpline1D(s.task, 0, 0, 0, serial())
-                        : peer.kind == ORX_DF_AKIMA     ? orx_df_kernel_dDFAkimaCubicSpline1D(s.task, 0, 0, serial())
-                                                        : orx_df_kernel_dDFNaturalCubicSpline1D(s.task, 0, 0, serial());
+    const auto status =
+        peer.order == ORX_DF_LINEAR ? orx_df_kernel_dDFLinearSpline1D(s.task, 0, 0, 0, serial())
+        : peer.kind == ORX_DF_AKIMA ? orx_df_kernel_dDFAkimaCubicSpline1D(s.task, 0, 0, serial())
+                                    : orx_df_kernel_dDFNaturalCubicSpline1D(s.task, 0, 0, serial());
     ASSERT_EQ(status, 0);
 
-    const auto sites = random_values<double>(500, x[0], x.back(), 5), limits = random_values<double>(500, x[0], x.back(), 6);
+    const auto sites = random_values<double>(500, x[0], x.back(), 5),
+               limits = random_values<double>(500, x[0], x.back(), 6);
     std::vector<double> result, integrals;
     ASSERT_EQ(s.interpolate(sites, {1, 1, 1}, result, ORX_DF_ROWS), 0);
     ASSERT_EQ(s.integrate(sites, limits, integrals), 0);
@@ -51,12 +53,12 @@ TEST_P(BesideGsl, ValuesDerivativesIntegrals) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, BesideGsl,
-                         ::testing::Values(Peer{"linear", gsl_interp_linear, 2, 0, 0},
-                                           Peer{"natural", gsl_interp_cspline, 4, ORX_DF_NATURAL, ORX_DF_FREE_END},
-                                           Peer{"periodic", gsl_interp_cspline_periodic, 4, ORX_DF_NATURAL,
-                                                ORX_DF_PERIODIC},
-                                           Peer{"akima", gsl_interp_akima, 4, ORX_DF_AKIMA, 12}),
-                         [](const auto& info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, BesideGsl,
+    ::testing::Values(Peer{"linear", gsl_interp_linear, 2, 0, 0},
+                      Peer{"natural", gsl_interp_cspline, 4, ORX_DF_NATURAL, ORX_DF_FREE_END},
+                      Peer{"periodic", gsl_interp_cspline_periodic, 4, ORX_DF_NATURAL, ORX_DF_PERIODIC},
+                      Peer{"akima", gsl_interp_akima, 4, ORX_DF_AKIMA, 12}),
+    [](const auto& info) { return info.param.name; });
 
 }  // namespace

@@ -1,4 +1,5 @@
-// Integration beside sums of polynomials in extended precision: all kinds, swapped and outer limits, call-backs, statuses.
+// Integration beside sums of polynomials in extended precision: all kinds, swapped and outer limits,
+// call-backs, statuses.
 #include "fixture.h"
 
 namespace {
@@ -79,14 +80,15 @@ TYPED_TEST(Integration, AllKinds) {
         }
         std::vector<Real> result, backward, sorted, tail;
         ASSERT_EQ(s.integrate(a, b, result, 0, 0, CountingThreads::with(2)), 0);
-        EXPECT_EQ(CountingThreads::counts, n < 256 ? std::vector<int>{}
+        EXPECT_EQ(CountingThreads::counts, n < 256   ? std::vector<int>{}
                                            : n < 512 ? (std::vector<int>{int(n / 128)})
                                                      : (std::vector<int>{int(n / 512), int(n % 512 / 128)}));
         for (int64_t f = 0; f < 2; ++f) {
           const Pieces judge = pieces_of(s, x, kind, f);
           for (size_t i = 0; i < a.size(); ++i) {
             const auto expected = double(judge.integral(a[i], b[i]));
-            ASSERT_NEAR(double(result[size_t(f) * a.size() + i]), expected, 400 * kEps<Real>) << a[i] << ' ' << b[i];
+            ASSERT_NEAR(double(result[size_t(f) * a.size() + i]), expected, 400 * kEps<Real>)
+                << a[i] << ' ' << b[i];
             ASSERT_TRUE(a[i] != b[i] || result[size_t(f) * a.size() + i] == 0);
           }
         }
@@ -101,7 +103,8 @@ TYPED_TEST(Integration, AllKinds) {
         // What lies between adds up.
         ASSERT_EQ(s.integrate(b, std::vector<Real>(b.size(), Real(20.3)), tail), 0);
         ASSERT_EQ(s.integrate(a, std::vector<Real>(b.size(), Real(20.3)), backward), 0);
-        for (size_t i = 0; i < tail.size(); ++i) ASSERT_NEAR(result[i] + tail[i], backward[i], 400 * kEps<Real>);
+        for (size_t i = 0; i < tail.size(); ++i)
+          ASSERT_NEAR(result[i] + tail[i], backward[i], 400 * kEps<Real>);
       }
 }
 
@@ -138,17 +141,20 @@ TYPED_TEST(Integration, CallBacks) {
   const auto integrate = [&](Real a, Real b, int given) {
     Real result = -77;
     calls.clear();
-    const int32_t status = Api<Real>::integrate(
-        s.task, 0, 1, &a, 0, &b, 0, nullptr, nullptr, &result, 0, given & 1 ? note<Real> : nullptr, &left,
-        given & 4 ? note<Real> : nullptr, &right, given & 2 ? note<Real> : nullptr, &inside, nullptr, nullptr,
-        serial());
+    const int32_t status =
+        Api<Real>::integrate(s.task, 0, 1, &a, 0, &b, 0, nullptr, nullptr, &result, 0,
+                             given & 1 ? note<Real> : nullptr, &left, given & 4 ? note<Real> : nullptr,
+                             &right, given & 2 ? note<Real> : nullptr, &inside, nullptr, nullptr, serial());
     return status ? Real(status) : result;
   };
   EXPECT_EQ(integrate(-2, 5, 7), 111);
   ASSERT_EQ(calls.size(), 3u);
-  EXPECT_TRUE(calls[0].lower == -2 && calls[0].upper == 0 && calls[0].lower_cell == 0 && calls[0].upper_cell == 1);
-  EXPECT_TRUE(calls[1].lower == 3 && calls[1].upper == 5 && calls[1].lower_cell == 4 && calls[1].upper_cell == 4);
-  EXPECT_TRUE(calls[2].lower == 0 && calls[2].upper == 3 && calls[2].lower_cell == 1 && calls[2].upper_cell == 4);
+  EXPECT_TRUE(calls[0].lower == -2 && calls[0].upper == 0 && calls[0].lower_cell == 0 &&
+              calls[0].upper_cell == 1);
+  EXPECT_TRUE(calls[1].lower == 3 && calls[1].upper == 5 && calls[1].lower_cell == 4 &&
+              calls[1].upper_cell == 4);
+  EXPECT_TRUE(calls[2].lower == 0 && calls[2].upper == 3 && calls[2].lower_cell == 1 &&
+              calls[2].upper_cell == 4);
   EXPECT_EQ(integrate(5, -2, 7), -111);
   EXPECT_EQ(integrate(-2, 5, 5), 104);
   EXPECT_EQ(integrate(-2, 5, 1), 6);
@@ -175,8 +181,9 @@ TYPED_TEST(Integration, Statuses) {
   const auto status = [&](int64_t hint, const Real* left_data, const Real* right_data, int64_t right_hint) {
     const Real a = 1, b = 2;
     Real result[2];
-    return Api<Real>::integrate(s.task, 0, 1, &a, 0, &b, right_hint, left_data, right_data, result, hint, nullptr,
-                                nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, serial());
+    return Api<Real>::integrate(s.task, 0, 1, &a, 0, &b, right_hint, left_data, right_data, result, hint,
+                                nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                serial());
   };
   struct {
     int64_t order, kind;
@@ -186,7 +193,8 @@ TYPED_TEST(Integration, Statuses) {
     EXPECT_EQ(status(0, nullptr, nullptr, 0), ORX_DF_ERROR_SPLINE_KIND) << order << ' ' << kind;
   }
   s.describe(2, 0);
-  EXPECT_EQ(status(0, nullptr, nullptr, 0), ORX_DF_ERROR_FUNCS);  // the second function's values were never given
+  EXPECT_EQ(status(0, nullptr, nullptr, 0),
+            ORX_DF_ERROR_FUNCS);  // the second function's values were never given
   ASSERT_EQ(Api<Real>::edit_indexed(s.task, ORX_DF_FUNCS, 1, s.values.data()), 0);
   for (const int64_t hint : {0, 16, 32, 128}) EXPECT_EQ(status(hint, nullptr, nullptr, 0), 0);
   const Real wrong[5] = {0, 2, 0, 0, 0};
@@ -194,7 +202,8 @@ TYPED_TEST(Integration, Statuses) {
   EXPECT_EQ(status(1, nullptr, wrong, 0), ORX_DF_ERROR_DATA_HINT);
   EXPECT_EQ(status(0, nullptr, wrong, 64), 0);
   EXPECT_EQ(status(1, nullptr, nullptr, 0), ORX_DF_ERROR_RESULT_HINT);
-  ASSERT_EQ(Api<Real>::edit_spline(s.task, 2, 0, 0, nullptr, 0, nullptr, s.coeffs.data(), ORX_DF_FIRST_ONLY), 0);
+  ASSERT_EQ(Api<Real>::edit_spline(s.task, 2, 0, 0, nullptr, 0, nullptr, s.coeffs.data(), ORX_DF_FIRST_ONLY),
+            0);
   EXPECT_EQ(status(0, nullptr, nullptr, 0), ORX_DF_ERROR_COEFFS);
 }
 

@@ -1,5 +1,5 @@
-// Interpolation of coefficients that come from nowhere, beside the polynomials evaluated in extended precision; steps,
-// look-up, call-backs, statuses.
+// Interpolation of coefficients that come from nowhere, beside the polynomials evaluated in extended
+// precision; steps, look-up, call-backs, statuses.
 #include "fixture.h"
 
 namespace {
@@ -20,7 +20,8 @@ int64_t polynomial_of(const std::vector<Real>& x, Real site, bool subbotin, cons
 template <class Real>
 std::vector<Real> even_sites(Real first, Real last, int64_t n) {
   std::vector<Real> sites(static_cast<size_t>(n));
-  for (int64_t i = 0; i < n; ++i) sites[size_t(i)] = n > 1 ? first + Real(i) * ((last - first) / Real(n - 1)) : first;
+  for (int64_t i = 0; i < n; ++i)
+    sites[size_t(i)] = n > 1 ? first + Real(i) * ((last - first) / Real(n - 1)) : first;
   return sites;
 }
 
@@ -32,12 +33,14 @@ void check_polynomials(int64_t order, int64_t kind, int64_t count, int64_t grid_
   std::vector<Real> knots = x;  // the middle of the cells, from index 1 on
   for (size_t i = 0; i + 1 < x.size(); ++i) knots[i + 1] = (x[i] + x[i + 1]) / 2;
   const auto grid = grid_hint == 4 ? std::vector<Real>{x[0], x.back()} : x;
-  Spline<Real> s(grid, grid_hint, nx, std::vector<std::vector<Real>>(size_t(count), std::vector<Real>(size_t(nx))));
+  Spline<Real> s(grid, grid_hint, nx,
+                 std::vector<std::vector<Real>>(size_t(count), std::vector<Real>(size_t(nx))));
   s.describe(order, kind);
   s.coeffs = random_values<Real>(int64_t(s.coeffs.size()), -1, 1, 9);
   ASSERT_EQ(Api<Real>::edit_pointer(s.task, ORX_DF_COEFFS, s.coeffs.data()), 0);
 
-  const std::vector<std::vector<int32_t>> all_orders = {{}, {1}, {0, 1}, {1, 1}, {0, 0}, {1, 0, 1, 1, 0, 1, 1}};
+  const std::vector<std::vector<int32_t>> all_orders = {{},     {1},    {0, 1},
+                                                        {1, 1}, {0, 0}, {1, 0, 1, 1, 0, 1, 1}};
   for (const int64_t n : {1, 31, 33, 64, 385, 512, 1100})
     for (const int64_t site_hint : {0, 4, 64})
       for (const auto& orders : all_orders)
@@ -49,12 +52,12 @@ void check_polynomials(int64_t order, int64_t kind, int64_t count, int64_t grid_
           std::vector<int32_t> cells;
           const bool with_cells = layout == 32;
           const auto threads = CountingThreads::with(layout < 32 ? 3 : 1);
-          ASSERT_EQ(s.interpolate(site_hint == 4 ? ends : sites, orders, result, layout, site_hint, threads, n,
-                                  with_cells ? &cells : nullptr),
+          ASSERT_EQ(s.interpolate(site_hint == 4 ? ends : sites, orders, result, layout, site_hint, threads,
+                                  n, with_cells ? &cells : nullptr),
                     0);
           const bool threaded = layout < 32 && n > 512;
-          ASSERT_EQ(CountingThreads::counts, threaded ? (std::vector<int>{int(n / 320), int(n % 320 / 64)})
-                                                      : std::vector<int>{});
+          ASSERT_EQ(CountingThreads::counts,
+                    threaded ? (std::vector<int>{int(n / 320), int(n % 320 / 64)}) : std::vector<int>{});
           std::vector<int64_t> wanted;
           for (size_t k = 0; k < orders.size(); ++k)
             if (orders[k] == 1) wanted.push_back(int64_t(k));
@@ -65,13 +68,14 @@ void check_polynomials(int64_t order, int64_t kind, int64_t count, int64_t grid_
               const Real site = sites[size_t(i)];
               const int64_t p = polynomial_of(x, site, kind == ORX_DF_SUBBOTIN, knots);
               for (int64_t d = 0; d < d_count; ++d) {
-                const int64_t at = layout % 32 == 0 && layout != 128 ? (f * d_count + d) * n + i
-                                                                     : (f * n + i) * d_count + d;
+                const int64_t at =
+                    layout % 32 == 0 && layout != 128 ? (f * d_count + d) * n + i : (f * n + i) * d_count + d;
                 const long double expected =
                     derivative(s.cell(f, p), order, wanted[size_t(d)], (long double)site - x[size_t(p)]);
                 ASSERT_NEAR(double(result[size_t(at)]), double(expected), 4000 * kEps<Real>)
-                    << "order " << order << " kind " << kind << " grid " << grid_hint << " n " << n << " site " << i
-                    << " derivative " << wanted[size_t(d)] << " layout " << layout << " hint " << site_hint;
+                    << "order " << order << " kind " << kind << " grid " << grid_hint << " n " << n
+                    << " site " << i << " derivative " << wanted[size_t(d)] << " layout " << layout
+                    << " hint " << site_hint;
               }
               if (with_cells) {
                 ASSERT_EQ(cells[size_t(i)], std::upper_bound(x.begin(), x.end(), site) - x.begin());
@@ -93,7 +97,8 @@ TYPED_TEST(Interpolation, Polynomials) {
 TYPED_TEST(Interpolation, StepsAndLookUp) {
   using Real = TypeParam;
   const auto x = even_sites(Real(0), Real(49), 50);
-  const std::vector<std::vector<Real>> y = {random_values<Real>(50, 0, 1, 1), random_values<Real>(50, 0, 1, 2)};
+  const std::vector<std::vector<Real>> y = {random_values<Real>(50, 0, 1, 1),
+                                            random_values<Real>(50, 0, 1, 2)};
   const Real infinity = std::numeric_limits<Real>::infinity();
   for (const int64_t grid_hint : {0, 4})
     for (const int64_t func_hint : {16, 32}) {
@@ -125,7 +130,8 @@ TYPED_TEST(Interpolation, StepsAndLookUp) {
         EXPECT_EQ(s.interpolate({bad}, {}, result), ORX_DF_ERROR_LOOKUP_SITE);
       EXPECT_EQ(s.interpolate(x, {1, 1}, result), ORX_DF_ERROR_LOOKUP_DERIVATIVE);
       if (sizeof(Real) == 8) {
-        EXPECT_EQ(s.interpolate({Real(7 + 5e-13)}, {}, result), grid_hint == 4 ? 0 : ORX_DF_ERROR_LOOKUP_SITE);
+        EXPECT_EQ(s.interpolate({Real(7 + 5e-13)}, {}, result),
+                  grid_hint == 4 ? 0 : ORX_DF_ERROR_LOOKUP_SITE);
       }
     }
   Spline<Real> none(x, 0, 50, {});
@@ -182,8 +188,9 @@ TYPED_TEST(Interpolation, CallBacks) {
           const auto run = [&] {
             return Api<Real>::interpolate(s.task, 1, 0, n, sites.data(), 0, wanted, orders.data(), nullptr,
                                           result.data(), layout, given & 1 ? mark<Real> : nullptr, &left,
-                                          given & 4 ? mark<Real> : nullptr, &right, given & 2 ? mark<Real> : nullptr,
-                                          &inside, nullptr, nullptr, nullptr, CountingThreads::with(2));
+                                          given & 4 ? mark<Real> : nullptr, &right,
+                                          given & 2 ? mark<Real> : nullptr, &inside, nullptr, nullptr,
+                                          nullptr, CountingThreads::with(2));
           };
           const long before = orx_serv_live_blocks();
           ASSERT_EQ(run(), 0);
@@ -226,9 +233,10 @@ TYPED_TEST(Interpolation, OneSite) {
           for (size_t d = 0; d < 3; ++d) EXPECT_NEAR(one[d], two[d], 100 * kEps<Real>) << site;
           Mark m{100, 3, false, 0, nx, 5};
           const int32_t orders[] = {1, 0, 1, 1};
-          EXPECT_EQ(Api<Real>::interpolate(s.task, 1, 0, 1, &site, 0, 4, orders, nullptr, one.data(), 0, mark<Real>, &m,
-                                           mark<Real>, &m, mark<Real>, &m, nullptr, nullptr, nullptr, nullptr),
-                    5);
+          EXPECT_EQ(
+              Api<Real>::interpolate(s.task, 1, 0, 1, &site, 0, 4, orders, nullptr, one.data(), 0, mark<Real>,
+                                     &m, mark<Real>, &m, mark<Real>, &m, nullptr, nullptr, nullptr, nullptr),
+              5);
           EXPECT_EQ(one[1], Real(1100 + (std::upper_bound(x.begin(), x.end(), site) - x.begin())));
         }
       }
@@ -249,10 +257,11 @@ TYPED_TEST(Interpolation, StatusesSearchCallBacksAndWideIntegers) {
   std::vector<Real> result(1400), expected(1400);
   std::vector<int64_t> cells(700, -77);
   int32_t answer = 0;
-  const auto run = [&](typename Api<Real>::SearchCb search, int64_t hint, const Real* data, int64_t type, Real* out) {
+  const auto run = [&](typename Api<Real>::SearchCb search, int64_t hint, const Real* data, int64_t type,
+                       Real* out) {
     const int64_t orders[] = {0, 1};
-    return Api<Real>::interpolate(s.task, type, 0, 700, sites.data(), 0, 2, orders, data, out, hint, nullptr, nullptr,
-                                  nullptr, nullptr, nullptr, nullptr, search, &answer, cells.data(),
+    return Api<Real>::interpolate(s.task, type, 0, 700, sites.data(), 0, 2, orders, data, out, hint, nullptr,
+                                  nullptr, nullptr, nullptr, nullptr, nullptr, search, &answer, cells.data(),
                                   CountingThreads::with(2));
   };
   struct {
@@ -269,7 +278,8 @@ TYPED_TEST(Interpolation, StatusesSearchCallBacksAndWideIntegers) {
   EXPECT_EQ(run(nullptr, 0, data, 1, result.data()), ORX_DF_ERROR_DATA_HINT);
   EXPECT_EQ(run(nullptr, 64, nullptr, 1, result.data()), ORX_DF_ERROR_INTERPOLATION);
   EXPECT_EQ(run(nullptr, 0, nullptr, 3, expected.data()), 0);
-  for (size_t i = 0; i < 700; ++i) ASSERT_EQ(cells[i], std::upper_bound(x.begin(), x.end(), sites[i]) - x.begin());
+  for (size_t i = 0; i < 700; ++i)
+    ASSERT_EQ(cells[i], std::upper_bound(x.begin(), x.end(), sites[i]) - x.begin());
   EXPECT_EQ(run(own_search<Real>, 0, nullptr, 1, result.data()), 0);
   EXPECT_EQ(result, expected);
   std::fill(cells.begin(), cells.end(), -77);
@@ -296,9 +306,9 @@ TYPED_TEST(Interpolation, EachAllocationFailing) {
   int failures = 0;
   for (int32_t status = -1; status != 0; failures += status != 0) {
     orx_serv_fail_allocation(failures + 1);
-    status = Api<Real>::interpolate(s.task, 1, 0, 100, sites.data(), 0, 40, orders.data(), nullptr, result.data(), 0,
-                                    mark<Real>, &m, nullptr, nullptr, mark<Real>, &m, nullptr, nullptr, nullptr,
-                                    serial());
+    status = Api<Real>::interpolate(s.task, 1, 0, 100, sites.data(), 0, 40, orders.data(), nullptr,
+                                    result.data(), 0, mark<Real>, &m, nullptr, nullptr, mark<Real>, &m,
+                                    nullptr, nullptr, nullptr, serial());
     orx_serv_fail_allocation(0);
     EXPECT_TRUE(status == 0 || status == ORX_DF_ERROR_MEMORY);
     EXPECT_EQ(orx_serv_live_blocks(), before);

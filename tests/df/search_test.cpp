@@ -1,5 +1,5 @@
-// Cell search: every method against a plain count, on all sorts of grids and sites, serial and threaded; call-backs,
-// hints, uniform sites.
+// Cell search: every method against a plain count, on all sorts of grids and sites, serial and threaded;
+// call-backs, hints, uniform sites.
 #include "fixture.h"
 
 namespace {
@@ -34,17 +34,17 @@ std::vector<Sites<Real>> all_sites(const std::vector<Real>& x, size_t n) {
     const Real point = x[i * 2654435761u % x.size()];
     points[i] = i % 3 == 0 ? point : std::nextafter(point, i % 3 == 1 ? infinity : -infinity);
   }
-  std::vector<Sites<Real>> all = {{"random", random}, {"clustered", clustered}, {"repeated", repeated},
-                                  {"breakpoints", points}};
+  std::vector<Sites<Real>> all = {
+      {"random", random}, {"clustered", clustered}, {"repeated", repeated}, {"breakpoints", points}};
   return all;
 }
 
 template <class Real>
-std::vector<int32_t> search(const Spline<Real>& s, const std::vector<Real>& sites, int64_t hint, const Real* data_hint,
-                            const ThreadingServices* threads) {
+std::vector<int32_t> search(const Spline<Real>& s, const std::vector<Real>& sites, int64_t hint,
+                            const Real* data_hint, const ThreadingServices* threads) {
   std::vector<int32_t> cells(sites.size() + 1, -77);
-  EXPECT_EQ(Api<Real>::search(s.task, 5, int64_t(sites.size()), sites.data(), hint, data_hint, cells.data(), nullptr,
-                              nullptr, threads),
+  EXPECT_EQ(Api<Real>::search(s.task, 5, int64_t(sites.size()), sites.data(), hint, data_hint, cells.data(),
+                              nullptr, nullptr, threads),
             0);
   EXPECT_EQ(cells.back(), -77);
   cells.pop_back();
@@ -93,7 +93,8 @@ TYPED_TEST(Searches, AllMethodsCountBreakpoints) {
         std::sort(sites.begin(), sites.end());
         count();
         for (const int workers : {1, 2, 3})
-          ASSERT_EQ(search(s, sites, 64, (const Real*)nullptr, CountingThreads::with(workers)), expected) << "sorted";
+          ASSERT_EQ(search(s, sites, 64, (const Real*)nullptr, CountingThreads::with(workers)), expected)
+              << "sorted";
       }
     }
 }
@@ -108,16 +109,19 @@ TYPED_TEST(Searches, UniformGrid) {
       const long double step = ((long double)ends[1] - ends[0]) / (long double)(nx - 1);
       auto sites = random_values<Real>(int64_t(n), -2, 3.2, 8);
       const Real infinity = std::numeric_limits<Real>::infinity();
-      const Real special[] = {ends[0], ends[1], std::nextafter(ends[0], -infinity), std::nextafter(ends[1], -infinity),
-                              infinity};
+      const Real special[] = {ends[0], ends[1], std::nextafter(ends[0], -infinity),
+                              std::nextafter(ends[1], -infinity), infinity};
       std::copy(special, special + 5, sites.begin());
       const auto cells = search(s, sites, 0, (const Real*)nullptr, CountingThreads::with(2));
       EXPECT_EQ(std::vector<int32_t>(cells.begin(), cells.begin() + 5),
                 (std::vector<int32_t>{1, int32_t(nx), 0, int32_t(nx - 1), int32_t(nx)}));
       for (size_t i = 5; i < n; ++i) {
-        const long double place = (sites[i] - (long double)ends[0]) / step, slack = 4 * kEps<Real> * (double)nx;
-        const int32_t low = sites[i] < ends[0] ? 0 : std::min<int32_t>(int32_t(place - slack) + 1, int32_t(nx));
-        const int32_t high = sites[i] < ends[0] ? 0 : std::min<int32_t>(int32_t(place + slack) + 1, int32_t(nx));
+        const long double place = (sites[i] - (long double)ends[0]) / step,
+                          slack = 4 * kEps<Real> * (double)nx;
+        const int32_t low =
+            sites[i] < ends[0] ? 0 : std::min<int32_t>(int32_t(place - slack) + 1, int32_t(nx));
+        const int32_t high =
+            sites[i] < ends[0] ? 0 : std::min<int32_t>(int32_t(place + slack) + 1, int32_t(nx));
         ASSERT_TRUE(low <= cells[i] && cells[i] <= high) << sites[i] << ' ' << cells[i];
       }
     }
@@ -197,8 +201,8 @@ TYPED_TEST(Searches, CallBacks) {
         for (const int32_t status : {0, 5, 1000, -9}) {
           Script script{status, guess, final, {}};
           std::vector<int32_t> cells(300, -77);
-          EXPECT_EQ(Api<Real>::search(s.task, 0, 300, sites.data(), 0, nullptr, cells.data(), scripted<Real>, &script,
-                                      CountingThreads::with(4)),
+          EXPECT_EQ(Api<Real>::search(s.task, 0, 300, sites.data(), 0, nullptr, cells.data(), scripted<Real>,
+                                      &script, CountingThreads::with(4)),
                     status);
           EXPECT_TRUE(CountingThreads::counts.empty());
           EXPECT_EQ(script.counts,

@@ -1,5 +1,5 @@
 // Making, editing and deleting tasks: the record, every status, every allocation.
-#include "_service/cell_table.h"
+#include "_service/cell_table.hpp"
 #include "fixture.h"
 
 namespace {
@@ -172,8 +172,10 @@ TYPED_TEST(Tasks, EditValues) {
   EXPECT_EQ(orx_df_kernel_iEditVal(s.task, 13, 2), ORX_DF_ERROR_PARAMETER);
   EXPECT_EQ(orx_df_kernel_iEditVal(s.task, 24, 2), ORX_DF_ERROR_PARAMETER);
   for (const Row& row : rows) {
-    for (const int64_t value : row.good) EXPECT_EQ(orx_df_kernel_iEditVal(s.task, row.id, value), 0) << row.id;
-    for (const int64_t value : row.bad) EXPECT_EQ(orx_df_kernel_iEditVal(s.task, row.id, value), row.error) << row.id;
+    for (const int64_t value : row.good)
+      EXPECT_EQ(orx_df_kernel_iEditVal(s.task, row.id, value), 0) << row.id;
+    for (const int64_t value : row.bad)
+      EXPECT_EQ(orx_df_kernel_iEditVal(s.task, row.id, value), row.error) << row.id;
   }
   EXPECT_EQ(Task<Real>::of(s.task)->gridSize, 10);
   EXPECT_EQ(Task<Real>::of(s.task)->checkFlag, 1);

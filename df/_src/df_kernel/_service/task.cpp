@@ -1,25 +1,25 @@
 // Making, editing and deleting tasks.
-#include "_service/task.h"
+#include "_service/task.hpp"
 
 #include <cstring>
 
-#include "_service/cell_table.h"
-#include "_service/memory.h"
+#include "_service/cell_table.hpp"
+#include "_service/memory.hpp"
 
 namespace orx::df {
 namespace {
 
 bool is_grid_hint(int64_t hint) {
-  return hint == ORX_DF_NO_HINT || hint == ORX_DF_NON_UNIFORM_PARTITION || hint == ORX_DF_QUASI_UNIFORM_PARTITION ||
-         hint == ORX_DF_UNIFORM_PARTITION;
+  return hint == ORX_DF_NO_HINT || hint == ORX_DF_NON_UNIFORM_PARTITION ||
+         hint == ORX_DF_QUASI_UNIFORM_PARTITION || hint == ORX_DF_UNIFORM_PARTITION;
 }
 
 bool is_storage_hint(int64_t hint) {
   return hint == ORX_DF_NO_HINT || hint == ORX_DF_ROWS || hint == ORX_DF_COLUMNS || hint == ORX_DF_FIRST_ONLY;
 }
 
-// Replaces `array` by a new one of `count` pointers: the first `given` of them lead to `base` and to what follows it,
-// `stride` elements apart, the others are null.
+// Replaces `array` by a new one of `count` pointers: the first `given` of them lead to `base` and to what
+// follows it, `stride` elements apart, the others are null.
 template <class T>
 int32_t replace_pointers(T**& array, int64_t count, int64_t given, T* base, int64_t stride) {
   orx_serv_deallocate(array);
@@ -45,8 +45,8 @@ int32_t set_coeffs(Task<Real>* task, Real* base, int64_t hint) {
 }
 
 template <class Real>
-int32_t check_new_task(int64_t gridSize, const Real* grid, int64_t gridHint, int64_t funcCount, const Real* funcs,
-                       int64_t funcHint) {
+int32_t check_new_task(int64_t gridSize, const Real* grid, int64_t gridHint, int64_t funcCount,
+                       const Real* funcs, int64_t funcHint) {
   if (gridSize < 2) return ORX_DF_ERROR_GRID_SIZE;
   if (!grid) return ORX_DF_ERROR_GRID;
   if (!is_grid_hint(gridHint)) return ORX_DF_ERROR_GRID_HINT;
@@ -93,8 +93,8 @@ int32_t edit_spline(Task<Real>* task, int64_t splineOrder, int64_t splineKind, i
   if (splineKind < 0) return ORX_DF_ERROR_SPLINE_KIND;
   task->splineOrder = splineOrder;
   task->splineKind = splineKind;
-  const bool no_values = bndCondKind == 0 || bndCondKind == ORX_DF_NOT_A_KNOT || bndCondKind == ORX_DF_FREE_END ||
-                         bndCondKind == ORX_DF_PERIODIC;
+  const bool no_values = bndCondKind == 0 || bndCondKind == ORX_DF_NOT_A_KNOT ||
+                         bndCondKind == ORX_DF_FREE_END || bndCondKind == ORX_DF_PERIODIC;
   if (!no_values && !bndConds) return ORX_DF_ERROR_BND_CONDS;
   task->bndCondKind = bndCondKind;
   task->bndConds = bndConds;
@@ -164,7 +164,8 @@ constexpr ValueParameter<Real> value_parameters[] = {
     {&Task<Real>::funcCount, [](int64_t v) { return v >= 1; }, ORX_DF_ERROR_FUNC_COUNT},
     {&Task<Real>::funcHint, is_storage_hint, ORX_DF_ERROR_FUNC_HINT},
     {&Task<Real>::splineOrder, [](int64_t v) { return v >= 0; }, ORX_DF_ERROR_SPLINE_ORDER},
-    {&Task<Real>::splineKind, [](int64_t v) { return v >= 0 && v <= ORX_DF_AKIMA; }, ORX_DF_ERROR_SPLINE_KIND},
+    {&Task<Real>::splineKind, [](int64_t v) { return v >= 0 && v <= ORX_DF_AKIMA; },
+     ORX_DF_ERROR_SPLINE_KIND},
     {&Task<Real>::intCondKind, [](int64_t v) { return (v >= 0 && v <= 2) || (v & ORX_DF_KNOTS); },
      ORX_DF_ERROR_INT_COND_KIND},
     {&Task<Real>::bndCondKind, [](int64_t v) { return v >= 0; }, ORX_DF_ERROR_BND_COND_KIND},
@@ -200,25 +201,24 @@ void delete_task(Task<Real>* task) {
 
 using namespace orx::df;
 
-#define ORX_DF_TASK(t, Real)                                                                                       \
-  ORX_API int32_t orx_df_kernel_##t##NewTask1D(DFTask** task, int64_t gridSize, const Real* grid, int64_t gridHint, \
-                                               int64_t funcCount, const Real* funcs, int64_t funcHint,             \
-                                               int32_t ilp64Flag) {                                                \
-    return new_task(task, gridSize, grid, gridHint, funcCount, funcs, funcHint, ilp64Flag);                        \
-  }                                                                                                                \
-  ORX_API int32_t orx_df_kernel_##t##EditPPSpline1D(DFTask* task, int64_t splineOrder, int64_t splineKind,         \
-                                                    int64_t bndCondKind, const Real* bndConds,                     \
-                                                    int64_t intCondKind, const Real* intConds, Real* coeffs,       \
-                                                    int64_t coeffHint) {                                           \
-    return edit_spline(Task<Real>::of(task), splineOrder, splineKind, bndCondKind, bndConds, intCondKind,          \
-                       intConds, coeffs, coeffHint);                                                               \
-  }                                                                                                                \
-  ORX_API int32_t orx_df_kernel_##t##EditPtr(DFTask* task, int64_t parameter, const Real* pointer) {               \
-    return edit_pointer(Task<Real>::of(task), parameter, pointer);                                                 \
-  }                                                                                                                \
-  ORX_API int32_t orx_df_kernel_##t##EditIdxPtr(DFTask* task, int64_t parameter, int64_t index,                    \
-                                                const Real* pointer) {                                             \
-    return edit_indexed_pointer(Task<Real>::of(task), parameter, index, pointer);                                  \
+#define ORX_DF_TASK(t, Real)                                                                              \
+  ORX_API int32_t orx_df_kernel_##t##NewTask1D(DFTask** task, int64_t gridSize, const Real* grid,         \
+                                               int64_t gridHint, int64_t funcCount, const Real* funcs,    \
+                                               int64_t funcHint, int32_t ilp64Flag) {                     \
+    return new_task(task, gridSize, grid, gridHint, funcCount, funcs, funcHint, ilp64Flag);               \
+  }                                                                                                       \
+  ORX_API int32_t orx_df_kernel_##t##EditPPSpline1D(                                                      \
+      DFTask* task, int64_t splineOrder, int64_t splineKind, int64_t bndCondKind, const Real* bndConds,   \
+      int64_t intCondKind, const Real* intConds, Real* coeffs, int64_t coeffHint) {                       \
+    return edit_spline(Task<Real>::of(task), splineOrder, splineKind, bndCondKind, bndConds, intCondKind, \
+                       intConds, coeffs, coeffHint);                                                      \
+  }                                                                                                       \
+  ORX_API int32_t orx_df_kernel_##t##EditPtr(DFTask* task, int64_t parameter, const Real* pointer) {      \
+    return edit_pointer(Task<Real>::of(task), parameter, pointer);                                        \
+  }                                                                                                       \
+  ORX_API int32_t orx_df_kernel_##t##EditIdxPtr(DFTask* task, int64_t parameter, int64_t index,           \
+                                                const Real* pointer) {                                    \
+    return edit_indexed_pointer(Task<Real>::of(task), parameter, index, pointer);                         \
   }
 
 ORX_DF_TASK(d, double)

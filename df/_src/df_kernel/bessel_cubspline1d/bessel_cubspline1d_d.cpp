@@ -1,2 +1,2 @@
-#include "_service/double.h"
-#include "bessel_cubspline1d/bessel_cubspline1d.inl"
+#include "_service/double.hpp"
+#include "bessel_cubspline1d/bessel_cubspline1d.hpp"

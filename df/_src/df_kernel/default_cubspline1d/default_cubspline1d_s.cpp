@@ -1,2 +1,2 @@
-#include "_service/single.h"
-#include "default_cubspline1d/default_cubspline1d.inl"
+#include "_service/single.hpp"
+#include "default_cubspline1d/default_cubspline1d.hpp"

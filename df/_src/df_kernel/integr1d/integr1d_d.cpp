@@ -1,2 +1,2 @@
-#include "_service/double.h"
-#include "integr1d/integr1d.inl"
+#include "_service/double.hpp"
+#include "integr1d/integr1d.hpp"

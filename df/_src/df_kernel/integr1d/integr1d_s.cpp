@@ -1,2 +1,2 @@
-#include "_service/single.h"
-#include "integr1d/integr1d.inl"
+#include "_service/single.hpp"
+#include "integr1d/integr1d.hpp"

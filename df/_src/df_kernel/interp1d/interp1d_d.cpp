@@ -1,2 +1,2 @@
-#include "_service/double.h"
-#include "interp1d/interp1d.inl"
+#include "_service/double.hpp"
+#include "interp1d/interp1d.hpp"

@@ -1,2 +1,2 @@
-#include "_service/single.h"
-#include "interp1d/interp1d.inl"
+#include "_service/single.hpp"
+#include "interp1d/interp1d.hpp"

@@ -1,2 +1,2 @@
-#include "_service/double.h"
-#include "linspline1d/linspline1d.inl"
+#include "_service/double.hpp"
+#include "linspline1d/linspline1d.hpp"

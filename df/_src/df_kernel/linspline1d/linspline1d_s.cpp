@@ -1,2 +1,2 @@
-#include "_service/single.h"
-#include "linspline1d/linspline1d.inl"
+#include "_service/single.hpp"
+#include "linspline1d/linspline1d.hpp"

@@ -1,2 +1,2 @@
-#include "_service/double.h"
-#include "natural_cubspline1d/natural_cubspline1d.inl"
+#include "_service/double.hpp"
+#include "natural_cubspline1d/natural_cubspline1d.hpp"

@@ -1,2 +1,2 @@
-#include "_service/single.h"
-#include "natural_cubspline1d/natural_cubspline1d.inl"
+#include "_service/single.hpp"
+#include "natural_cubspline1d/natural_cubspline1d.hpp"

@@ -1,2 +1,2 @@
-#include "_service/double.h"
-#include "quadspline1d/quadspline1d.inl"
+#include "_service/double.hpp"
+#include "quadspline1d/quadspline1d.hpp"

@@ -1,2 +1,2 @@
-#include "_service/single.h"
-#include "quadspline1d/quadspline1d.inl"
+#include "_service/single.hpp"
+#include "quadspline1d/quadspline1d.hpp"

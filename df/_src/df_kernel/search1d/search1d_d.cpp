@@ -1,2 +1,2 @@
-#include "_service/double.h"
-#include "search1d/search1d.inl"
+#include "_service/double.hpp"
+#include "search1d/search1d.hpp"

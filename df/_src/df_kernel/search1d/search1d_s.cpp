@@ -1,2 +1,2 @@
-#include "_service/single.h"
-#include "search1d/search1d.inl"
+#include "_service/single.hpp"
+#include "search1d/search1d.hpp"

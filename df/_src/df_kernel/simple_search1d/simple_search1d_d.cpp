@@ -1,2 +1,2 @@
-#include "_service/double.h"
-#include "simple_search1d/simple_search1d.inl"
+#include "_service/double.hpp"
+#include "simple_search1d/simple_search1d.hpp"

@@ -1,10 +1,10 @@
 // Interpolation: search and evaluation, block by block.
 #include <algorithm>
 
-#include "_service/blocks.h"
-#include "interp1d/evaluators.h"
-#include "search1d/search.inl"
-#include "simple_search1d/methods.h"
+#include "_service/blocks.hpp"
+#include "interp1d/evaluators.hpp"
+#include "search1d/search.hpp"
+#include "simple_search1d/methods.hpp"
 
 namespace {
 using namespace orx::df;
@@ -13,12 +13,14 @@ constexpr Index kGroupBlocks = 5, kThreadedSites = 512;
 constexpr Index kScratchSites = 32, kScratchBytes = 18256, kScratchValues = 2048;
 
 // The evaluators by name, and their tables.
-#define ORX_DF_EVALUATOR(Kind, ...)                                                                             \
-  extern "C" __attribute__((visibility("hidden"))) int32_t ORX_DF_NAME(_##Kind##Eval)(const EvalBlock<Real>& b) { \
-    return __VA_ARGS__(b);                                                                                      \
-  }                                                                                                             \
-  extern "C" __attribute__((visibility("hidden"))) int32_t ORX_DF_NAME(_##Kind##EvalCB)(const EvalBlock<Real>& b) { \
-    return evaluate_or_call<Real, __VA_ARGS__>(b);                                                              \
+#define ORX_DF_EVALUATOR(Kind, ...)                                                      \
+  extern "C" __attribute__((visibility("hidden"))) int32_t ORX_DF_NAME(_##Kind##Eval)(   \
+      const EvalBlock<Real>& b) {                                                        \
+    return __VA_ARGS__(b);                                                               \
+  }                                                                                      \
+  extern "C" __attribute__((visibility("hidden"))) int32_t ORX_DF_NAME(_##Kind##EvalCB)( \
+      const EvalBlock<Real>& b) {                                                        \
+    return evaluate_or_call<Real, __VA_ARGS__>(b);                                       \
   }
 }  // namespace
 ORX_DF_EVALUATOR(LinearSpline, evaluate_polynomials<Real, 2>)
@@ -31,11 +33,13 @@ ORX_DF_EVALUATOR(StepRightSpline, evaluate_steps<Real, false>)
 ORX_DF_EVALUATOR(LookUpSpline, evaluate_look_up<Real>)
 namespace {
 
-#define ORX_DF_EVALUATORS(CB)                                                                    \
-  {ORX_DF_NAME(_LinearSplineEval##CB),    ORX_DF_NAME(_QuadraticSplineEval##CB),                 \
-   ORX_DF_NAME(_CubicSplineEval##CB),     ORX_DF_NAME(_QuadSubbSplineEval##CB),                  \
-   ORX_DF_NAME(_ArbitrSplineEval##CB),    ORX_DF_NAME(_StepLeftSplineEval##CB),                  \
-   ORX_DF_NAME(_StepRightSplineEval##CB), ORX_DF_NAME(_LookUpSplineEval##CB)}
+#define ORX_DF_EVALUATORS(CB)                                                     \
+  {                                                                               \
+    ORX_DF_NAME(_LinearSplineEval##CB), ORX_DF_NAME(_QuadraticSplineEval##CB),    \
+        ORX_DF_NAME(_CubicSplineEval##CB), ORX_DF_NAME(_QuadSubbSplineEval##CB),  \
+        ORX_DF_NAME(_ArbitrSplineEval##CB), ORX_DF_NAME(_StepLeftSplineEval##CB), \
+        ORX_DF_NAME(_StepRightSplineEval##CB), ORX_DF_NAME(_LookUpSplineEval##CB) \
+  }
 Evaluator<Real>* const _Interpolate1DDispatch[kEvaluatorCount] = ORX_DF_EVALUATORS();
 Evaluator<Real>* const _Interpolate1DDispatchCB[kEvaluatorCount] = ORX_DF_EVALUATORS(CB);
 
@@ -170,7 +174,8 @@ struct Interpolation : BlockWork {
       }
   }
 
-  EvalBlock<Real> eval_block(Index f, const SiteList<Real>& list, const Real* at, Real* out, Index plane) const {
+  EvalBlock<Real> eval_block(Index f, const SiteList<Real>& list, const Real* at, Real* out,
+                             Index plane) const {
     return {task, &list, at, f, orders, out, plane, nullptr, nullptr, by_site};
   }
 
@@ -261,11 +266,14 @@ int32_t run_with_scratch(Interpolation* work, const ThreadingServices* threading
 
 }  // namespace
 
-ORX_API int32_t ORX_DF_NAME(DFInterpolate1D)(
-    DFTask* task, int64_t type, int64_t, int64_t siteCount, const Real* sites, int64_t siteHint, int64_t orderCount,
-    const void* derivativeOrders, const Real* dataHint, Real* result, int64_t resultHint, InterpCallback<Real> left,
-    void* leftParams, InterpCallback<Real> right, void* rightParams, InterpCallback<Real> inside, void* insideParams,
-    SearchCallback<Real> search, void* searchParams, void* cells, const ThreadingServices* threading) {
+ORX_API int32_t ORX_DF_NAME(DFInterpolate1D)(DFTask* task, int64_t type, int64_t, int64_t siteCount,
+                                             const Real* sites, int64_t siteHint, int64_t orderCount,
+                                             const void* derivativeOrders, const Real* dataHint, Real* result,
+                                             int64_t resultHint, InterpCallback<Real> left, void* leftParams,
+                                             InterpCallback<Real> right, void* rightParams,
+                                             InterpCallback<Real> inside, void* insideParams,
+                                             SearchCallback<Real> search, void* searchParams, void* cells,
+                                             const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
   Interpolation work{};
   work.task = t;
@@ -273,7 +281,8 @@ ORX_API int32_t ORX_DF_NAME(DFInterpolate1D)(
   const int32_t evaluator = evaluator_number(t, work.callbacks.all());
   if (evaluator < 0) return evaluator;
   work.evaluator = EvaluatorNumber(evaluator);
-  if (const int32_t bad = choose_search(t, siteHint, dataHint, search, searchParams, &work.search)) return bad;
+  if (const int32_t bad = choose_search(t, siteHint, dataHint, search, searchParams, &work.search))
+    return bad;
   const Orders orders(t, orderCount, derivativeOrders);
   work.want_values = type & ORX_DF_VALUES;
   work.want_cells = type & ORX_DF_CELLS;
@@ -284,7 +293,8 @@ ORX_API int32_t ORX_DF_NAME(DFInterpolate1D)(
       orderCount <= 4 && t->funcCount <= 1 && !search)
     return _Interp1DKernel_scalar(t, work.search, sites[0], orders, result, work.callbacks);
   work.by_site = resultHint == ORX_DF_ROWS || resultHint == ORX_DF_FIRST_ONLY;
-  if (!work.by_site && resultHint != ORX_DF_NO_HINT && resultHint != ORX_DF_COLUMNS) return ORX_DF_ERROR_INTERPOLATION;
+  if (!work.by_site && resultHint != ORX_DF_NO_HINT && resultHint != ORX_DF_COLUMNS)
+    return ORX_DF_ERROR_INTERPOLATION;
   if (siteCount <= 0) return ORX_DF_OK;
   work.count = Index(siteCount);
   work.block = kSiteBlock;

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "_service/task.h"
+#include "_service/task.hpp"
 
 namespace orx::df {
 
@@ -24,7 +24,8 @@ T derivative(const T* c, T t) {
   T sum{};
   if constexpr (k < kOrder) {
     sum = c[kOrder - 1] * Real(falling_factorial(kOrder - 1, k));
-    for (int power = kOrder - 2; power >= k; --power) sum = sum * t + c[power] * Real(falling_factorial(power, k));
+    for (int power = kOrder - 2; power >= k; --power)
+      sum = sum * t + c[power] * Real(falling_factorial(power, k));
   }
   return sum;
 }

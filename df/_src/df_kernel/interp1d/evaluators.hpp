@@ -3,13 +3,13 @@
 
 #include <cstdint>
 
-#include "_service/builder.h"
-#include "_service/evaluator_number.h"
-#include "_service/memory.h"
-#include "_service/polynomial.h"
-#include "_service/samples.h"
-#include "_service/simd.h"
-#include "quadspline1d/subgrid.h"
+#include "_service/builder.hpp"
+#include "_service/evaluator_number.hpp"
+#include "_service/memory.hpp"
+#include "_service/polynomial.hpp"
+#include "_service/samples.hpp"
+#include "_service/simd.hpp"
+#include "quadspline1d/subgrid.hpp"
 
 namespace orx::df {
 
@@ -20,7 +20,9 @@ class Orders {
  public:
   template <class Real>
   Orders(const Task<Real>* task, int64_t count, const void* array)
-      : words_(static_cast<const int32_t*>(array)), step_(task->ilp64Flag ? 2 : 1), size_(array ? Index(count) : 0) {
+      : words_(static_cast<const int32_t*>(array)),
+        step_(task->ilp64Flag ? 2 : 1),
+        size_(array ? Index(count) : 0) {
     for (Index k = 0; k < size_; ++k) count_ += words_[k * step_] == 1;
     if (count_ == 0) size_ = 0, count_ = 1;  // nothing wanted means the function
     for (Index k = 0; k < 4; ++k) mask_ |= unsigned((*this)[k]) << k;
@@ -36,16 +38,17 @@ class Orders {
   unsigned mask_ = 0;
 };
 
-// Up to 64 sites with their cells, and what the polynomials need of them. All arrays are filled up to whole groups.
+// Up to 64 sites with their cells, and what the polynomials need of them. All arrays are filled up to whole
+// groups.
 template <class Real>
 struct SiteList {
   int32_t count = 0;
-  bool one_row;                              // all sites have the same polynomial
+  bool one_row;  // all sites have the same polynomial
   alignas(32) int32_t cells[kSiteBlock];
-  alignas(32) int32_t rows[kSiteBlock];      // where the coefficients begin
-  alignas(32) Real t[kSiteBlock];            // the distance from the polynomial's base
+  alignas(32) int32_t rows[kSiteBlock];  // where the coefficients begin
+  alignas(32) Real t[kSiteBlock];        // the distance from the polynomial's base
   alignas(32) Real sites[kSiteBlock];
-  int32_t places[kSiteBlock];                // in the block, for a list that is a part of it
+  int32_t places[kSiteBlock];  // in the block, for a list that is a part of it
 
   int32_t padded() const { return (count + kSiteGroup - 1) & -kSiteGroup; }
 };
@@ -166,7 +169,8 @@ void evaluate_rows(const EvalBlock<Real>& b, const Rows& rows) {
 // Zeros for the order numbers from `first` on.
 template <class Real>
 void fill_zero(const EvalBlock<Real>& b, Index first) {
-  for (Index d = first; d < b.orders->count(); ++d) std::fill_n(b.result + d * b.plane, b.list->padded(), Real(0));
+  for (Index d = first; d < b.orders->count(); ++d)
+    std::fill_n(b.result + d * b.plane, b.list->padded(), Real(0));
 }
 
 template <class Real, int kOrder>

@@ -1,23 +1,24 @@
-// A search as search, interpolation and integration use it: which of the seven methods, with what it needs. For the Real of
-// the file that includes it.
+// A search as search, interpolation and integration use it: which of the seven methods, with what it needs.
+// For the Real of the file that includes it.
 #pragma once
 
 #include <cstdint>
 
-#include "_service/task.h"
+#include "_service/task.hpp"
 
 namespace {
 using namespace orx::df;
 
 enum SearchMethod : int32_t { kUniform, kQuasiUniform, kSorted, kPeak, kHybrid, kUserDef, kUserDefUniform };
 
-using BlockSearch = int32_t(int32_t nx, const Real* grid, int32_t siteCount, const Real* sites, int32_t* start,
-                            Real value, int32_t unused, const int32_t* cellTable, void* cells, int32_t flags,
-                            SearchCallback<Real> search, void* searchParams, int32_t* siteFlags);
+using BlockSearch = int32_t(int32_t nx, const Real* grid, int32_t siteCount, const Real* sites,
+                            int32_t* start, Real value, int32_t unused, const int32_t* cellTable, void* cells,
+                            int32_t flags, SearchCallback<Real> search, void* searchParams,
+                            int32_t* siteFlags);
 
 BlockSearch* const _Search1DDispatch[7] = {
-    ORX_DF_NAME(DFUniformSearch1D), ORX_DF_NAME(DFQuasiUniformSearch1D), ORX_DF_NAME(DFSortedSearch1D),
-    ORX_DF_NAME(DFPeakSearch1D),    ORX_DF_NAME(DFHybridSearch1D),       ORX_DF_NAME(DFUserDefSearch1D),
+    ORX_DF_NAME(DFUniformSearch1D),   ORX_DF_NAME(DFQuasiUniformSearch1D), ORX_DF_NAME(DFSortedSearch1D),
+    ORX_DF_NAME(DFPeakSearch1D),      ORX_DF_NAME(DFHybridSearch1D),       ORX_DF_NAME(DFUserDefSearch1D),
     ORX_DF_NAME(DFUniUserDefSearch1D)};
 
 // Where the most likely cell of a data hint is to be used.
@@ -34,17 +35,18 @@ struct Search {
   SearchCallback<Real> callback;
   void* params;
 
-  // The cells of n sites as 32-bit integers. `start` carries a sorted search from block to block; `flags` is room for one
-  // integer per site. Negative only where the call-back's status is.
-  int32_t block(int32_t n, const Real* sites, int32_t* start, void* cells, int32_t* flags, int32_t width = 0) const {
+  // The cells of n sites as 32-bit integers. `start` carries a sorted search from block to block; `flags` is
+  // room for one integer per site. Negative only where the call-back's status is.
+  int32_t block(int32_t n, const Real* sites, int32_t* start, void* cells, int32_t* flags,
+                int32_t width = 0) const {
     return _Search1DDispatch[method](int32_t(task->gridSize), task->grid, n, sites, start, value, 0,
-                                           task->cellTable, cells, width, callback, params, flags);
+                                     task->cellTable, cells, width, callback, params, flags);
   }
 };
 
 // Chooses by what is known of grid and sites.
-int32_t choose_search(const Task<Real>* task, int64_t site_hint, const Real* data_hint, SearchCallback<Real> callback,
-                      void* params, Search* search) {
+int32_t choose_search(const Task<Real>* task, int64_t site_hint, const Real* data_hint,
+                      SearchCallback<Real> callback, void* params, Search* search) {
   bool peak = false;
   if (callback) {
     search->method = task->uniform() ? kUserDefUniform : kUserDef;

@@ -1,7 +1,7 @@
 // Cubic cells from values and first derivatives at both ends.
 #pragma once
 
-#include "_service/builder.h"
+#include "_service/builder.hpp"
 
 namespace orx::df {
 
@@ -20,8 +20,8 @@ struct HermiteCell {
 
 // Writes cells `from` to `to` - 1; d[k] is the derivative at breakpoint from + k.
 template <class Real, Storage S, Partition G>
-void write_hermite_cells(const Values<Real, S>& y, const Grid<Real, G>& grid, const Real* d, Index from, Index to,
-                         Real* coeffs) {
+void write_hermite_cells(const Values<Real, S>& y, const Grid<Real, G>& grid, const Real* d, Index from,
+                         Index to, Real* coeffs) {
   Index i = from;
   for (; i + kLanes<Real> <= to; i += kLanes<Real>, d += kLanes<Real>) {
     const HermiteCell<Vec<Real>> cell(y.vector(i), y.vector(i + 1), load(d), load(d + 1), grid.inverses(i));

@@ -10,8 +10,8 @@
 
 namespace orx::df {
 
-// Places in arrays that are in memory, so that they fit in a pointer's width. The interface's 64-bit integers are narrowed
-// to it where loops begin.
+// Places in arrays that are in memory, so that they fit in a pointer's width. The interface's 64-bit integers
+// are narrowed to it where loops begin.
 using Index = ptrdiff_t;
 
 template <class Real>
@@ -35,7 +35,7 @@ struct Task {
   Real** coeffs;
   int64_t coeffHint;
   int32_t checkFlag;
-  int32_t* cellTable;  // pairs (lower, upper), see cell_table.h
+  int32_t* cellTable;  // pairs (lower, upper), see cell_table.hpp
   Real cellTableScale;
 
   static Task* of(DFTask* task) { return reinterpret_cast<Task*>(task); }

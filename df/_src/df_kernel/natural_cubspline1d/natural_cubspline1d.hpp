@@ -1,14 +1,15 @@
-// The cubic spline with two continuous derivatives. Its first derivatives d at the breakpoints solve a tridiagonal
-// system, which states that the second derivative is continuous (C. de Boor, A Practical Guide to Splines, ch. IV):
+// The cubic spline with two continuous derivatives. Its first derivatives d at the breakpoints solve a
+// tridiagonal system, which states that the second derivative is continuous (C. de Boor, A Practical Guide to
+// Splines, ch. IV):
 //   h[i] d[i-1] + 2 (h[i-1] + h[i]) d[i] + h[i-1] d[i+1] = 3 (h[i] m[i-1] + h[i-1] m[i]),
-// m[i] being the slope of the broken line in cell i. The matrix belongs to grid and boundary alone: it is factored once
-// for all functions.
+// m[i] being the slope of the broken line in cell i. The matrix belongs to grid and boundary alone: it is
+// factored once for all functions.
 #include <algorithm>
 
-#include "_service/builder.h"
-#include "_service/hermite_form.h"
-#include "_service/memory.h"
-#include "_service/solver.h"
+#include "_service/builder.hpp"
+#include "_service/hermite_form.hpp"
+#include "_service/memory.hpp"
+#include "_service/solver.hpp"
 
 namespace {
 using namespace orx::df;
@@ -37,11 +38,12 @@ template <Partition G>
 }
 
 template <Storage S, Partition G>
-[[gnu::noinline]] void inner_sides(const Grid<Real, G>& grid, const Values<Real, S>& y, Index n, Real* __restrict b) {
+[[gnu::noinline]] void inner_sides(const Grid<Real, G>& grid, const Values<Real, S>& y, Index n,
+                                   Real* __restrict b) {
   for (Index i = 1; i + 1 < n; ++i)
     b[i] = G == UniformGrid ? (y[i + 1] - y[i - 1]) * (3 * grid.inverse(i))
-                   : 3 * (grid.h(i) * ((y[i] - y[i - 1]) / grid.h(i - 1)) +
-                          grid.h(i - 1) * ((y[i + 1] - y[i]) / grid.h(i)));
+                            : 3 * (grid.h(i) * ((y[i] - y[i - 1]) / grid.h(i - 1)) +
+                                   grid.h(i - 1) * ((y[i + 1] - y[i]) / grid.h(i)));
 }
 
 template <Storage S, Partition G>
@@ -73,8 +75,9 @@ struct NaturalSpline {
     }
   }
 
-  // The first and the last row of a periodic spline are divided by their element in the corner, which is 1 then, and
-  // lose it: what is solved is the matrix less e e', e being 1 at the first and the last place and 0 elsewhere.
+  // The first and the last row of a periodic spline are divided by their element in the corner, which is 1
+  // then, and lose it: what is solved is the matrix less e e', e being 1 at the first and the last place and
+  // 0 elsewhere.
   static void periodic_rows(const NaturalWork& w, const Grid<Real, G>& grid) {
     const Index n = w.order;
     if constexpr (uniform) {
@@ -107,7 +110,8 @@ struct NaturalSpline {
     return (y[i + 1] - y[i]) * grid.inverse(i);
   }
 
-  // That of an end: widths as for the row, `m` and `m_next` the slopes; `sign` is 1 at the left, -1 at the right.
+  // That of an end: widths as for the row, `m` and `m_next` the slopes; `sign` is 1 at the left, -1 at the
+  // right.
   static Real end_side(End end, Real own, Real next, Real m, Real m_next, Real value, Real sign) {
     const Real both = own + next;
     switch (end) {
@@ -134,7 +138,8 @@ struct NaturalSpline {
       b[0] = 3 * (m_last + around * m0);
       if (!uniform) b[n - 2] /= grid.h(n - 3);
     } else {
-      b[0] = end_side(left, grid.h(0), grid.h(1), m0, slope(grid, y, 1), left >= End::First ? values[0] : 0, 1);
+      b[0] =
+          end_side(left, grid.h(0), grid.h(1), m0, slope(grid, y, 1), left >= End::First ? values[0] : 0, 1);
       b[n - 1] = end_side(right, grid.h(n - 2), grid.h(n - 3), m_last, slope(grid, y, n - 3),
                           right >= End::First ? values[1] : 0, -1);
     }
@@ -182,10 +187,9 @@ struct NaturalSpline {
     const Index count = w.task->functions();
     if (periodic && !all_close<Real, S>(w.task)) return ORX_DF_ERROR_NOT_PERIODIC;
     for (Index f = 0; f < count; ++f) fill_side(w, f, w.sides + f * w.stride);
-    const int32_t info =
-        count == 1 && !periodic
-            ? solve_once(w.order, w.lower, w.diagonal, w.upper, w.sides)
-            : solve_factored(w.order, count, w.lower, w.diagonal, w.upper, w.sides, w.stride);
+    const int32_t info = count == 1 && !periodic ? solve_once(w.order, w.lower, w.diagonal, w.upper, w.sides)
+                                                 : solve_factored(w.order, count, w.lower, w.diagonal,
+                                                                  w.upper, w.sides, w.stride);
     if (info) return ORX_DF_ERROR_SINGULAR;
     for (Index f = 0; f < count; ++f) finish_function(w, f, w.sides + f * w.stride);
     return ORX_DF_OK;
@@ -199,7 +203,8 @@ struct NaturalSpline {
     w.statuses = statuses.get();
     std::fill_n(w.statuses, count, ORX_DF_OK);
     threading->parallelFor(count, threads, &w, threader);
-    const int32_t* bad = std::find_if(w.statuses, w.statuses + count, [](int32_t status) { return status != 0; });
+    const int32_t* bad =
+        std::find_if(w.statuses, w.statuses + count, [](int32_t status) { return status != 0; });
     return bad == w.statuses + count ? int32_t(ORX_DF_OK) : *bad;
   }
 
@@ -216,8 +221,16 @@ struct NaturalSpline {
     if (!block) return ORX_DF_ERROR_MEMORY;
     Real* const matrix = in_place ? task->coeffs[0] : block.get();
     const Index apart = in_place ? n : stride;
-    NaturalWork w{task,   n - periodic, stride, matrix, matrix + apart, matrix + 2 * apart, matrix + 3 * apart,
-                  0,      block.get() + matrix_size, nullptr};
+    NaturalWork w{task,
+                  n - periodic,
+                  stride,
+                  matrix,
+                  matrix + apart,
+                  matrix + 2 * apart,
+                  matrix + 3 * apart,
+                  0,
+                  block.get() + matrix_size,
+                  nullptr};
     fill_matrix(w);
     const bool factor_first = threaded || count > 1 || periodic;
     if ((factor_first && factor(w.order, w.lower, w.diagonal, w.upper)) || (periodic && solve_corner(w))) {
@@ -225,18 +238,19 @@ struct NaturalSpline {
       return ORX_DF_ERROR_SINGULAR;
     }
     const int32_t status = threaded ? build_threaded(w, threading, threads, threader) : build_serial(w);
-    const bool kept = threaded ? status != ORX_DF_OK && status != ORX_DF_ERROR_MEMORY : status == ORX_DF_ERROR_SINGULAR;
+    const bool kept =
+        threaded ? status != ORX_DF_OK && status != ORX_DF_ERROR_MEMORY : status == ORX_DF_ERROR_SINGULAR;
     if (kept) block.keep();
     return status;
   }
 };
 
-#define ORX_DF_NATURAL(S, G, B)                                                                                    \
-  static void _v1DCSNatural##S##G##B##Threader(int i, int t, int T, void* work) {                                  \
-    NaturalSpline<S, G, Boundary##B>::worker(i, t, T, work);                                                       \
-  }                                                                                                                \
-  static int32_t _v1DCSNatural##S##G##B(const Task<Real>* task, const ThreadingServices* threading) {              \
-    return NaturalSpline<S, G, Boundary##B>::build(task, threading, _v1DCSNatural##S##G##B##Threader);             \
+#define ORX_DF_NATURAL(S, G, B)                                                                        \
+  static void _v1DCSNatural##S##G##B##Threader(int i, int t, int T, void* work) {                      \
+    NaturalSpline<S, G, Boundary##B>::worker(i, t, T, work);                                           \
+  }                                                                                                    \
+  static int32_t _v1DCSNatural##S##G##B(const Task<Real>* task, const ThreadingServices* threading) {  \
+    return NaturalSpline<S, G, Boundary##B>::build(task, threading, _v1DCSNatural##S##G##B##Threader); \
   }
 extern "C" {
 ORX_DF_BOUNDARY_VARIANTS(ORX_DF_NATURAL)

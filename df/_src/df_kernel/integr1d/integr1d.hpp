@@ -1,10 +1,10 @@
 // Integration between pairs of limits: search of both, then sums over the pieces between them.
 #include <algorithm>
 
-#include "_service/blocks.h"
-#include "_service/evaluator_number.h"
-#include "integr1d/pieces.h"
-#include "search1d/search.inl"
+#include "_service/blocks.hpp"
+#include "_service/evaluator_number.hpp"
+#include "integr1d/pieces.hpp"
+#include "search1d/search.hpp"
 
 namespace {
 using namespace orx::df;
@@ -52,7 +52,8 @@ int32_t integrate_plain(const IntegrBlock& b) {
 
 // Adds the integral from a to b, by the call-back where there is one.
 template <class Pieces>
-int32_t add_part(const Pieces& pieces, Limit a, Limit b, IntegrCallback<Real> callback, void* params, Real* sum) {
+int32_t add_part(const Pieces& pieces, Limit a, Limit b, IntegrCallback<Real> callback, void* params,
+                 Real* sum) {
   if (!callback) {
     *sum += integrate_pieces(pieces, a.at, a.cell, b.at, b.cell);
     return ORX_DF_OK;
@@ -120,13 +121,14 @@ template <Partition>
 using PwRPieces = StepPieces<Real, false>;
 
 #define ORX_DF_INTEGRATOR_NAME(Kind, CB) ORX_DF_NAME(_Integrate##Kind##Spline##CB)
-#define ORX_DF_INTEGRATOR(Kind, CB, integrate)                                                        \
-  extern "C" __attribute__((visibility("hidden"))) int32_t ORX_DF_INTEGRATOR_NAME(Kind, CB)(const IntegrBlock& b) { \
-    return b.task->uniform() ? integrate<Kind##Pieces<UniformGrid>>(b)                                \
-                             : integrate<Kind##Pieces<NoUniformGrid>>(b);                             \
+#define ORX_DF_INTEGRATOR(Kind, CB, integrate)                                     \
+  extern "C" __attribute__((visibility("hidden"))) int32_t ORX_DF_INTEGRATOR_NAME( \
+      Kind, CB)(const IntegrBlock& b) {                                            \
+    return b.task->uniform() ? integrate<Kind##Pieces<UniformGrid>>(b)             \
+                             : integrate<Kind##Pieces<NoUniformGrid>>(b);          \
   }
-#define ORX_DF_INTEGRATORS(Kind)                       \
-  ORX_DF_INTEGRATOR(Kind, , integrate_plain)           \
+#define ORX_DF_INTEGRATORS(Kind)             \
+  ORX_DF_INTEGRATOR(Kind, , integrate_plain) \
   ORX_DF_INTEGRATOR(Kind, CB, integrate_with_callbacks)
 
 }  // namespace
@@ -139,10 +141,12 @@ ORX_DF_INTEGRATORS(PwL)
 ORX_DF_INTEGRATORS(PwR)
 namespace {
 
-#define ORX_DF_INTEGRATOR_TABLE(CB)                                                                              \
-  {ORX_DF_INTEGRATOR_NAME(Linear, CB), ORX_DF_INTEGRATOR_NAME(Quad, CB), ORX_DF_INTEGRATOR_NAME(Cub, CB),        \
-   ORX_DF_INTEGRATOR_NAME(Subb, CB),   ORX_DF_INTEGRATOR_NAME(Arb, CB),  ORX_DF_INTEGRATOR_NAME(PwL, CB),        \
-   ORX_DF_INTEGRATOR_NAME(PwR, CB)}
+#define ORX_DF_INTEGRATOR_TABLE(CB)                                                                         \
+  {                                                                                                         \
+    ORX_DF_INTEGRATOR_NAME(Linear, CB), ORX_DF_INTEGRATOR_NAME(Quad, CB), ORX_DF_INTEGRATOR_NAME(Cub, CB),  \
+        ORX_DF_INTEGRATOR_NAME(Subb, CB), ORX_DF_INTEGRATOR_NAME(Arb, CB), ORX_DF_INTEGRATOR_NAME(PwL, CB), \
+        ORX_DF_INTEGRATOR_NAME(PwR, CB)                                                                     \
+  }
 Integrator* const _Integrate1DDispatch[kLookUp] = ORX_DF_INTEGRATOR_TABLE();
 Integrator* const _Integrate1DDispatchCB[kLookUp] = ORX_DF_INTEGRATOR_TABLE(CB);
 
@@ -173,8 +177,10 @@ struct Integration : BlockWork {
   int32_t run_block(Index first, Index n, Starts* starts) const {
     int32_t lower_cells[kPairBlock], upper_cells[kPairBlock], flags[kPairBlock];
     int32_t status = lower_search.block(int32_t(n), lower + first, &starts->lower, lower_cells, flags);
-    if (status >= 0) status = upper_search.block(int32_t(n), upper + first, &starts->upper, upper_cells, flags);
-    Integrator* const integrate = (callbacks.any() ? _Integrate1DDispatchCB : _Integrate1DDispatch)[integrator];
+    if (status >= 0)
+      status = upper_search.block(int32_t(n), upper + first, &starts->upper, upper_cells, flags);
+    Integrator* const integrate =
+        (callbacks.any() ? _Integrate1DDispatchCB : _Integrate1DDispatch)[integrator];
     for (Index f = 0; f < std::max<Index>(task->functions(), 1) && status >= 0; ++f)
       status = integrate({task, f, int32_t(n), lower + first, upper + first, lower_cells, upper_cells,
                           result + f * count + first, &callbacks});
@@ -209,12 +215,14 @@ int32_t _Integr1DKernel(Integration* work, const ThreadingServices* threading) {
 
 }  // namespace
 
-ORX_API int32_t ORX_DF_NAME(DFIntegrate1D)(
-    DFTask* task, int64_t, int64_t limitCount, const Real* lower, int64_t lowerHint, const Real* upper,
-    int64_t upperHint, const Real* lowerDataHint, const Real* upperDataHint, Real* result, int64_t resultHint,
-    IntegrCallback<Real> left, void* leftParams, IntegrCallback<Real> right, void* rightParams,
-    IntegrCallback<Real> inside, void* insideParams, SearchCallback<Real> search, void* searchParams,
-    const ThreadingServices* threading) {
+ORX_API int32_t ORX_DF_NAME(DFIntegrate1D)(DFTask* task, int64_t, int64_t limitCount, const Real* lower,
+                                           int64_t lowerHint, const Real* upper, int64_t upperHint,
+                                           const Real* lowerDataHint, const Real* upperDataHint, Real* result,
+                                           int64_t resultHint, IntegrCallback<Real> left, void* leftParams,
+                                           IntegrCallback<Real> right, void* rightParams,
+                                           IntegrCallback<Real> inside, void* insideParams,
+                                           SearchCallback<Real> search, void* searchParams,
+                                           const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
   Integration work{};
   work.task = t;
@@ -223,9 +231,11 @@ ORX_API int32_t ORX_DF_NAME(DFIntegrate1D)(
   if (integrator < 0) return integrator;
   if (integrator == kLookUp) return ORX_DF_ERROR_SPLINE_KIND;
   work.integrator = EvaluatorNumber(integrator);
-  if (const int32_t bad = choose_search(t, lowerHint, lowerDataHint, search, searchParams, &work.lower_search))
+  if (const int32_t bad =
+          choose_search(t, lowerHint, lowerDataHint, search, searchParams, &work.lower_search))
     return bad;
-  if (const int32_t bad = choose_search(t, upperHint, upperDataHint, search, searchParams, &work.upper_search))
+  if (const int32_t bad =
+          choose_search(t, upperHint, upperDataHint, search, searchParams, &work.upper_search))
     return bad;
   if (resultHint != ORX_DF_NO_HINT && resultHint != ORX_DF_ROWS && resultHint != ORX_DF_COLUMNS &&
       resultHint != ORX_DF_FIRST_ONLY)

@@ -1,8 +1,9 @@
-// The search of a whole array: one driver per method, the expansion of uniform sites, and the split among threads.
+// The search of a whole array: one driver per method, the expansion of uniform sites, and the split among
+// threads.
 #include <algorithm>
 
-#include "_service/memory.h"
-#include "search1d/search.inl"
+#include "_service/memory.hpp"
+#include "search1d/search.hpp"
 
 namespace {
 using namespace orx::df;
@@ -23,7 +24,8 @@ struct ArraySearch {
     const int64_t most = search.callback ? kBlock : kMaxRun;
     for (const int64_t end = from + count; from < end && status >= 0; from += most) {
       void* out = static_cast<char*>(cells) + from * (wide ? sizeof(int64_t) : sizeof(int32_t));
-      status = search.block(int32_t(std::min(most, end - from)), sites + from, &start, out, flags, wide ? 3 : 2);
+      status =
+          search.block(int32_t(std::min(most, end - from)), sites + from, &start, out, flags, wide ? 3 : 2);
     }
     return status;
   }
@@ -71,10 +73,10 @@ void expand_sites(const Real* ends, int64_t n, Real* sites) {
 
 using Driver = int32_t(ArraySearch& work, int64_t n, const ThreadingServices* threading);
 
-#define ORX_DF_THREADER(name, wide)                     \
-  static void name(int i, int, int, void* args) {       \
+#define ORX_DF_THREADER(name, wide)                      \
+  static void name(int i, int, int, void* args) {        \
     const auto& work = *static_cast<ArraySearch*>(args); \
-    work.run(i * work.slice, work.slice, wide);         \
+    work.run(i* work.slice, work.slice, wide);           \
   }
 #define ORX_DF_DRIVER(Method)                                                                           \
   ORX_DF_THREADER(_v1DSearch##Method##ThreaderILP64, true)                                              \
@@ -84,9 +86,9 @@ using Driver = int32_t(ArraySearch& work, int64_t n, const ThreadingServices* th
                         _v1DSearch##Method##ThreaderILP64);                                             \
   }
 // A call-back is never run on threads.
-#define ORX_DF_CALLBACK_DRIVER(Method)                                                              \
+#define ORX_DF_CALLBACK_DRIVER(Method)                                                        \
   static int32_t _v1DSearch##Method(ArraySearch& work, int64_t n, const ThreadingServices*) { \
-    return work.run(0, n);                                                                          \
+    return work.run(0, n);                                                                    \
   }
 
 extern "C" {
@@ -99,8 +101,9 @@ ORX_DF_CALLBACK_DRIVER(UserDef)
 ORX_DF_CALLBACK_DRIVER(UserDefUni)
 }
 
-Driver* const _SearchDispatch[7] = {_v1DSearchUniform, _v1DSearchQuasiUniform, _v1DSearchSorted, _v1DSearchPeak,
-                                    _v1DSearchHybrid,  _v1DSearchUserDef,      _v1DSearchUserDefUni};
+Driver* const _SearchDispatch[7] = {_v1DSearchUniform,   _v1DSearchQuasiUniform, _v1DSearchSorted,
+                                    _v1DSearchPeak,      _v1DSearchHybrid,       _v1DSearchUserDef,
+                                    _v1DSearchUserDefUni};
 
 int32_t search_sites(ArraySearch& work, int64_t n, const ThreadingServices* threading) {
   return n < kInlineSites ? work.run(0, n) : _SearchDispatch[work.search.method](work, n, threading);
@@ -123,12 +126,14 @@ int32_t search_uniform_sites(ArraySearch& work, int64_t n, const ThreadingServic
 
 }  // namespace
 
-ORX_API int32_t ORX_DF_NAME(DFSearch1D)(DFTask* task, int64_t, int64_t siteCount, const Real* sites, int64_t siteHint,
-                                        const Real* dataHint, void* cells, SearchCallback<Real> search,
-                                        void* searchParams, const ThreadingServices* threading) {
+ORX_API int32_t ORX_DF_NAME(DFSearch1D)(DFTask* task, int64_t, int64_t siteCount, const Real* sites,
+                                        int64_t siteHint, const Real* dataHint, void* cells,
+                                        SearchCallback<Real> search, void* searchParams,
+                                        const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
   ArraySearch work{{}, sites, cells, 0};
-  if (const int32_t bad = choose_search(t, siteHint, dataHint, search, searchParams, &work.search)) return bad;
+  if (const int32_t bad = choose_search(t, siteHint, dataHint, search, searchParams, &work.search))
+    return bad;
   if (siteCount <= 0) return ORX_DF_OK;
   return siteHint == ORX_DF_UNIFORM_SITES ? search_uniform_sites(work, siteCount, threading)
                                           : search_sites(work, siteCount, threading);

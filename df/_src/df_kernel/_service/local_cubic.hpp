@@ -1,22 +1,24 @@
-// The local cubic builders: Hermite, Bessel and Akima. The derivative at an inner breakpoint comes from a few slopes around
-// it, so that strips of eight cells are independent of each other. The builders differ in their Rule:
+// The local cubic builders: Hermite, Bessel and Akima. The derivative at an inner breakpoint comes from a few
+// slopes around it, so that strips of eight cells are independent of each other. The builders differ in their
+// Rule:
 //   kReach      how many cells beyond a strip its derivatives and ends look at, on either side
 //   kRow<G>     the length of a worker's scratch row
 //   inner(v)    the derivative at an inner breakpoint, of what the View v shows
 // and in what a periodic end is. ORX_DF_LOCAL_FAMILY makes a builder's variants of its Rule.
 #pragma once
 
-#include "_service/builder.h"
-#include "_service/hermite_form.h"
-#include "_service/memory.h"
+#include "_service/builder.hpp"
+#include "_service/hermite_form.hpp"
+#include "_service/memory.hpp"
 
 namespace orx::df {
 
 constexpr Index kLocalTileCells = 2048, kLocalTileFunctions = 4, kLocalLeastValues = 512;
 constexpr int kStrip = 8;
 
-// What an end routine gets. h and m hold widths and slopes of the cells around the end, d the derivatives at their left
-// breakpoints: `cell` is the place of the outermost cell in these arrays. On a uniform grid there is no h.
+// What an end routine gets. h and m hold widths and slopes of the cells around the end, d the derivatives at
+// their left breakpoints: `cell` is the place of the outermost cell in these arrays. On a uniform grid there
+// is no h.
 template <class Real>
 struct EndArgs {
   int64_t nx, funcCount, gridHint, funcHint;
@@ -33,7 +35,8 @@ struct EndArgs {
 template <class Real>
 using EndRoutine = void(const EndArgs<Real>& a);
 
-// The end routines by what they say of the end, for both sides: kStep is 1 at the left end and -1 at the right one.
+// The end routines by what they say of the end, for both sides: kStep is 1 at the left end and -1 at the
+// right one.
 template <class Real, int kStep>
 struct EndRules {
   using Args = EndArgs<Real>;
@@ -62,8 +65,9 @@ struct EndRules {
   static void periodic(const Args& a) {
     const auto n = Index(a.nx);
     const auto y = [&](Index k) {
-      return a.funcHint == ORX_DF_COLUMNS ? a.funcs[0][k * std::max(Index(a.funcCount), Index(1)) + a.function]
-                                          : a.funcs[a.function][k];
+      return a.funcHint == ORX_DF_COLUMNS
+                 ? a.funcs[0][k * std::max(Index(a.funcCount), Index(1)) + a.function]
+                 : a.funcs[a.function][k];
     };
     const Real rise = y(1) - y(0), rise_last = y(n - 1) - y(n - 2);
     if (uniform(a)) {
@@ -76,8 +80,8 @@ struct EndRules {
   static void not_set(const Args&) {}
 };
 
-// What a rule sees from inner breakpoint i = first + k of a strip: slopes and widths of the cells around it, m(0) and h(0)
-// being those of the cell to its right. T is a Real, or a vector that holds k, k + 1, ...
+// What a rule sees from inner breakpoint i = first + k of a strip: slopes and widths of the cells around it,
+// m(0) and h(0) being those of the cell to its right. T is a Real, or a vector that holds k, k + 1, ...
 template <class T, class Real, Partition G>
 struct View {
   using Number = T;
@@ -94,8 +98,9 @@ struct View {
   bool last_but_one() const { return sizeof(T) == sizeof(Real) && first + k == task->size() - 2; }
 };
 
-// Strips of one function go from left to right through windows in the worker's scratch row, counted from the strip's first
-// cell: slopes m and, on a non-uniform grid, widths h from -kReach to kStrip + kReach - 1, derivatives d from 0 to kStrip.
+// Strips of one function go from left to right through windows in the worker's scratch row, counted from the
+// strip's first cell: slopes m and, on a non-uniform grid, widths h from -kReach to kStrip + kReach - 1,
+// derivatives d from 0 to kStrip.
 template <class Real, class Rule, Storage S, Partition G>
 class LocalCubic {
   static constexpr int kReach = Rule::kReach, kSlopes = kStrip + 2 * kReach, kDerivatives = kStrip + 1;
@@ -174,12 +179,14 @@ class LocalCubic {
       if constexpr (G == NoUniformGrid) h_[k] = grid_.h(first + k);
       m_[k] = (y_[first + k + 1] - y_[first + k]) * grid_.inverse(first + k);
     }
-    for (Index k = first == 0; k <= std::min(count, last_cell); ++k) d_[k] = Rule::inner(view<Real>(first, k));
+    for (Index k = first == 0; k <= std::min(count, last_cell); ++k)
+      d_[k] = Rule::inner(view<Real>(first, k));
     if (first == 0) left_end();
     if (count - 1 == last_cell) right_end(last_cell);
   }
 
-  // The same for a whole strip after another one, away from the ends: what both share is moved, the rest is new.
+  // The same for a whole strip after another one, away from the ends: what both share is moved, the rest is
+  // new.
   void slide_strip(Index first) {
     d_[0] = d_[kStrip];
     for (int k = -kReach; k < kReach; ++k) {
@@ -194,11 +201,23 @@ class LocalCubic {
   }
 
   EndArgs<Real> end_args(Index cell) const {
-    return {task_->gridSize, task_->funcCount, task_->gridHint, task_->funcHint, task_->grid, task_->funcs,
-            task_->bndConds, function_,        cell,            h_,              grid_.inverse(0), m_, d_};
+    return {task_->gridSize,
+            task_->funcCount,
+            task_->gridHint,
+            task_->funcHint,
+            task_->grid,
+            task_->funcs,
+            task_->bndConds,
+            function_,
+            cell,
+            h_,
+            grid_.inverse(0),
+            m_,
+            d_};
   }
 
-  // Where no condition is set, an end keeps what stood in the coefficients, the other one what its neighbour has.
+  // Where no condition is set, an end keeps what stood in the coefficients, the other one what its neighbour
+  // has.
   void left_end() {
     d_[0] = coeffs_[1];
     work_.left(end_args(0));
@@ -216,45 +235,47 @@ class LocalCubic {
   Real *coeffs_, *m_, *d_, *h_;
 };
 
-// The end routines of a family, the tables that hold them by boundary number, and the variants by storage and grid.
-// Takes Real and <Family>Rule from where it stands; `periodic_rule` is the EndRules member for periodic splines.
-#define ORX_DF_END_ROUTINE(Name, rule)                                                                            \
-  static void _vCubicSpline1DBC##Name##Left(const EndArgs<Real>& a) { EndRules<Real, 1>::rule(a); }               \
+// The end routines of a family, the tables that hold them by boundary number, and the variants by storage and
+// grid. Takes Real and <Family>Rule from where it stands; `periodic_rule` is the EndRules member for periodic
+// splines.
+#define ORX_DF_END_ROUTINE(Name, rule)                                                              \
+  static void _vCubicSpline1DBC##Name##Left(const EndArgs<Real>& a) { EndRules<Real, 1>::rule(a); } \
   static void _vCubicSpline1DBC##Name##Right(const EndArgs<Real>& a) { EndRules<Real, -1>::rule(a); }
-#define ORX_DF_END_TABLE(Side, First, Second)                                                                     \
-  EndRoutine<Real>* const _vCubicSpline1D##Side##BCDispatch[8] = {                                                \
-      _vCubicSpline1DBCNotAKnot##Side,    _vCubicSpline1DBCFreeEnd##Side, _vCubicSpline1DBC1stDer##Side,          \
-      _vCubicSpline1DBC##First##Side,     _vCubicSpline1DBC##Second##Side, _vCubicSpline1DBC2ndDer##Side,         \
-      _vCubicSpline1DBCPeriodic##Side,    _vCubicSpline1DBCNotSet##Side};
-#define ORX_DF_LOCAL_VARIANT(Family, S, G)                                                                        \
-  static void _v1DCS##Family##S##G##Threader(int i, int t, int, void* work) {                                     \
-    LocalCubic<Real, Family##Rule, S, G>::worker(i, t, work);                                                     \
-  }                                                                                                               \
-  static int32_t _v1DCS##Family##S##G(const Task<Real>* task, int boundary, const ThreadingServices* threading) { \
-    return LocalCubic<Real, Family##Rule, S, G>::build(                                                           \
-        task, _vCubicSpline1DLeftBCDispatch[boundary], _vCubicSpline1DRightBCDispatch[boundary],                  \
-        boundary == BoundaryPeriodic, threading, _v1DCS##Family##S##G##Threader);                                 \
+#define ORX_DF_END_TABLE(Side, First, Second)                                                          \
+  EndRoutine<Real>* const _vCubicSpline1D##Side##BCDispatch[8] = {                                     \
+      _vCubicSpline1DBCNotAKnot##Side, _vCubicSpline1DBCFreeEnd##Side,  _vCubicSpline1DBC1stDer##Side, \
+      _vCubicSpline1DBC##First##Side,  _vCubicSpline1DBC##Second##Side, _vCubicSpline1DBC2ndDer##Side, \
+      _vCubicSpline1DBCPeriodic##Side, _vCubicSpline1DBCNotSet##Side};
+#define ORX_DF_LOCAL_VARIANT(Family, S, G)                                                       \
+  static void _v1DCS##Family##S##G##Threader(int i, int t, int, void* work) {                    \
+    LocalCubic<Real, Family##Rule, S, G>::worker(i, t, work);                                    \
+  }                                                                                              \
+  static int32_t _v1DCS##Family##S##G(const Task<Real>* task, int boundary,                      \
+                                      const ThreadingServices* threading) {                      \
+    return LocalCubic<Real, Family##Rule, S, G>::build(                                          \
+        task, _vCubicSpline1DLeftBCDispatch[boundary], _vCubicSpline1DRightBCDispatch[boundary], \
+        boundary == BoundaryPeriodic, threading, _v1DCS##Family##S##G##Threader);                \
   }
-#define ORX_DF_LOCAL_FAMILY(Family, periodic_rule)                                                                \
-  extern "C" {                                                                                                    \
-  ORX_DF_END_ROUTINE(NotAKnot, not_a_knot)                                                                        \
-  ORX_DF_END_ROUTINE(FreeEnd, free_end)                                                                           \
-  ORX_DF_END_ROUTINE(1stDer, first)                                                                               \
-  ORX_DF_END_ROUTINE(2ndDer, second)                                                                              \
-  ORX_DF_END_ROUTINE(Periodic, periodic_rule)                                                                     \
-  ORX_DF_END_ROUTINE(NotSet, not_set)                                                                             \
-  }                                                                                                               \
-  ORX_DF_END_TABLE(Left, 1stDer, 2ndDer)                                                                          \
-  ORX_DF_END_TABLE(Right, 2ndDer, 1stDer)                                                                         \
-  extern "C" {                                                                                                    \
-  ORX_DF_LOCAL_VARIANT(Family, YCols, NoUniformGrid)                                                              \
-  ORX_DF_LOCAL_VARIANT(Family, YCols, UniformGrid)                                                                \
-  ORX_DF_LOCAL_VARIANT(Family, YRows, NoUniformGrid)                                                              \
-  ORX_DF_LOCAL_VARIANT(Family, YRows, UniformGrid)                                                                \
-  }                                                                                                               \
-  LocalBuilder<Real>* const _Dispatch##Family[4] = {                                                              \
-      _v1DCS##Family##YColsNoUniformGrid, _v1DCS##Family##YColsUniformGrid, _v1DCS##Family##YRowsNoUniformGrid,   \
-      _v1DCS##Family##YRowsUniformGrid};
+#define ORX_DF_LOCAL_FAMILY(Family, periodic_rule)                          \
+  extern "C" {                                                              \
+  ORX_DF_END_ROUTINE(NotAKnot, not_a_knot)                                  \
+  ORX_DF_END_ROUTINE(FreeEnd, free_end)                                     \
+  ORX_DF_END_ROUTINE(1stDer, first)                                         \
+  ORX_DF_END_ROUTINE(2ndDer, second)                                        \
+  ORX_DF_END_ROUTINE(Periodic, periodic_rule)                               \
+  ORX_DF_END_ROUTINE(NotSet, not_set)                                       \
+  }                                                                         \
+  ORX_DF_END_TABLE(Left, 1stDer, 2ndDer)                                    \
+  ORX_DF_END_TABLE(Right, 2ndDer, 1stDer)                                   \
+  extern "C" {                                                              \
+  ORX_DF_LOCAL_VARIANT(Family, YCols, NoUniformGrid)                        \
+  ORX_DF_LOCAL_VARIANT(Family, YCols, UniformGrid)                          \
+  ORX_DF_LOCAL_VARIANT(Family, YRows, NoUniformGrid)                        \
+  ORX_DF_LOCAL_VARIANT(Family, YRows, UniformGrid)                          \
+  }                                                                         \
+  LocalBuilder<Real>* const _Dispatch##Family[4] = {                        \
+      _v1DCS##Family##YColsNoUniformGrid, _v1DCS##Family##YColsUniformGrid, \
+      _v1DCS##Family##YRowsNoUniformGrid, _v1DCS##Family##YRowsUniformGrid};
 
 template <class Real>
 using LocalBuilder = int32_t(const Task<Real>* task, int boundary, const ThreadingServices* threading);

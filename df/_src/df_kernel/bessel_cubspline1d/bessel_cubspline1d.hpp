@@ -1,5 +1,6 @@
-// Bessel's cubic: the derivative at an inner breakpoint is that of the parabola through it and its two neighbours.
-#include "_service/local_cubic.h"
+// Bessel's cubic: the derivative at an inner breakpoint is that of the parabola through it and its two
+// neighbours.
+#include "_service/local_cubic.hpp"
 
 namespace {
 using namespace orx::df;
@@ -20,7 +21,8 @@ ORX_DF_LOCAL_FAMILY(Bessel, periodic)
 
 }  // namespace
 
-ORX_API int32_t ORX_DF_NAME(DFBesselCubicSpline1D)(DFTask* task, int64_t, int64_t, const ThreadingServices* threading) {
+ORX_API int32_t ORX_DF_NAME(DFBesselCubicSpline1D)(DFTask* task, int64_t, int64_t,
+                                                   const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
   const int32_t boundary = cubic_boundary_number(t, 3);
   return boundary < 0 ? boundary : _DispatchBessel[variant_number(t)](t, boundary, threading);

@@ -1,9 +1,9 @@
-// The cubic spline with given second derivatives M at the inner breakpoints. No system is solved: each cell follows from
-// its values and its two second derivatives, an end cell from what is known of its end.
+// The cubic spline with given second derivatives M at the inner breakpoints. No system is solved: each cell
+// follows from its values and its two second derivatives, an end cell from what is known of its end.
 #include <algorithm>
 
-#include "_service/builder.h"
-#include "_service/memory.h"
+#include "_service/builder.hpp"
+#include "_service/memory.hpp"
 
 namespace {
 using namespace orx::df;
@@ -52,7 +52,8 @@ struct DefaultSpline {
         c[3] = inner / (6 * h);
         c[1] = m - h * h * c[3];
         break;
-      default:  // not a knot: the cubic of the next cell goes on; of the three breakpoints' two cells nothing tells it
+      default:  // not a knot: the cubic of the next cell goes on; of the three breakpoints' two cells nothing
+                // tells it
         c[3] = task->size() > 3 ? c[4 + 3] : 0;
         c[2] = Real(0.5) * inner - 3 * h * c[3];
         c[1] = m - h * (c[2] + h * c[3]);
@@ -101,9 +102,9 @@ struct DefaultSpline {
   }
 };
 
-#define ORX_DF_DEFAULT_CUBIC(S, G, B)                                                                \
-  static int32_t _v1DCSDefault##S##G##B(const Task<Real>* task, const ThreadingServices*) {          \
-    return DefaultSpline<S, G, Boundary##B>::build(task);                                            \
+#define ORX_DF_DEFAULT_CUBIC(S, G, B)                                                       \
+  static int32_t _v1DCSDefault##S##G##B(const Task<Real>* task, const ThreadingServices*) { \
+    return DefaultSpline<S, G, Boundary##B>::build(task);                                   \
   }
 extern "C" {
 ORX_DF_BOUNDARY_VARIANTS(ORX_DF_DEFAULT_CUBIC)
@@ -115,7 +116,8 @@ static_assert(sizeof _DispatchDefault == 28 * sizeof _DispatchDefault[0]);
 
 }  // namespace
 
-ORX_API int32_t ORX_DF_NAME(DFDefaultCubicSpline1D)(DFTask* task, int64_t, int64_t, const ThreadingServices* threading) {
+ORX_API int32_t ORX_DF_NAME(DFDefaultCubicSpline1D)(DFTask* task, int64_t, int64_t,
+                                                    const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
   const int32_t boundary = cubic_boundary_number(t, 3);
   if (boundary < 0) return boundary;

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "_service/simd.h"
+#include "_service/simd.hpp"
 
 namespace orx::df {
 
@@ -20,11 +20,11 @@ int32_t bisect(const Real* x, int32_t low, int32_t high, Real site) {
   return low;
 }
 
-// *cell becomes the first c >= start with c == nx or grid[c] > sites[site]. What a few vectors do not reach is
-// bisected: a scan that begins far below its site costs no more than a search.
+// *cell becomes the first c >= start with c == nx or grid[c] > sites[site]. What a few vectors do not reach
+// is bisected: a scan that begins far below its site costs no more than a search.
 template <class Real>
-inline void _df_search_sequential_vec_intrin_inline(const Real* grid, int32_t nx, const Real* sites, int32_t site,
-                                                    int32_t* cell, int32_t start) {
+inline void _df_search_sequential_vec_intrin_inline(const Real* grid, int32_t nx, const Real* sites,
+                                                    int32_t site, int32_t* cell, int32_t start) {
   constexpr int kVectors = 4;
   const Vec<Real> s = broadcast(sites[site]);
   int32_t c = start;
@@ -40,8 +40,8 @@ inline void _df_search_sequential_vec_intrin_inline(const Real* grid, int32_t nx
 
 // *cell becomes the last c <= start with c == 0 or grid[c-1] <= sites[site].
 template <class Real>
-inline void _df_search_invsequential_vec_intrin_inline(const Real* grid, int32_t, const Real* sites, int32_t site,
-                                                       int32_t* cell, int32_t start) {
+inline void _df_search_invsequential_vec_intrin_inline(const Real* grid, int32_t, const Real* sites,
+                                                       int32_t site, int32_t* cell, int32_t start) {
   constexpr int kVectors = 4;
   const Vec<Real> s = broadcast(sites[site]);
   int32_t c = start;

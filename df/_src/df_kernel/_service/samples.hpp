@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "_service/task.h"
+#include "_service/task.hpp"
 
 namespace orx::df {
 

@@ -1,10 +1,11 @@
-// Quadratic splines: the standard one, with knots at the breakpoints, and Subbotin's, with knots between them.
+// Quadratic splines: the standard one, with knots at the breakpoints, and Subbotin's, with knots between
+// them.
 #include <algorithm>
 
-#include "_service/builder.h"
-#include "_service/memory.h"
-#include "_service/solver.h"
-#include "quadspline1d/subgrid.h"
+#include "_service/builder.hpp"
+#include "_service/memory.hpp"
+#include "_service/solver.hpp"
+#include "quadspline1d/subgrid.hpp"
 
 namespace {
 using namespace orx::df;
@@ -23,7 +24,8 @@ struct StandardSpline {
         middle[i + 1] = Real(1.5) * y[i + 1] + Real(0.25) * (y[i] + y[i + 2]) - middle[i];
       } else {
         const Real h0 = grid.h(i), h1 = grid.h(i + 1), three = 3 * y[i + 1];
-        middle[i + 1] = Real(0.25) * h1 * ((three + y[i]) / h0 + (three + y[i + 2]) / h1) - h1 / h0 * middle[i];
+        middle[i + 1] =
+            Real(0.25) * h1 * ((three + y[i]) / h0 + (three + y[i + 2]) / h1) - h1 / h0 * middle[i];
       }
     }
   }
@@ -59,15 +61,15 @@ struct StandardSpline {
   }
 };
 
-// Arrays of nx + 1 elements in one block. `lower[i]` and `upper[i]` stand in row i, left and right of its diagonal; `before`
-// and `after` are the distances from breakpoint i to its knots.
+// Arrays of nx + 1 elements in one block. `lower[i]` and `upper[i]` stand in row i, left and right of its
+// diagonal; `before` and `after` are the distances from breakpoint i to its knots.
 struct SubbotinWork {
   Real *lower, *diagonal, *upper, *d, *dy, *before, *after, *knots;
 };
 
-// The first derivatives d at the breakpoints solve a tridiagonal system, which states that both neighbouring knots give
-// a breakpoint the same second derivative. With A[i] = x[i] - t[i] and B[i] = t[i+1] - x[i], the distances from
-// breakpoint i to its knots, and dy[i] = y[i+1] - y[i], row i reads
+// The first derivatives d at the breakpoints solve a tridiagonal system, which states that both neighbouring
+// knots give a breakpoint the same second derivative. With A[i] = x[i] - t[i] and B[i] = t[i+1] - x[i], the
+// distances from breakpoint i to its knots, and dy[i] = y[i+1] - y[i], row i reads
 //   a B[i-1] d[i-1] + (2 + a B[i-1] + b A[i+1]) d[i] + b A[i+1] d[i+1] = 2 (a dy[i-1] + b dy[i]),
 //   a = h[i] / D / A[i],  b = h[i-1] / D / B[i],  D = x[i+1] - x[i-1].
 template <Storage S, Partition G>
@@ -90,8 +92,8 @@ template <Storage S, Partition G>
   }
 }
 
-// The second coefficient is known from the knot to the right of a breakpoint; at the last two breakpoints it follows from
-// the one before.
+// The second coefficient is known from the knot to the right of a breakpoint; at the last two breakpoints it
+// follows from the one before.
 template <Storage S, Partition G>
 [[gnu::noinline]] void write_subbotin_cells(const Task<Real>* task, Index f, const SubbotinWork& w) {
   const Index n = task->size(), general = std::max<Index>(n - 2, 1);
@@ -103,7 +105,8 @@ template <Storage S, Partition G>
     c[1] = w.d[i];
     if (i < general) {
       const Real h = grid.h(i);
-      c[2] = (w.d[i + 1] - w.d[i]) / (2 * h) + (2 * w.dy[i] - (w.d[i] + w.d[i + 1]) * h) / (2 * h * w.after[i]);
+      c[2] =
+          (w.d[i + 1] - w.d[i]) / (2 * h) + (2 * w.dy[i] - (w.d[i] + w.d[i + 1]) * h) / (2 * h * w.after[i]);
     } else {
       const Real h = grid.h(i - 1), p = w.before[i];
       c[2] = c[2 - 3] + (w.dy[i - 1] - Real(0.5) * h * (w.d[i - 1] + w.d[i])) / (p * (p - h));
@@ -178,19 +181,20 @@ struct SubbotinSpline {
   }
 };
 
-#define ORX_DF_STANDARD(S, G)                                                                    \
-  static int32_t _v1DQSStd##S##G(const Task<Real>* task, const ThreadingServices*) {             \
-    return StandardSpline<S, G>::build(task);                                                    \
+#define ORX_DF_STANDARD(S, G)                                                        \
+  static int32_t _v1DQSStd##S##G(const Task<Real>* task, const ThreadingServices*) { \
+    return StandardSpline<S, G>::build(task);                                        \
   }
-#define ORX_DF_SUBBOTIN(K, S, G, B)                                                              \
-  static int32_t _v1DQSSubb##K##S##G##B(const Task<Real>* task, const ThreadingServices*) {      \
-    return SubbotinSpline<K, S, G, Boundary##B>::build(task);                                    \
+#define ORX_DF_SUBBOTIN(K, S, G, B)                                                         \
+  static int32_t _v1DQSSubb##K##S##G##B(const Task<Real>* task, const ThreadingServices*) { \
+    return SubbotinSpline<K, S, G, Boundary##B>::build(task);                               \
   }
 // One row of the table: the kinds with values at both ends; the slots of the others are empty.
-#define ORX_DF_TWO_SIDED(V, K, S, G) V(K, S, G, 1st1st) V(K, S, G, 1st2nd) V(K, S, G, 2nd1st) V(K, S, G, 2nd2nd)
-#define ORX_DF_SUBGRID_VARIANTS(DO, V, K)                                                        \
-  DO(V, K, YCols, NoUniformGrid) DO(V, K, YCols, UniformGrid)                                    \
-  DO(V, K, YRows, NoUniformGrid) DO(V, K, YRows, UniformGrid)
+#define ORX_DF_TWO_SIDED(V, K, S, G) \
+  V(K, S, G, 1st1st) V(K, S, G, 1st2nd) V(K, S, G, 2nd1st) V(K, S, G, 2nd2nd)
+#define ORX_DF_SUBGRID_VARIANTS(DO, V, K) \
+  DO(V, K, YCols, NoUniformGrid)          \
+  DO(V, K, YCols, UniformGrid) DO(V, K, YRows, NoUniformGrid) DO(V, K, YRows, UniformGrid)
 extern "C" {
 ORX_DF_VARIANTS(ORX_DF_STANDARD)
 ORX_DF_SUBGRID_VARIANTS(ORX_DF_TWO_SIDED, ORX_DF_SUBBOTIN, NoUniformSubgrid)
@@ -204,7 +208,7 @@ Builder<Real>* const _Dispatch_Std[] = {ORX_DF_VARIANTS(ORX_DF_STANDARD_NAME)};
 #define ORX_DF_SUBBOTIN_ROW(V, K, S, G) nullptr, nullptr, ORX_DF_TWO_SIDED(V, K, S, G) nullptr,
 Builder<Real>* const _Dispatch_Subb[] = {
     ORX_DF_SUBGRID_VARIANTS(ORX_DF_SUBBOTIN_ROW, ORX_DF_SUBBOTIN_NAME, NoUniformSubgrid)
-    ORX_DF_SUBGRID_VARIANTS(ORX_DF_SUBBOTIN_ROW, ORX_DF_SUBBOTIN_NAME, UniformSubgrid)};
+        ORX_DF_SUBGRID_VARIANTS(ORX_DF_SUBBOTIN_ROW, ORX_DF_SUBBOTIN_NAME, UniformSubgrid)};
 static_assert(sizeof _Dispatch_Subb == 56 * sizeof _Dispatch_Subb[0]);
 
 int32_t standard_spline(const Task<Real>* task, const ThreadingServices* threading) {

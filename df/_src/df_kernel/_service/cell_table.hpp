@@ -1,11 +1,11 @@
-// The look-up table of the hybrid search: the range of the grid in equal bins, and for each bin a pair (lower, upper)
-// of grid indices between which the cell of every site in that bin lies.
+// The look-up table of the hybrid search: the range of the grid in equal bins, and for each bin a pair
+// (lower, upper) of grid indices between which the cell of every site in that bin lies.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 
-#include "_service/task.h"
+#include "_service/task.hpp"
 
 namespace orx::df {
 

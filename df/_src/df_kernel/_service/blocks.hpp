@@ -1,20 +1,20 @@
-// Work on long arrays in blocks: groups of blocks as items for the workers, then the blocks left over one by one, then
-// the tail on the calling thread.
+// Work on long arrays in blocks: groups of blocks as items for the workers, then the blocks left over one by
+// one, then the tail on the calling thread.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 
-#include "_service/task.h"
+#include "_service/task.hpp"
 
 namespace orx::df {
 
 struct BlockWork {
-  Index count;    // elements in all
-  Index first;    // the first element of item 0 ...
-  Index block;    // ... elements per block ...
-  Index per_item; // ... and blocks per item of the current round
-  int32_t status; // the first failure
+  Index count;     // elements in all
+  Index first;     // the first element of item 0 ...
+  Index block;     // ... elements per block ...
+  Index per_item;  // ... and blocks per item of the current round
+  int32_t status;  // the first failure
 };
 
 inline void report(BlockWork* work, int32_t status) {
@@ -32,7 +32,8 @@ void run_item(BlockWork* work, int i, Run run) {
     report(work, run(at, std::min(work->block, end - at)));
 }
 
-// Runs `worker` over all elements, in groups of `group` blocks on up to `threads` threads. Returns the first failure.
+// Runs `worker` over all elements, in groups of `group` blocks on up to `threads` threads. Returns the first
+// failure.
 inline int32_t run_blocks(BlockWork* work, Index group, int32_t threads, const ThreadingServices* threading,
                           orx_worker worker) {
   const auto round = [&](Index per_item, bool whole) {

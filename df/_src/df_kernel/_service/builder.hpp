@@ -1,12 +1,12 @@
-// What the builders have in common: access to breakpoints and values in either form, checks, the numbers of the
-// dispatch tables, and the lists from which the variants are made.
+// What the builders have in common: access to breakpoints and values in either form, checks, the numbers of
+// the dispatch tables, and the lists from which the variants are made.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 
-#include "_service/simd.h"
-#include "_service/task.h"
+#include "_service/simd.hpp"
+#include "_service/task.hpp"
 
 namespace orx::df {
 
@@ -41,12 +41,14 @@ enum BoundaryNumber {
 };
 
 // Lists for macros, in the order of the dispatch tables.
-#define ORX_DF_VARIANTS(V) V(YCols, NoUniformGrid) V(YCols, UniformGrid) V(YRows, NoUniformGrid) V(YRows, UniformGrid)
-#define ORX_DF_BOUNDARIES(V, S, G)                                                                      \
-  V(S, G, NotAKnot) V(S, G, FreeEnd) V(S, G, 1st1st) V(S, G, 1st2nd) V(S, G, 2nd1st) V(S, G, 2nd2nd) \
-  V(S, G, Periodic)
-#define ORX_DF_BOUNDARY_VARIANTS(V)                                                     \
-  ORX_DF_BOUNDARIES(V, YCols, NoUniformGrid) ORX_DF_BOUNDARIES(V, YCols, UniformGrid) \
+#define ORX_DF_VARIANTS(V) \
+  V(YCols, NoUniformGrid) V(YCols, UniformGrid) V(YRows, NoUniformGrid) V(YRows, UniformGrid)
+#define ORX_DF_BOUNDARIES(V, S, G) \
+  V(S, G, NotAKnot)                \
+  V(S, G, FreeEnd) V(S, G, 1st1st) V(S, G, 1st2nd) V(S, G, 2nd1st) V(S, G, 2nd2nd) V(S, G, Periodic)
+#define ORX_DF_BOUNDARY_VARIANTS(V)          \
+  ORX_DF_BOUNDARIES(V, YCols, NoUniformGrid) \
+  ORX_DF_BOUNDARIES(V, YCols, UniformGrid)   \
   ORX_DF_BOUNDARIES(V, YRows, NoUniformGrid) ORX_DF_BOUNDARIES(V, YRows, UniformGrid)
 
 template <class Real>
@@ -60,7 +62,8 @@ int variant_number(const Task<Real>* task) {
 template <class Real>
 int32_t check_func_hint(const Task<Real>* task) {
   const int64_t hint = task->funcHint;
-  const bool known = hint == ORX_DF_NO_HINT || hint == ORX_DF_ROWS || hint == ORX_DF_COLUMNS || hint == ORX_DF_FIRST_ONLY;
+  const bool known =
+      hint == ORX_DF_NO_HINT || hint == ORX_DF_ROWS || hint == ORX_DF_COLUMNS || hint == ORX_DF_FIRST_ONLY;
   return known ? ORX_DF_OK : ORX_DF_ERROR_FUNC_HINT;
 }
 

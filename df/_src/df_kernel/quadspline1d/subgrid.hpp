@@ -1,15 +1,15 @@
-// The knots of a Subbotin spline. Knot i + 1 lies between breakpoints i and i + 1; knots 0 and nx are the outer
-// breakpoints.
+// The knots of a Subbotin spline. Knot i + 1 lies between breakpoints i and i + 1; knots 0 and nx are the
+// outer breakpoints.
 #pragma once
 
-#include "_service/builder.h"
+#include "_service/builder.hpp"
 
 namespace orx::df {
 
 enum SubgridForm { NoUniformSubgrid, UniformSubgrid };
 
-// The inner knots as the task has them: given one by one, as the ends of an even row, or not at all, which puts them in
-// the middle.
+// The inner knots as the task has them: given one by one, as the ends of an even row, or not at all, which
+// puts them in the middle.
 template <class Real>
 class InnerKnots {
  public:

@@ -1,7 +1,7 @@
 // Linear splines: the broken line through the values.
 #include <algorithm>
 
-#include "_service/builder.h"
+#include "_service/builder.hpp"
 
 namespace {
 using namespace orx::df;
@@ -69,12 +69,12 @@ struct LinearSpline {
   }
 };
 
-#define ORX_DF_LINEAR(S, G)                                                                                  \
-  static void _v1DLinearThreader##S##G(int i, int, int, void* tiles) {                                       \
-    LinearSpline<S, G>::tile(*static_cast<LinearTiles*>(tiles), i);                                          \
-  }                                                                                                          \
-  static int32_t _v1DLSLinear##S##G(const Task<Real>* task, const ThreadingServices* threading) {            \
-    return LinearSpline<S, G>::build(task, threading, _v1DLinearThreader##S##G);                             \
+#define ORX_DF_LINEAR(S, G)                                                                       \
+  static void _v1DLinearThreader##S##G(int i, int, int, void* tiles) {                            \
+    LinearSpline<S, G>::tile(*static_cast<LinearTiles*>(tiles), i);                               \
+  }                                                                                               \
+  static int32_t _v1DLSLinear##S##G(const Task<Real>* task, const ThreadingServices* threading) { \
+    return LinearSpline<S, G>::build(task, threading, _v1DLinearThreader##S##G);                  \
   }
 extern "C" {
 ORX_DF_VARIANTS(ORX_DF_LINEAR)

@@ -1,7 +1,7 @@
-// The seven block kernels. Each finds cells in 32 bits; where the caller's array holds 64-bit integers they are widened block
-// by block.
-#include "_service/task.h"
-#include "simple_search1d/methods.h"
+// The seven block kernels. Each finds cells in 32 bits; where the caller's array holds 64-bit integers they
+// are widened block by block.
+#include "_service/task.hpp"
+#include "simple_search1d/methods.hpp"
 
 namespace {
 using namespace orx::df;
@@ -26,8 +26,8 @@ void write_cells(int32_t n, void* out, int32_t flags, Find find) {
 
 // Asks the call-back block by block; refine(i, guess) is the cell of a site for which there is only a guess.
 template <class Refine>
-int32_t ask_callback(int32_t n, const Real* sites, void* out, int32_t flags, SearchCallback<Real> search, void* params,
-                     int32_t* final, Refine refine) {
+int32_t ask_callback(int32_t n, const Real* sites, void* out, int32_t flags, SearchCallback<Real> search,
+                     void* params, int32_t* final, Refine refine) {
   int64_t cells[kSearchBlock];
   int32_t status = ORX_DF_OK;
   for (int32_t i = 0; i < n && status >= 0; i += kSearchBlock) {
@@ -49,17 +49,16 @@ int32_t ask_callback(int32_t n, const Real* sites, void* out, int32_t flags, Sea
 
 }  // namespace
 
-#define ORX_DF_KERNEL(Method)                                                                                       \
-  ORX_API int32_t ORX_DF_NAME(DF##Method##Search1D)(                                                                \
-      int32_t nx, const Real* grid, int32_t siteCount, const Real* sites, [[maybe_unused]] int32_t* start,           \
-      [[maybe_unused]] Real value, int32_t, [[maybe_unused]] const int32_t* cellTable, void* cells, int32_t flags,  \
-      [[maybe_unused]] SearchCallback<Real> search, [[maybe_unused]] void* searchParams,                          \
+#define ORX_DF_KERNEL(Method)                                                                              \
+  ORX_API int32_t ORX_DF_NAME(DF##Method##Search1D)(                                                       \
+      int32_t nx, const Real* grid, int32_t siteCount, const Real* sites, [[maybe_unused]] int32_t* start, \
+      [[maybe_unused]] Real value, int32_t, [[maybe_unused]] const int32_t* cellTable, void* cells,        \
+      int32_t flags, [[maybe_unused]] SearchCallback<Real> search, [[maybe_unused]] void* searchParams,    \
       [[maybe_unused]] int32_t* siteFlags)
 
 ORX_DF_KERNEL(Uniform) {
-  write_cells(siteCount, cells, flags, [=](int32_t i, int32_t n, int32_t* out) {
-    uniform_cells(nx, grid, n, sites + i, value, out);
-  });
+  write_cells(siteCount, cells, flags,
+              [=](int32_t i, int32_t n, int32_t* out) { uniform_cells(nx, grid, n, sites + i, value, out); });
   return ORX_DF_OK;
 }
 
@@ -78,9 +77,8 @@ ORX_DF_KERNEL(Sorted) {
 }
 
 ORX_DF_KERNEL(Peak) {
-  write_cells(siteCount, cells, flags, [=](int32_t i, int32_t n, int32_t* out) {
-    peak_cells(nx, grid, n, sites + i, value, out);
-  });
+  write_cells(siteCount, cells, flags,
+              [=](int32_t i, int32_t n, int32_t* out) { peak_cells(nx, grid, n, sites + i, value, out); });
   return ORX_DF_OK;
 }
 
@@ -92,15 +90,17 @@ ORX_DF_KERNEL(Hybrid) {
 }
 
 ORX_DF_KERNEL(UserDef) {
-  return ask_callback(siteCount, sites, cells, flags, search, searchParams, siteFlags, [=](int32_t i, int64_t guess) {
-    return cell_from_guess(grid, nx, sites, i, int32_t(std::clamp<int64_t>(guess, 0, nx)));
-  });
+  return ask_callback(
+      siteCount, sites, cells, flags, search, searchParams, siteFlags, [=](int32_t i, int64_t guess) {
+        return cell_from_guess(grid, nx, sites, i, int32_t(std::clamp<int64_t>(guess, 0, nx)));
+      });
 }
 
 ORX_DF_KERNEL(UniUserDef) {
-  return ask_callback(siteCount, sites, cells, flags, search, searchParams, siteFlags, [=](int32_t i, int64_t) {
-    int32_t cell;
-    uniform_cells(nx, grid, 1, sites + i, value, &cell);
-    return cell;
-  });
+  return ask_callback(siteCount, sites, cells, flags, search, searchParams, siteFlags,
+                      [=](int32_t i, int64_t) {
+                        int32_t cell;
+                        uniform_cells(nx, grid, 1, sites + i, value, &cell);
+                        return cell;
+                      });
 }

@@ -1,5 +1,5 @@
-// Vectors of 32 bytes over either precision: loads, masks, and rows of coefficients gathered and turned into columns.
-// AVX has no gather instruction; rows come by scalar addresses and are interleaved in registers.
+// Vectors of 32 bytes over either precision: loads, masks, and rows of coefficients gathered and turned into
+// columns. AVX has no gather instruction; rows come by scalar addresses and are interleaved in registers.
 #pragma once
 
 #include <immintrin.h>
@@ -88,7 +88,8 @@ inline void gather_pairs(const float* base, const int32_t* index, __m256* column
   column[1] = _mm256_shuffle_ps(a, b, 0xdd);
 }
 
-// Rows of `kOrder` elements, 2 to 4, starting at base + index: column[k] receives element k of each lane's row.
+// Rows of `kOrder` elements, 2 to 4, starting at base + index: column[k] receives element k of each lane's
+// row.
 template <int kOrder>
 void gather_rows(const double* base, const int32_t* index, __m256d (&column)[kOrder]) {
   gather_pairs(base, index, column);

@@ -1,14 +1,15 @@
-// A spline as pieces that follow each other along the line: for each kind where a piece begins, which one serves a site of
-// a given cell, and its integral. The first piece reaches to minus, the last to plus infinity.
+// A spline as pieces that follow each other along the line: for each kind where a piece begins, which one
+// serves a site of a given cell, and its integral. The first piece reaches to minus, the last to plus
+// infinity.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 
-#include "_service/builder.h"
-#include "_service/polynomial.h"
-#include "_service/samples.h"
-#include "quadspline1d/subgrid.h"
+#include "_service/builder.hpp"
+#include "_service/polynomial.hpp"
+#include "_service/samples.hpp"
+#include "quadspline1d/subgrid.hpp"
 
 namespace orx::df {
 

@@ -1,21 +1,22 @@
-// The search methods on one block of sites. All give the same cell, the number of breakpoints at or below the site; they
-// differ in what they know of the grid and of the sites.
+// The search methods on one block of sites. All give the same cell, the number of breakpoints at or below the
+// site; they differ in what they know of the grid and of the sites.
 #pragma once
 
 #include <algorithm>
 #include <cstdint>
 
-#include "_service/cell_table.h"
-#include "simple_search1d/scan.h"
+#include "_service/cell_table.hpp"
+#include "simple_search1d/scan.hpp"
 
 namespace orx::df {
 
 constexpr int32_t kSearchBlock = 128;
 
-// The cell by division: reciprocal_step = (nx-1) / (grid[1] - grid[0]), grid holding the ends. Rounding may put a site near
-// an end on the wrong side of it; the comparisons with the ends themselves decide.
+// The cell by division: reciprocal_step = (nx-1) / (grid[1] - grid[0]), grid holding the ends. Rounding may
+// put a site near an end on the wrong side of it; the comparisons with the ends themselves decide.
 template <class Real>
-void uniform_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real reciprocal_step, int32_t* cells) {
+void uniform_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real reciprocal_step,
+                   int32_t* cells) {
   const Real first = grid[0], last = grid[1], inner = Real(nx - 2), right = Real(nx - 1);
   for (int32_t i = 0; i < n; ++i) {
     const Real s = sites[i];
@@ -63,10 +64,11 @@ void peak_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real
   for (int32_t i = 0; i < n; ++i) cells[i] = cell_from_guess(grid, nx, sites, i, guess);
 }
 
-// Ascending sites: the scan for one goes on where that for the site before ended. Returns where the last one ended.
+// Ascending sites: the scan for one goes on where that for the site before ended. Returns where the last one
+// ended.
 //
-// Eight sites at a time while they ascend and all lie below grid[c + kWindow]: then the cell of each is c plus the number
-// of breakpoints at or below it among the kWindow that follow c.
+// Eight sites at a time while they ascend and all lie below grid[c + kWindow]: then the cell of each is c
+// plus the number of breakpoints at or below it among the kWindow that follow c.
 template <class Real>
 int32_t sorted_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, int32_t c, int32_t* cells) {
   constexpr int kGroup = 8, kWindow = 3, kVectors = kGroup / kLanes<Real>;
@@ -118,12 +120,13 @@ void counted_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, i
   }
 }
 
-// The table narrows each site to a few breakpoints, at most as many as the widest pair of the block has; halving without a
-// branch, the whole block step by step so that the loads of many sites are under way at once, and a count of the last
-// few find the cell. In `cells` stands meanwhile a breakpoint at or below the site, or 0.
+// The table narrows each site to a few breakpoints, at most as many as the widest pair of the block has;
+// halving without a branch, the whole block step by step so that the loads of many sites are under way at
+// once, and a count of the last few find the cell. In `cells` stands meanwhile a breakpoint at or below the
+// site, or 0.
 template <class Real>
-void hybrid_block(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real scale, const int32_t* table,
-                  int32_t* cells) {
+void hybrid_block(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real scale,
+                  const int32_t* table, int32_t* cells) {
   constexpr int kCounted = 8;
   const Real first = grid[0], last = grid[nx - 1], last_bin = Real(cell_table_bins(nx) - 1);
   for (int32_t i = 0; i < n; ++i) {
@@ -147,14 +150,15 @@ void hybrid_block(int32_t nx, const Real* grid, int32_t n, const Real* sites, Re
     const int32_t from = std::min(cells[i], nx - kCounted);
     const Vec<Real> s = broadcast(sites[i]);
     int32_t cell = from;
-    for (int k = 0; k < kCounted; k += kLanes<Real>) cell += __builtin_popcount(lanes_le(load(grid + from + k), s));
+    for (int k = 0; k < kCounted; k += kLanes<Real>)
+      cell += __builtin_popcount(lanes_le(load(grid + from + k), s));
     cells[i] = sites[i] >= last ? nx : cell;
   }
 }
 
 template <class Real>
-void hybrid_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real scale, const int32_t* table,
-                  int32_t* cells) {
+void hybrid_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real scale,
+                  const int32_t* table, int32_t* cells) {
   if (nx <= 16) return counted_cells(nx, grid, n, sites, cells);
   for (int32_t i = 0; i < n; i += kSearchBlock)
     hybrid_block(nx, grid, std::min(kSearchBlock, n - i), sites + i, scale, table, cells + i);

@@ -1,7 +1,7 @@
 // Which evaluator, and which integrator, serves a task.
 #pragma once
 
-#include "_service/task.h"
+#include "_service/task.hpp"
 
 namespace orx::df {
 
@@ -18,7 +18,8 @@ enum EvaluatorNumber : int32_t {
   kEvaluatorCount
 };
 
-// By order and kind, or a status. A task without a spline can be served by call-backs for all parts of the line.
+// By order and kind, or a status. A task without a spline can be served by call-backs for all parts of the
+// line.
 template <class Real>
 int32_t evaluator_number(const Task<Real>* task, bool all_callbacks) {
   const int64_t order = task->splineOrder, kind = task->splineKind;
