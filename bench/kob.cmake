@@ -8,3 +8,12 @@ foreach(flavour plain avx)
   target_link_libraries(bench_kob_streams PRIVATE std_random_${flavour})
 endforeach()
 target_compile_options(std_random_avx PRIVATE ${ORX_AVX_FLAGS})
+
+orx_bench(bench_kob_quasi kob/quasi.cpp)
+# The peer, where there is one.
+orx_find_library(ORX_GSL gsl)
+if(ORX_GSL)
+  orx_find_library(ORX_GSLCBLAS gslcblas)
+  target_link_libraries(bench_kob_quasi PRIVATE ${ORX_GSL} ${ORX_GSLCBLAS})
+  target_compile_definitions(bench_kob_quasi PRIVATE ORX_HAVE_GSL)
+endif()
