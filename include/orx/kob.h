@@ -269,11 +269,19 @@ KOB_BRNG_FUNCTIONS(WH)
  * the end. */
 
 /* Sobol's sequence (USSR Comput. Math. Math. Phys. 7, 1967; P. Bratley, B. L. Fox, ACM Trans. Math. Softw.
- * 14, 1988), of dimension up to 40 by itself. The user's data, D the dimension: 1     polynomials of the
- * dimensions from 2 on, of degree 8 at most; D <= 40 2     the number e of initial numbers of each dimension,
- * then e numbers for each from 2 on; D <= 40 3     polynomials, e, initial numbers, for the dimensions from 2
- * on 0xB   the same for the dimensions from 1 on 4     32 direction numbers for each dimension Data of more
- * than 40 dimensions, or of class 4, are kept in one block that copies of the stream share. */
+ * 14, 1988), of dimension up to 40 by itself. The user's data, D the dimension:
+ *
+ * - class 1: polynomials of the dimensions from 2 on, of degree 8 at most; D <= 40;
+ *
+ * - class 2: e, how many initial numbers each dimension has, then so many for each from 2 on; D <= 40;
+ *
+ * - class 3: polynomials, e, initial numbers, for the dimensions from 2 on;
+ *
+ * - class 0xB: the same for the dimensions from 1 on;
+ *
+ * - class 4: 32 direction numbers for each dimension.
+ *
+ * Data of more than 40 dimensions, or of class 4, are kept in one block that copies of the stream share. */
 KOB_BRNG_FUNCTIONS(Sobol)
 
 /* Niederreiter's sequence in base 2 (P. Bratley, B. L. Fox, H. Niederreiter, ACM Trans. Model. Comput. Simul.
