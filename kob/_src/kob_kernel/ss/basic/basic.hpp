@@ -338,8 +338,7 @@ void _vSSBasicThreader(int t, int, int, void* arguments) {
   args.first = t * share;
   args.end = t == c.workers - 1 ? n : args.first + share;
   args.n = n;
-  args.first_variable = 0;
-  args.end_variable = args.p = c.p();
+  args.p = c.p();
   args.x = c.data.x;
   args.weights = c.weights;
   args.accumulator = c.accumulator(t);

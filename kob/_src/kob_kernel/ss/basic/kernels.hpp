@@ -40,8 +40,8 @@ struct Orders {
 
 template <class T>
 struct KernelArgs {
-  int first, end, n;
-  int first_variable, end_variable, p;
+  int first, end;  // of the n observations
+  int n, p;
   const T* x;
   const T* weights;
   double* work;         // work_size(p, ...) doubles, aligned to 32 bytes
@@ -241,8 +241,8 @@ void kernel_2p(const KernelArgs<T>& args) {
 
 // ---- one-pass kernels: recurrences over the observations ----
 //
-// With the weight w of an observation x, W the sum before it, a = 1/(w + W), r = w a, q = W a and d = x -
-// mean:
+// With the weight w of an observation x, W the sum of those before it, a = 1/(w + W), r = w a, q = W a and
+// d = x - mean:
 //
 //   cross-products   c(j, k) += t2 d(j) d(k)                            t2 = r W
 //   central 4        c4 += t4 d^4 + 6 r^2 d^2 c2 - 4 r d c3             t4 = a^2 t2 (W^2 - (W - w) w)
@@ -255,11 +255,10 @@ void kernel_2p(const KernelArgs<T>& args) {
 // need, is one product S/W off the chain of additions; raw moments are carried as sums too. Both go into the
 // moments by their difference from them, which costs half a unit in the last place for a block.
 
-// What the recurrences need of each observation of a block.
+// What the recurrences need of each observation of a block; `inverse` is 1/W, or 0 where W is 0.
 struct Coefficients {
   static constexpr int block = 128;
-  double w[block], inverse[block], r[block], t2[block], t3[block],
-      t4[block];  // inverse = 1/W, or 0 where W is 0
+  double w[block], inverse[block], r[block], t2[block], t3[block], t4[block];
   double W_before, W_after;
 
   template <bool weighted, class T>
