@@ -24,6 +24,9 @@ expect 'callback: vdExp, status -2 \(bad pointer\)'
 # Pi to three deviations, and a simulation that was broken off.
 expect '^ +8000000 +3\.14(0|1|2)'
 expect 'resumed +8\.[0-9]+ +the same to the last bit'
+# A million points: one over the root of the number, and one over the number.
+expect '^ +1048576 +[2-9]\.[0-9]e-04 +[0-9]\.[0-9]e-0[67] '
+expect 'points\^-0\.[45][0-9] \(pseudo\), points\^-(0\.9|1\.0)[0-9] \(Sobol\)'
 
 # expect_refused FILE FAULT: with the data of $work/data the demo fails and says FILE:FAULT and nothing else.
 expect_refused() {
