@@ -19,6 +19,7 @@ constexpr Chapter chapters[] = {
     {"monte-carlo", "Random streams: pi and an option price by Monte Carlo", monte_carlo},
     {"statistics", "Summary statistics: irises, and quantiles of a long stream", statistics},
     {"data-fitting", "Data fitting: splines through carbon dioxide and the Nile", data_fitting},
+    {"quasi", "Quasi-random streams: one integral by pseudo-random and by Sobol points", quasi},
 };
 
 const Chapter* find(const char* name) {

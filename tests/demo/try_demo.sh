@@ -33,6 +33,9 @@ expect "given the petals' length and width +0\.62857"
 expect '1960  316\.7[0-9]  316\.75'
 expect 'mean flow until 1898 1(09|10)[0-9], from 1899 on 8[45][0-9];'
 grep -q '</svg>' data_fitting.svg || fail "the picture is not whole"
+# A million points: one over the root of the number, and one over the number.
+expect '^ +1048576 +[2-9]\.[0-9]e-04 +[0-9]\.[0-9]e-0[67] '
+expect 'points\^-0\.[45][0-9] \(pseudo\), points\^-(0\.9|1\.0)[0-9] \(Sobol\)'
 
 # expect_refused FILE FAULT: with the data of $work/data the demo fails and says FILE:FAULT and nothing else.
 expect_refused() {

@@ -97,6 +97,13 @@ void emit_point(const Sequence& s, const Sink& sink, int at) {
 template <class Sink>
 inline void emit_row(uint32_t* x, const uint32_t* step, int width, const Sink& sink, int at) {
   int i = 0;
+  for (; i + 8 <= width; i += 8) {
+    const __m256 w = _mm256_loadu_ps(reinterpret_cast<float*>(x + i));
+    const __m256 v = _mm256_loadu_ps(reinterpret_cast<const float*>(step + i));
+    _mm256_storeu_ps(reinterpret_cast<float*>(x + i), _mm256_xor_ps(w, v));
+    sink(at + i, _mm_castps_si128(_mm256_castps256_ps128(w)));
+    sink(at + i + 4, _mm_castps_si128(_mm256_extractf128_ps(w, 1)));
+  }
   for (; i + 4 <= width; i += 4) {
     const __m128i w = load4(x + i);
     sink(at + i, w);
@@ -112,7 +119,7 @@ constexpr int kMostWidth = 320;  // words of a row that is made here
 constexpr int kWideEnough = 16;  // a point of this dimension fills vectors by itself
 
 inline int group_log2(int dimension) {
-  return dimension >= kWideEnough ? 0 : dimension >= 4 ? 2 : dimension >= 2 ? 3 : 4;
+  return dimension >= kWideEnough ? 0 : dimension >= 8 ? 2 : dimension >= 4 ? 3 : dimension >= 2 ? 4 : 5;
 }
 
 // The steps of points taken 2^k at a time, as rows: where they lie, or made when they are first asked for. A
