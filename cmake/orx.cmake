@@ -34,6 +34,7 @@ if(ORX_SANITIZE)
 endif()
 
 orx_find_library(ORX_BLAS openblas)
+set(ORX_NEEDS_BLAS ON)
 
 # Flags of everything that goes into liborx_g9.so. Nothing throws, and a kernel's data must not be
 # reached through symbols that another library could take over.

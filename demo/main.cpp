@@ -17,6 +17,9 @@ constexpr Chapter chapters[] = {
     {"vector-math", "Vector mathematics: exponentials and logarithms", vector_math},
     {"accuracy", "Accuracy classes: error in ulp and speed beside the C library", accuracy},
     {"monte-carlo", "Random streams: pi and an option price by Monte Carlo", monte_carlo},
+    {"statistics", "Summary statistics: irises, and quantiles of a long stream", statistics},
+    {"data-fitting", "Data fitting: splines through carbon dioxide and the Nile", data_fitting},
+    {"quasi", "Quasi-random streams: one integral by pseudo-random and by Sobol points", quasi},
 };
 
 const Chapter* find(const char* name) {

@@ -25,6 +25,7 @@
 #include <random>
 #include <sstream>
 
+#include "machine.hpp"
 #include "orx/tef.h"
 #include "peers.hpp"
 
@@ -169,8 +170,8 @@ std::string text(double x) {
 
 std::string table(int length) {
   std::ostringstream s;
-  s << "| kernel | class | cycles | plain loop | SLEEF, 1.0 ulp | SLEEF, 3.5 ulp "
-       "|\n|---|---|---|---|---|---|\n";
+  s << "| kernel | class | cycles | plain loop | SLEEF, 1.0 ulp | SLEEF, 3.5 ulp |\n"
+       "|---|---|---|---|---|---|\n";
   for (const function_entry& f : kernel_list()) {
     for (const kernel_entry& k : f.kernels) {
       const double own = cycles(f, k.name, length);
@@ -187,35 +188,26 @@ std::string table(int length) {
   return s.str();
 }
 
-std::string processor() {
-  std::ifstream info("/proc/cpuinfo");
-  for (std::string line; std::getline(info, line);)
-    if (line.rfind("model name", 0) == 0) return line.substr(line.find(':') + 2);
-  return "unknown";
-}
-
 void write_report(const std::string& file) {
   std::ofstream s(file);
-  s << "# Speed of the vector functions\n\n"
-       "Written by `script/bench`; not to be edited. One run on one processor: "
-    << processor() << ", " << (sizeof(void*) == 4 ? "32-bit" : "64-bit") << " code, GCC " << __VERSION__
-    << ", glibc " << gnu_get_libc_version() << ", SLEEF " << SLEEF_VERSION_MAJOR << "." << SLEEF_VERSION_MINOR
-    << "." << SLEEF_VERSION_PATCHLEVEL
-    << ".\n\n"
-       "Figures are cycles of the time-stamp counter per element, the least of many calls (of each block of "
-       "16384 elements). In brackets: how "
-       "many times as\n"
-       "fast as the peer the kernel is. All kernels of a function and its peers took turns in one process, "
-       "on the same\n"
-       "arguments, spread over the kernel's range (below: `from`, `to` in its source).\n\n"
-       "The plain loop calls the C library's function for each element"
-    << (sizeof(void*) == 4 ? ", most of which work in the x87 unit in 32-bit code" : "")
-    << "; for arithmetic it is\n"
-       "the expression itself, compiled with `-O3 -mavx`. SLEEF is called four doubles or eight singles at a "
-       "time, in its\n"
-       "variant for AVX.\n\n"
-       "## In cache: 2000 elements\n\n"
-    << table(in_cache) << "\n## Out of cache: 2^22 elements\n\n"
+  s << "# Speed of the vector functions\n\nWritten by `script/bench`; not to be edited. One run on "
+    << processor_name() << ", " << code_width << " code, " << compiler_name << ", glibc "
+    << gnu_get_libc_version() << ", SLEEF " << SLEEF_VERSION_MAJOR << "." << SLEEF_VERSION_MINOR << "."
+    << SLEEF_VERSION_PATCHLEVEL << R"(.
+
+Figures are cycles of the time-stamp counter per element, the least of many calls; long vectors are walked
+in blocks of 16384 elements, and the least time of each block counts. In brackets: how many times as fast as the peer the
+kernel is. All kernels of a function and its peers took turns in one process, on the same arguments, spread over the
+range that stands beside the kernel in its source.
+
+The plain loop calls the C library's function for each element, or is the arithmetic itself, compiled with `-O3 -mavx`.
+In 32-bit code the C library does much of its double-precision work in the x87 unit, and is slower there than in 64-bit
+code. SLEEF is called four doubles or eight singles at a time, in its variant for AVX.
+
+## In cache: 2000 elements
+
+)" << table(in_cache)
+    << "\n## Out of cache: 2^22 elements\n\n"
     << table(out_of_cache);
   if (!s.flush()) {
     std::cerr << "bench_tef: cannot write " << file << "\n";

@@ -270,6 +270,83 @@ KOB_BRNG_FUNCTIONS(MT2203)
  * leaves over goes to the next call for reals, and calls for words go on behind it. */
 KOB_BRNG_FUNCTIONS(SFMT19937)
 
+/* Quasi-random sequences: points of a chosen dimension, as far apart from each other as they can be, one
+ * after the other, component by component. The words, 32-bit, are the components as fractions of 2^32; the
+ * point of zeros is left out, so that the first is (1/2, ..., 1/2) unless the user's data say otherwise.
+ * Block functions return KOB_ERROR_QRNG_PERIOD_ELAPSED, with nothing written, when the number of the current
+ * point plus n passes 2^32 - 1.
+ *
+ * Seed words: params[0] the dimension; what is not between 1 and the most becomes 1, without an error.
+ * params[1] of 1 announces data of the user's, of the class params[2], from params[3] on. Data that are not
+ * of a class below or too short count as none; a polynomial (bit i is the coefficient of x^i) of degree 0, or
+ * of a higher degree than there are initial numbers for, is KOB_ERROR_BAD_ARG.
+ *
+ * Skip counts numbers. Leapfrog selects one component: nstreams must be 0x7FFFFFFF and k the component, else
+ * KOB_ERROR_LEAPFROG_UNSUPPORTED; the stream then delivers component k of each point, beginning with the
+ * first point of which nothing was delivered yet. KOB_ERROR_SKIPAHEAD_UNSUPPORTED when the skip would pass
+ * the end. */
+
+/* Sobol's sequence (USSR Comput. Math. Math. Phys. 7, 1967; P. Bratley, B. L. Fox, ACM Trans. Math. Softw.
+ * 14, 1988), of dimension up to 40 by itself. The user's data, D the dimension:
+ *
+ * - class 1: polynomials of the dimensions from 2 on, of degree 8 at most; D <= 40;
+ *
+ * - class 2: e, how many initial numbers each dimension has, then so many for each from 2 on; D <= 40;
+ *
+ * - class 3: polynomials, e, initial numbers, for the dimensions from 2 on;
+ *
+ * - class 0xB: the same for the dimensions from 1 on;
+ *
+ * - class 4: 32 direction numbers for each dimension.
+ *
+ * Data of more than 40 dimensions, or of class 4, are kept in one block that copies of the stream share. */
+KOB_BRNG_FUNCTIONS(Sobol)
+
+/* Niederreiter's sequence in base 2 (P. Bratley, B. L. Fox, H. Niederreiter, ACM Trans. Model. Comput. Simul.
+ * 2, 1992), of dimension up to 318 by itself. The user's data: class 1, an irreducible polynomial for each
+ * dimension, or class 4, 32 direction numbers for each dimension. */
+KOB_BRNG_FUNCTIONS(Niederr)
+
+/* Abstract streams: the caller's numbers, from a ring buffer of n that counts as full at first and stays the
+ * caller's for the life of the stream and its copies. When it has been read dry the stream calls
+ *
+ *   int refill(stream, &size, buffer, &wanted, &room, &position)
+ *
+ * from inside the block function. It writes at least `wanted`, if it can, and at most `room` new numbers into
+ * the buffer of `size` from place `position` on, going on at place 0 behind the end, and returns how many.
+ * The three words behind `wanted` are 0 and reserved.
+ *
+ * Doubles and singles of the buffer are uniform on [a, b); the block function maps them to the interval that
+ * it is asked for. Each kind has one block function that works, __kobiBRngiAbstract, __kobdBRngdAbstract,
+ * __kobsBRngsAbstract; the others return KOB_ERROR_ABSTRACT_WRONG_KIND. KOB_ERROR_ABSTRACT_CALLBACK_FAILED
+ * when refill returned a negative count or more than room, KOB_ERROR_ABSTRACT_CALLBACK_EMPTY when it returned
+ * 0: the position in the ring is then as before the call. KOB_ERROR_NULL_PTR for a stream that was loaded,
+ * which has no buffer. Neither leapfrog nor skip.
+ *
+ * New streams: KOB_ERROR_BAD_ARG when n is below 1, buffer or call-back null, or a not below b. */
+typedef int (*KobiRefill)(KobStream* stream, uint32_t* size, uint32_t buffer[], uint32_t* wanted,
+                          uint32_t* room, uint32_t* position);
+typedef int (*KobdRefill)(KobStream* stream, uint32_t* size, double buffer[], uint32_t* wanted,
+                          uint32_t* room, uint32_t* position);
+typedef int (*KobsRefill)(KobStream* stream, uint32_t* size, float buffer[], uint32_t* wanted, uint32_t* room,
+                          uint32_t* position);
+
+int __kobiNewAbstractStream(KobStream** stream, int n, uint32_t ibuf[], KobiRefill icallback);
+int __kobdNewAbstractStream(KobStream** stream, int n, double dbuf[], double a, double b,
+                            KobdRefill dcallback);
+int __kobsNewAbstractStream(KobStream** stream, int n, float sbuf[], float a, float b, KobsRefill scallback);
+
+KOB_BRNG_FUNCTIONS(iAbstract)
+KOB_BRNG_FUNCTIONS(dAbstract)
+KOB_BRNG_FUNCTIONS(sAbstract)
+
+/* True random numbers from the processor, by RDRAND. params[0] is ignored; params[1], unless 0 or missing, is
+ * how often a draw that failed is tried again (10). Words: 32-bit; a double takes 64 bits. The second word of
+ * the last draw is dropped when an odd number of words or singles is asked for. KOB_ERROR_TRNG_UNSUPPORTED
+ * when the processor has no RDRAND, KOB_ERROR_TRNG_FAILED when it kept failing: the numbers so far stay.
+ * Neither leapfrog nor skip. */
+KOB_BRNG_FUNCTIONS(TRNG)
+
 /* a^n mod m, for 0 < m; the exponent is n_low + 2^32 n_high. */
 uint32_t __kobiPowMod(uint32_t a, uint32_t n_low, uint32_t n_high, uint32_t m);
 

@@ -10,6 +10,7 @@ trap 'rm -rf "$work"' EXIT
 status=0
 fail() { echo "FAILED: $*"; status=1; }
 
+cd "$work"  # where the picture goes
 "$demo" "$data" > "$work/out" || fail "the good run exits with $?"
 expect() { grep -qE -e "$1" "$work/out" || fail "no line of the demo matches: $1"; }
 # 5.31 / 3.93 = 1.3511, its tenth root 1.0306.
@@ -24,6 +25,17 @@ expect 'callback: vdExp, status -2 \(bad pointer\)'
 # Pi to three deviations, and a simulation that was broken off.
 expect '^ +8000000 +3\.14(0|1|2)'
 expect 'resumed +8\.[0-9]+ +the same to the last bit'
+# Irises: figures as any statistics package gives them.
+expect 'sepal length +5\.8433 +0\.68569 +0\.30864 .* 5\.100 +5\.800 +6\.400 '
+expect 'within species, by pooled covariance +0\.53024'
+expect "given the petals' length and width +0\.62857"
+# The yearly mean of 1960 and the two means of the Nile's flow are 316.75, 1098 and 850 by plain sums.
+expect '1960  316\.7[0-9]  316\.75'
+expect 'mean flow until 1898 1(09|10)[0-9], from 1899 on 8[45][0-9];'
+grep -q '</svg>' data_fitting.svg || fail "the picture is not whole"
+# A million points: one over the root of the number, and one over the number.
+expect '^ +1048576 +[2-9]\.[0-9]e-04 +[0-9]\.[0-9]e-0[67] '
+expect 'points\^-0\.[45][0-9] \(pseudo\), points\^-(0\.9|1\.0)[0-9] \(Sobol\)'
 
 # expect_refused FILE FAULT: with the data of $work/data the demo fails and says FILE:FAULT and nothing else.
 expect_refused() {

@@ -14,6 +14,7 @@
 #include <set>
 #include <sstream>
 
+#include "machine.hpp"
 #include "measure.hpp"
 #include "orx/tef.h"
 
@@ -86,37 +87,26 @@ std::ostream& operator<<(std::ostream& s, const row& r) {
            << " | " << (r.exhaustive ? "all" : std::to_string(r.found.count)) << " |\n";
 }
 
-std::string processor() {
-  std::ifstream info("/proc/cpuinfo");
-  for (std::string line; std::getline(info, line);)
-    if (line.rfind("model name", 0) == 0) return line.substr(line.find(':') + 2);
-  return "unknown";
-}
-
 void write_report(const std::string& file, const std::vector<row>& rows, const std::string& faults) {
   std::ofstream s(file);
-  s << "# Accuracy of the vector functions\n\n"
-       "Written by `script/accuracy`; not to be edited. Judge: MPFR. Processor: "
-    << processor() << ", " << (sizeof(void*) == 4 ? "32-bit" : "64-bit")
-    << " code.\n\n"
-       "The error is |computed - exact| in units of the last place (ulp) of the exact result rounded to the "
-       "format;\n"
-       "where results are denormal the unit is the spacing of the denormals. An infinity that stands for a "
-       "number counts\n"
-       "as the power of two that ends the range. `bound` is what stands beside the kernel in its source and "
-       "must hold for\n"
-       "all arguments; HA stays below 1 ulp, LA below 4 ulp, EP keeps 26 bits in double and 11 in single "
-       "precision.\n"
-       "`bits` is the number of correct bits that the largest error leaves, 53 or 24 being a correctly "
-       "rounded result.\n"
-       "NaNs, infinities and the signs of zeros have to agree with the judge.\n\n"
-       "Arguments: \"all\" means all 2^32 singles. Otherwise they are strata: every exponent of both signs "
-       "with random and\n"
-       "boundary mantissas, denormals, consecutive values around thresholds, around 1 and around 0, table "
-       "boundaries,\n"
-       "published hard cases, and even spreads; the share of correctly rounded results is that among "
-       "these.\n\n"
-    << table_head;
+  s << "# Accuracy of the vector functions\n\nWritten by `script/accuracy`; not to be edited. Judge: MPFR. "
+       "Run on "
+    << processor_name() << ", " << code_width << R"( code.
+
+The error is |computed - exact| in units of the last place (ulp) of the exact result rounded to the format; where results
+are denormal the unit is the spacing of the denormals. An infinity that stands for a number counts as the power of two
+that ends the range. `bound` is what stands beside the kernel in its source and must hold for all arguments; HA stays below
+1 ulp, LA below 4 ulp, EP keeps 26 bits in double and 11 in single precision. `bits` is the number of correct bits that the
+largest error leaves, 53 or 24 being a correctly rounded result. NaNs, infinities and the signs of zeros have to agree
+with the judge.
+
+Arguments: "all" means all 2^32 singles. Otherwise they are strata: every exponent of both signs with random and boundary
+mantissas, denormals, consecutive values around thresholds, around 1 and around 0, table boundaries, published hard cases,
+and even spreads; the share of correctly rounded results is that among these. LinearFrac is measured where no sum cancels:
+inputs and factors are positive. Where kernels use the processor's approximate reciprocal, other makes of processor may
+give slightly different figures.
+
+)" << table_head;
   for (const row& r : rows) s << r;
   if (faults.empty())
     s << "\nEvery bound holds, and all special values are right.\n";

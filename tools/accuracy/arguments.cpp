@@ -113,7 +113,10 @@ std::vector<T> strata(const function_entry& function, const judged_function& jud
   c.mantissa_boundaries();
   for (double x : judged.hard) c.around(x, 2);
   c.spread(kernel.from, kernel.to, c.times(10000));
-  for (int i = 0; i < c.times(3000); ++i) c.add(c.uniform(-2, 2));
+  for (int i = 0; i < c.times(5000); ++i) {
+    c.add(c.uniform(-2, 2));
+    c.add(std::copysign(std::exp2(c.uniform(-10, 4)), c.uniform(-1, 1)));
+  }
   return std::move(c.all);
 }
 

@@ -4,12 +4,10 @@
 #define ORX_BRNG(Name, ...) \
   KOB_BRNG_FUNCTIONS(Name)  \
   bool _kobAdopt##Name(KobStream*);
-#define ORX_BRNG_TO_COME(...)
 extern "C" {
 #include "kob_sub_kernel/_service/generators.def"
 }
 #undef ORX_BRNG
-#undef ORX_BRNG_TO_COME
 
 namespace orx::brng {
 namespace {
@@ -27,12 +25,10 @@ struct Family {
     __kobiBRng##Name},                                                                              \
    subs,                                                                                            \
    _kobAdopt##Name},
-#define ORX_BRNG_TO_COME(...) {},
 constexpr Family kFamily[] = {
 #include "kob_sub_kernel/_service/generators.def"
 };
 #undef ORX_BRNG
-#undef ORX_BRNG_TO_COME
 static_assert(sizeof kFamily / sizeof *kFamily == kFamilies);
 
 // The row of the family table that a row of the older numbering stands for.
@@ -102,7 +98,7 @@ ORX_API int __kobIsBrngValid(const KobBrngProperties* table, uint32_t index, uin
   const bool known = table == __RegBrngs.row
                          ? index < kLegacyRows
                          : index < NRegBrngsNew && offset < uint32_t(NumOffsets.row[index]);
-  return known && table[index].InitStream ? KOB_STATUS_OK : KOB_ERROR_BRNG_INDEX;
+  return known ? KOB_STATUS_OK : KOB_ERROR_BRNG_INDEX;
 }
 
 ORX_API int __kobGetBrngProperties(uint32_t id, KobBrngProperties* properties) {

@@ -1,0 +1,263 @@
+// Data fitting beside GSL's spline family, in one run. Each figure is the least of all repetitions, in cycles
+// of the time-stamp counter per point, site or pair. What runs on one thread is timed by the thread's own
+// processor time, so that a busy machine does not count; what runs on two by the clock. --benchmark_filter
+// picks some. After the benchmarks the ratios that the documentation quotes are printed, from the same run.
+#include <benchmark/benchmark.h>
+#include <gsl/gsl_spline.h>
+#include <time.h>
+#include <x86intrin.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "orx/df.h"
+
+namespace {
+
+std::map<std::string, double> figures;
+
+double seconds(clockid_t clock) {
+  timespec now;
+  clock_gettime(clock, &now);
+  return double(now.tv_sec) + 1e-9 * double(now.tv_nsec);
+}
+
+// Cycles of the time-stamp counter in a second.
+double counter_rate() {
+  static const double rate = [] {
+    const double from = seconds(CLOCK_MONOTONIC);
+    const uint64_t start = __rdtsc();
+    while (seconds(CLOCK_MONOTONIC) - from < 0.1) {
+    }
+    return double(__rdtsc() - start) / (seconds(CLOCK_MONOTONIC) - from);
+  }();
+  return rate;
+}
+
+// Runs `work` again and again and notes the least cycles per element under `name`.
+template <class Work>
+void measure(const char* name, double elements, Work work) {
+  const bool threaded = std::strstr(name, "threads");
+  benchmark::RegisterBenchmark(name,
+                               [=](benchmark::State& state) mutable {
+                                 const clockid_t clock = threaded ? CLOCK_MONOTONIC : CLOCK_THREAD_CPUTIME_ID;
+                                 double best = figures.count(name) ? figures[name] : 1e30;
+                                 for (auto _ : state) {
+                                   const double start = seconds(clock);
+                                   work();
+                                   best =
+                                       std::min(best, (seconds(clock) - start) * counter_rate() / elements);
+                                 }
+                                 state.counters["cycles"] = figures[name] = best;
+                               })
+      ->Unit(benchmark::kMillisecond)
+      ->MinTime(0.4);
+}
+
+std::vector<double> uniform_random(size_t n, double low, double high, unsigned seed) {
+  std::mt19937_64 random(seed);
+  std::uniform_real_distribution<double> value(low, high);
+  std::vector<double> v(n);
+  for (double& x : v) x = value(random);
+  return v;
+}
+
+std::vector<double> sorted_random(size_t n, double low, double high, unsigned seed) {
+  auto v = uniform_random(n, low, high, seed);
+  std::sort(v.begin(), v.end());
+  return v;
+}
+
+// Breakpoints 0 to n - 1 with jitter.
+std::vector<double> make_grid(size_t n) {
+  auto x = uniform_random(n, -0.3, 0.3, 1);
+  for (size_t i = 0; i < n; ++i) x[i] += double(i);
+  return x;
+}
+
+// Spline of ours and of GSL over the same data.
+struct Pair {
+  Pair(size_t n, size_t count, bool uniform, int64_t kind, const gsl_interp_type* type)
+      : x(make_grid(n)),
+        y(uniform_random(n * count, -1, 1, 2)),
+        coeffs(4 * (n - 1) * count),
+        ends{0, double(n - 1)} {
+    if (uniform)
+      for (size_t i = 0; i < n; ++i) x[i] = double(i);
+    orx_df_kernel_dNewTask1D(&task, int64_t(n), uniform ? ends : x.data(), uniform ? 4 : 1, int64_t(count),
+                             y.data(), 16, 0);
+    orx_df_kernel_dEditPPSpline1D(task, 4, kind, ORX_DF_FREE_END, nullptr, 0, nullptr, coeffs.data(), 0);
+    gsl = gsl_spline_alloc(type, n);
+    accel = gsl_interp_accel_alloc();
+    build(orx_serv_threading_serial());
+    build_gsl(0);
+  }
+  void build(const ThreadingServices* threads, bool akima = false) {
+    (akima ? orx_df_kernel_dDFAkimaCubicSpline1D : orx_df_kernel_dDFNaturalCubicSpline1D)(task, 0, 0,
+                                                                                          threads);
+  }
+  void build_gsl(size_t function) { gsl_spline_init(gsl, x.data(), &y[function * x.size()], x.size()); }
+  void evaluate(const std::vector<double>& sites, std::vector<double>& result, int64_t hint,
+                const ThreadingServices* threads, const std::vector<int32_t>& orders = {}) {
+    orx_df_kernel_dDFInterpolate1D(task, ORX_DF_VALUES, 0, int64_t(sites.size()), sites.data(), hint,
+                                   int64_t(orders.size()), orders.data(), nullptr, result.data(), 0, nullptr,
+                                   nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                   threads);
+  }
+  void evaluate_gsl(const std::vector<double>& sites, std::vector<double>& result) {
+    for (size_t i = 0; i < sites.size(); ++i) result[i] = gsl_spline_eval(gsl, sites[i], accel);
+  }
+
+  std::vector<double> x, y, coeffs;
+  double ends[2];
+  DFTask* task = nullptr;
+  gsl_spline* gsl;
+  gsl_interp_accel* accel;
+};
+
+constexpr size_t kMillion = 1000000, kPairs = 100000;
+std::vector<double> result(4 * kMillion);
+std::vector<int32_t> cells(kMillion);
+
+// The data, made when a benchmark asks for them first.
+#define SPLINE(name, ...)          \
+  Pair& name() {                   \
+    static Pair pair(__VA_ARGS__); \
+    return pair;                   \
+  }
+#define SITES(name, ...)                                 \
+  const std::vector<double>& name() {                    \
+    static const std::vector<double> sites(__VA_ARGS__); \
+    return sites;                                        \
+  }
+SPLINE(natural_1e6, kMillion, 1, false, ORX_DF_NATURAL, gsl_interp_cspline)
+SPLINE(akima_1e6, kMillion, 1, false, ORX_DF_AKIMA, gsl_interp_akima)
+SPLINE(hundred, 1000, 100, true, ORX_DF_NATURAL, gsl_interp_cspline)
+SPLINE(points_1e3, 1000, 1, false, ORX_DF_NATURAL, gsl_interp_cspline)
+SPLINE(points_1e4, 10000, 1, false, ORX_DF_NATURAL, gsl_interp_cspline)
+SPLINE(points_1e5, 100000, 1, false, ORX_DF_NATURAL, gsl_interp_cspline)
+SPLINE(uniform_1e3, 1000, 1, true, ORX_DF_NATURAL, gsl_interp_cspline)
+SPLINE(uniform_1e5, 100000, 1, true, ORX_DF_NATURAL, gsl_interp_cspline)
+SITES(sorted_1e3, sorted_random(kMillion, 0, 998, 3))
+SITES(random_1e3, uniform_random(kMillion, 0, 998, 5))
+SITES(random_1e4, uniform_random(kMillion, 0.5, 9998, 4))
+SITES(sorted_1e5, sorted_random(kMillion, 0, 99998, 6))
+SITES(random_1e5, uniform_random(kMillion, 0, 99998, 7))
+SITES(lower, uniform_random(kPairs, 0.5, 9985, 8))
+SITES(upper, [] {
+  auto sites = lower();
+  for (double& b : sites) b += 10;
+  return sites;
+}())
+
+const ThreadingServices* serial() { return orx_serv_threading_serial(); }
+const ThreadingServices* threads() { return orx_serv_threading(); }
+
+void construction() {
+  measure("natural 1e6 points", kMillion, [] { natural_1e6().build(serial()); });
+  measure("natural 1e6 points gsl", kMillion, [] { natural_1e6().build_gsl(0); });
+  measure("akima 1e6 points", kMillion, [] { akima_1e6().build(serial(), true); });
+  measure("akima 1e6 points 2 threads", kMillion, [] { akima_1e6().build(threads(), true); });
+  measure("akima 1e6 points gsl", kMillion, [] { akima_1e6().build_gsl(0); });
+  measure("100 functions uniform 1000 points", 1e5, [] { hundred().build(serial()); });
+  measure("100 functions uniform 1000 points 2 threads", 1e5, [] { hundred().build(threads()); });
+  measure("100 functions uniform 1000 points gsl", 1e5, [] {
+    for (size_t f = 0; f < 100; ++f) hundred().build_gsl(f);
+  });
+}
+
+void evaluation() {
+  constexpr int64_t kSorted = ORX_DF_SORTED_SITES;
+  measure("values sorted sites 1000 points", kMillion,
+          [] { points_1e3().evaluate(sorted_1e3(), result, kSorted, serial()); });
+  measure("values sorted sites 1000 points 2 threads", kMillion,
+          [] { points_1e3().evaluate(sorted_1e3(), result, kSorted, threads()); });
+  measure("values sorted sites 1000 points gsl", kMillion,
+          [] { points_1e3().evaluate_gsl(sorted_1e3(), result); });
+  measure("values and slopes sorted sites 1000 points", kMillion, [] {
+    points_1e3().evaluate(sorted_1e3(), result, kSorted, serial(), {1, 1});
+  });
+  measure("values random sites 1e4 points", kMillion,
+          [] { points_1e4().evaluate(random_1e4(), result, 0, serial()); });
+  measure("values random sites 1e4 points 2 threads", kMillion,
+          [] { points_1e4().evaluate(random_1e4(), result, 0, threads()); });
+  measure("values random sites 1e4 points gsl", kMillion,
+          [] { points_1e4().evaluate_gsl(random_1e4(), result); });
+  measure("values random sites uniform 1000 points", kMillion,
+          [] { uniform_1e3().evaluate(random_1e3(), result, 0, serial()); });
+  measure("values random sites uniform 1000 points 2 threads", kMillion,
+          [] { uniform_1e3().evaluate(random_1e3(), result, 0, threads()); });
+}
+
+void search() {
+  const auto find = [](Pair& pair, const std::vector<double>& sites, int64_t hint) {
+    orx_df_kernel_dDFSearch1D(pair.task, 0, kMillion, sites.data(), hint, nullptr, cells.data(), nullptr,
+                              nullptr, serial());
+  };
+  measure("search uniform 1e5 points", kMillion, [=] { find(uniform_1e5(), random_1e5(), 0); });
+  measure("search sorted 1e5 points", kMillion,
+          [=] { find(points_1e5(), sorted_1e5(), ORX_DF_SORTED_SITES); });
+  measure("search hybrid 1e5 points", kMillion, [=] { find(points_1e5(), random_1e5(), 0); });
+  measure("search std::upper_bound 1e5 points", kMillion, [] {
+    const auto &x = points_1e5().x, &sites = random_1e5();
+    for (size_t i = 0; i < kMillion; ++i)
+      cells[i] = int32_t(std::upper_bound(x.begin(), x.end(), sites[i]) - x.begin());
+  });
+}
+
+void integration() {
+  const auto run = [](const ThreadingServices* table) {
+    orx_df_kernel_dDFIntegrate1D(points_1e4().task, 0, kPairs, lower().data(), 0, upper().data(), 0, nullptr,
+                                 nullptr, result.data(), 0, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                 nullptr, nullptr, nullptr, table);
+  };
+  measure("integrals over ten cells", kPairs, [=] { run(serial()); });
+  measure("integrals over ten cells 2 threads", kPairs, [=] { run(threads()); });
+  measure("integrals over ten cells gsl", kPairs, [] {
+    const Pair& spline = points_1e4();
+    for (size_t i = 0; i < kPairs; ++i)
+      result[i] = gsl_spline_eval_integ(spline.gsl, lower()[i], upper()[i], spline.accel);
+  });
+}
+
+// One line of the table: ours, the peer's, the quotient.
+void row(const std::string& name, const std::string& peer) {
+  if (!figures.count(name) || !figures.count(peer)) return;
+  std::printf("%-46s %10.2f %10.2f %8.2f  (%s)\n", name.c_str(), figures[name], figures[peer],
+              figures[peer] / figures[name], peer.c_str());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  construction();
+  evaluation();
+  search();
+  integration();
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  std::printf("\n%-46s %10s %10s %8s\n", "cycles per point, site or pair", "orx", "peer", "ratio");
+  const char* against_gsl[] = {"natural 1e6 points",
+                               "akima 1e6 points",
+                               "100 functions uniform 1000 points",
+                               "values sorted sites 1000 points",
+                               "values random sites 1e4 points",
+                               "integrals over ten cells"};
+  for (const std::string name : against_gsl) row(name, name + " gsl");
+  row("values random sites uniform 1000 points", "values random sites uniform 1000 points");
+  row("search uniform 1e5 points", "search std::upper_bound 1e5 points");
+  row("search sorted 1e5 points", "search std::upper_bound 1e5 points");
+  row("search hybrid 1e5 points", "search std::upper_bound 1e5 points");
+  const char* threaded[] = {"values sorted sites 1000 points",
+                            "values random sites 1e4 points",
+                            "values random sites uniform 1000 points",
+                            "integrals over ten cells",
+                            "akima 1e6 points",
+                            "100 functions uniform 1000 points"};
+  for (const std::string name : threaded) row(name + " 2 threads", name);
+}

@@ -1,0 +1,158 @@
+// Quasi-random streams, in cache, beside GSL's generators. `cycles` counts the time-stamp counter, the least
+// of all rounds, per number (for skip, creation and copying, per call); `ratio` is how many times faster than
+// GSL in the same run.
+#include <benchmark/benchmark.h>
+#include <x86intrin.h>
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "orx/kob.h"
+#ifdef ORX_HAVE_GSL
+#include <gsl/gsl_qrng.h>
+#endif
+
+namespace {
+
+constexpr int kBlock = 2000, kRounds = 20;  // numbers of a call, calls of a measurement
+
+std::map<std::string, double> peer;  // GSL's cycles, by name
+
+class Stream {
+ public:
+  Stream(uint32_t id, const std::vector<uint32_t>& seed) {
+    __kobNewStreamEx(&stream_, id, int(seed.size()), seed.data());
+  }
+  Stream(const Stream&) = delete;
+  Stream& operator=(const Stream&) = delete;
+  ~Stream() { __kobDeleteStream(&stream_); }
+  operator KobStream*() { return stream_; }
+
+  void fill(double* r) { _kobdRngUniform(0, stream_, kBlock, r, 0, 1); }
+  void fill(float* r) { _kobsRngUniform(0, stream_, kBlock, r, 0, 1); }
+  void fill(uint32_t* r) { _kobiRngUniformBits(0, stream_, kBlock, r); }
+
+ private:
+  KobStream* stream_ = nullptr;
+};
+
+template <class Run>
+double cycles(benchmark::State& state, double elements, Run run) {
+  double least = std::numeric_limits<double>::infinity();
+  for (auto _ : state) {
+    const uint64_t start = __rdtsc();
+    run();
+    least = std::min(least, double(__rdtsc() - start));
+  }
+  return state.counters["cycles"] = least / elements;
+}
+
+template <class Body>
+void add(const std::string& name, Body body) {
+  benchmark::RegisterBenchmark(name.c_str(), body);
+}
+
+// The stream is moved back by a copy for each round, so that the index never comes to its end.
+template <class Element>
+void fill(const std::string& name, const char* type, uint32_t id, uint32_t dimension, int selected = -1) {
+  add(name + type, [=](benchmark::State& state) {
+    Stream start(id, {dimension}), stream(id, {dimension});
+    if (selected >= 0) __kobLeapfrogStream(start, uint32_t(selected), 0x7FFFFFFF);
+    std::vector<Element> r(kBlock);
+    double least = std::numeric_limits<double>::infinity();
+    for (auto _ : state) {
+      __kobCopyStreamState(stream, start);
+      const uint64_t begin = __rdtsc();
+      for (int k = 0; k < kRounds; ++k) {
+        stream.fill(r.data());
+        benchmark::DoNotOptimize(r.data());
+      }
+      least = std::min(least, double(__rdtsc() - begin));
+    }
+    const double ours = least / (kBlock * kRounds);
+    state.counters["cycles"] = ours;
+    if (peer.count(name)) state.counters["ratio"] = peer[name] / ours;
+  });
+}
+
+#ifdef ORX_HAVE_GSL
+void judge(const std::string& name, const gsl_qrng_type* type, unsigned dimension) {
+  add(name + "GSL", [=](benchmark::State& state) {
+    gsl_qrng* q = gsl_qrng_alloc(type, dimension);
+    std::vector<double> r(kBlock + dimension);
+    const int points = kBlock / int(dimension);
+    peer[name] = cycles(state, double(points) * dimension * kRounds, [&] {
+      for (int k = 0; k < kRounds; ++k) {
+        for (int i = 0; i < points; ++i) gsl_qrng_get(q, r.data() + i * int(dimension));
+        benchmark::DoNotOptimize(r.data());
+      }
+    });
+    gsl_qrng_free(q);
+  });
+}
+#endif
+
+void fills() {
+  for (uint32_t dimension : {1, 2, 3, 8, 16, 40}) {
+    const std::string name = "Sobol/" + std::to_string(dimension) + "/";
+#ifdef ORX_HAVE_GSL
+    judge(name, gsl_qrng_sobol, dimension);
+#endif
+    fill<double>(name, "doubles", KOB_BRNG_SOBOL, dimension);
+    fill<float>(name, "singles", KOB_BRNG_SOBOL, dimension);
+    fill<uint32_t>(name, "words", KOB_BRNG_SOBOL, dimension);
+  }
+  fill<double>("Sobol/component 17 of 40/", "doubles", KOB_BRNG_SOBOL, 40, 17);
+  for (uint32_t dimension : {12, 100, 318}) {
+    const std::string name = "Niederreiter/" + std::to_string(dimension) + "/";
+#ifdef ORX_HAVE_GSL
+    if (dimension <= 12) judge(name, gsl_qrng_niederreiter_2, dimension);
+#endif
+    fill<double>(name, "doubles", KOB_BRNG_NIEDERR, dimension);
+  }
+}
+
+void calls() {
+  add("skip 2^31 points/Sobol/40", [](benchmark::State& state) {
+    Stream start(KOB_BRNG_SOBOL, {40}), stream(KOB_BRNG_SOBOL, {40});
+    double least = std::numeric_limits<double>::infinity();
+    for (auto _ : state) {
+      __kobCopyStreamState(stream, start);
+      const uint64_t begin = __rdtsc();
+      __kobSkipAheadStream(stream, (uint64_t(1) << 31) * 40);
+      least = std::min(least, double(__rdtsc() - begin));
+    }
+    state.counters["cycles"] = least;
+  });
+  for (uint32_t dimension : {1000, 2000, 4000}) {
+    std::vector<uint32_t> seed(3 + 32 * dimension, 0x80000000);
+    seed[0] = dimension, seed[1] = 1, seed[2] = 4;
+    add("create with a matrix/Sobol/" + std::to_string(dimension),
+        [=](benchmark::State& state) { cycles(state, 1, [&] { Stream stream(KOB_BRNG_SOBOL, seed); }); });
+    add("copy with a matrix/Sobol/" + std::to_string(dimension), [=](benchmark::State& state) {
+      Stream stream(KOB_BRNG_SOBOL, seed);
+      cycles(state, 1, [&] {
+        KobStream* copy = nullptr;
+        __kobCopyStream(&copy, stream);
+        __kobDeleteStream(&copy);
+      });
+    });
+  }
+  add("true random/doubles", [](benchmark::State& state) {
+    Stream stream(KOB_BRNG_TRNG, {});
+    std::vector<double> r(kBlock);
+    cycles(state, kBlock, [&] { stream.fill(r.data()); });
+  });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  fills();
+  calls();
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,76 @@
+// The record behind a DFTask, and how its fields are read.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "orx/df.h"
+
+#define ORX_API extern "C" __attribute__((visibility("default")))
+
+namespace orx::df {
+
+// Places in arrays that are in memory, so that they fit in a pointer's width. The interface's 64-bit integers
+// are narrowed to it where loops begin.
+using Index = ptrdiff_t;
+
+template <class Real>
+struct Task {
+  int32_t ilp64Flag;  // 0: the caller's integer arrays hold 32-bit integers
+  uint32_t taskMark;
+  int32_t isDouble;
+  int32_t taskDim;
+  int64_t gridSize;
+  const Real* grid;  // on a uniform partition two elements, the ends
+  int64_t gridHint;
+  int64_t funcCount;
+  const Real** funcs;
+  int64_t funcHint;
+  int64_t splineOrder;
+  int64_t splineKind;
+  int64_t intCondKind;
+  const Real* intConds;
+  int64_t bndCondKind;
+  const Real* bndConds;
+  Real** coeffs;
+  int64_t coeffHint;
+  int32_t checkFlag;
+  int32_t* cellTable;  // pairs (lower, upper), see cell_table.hpp
+  Real cellTableScale;
+
+  static Task* of(DFTask* task) { return reinterpret_cast<Task*>(task); }
+  bool uniform() const { return gridHint == ORX_DF_UNIFORM_PARTITION; }
+  Index size() const { return Index(gridSize); }
+  Index functions() const { return Index(funcCount); }
+  Real last() const { return grid[uniform() ? 1 : gridSize - 1]; }
+};
+
+#if defined(__i386__)
+static_assert(offsetof(Task<double>, gridSize) == 16 && offsetof(Task<double>, funcs) == 44);
+static_assert(offsetof(Task<double>, coeffs) == 96 && offsetof(Task<double>, cellTableScale) == 116);
+static_assert(sizeof(Task<double>) == 124 && sizeof(Task<float>) == 120);
+#endif
+
+// The types of the call-backs by precision.
+template <class Real>
+struct Callbacks;
+template <>
+struct Callbacks<double> {
+  using Search = orx_df_dsearch_cb;
+  using Interp = orx_df_dinterp_cb;
+  using Integr = orx_df_dintegr_cb;
+};
+template <>
+struct Callbacks<float> {
+  using Search = orx_df_ssearch_cb;
+  using Interp = orx_df_sinterp_cb;
+  using Integr = orx_df_sintegr_cb;
+};
+template <class Real>
+using SearchCallback = typename Callbacks<Real>::Search;
+template <class Real>
+using InterpCallback = typename Callbacks<Real>::Interp;
+template <class Real>
+using IntegrCallback = typename Callbacks<Real>::Integr;
+
+}  // namespace orx::df

@@ -1,0 +1,2 @@
+#include "_service/double.hpp"
+#include "akima_cubspline1d/akima_cubspline1d.hpp"

@@ -1,0 +1,2 @@
+#include "_service/single.hpp"
+#include "bessel_cubspline1d/bessel_cubspline1d.hpp"

@@ -1,0 +1,2 @@
+#include "_service/double.hpp"
+#include "integr1d/integr1d.hpp"

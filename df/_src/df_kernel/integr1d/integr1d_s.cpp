@@ -1,0 +1,2 @@
+#include "_service/single.hpp"
+#include "integr1d/integr1d.hpp"

@@ -1,0 +1,307 @@
+// Interpolation: search and evaluation, block by block.
+#include <algorithm>
+
+#include "_service/blocks.hpp"
+#include "interp1d/evaluators.hpp"
+#include "search1d/search.hpp"
+#include "simple_search1d/methods.hpp"
+
+namespace {
+using namespace orx::df;
+
+constexpr Index kGroupBlocks = 5, kThreadedSites = 512;
+constexpr Index kScratchSites = 32, kScratchBytes = 18256, kScratchValues = 2048;
+
+// The evaluators by name, and their tables.
+#define ORX_DF_EVALUATOR(Kind, ...)                                                      \
+  extern "C" __attribute__((visibility("hidden"))) int32_t ORX_DF_NAME(_##Kind##Eval)(   \
+      const EvalBlock<Real>& b) {                                                        \
+    return __VA_ARGS__(b);                                                               \
+  }                                                                                      \
+  extern "C" __attribute__((visibility("hidden"))) int32_t ORX_DF_NAME(_##Kind##EvalCB)( \
+      const EvalBlock<Real>& b) {                                                        \
+    return evaluate_or_call<Real, __VA_ARGS__>(b);                                       \
+  }
+}  // namespace
+ORX_DF_EVALUATOR(LinearSpline, evaluate_polynomials<Real, 2>)
+ORX_DF_EVALUATOR(QuadraticSpline, evaluate_polynomials<Real, 3>)
+ORX_DF_EVALUATOR(CubicSpline, evaluate_polynomials<Real, 4>)
+ORX_DF_EVALUATOR(QuadSubbSpline, evaluate_polynomials<Real, 3>)
+ORX_DF_EVALUATOR(ArbitrSpline, evaluate_arbitrary<Real>)
+ORX_DF_EVALUATOR(StepLeftSpline, evaluate_steps<Real, true>)
+ORX_DF_EVALUATOR(StepRightSpline, evaluate_steps<Real, false>)
+ORX_DF_EVALUATOR(LookUpSpline, evaluate_look_up<Real>)
+namespace {
+
+#define ORX_DF_EVALUATORS(CB)                                                     \
+  {                                                                               \
+    ORX_DF_NAME(_LinearSplineEval##CB), ORX_DF_NAME(_QuadraticSplineEval##CB),    \
+        ORX_DF_NAME(_CubicSplineEval##CB), ORX_DF_NAME(_QuadSubbSplineEval##CB),  \
+        ORX_DF_NAME(_ArbitrSplineEval##CB), ORX_DF_NAME(_StepLeftSplineEval##CB), \
+        ORX_DF_NAME(_StepRightSplineEval##CB), ORX_DF_NAME(_LookUpSplineEval##CB) \
+  }
+Evaluator<Real>* const _Interpolate1DDispatch[kEvaluatorCount] = ORX_DF_EVALUATORS();
+Evaluator<Real>* const _Interpolate1DDispatchCB[kEvaluatorCount] = ORX_DF_EVALUATORS(CB);
+
+// The caller's functions for the parts of the line: left of the grid, inside, right of it.
+enum Part { kLeft, kInside, kRight, kParts };
+struct PartCallbacks {
+  InterpCallback<Real> call[kParts];
+  void* params[kParts];
+  bool any() const { return call[kLeft] || call[kInside] || call[kRight]; }
+  bool all() const { return call[kLeft] && call[kInside] && call[kRight]; }
+};
+
+Part part_of_cell(int32_t cell, Index nx) { return cell == 0 ? kLeft : cell >= nx ? kRight : kInside; }
+
+// Whether what the evaluator reads is there.
+int32_t check_data(const Task<Real>* task, EvaluatorNumber evaluator, const Orders& orders) {
+  if (evaluator != kLookUp) return check_spline_data(task, evaluator);
+  if (!task->funcs) return ORX_DF_ERROR_LOOKUP_VALUES;
+  for (Index k = 1; k < orders.limit(); ++k)
+    if (orders[k]) return ORX_DF_ERROR_LOOKUP_DERIVATIVE;
+  return ORX_DF_OK;
+}
+
+// ---- One site ----
+
+// The cell of a single site, inside the grid.
+int32_t cell_of_one(const Task<Real>* task, const Search& search, Real site) {
+  const auto nx = int32_t(task->gridSize);
+  int32_t cell;
+  if (search.method == kUniform) {
+    uniform_cells(nx, task->grid, 1, &site, search.value, &cell);
+  } else if (search.method == kQuasiUniform) {
+    quasi_uniform_cells(nx, task->grid, 1, &site, search.value, &cell);
+  } else if (nx <= 16) {
+    cell = bisect(task->grid, 0, nx, site);
+  } else {
+    const Real bin = task->cellTableScale * (site - task->grid[0]);
+    const int32_t* pair = task->cellTable + 2 * std::min(int32_t(bin), cell_table_bins(nx) - 1);
+    cell = bisect(task->grid, pair[0], pair[1], site);
+  }
+  return cell;
+}
+
+template <int kOrder>
+void evaluate_one(const Real* c, Real t, const Orders& orders, Real* result) {
+  const Real all[4] = {derivative<kOrder, 0, Real>(c, t), derivative<kOrder, 1, Real>(c, t),
+                       derivative<kOrder, 2, Real>(c, t), derivative<kOrder, 3, Real>(c, t)};
+  for (Index k = 0; k < orders.limit(); ++k)
+    if (orders[k]) *result++ = all[k];
+}
+
+int32_t _Interp1DKernel_scalar(const Task<Real>* task, const Search& search, Real site, const Orders& orders,
+                               Real* result, const PartCallbacks& callbacks) {
+  const auto nx = int32_t(task->gridSize);
+  const Real first = task->grid[0], last = task->last();
+  const int32_t cell = site >= last ? nx : site >= first ? cell_of_one(task, search, site) : 0;
+  const Part part = part_of_cell(cell, nx);
+  if (callbacks.call[part]) {
+    const int64_t count = 1, wide_cell = cell;
+    return callbacks.call[part](&count, &wide_cell, &site, result, callbacks.params[part]);
+  }
+  const int32_t polynomial = polynomial_of_cell(cell, nx);
+  const Real step = (last - first) / Real(nx - 1);
+  const Real t = site - (task->uniform() ? first + Real(polynomial) * step : task->grid[polynomial]);
+  const auto order = Index(task->splineOrder);
+  const Real* c = task->coeffs[0] + polynomial * order;
+  if (order == ORX_DF_LINEAR)
+    evaluate_one<ORX_DF_LINEAR>(c, t, orders, result);
+  else if (order == ORX_DF_QUADRATIC)
+    evaluate_one<ORX_DF_QUADRATIC>(c, t, orders, result);
+  else
+    evaluate_one<ORX_DF_CUBIC>(c, t, orders, result);
+  return ORX_DF_OK;
+}
+
+// ---- Blocks ----
+
+struct Interpolation : BlockWork {
+  const Task<Real>* task;
+  Search search;
+  EvaluatorNumber evaluator;
+  bool want_values, want_cells, uniform_sites, by_site;
+  const Real* sites;
+  Real site_step;
+  const Orders* orders;
+  Real* result;
+  PartCallbacks callbacks;
+  void* cells;
+  Real* buffers;  // one for each worker, kSiteBlock sites of all wanted orders
+
+  Index buffer_size() const { return kSiteBlock * orders->count(); }
+  // Whether a block's values go to a buffer first: they are interleaved, or come list by list.
+  bool buffered() const { return callbacks.any() || (by_site && orders->count() > 1); }
+  Index function_count() const { return std::max<Index>(task->functions(), 1); }
+
+  // The sites of a block; filled up to whole groups.
+  const Real* block_sites(Index first, int32_t n, SiteList<Real>* list) const {
+    list->count = n;
+    if (uniform_sites) {
+      for (int32_t i = 0; i < n; ++i) list->sites[i] = sites[0] + Real(first + i) * site_step;
+    } else if (n == list->padded()) {
+      return sites + first;
+    } else {
+      std::copy_n(sites + first, n, list->sites);
+    }
+    std::fill(list->sites + n, list->sites + list->padded(), list->sites[n - 1]);
+    return list->sites;
+  }
+
+  void write_cells(Index first, const SiteList<Real>& list) const {
+    if (task->ilp64Flag)
+      std::copy_n(list.cells, list.count, static_cast<int64_t*>(cells) + first);
+    else
+      std::copy_n(list.cells, list.count, static_cast<int32_t*>(cells) + first);
+  }
+
+  void locate_sites(const Real* at, SiteList<Real>* list) const {
+    if (evaluator > kArbitrary) return;
+    if (task->uniform())
+      locate<Real, UniformGrid>(task, evaluator, at, list);
+    else
+      locate<Real, NoUniformGrid>(task, evaluator, at, list);
+  }
+
+  // From a buffer to where the results of site `first` and those that follow it belong.
+  void scatter(Index f, Index first, const int32_t* places, int32_t n, const Real* buffer) const {
+    const Index wanted = orders->count();
+    for (Index d = 0; d < wanted; ++d, buffer += kSiteBlock)
+      for (int32_t i = 0; i < n; ++i) {
+        const Index at = first + (places ? places[i] : i);
+        result[by_site ? (f * count + at) * wanted + d : (f * wanted + d) * count + at] = buffer[i];
+      }
+  }
+
+  EvalBlock<Real> eval_block(Index f, const SiteList<Real>& list, const Real* at, Real* out,
+                             Index plane) const {
+    return {task, &list, at, f, orders, out, plane, nullptr, nullptr, by_site};
+  }
+
+  int32_t evaluate(Index first, const Real* at, SiteList<Real>* list, Real* buffer) const {
+    const bool direct = !buffered() && list->count == list->padded();
+    locate_sites(at, list);
+    for (Index f = 0; f < function_count(); ++f) {
+      Real* out = direct ? result + f * orders->count() * count + first : buffer;
+      const auto b = eval_block(f, *list, at, out, direct ? count : Index(kSiteBlock));
+      if (const int32_t bad = _Interpolate1DDispatch[evaluator](b)) return bad;
+      if (!direct) scatter(f, first, nullptr, list->count, buffer);
+    }
+    return ORX_DF_OK;
+  }
+
+  // The parts of the block apart, each with its call-back.
+  int32_t evaluate_parts(Index first, const Real* at, const SiteList<Real>& list, Real* buffer) const {
+    SiteList<Real> parts[kParts];
+    for (int32_t i = 0; i < list.count; ++i) {
+      SiteList<Real>& part = parts[part_of_cell(list.cells[i], task->size())];
+      part.cells[part.count] = list.cells[i];
+      part.sites[part.count] = at[i];
+      part.places[part.count++] = i;
+    }
+    for (int p = 0; p < kParts; ++p) {
+      SiteList<Real>& part = parts[p];
+      if (part.count == 0) continue;
+      std::fill(part.sites + part.count, part.sites + part.padded(), part.sites[part.count - 1]);
+      if (!callbacks.call[p]) locate_sites(part.sites, &part);
+      for (Index f = 0; f < function_count(); ++f) {
+        auto b = eval_block(f, part, part.sites, buffer, kSiteBlock);
+        b.callback = callbacks.call[p];
+        b.params = callbacks.params[p];
+        const int32_t status = _Interpolate1DDispatchCB[evaluator](b);
+        if (status < 0) return status;
+        scatter(f, first, part.places, part.count, buffer);
+      }
+    }
+    return ORX_DF_OK;
+  }
+
+  int32_t run_block(Index first, Index n, int32_t t, int32_t* start) const {
+    SiteList<Real> list;
+    const Real* at = block_sites(first, int32_t(n), &list);
+    int32_t flags[kSiteBlock];
+    const int32_t status = search.block(int32_t(n), at, start, list.cells, flags);
+    if (status < 0) return status;
+    if (want_cells) write_cells(first, list);
+    if (!want_values) return ORX_DF_OK;
+    Real* buffer = buffers + (buffered() ? t * buffer_size() : 0);
+    return callbacks.any() ? evaluate_parts(first, at, list, buffer) : evaluate(first, at, &list, buffer);
+  }
+};
+
+void interpolate_item(int i, int t, void* args) {
+  const auto work = static_cast<Interpolation*>(static_cast<BlockWork*>(args));
+  int32_t start = 0;
+  run_item(work, i, [&](Index first, Index n) { return work->run_block(first, n, t, &start); });
+}
+
+extern "C" {
+static void _v1DInterpThreader(int i, int t, int, void* work) { interpolate_item(i, t, work); }
+static void _v1DInterpThreaderCB(int i, int t, int, void* work) { interpolate_item(i, t, work); }
+}
+
+int32_t run_interpolation(Interpolation* work, Real* values, const ThreadingServices* threading) {
+  const int32_t threads = work->count > kThreadedSites ? threading->maxThreads() : 1;
+  const Index needed = work->buffer_size() * (work->buffered() ? threads : 1);
+  const Scratch<Real> buffers(needed > kScratchValues ? needed : 0);
+  if (needed > kScratchValues && !buffers) return ORX_DF_ERROR_MEMORY;
+  work->buffers = buffers ? buffers.get() : values;
+  return run_blocks(work, kGroupBlocks, threads, threading,
+                    work->callbacks.any() ? _v1DInterpThreaderCB : _v1DInterpThreader);
+}
+
+// A short call needs no block of scratch.
+__attribute__((noinline)) int32_t run_on_stack(Interpolation* work, const ThreadingServices* threading) {
+  alignas(32) Real values[kScratchValues];
+  return run_interpolation(work, values, threading);
+}
+
+int32_t run_with_scratch(Interpolation* work, const ThreadingServices* threading) {
+  if (work->count < kScratchSites) return run_on_stack(work, threading);
+  const Scratch<char> scratch(kScratchBytes);
+  if (!scratch) return ORX_DF_ERROR_MEMORY;
+  return run_interpolation(work, reinterpret_cast<Real*>(scratch.get()), threading);
+}
+
+}  // namespace
+
+ORX_API int32_t ORX_DF_NAME(DFInterpolate1D)(DFTask* task, int64_t type, int64_t, int64_t siteCount,
+                                             const Real* sites, int64_t siteHint, int64_t orderCount,
+                                             const void* derivativeOrders, const Real* dataHint, Real* result,
+                                             int64_t resultHint, InterpCallback<Real> left, void* leftParams,
+                                             InterpCallback<Real> right, void* rightParams,
+                                             InterpCallback<Real> inside, void* insideParams,
+                                             SearchCallback<Real> search, void* searchParams, void* cells,
+                                             const ThreadingServices* threading) {
+  const auto* t = Task<Real>::of(task);
+  Interpolation work{};
+  work.task = t;
+  work.callbacks = {{left, inside, right}, {leftParams, insideParams, rightParams}};
+  const int32_t evaluator = evaluator_number(t, work.callbacks.all());
+  if (evaluator < 0) return evaluator;
+  work.evaluator = EvaluatorNumber(evaluator);
+  if (const int32_t bad = choose_search(t, siteHint, dataHint, search, searchParams, &work.search))
+    return bad;
+  const Orders orders(t, orderCount, derivativeOrders);
+  work.want_values = type & ORX_DF_VALUES;
+  work.want_cells = type & ORX_DF_CELLS;
+  if (work.want_values && !work.callbacks.all())
+    if (const int32_t bad = check_data(t, work.evaluator, orders)) return bad;
+  work.uniform_sites = siteHint == ORX_DF_UNIFORM_SITES;
+  if (siteCount == 1 && work.want_values && !work.want_cells && !work.uniform_sites && evaluator <= kCubic &&
+      orderCount <= 4 && t->funcCount <= 1 && !search)
+    return _Interp1DKernel_scalar(t, work.search, sites[0], orders, result, work.callbacks);
+  work.by_site = resultHint == ORX_DF_ROWS || resultHint == ORX_DF_FIRST_ONLY;
+  if (!work.by_site && resultHint != ORX_DF_NO_HINT && resultHint != ORX_DF_COLUMNS)
+    return ORX_DF_ERROR_INTERPOLATION;
+  if (siteCount <= 0) return ORX_DF_OK;
+  work.count = Index(siteCount);
+  work.block = kSiteBlock;
+  work.sites = sites;
+  work.site_step = work.uniform_sites && siteCount > 1 ? (sites[1] - sites[0]) / Real(siteCount - 1) : 0;
+  work.orders = &orders;
+  work.result = result;
+  work.cells = cells;
+  return run_with_scratch(&work, threading);
+}

@@ -1,0 +1,2 @@
+#include "_service/single.hpp"
+#include "interp1d/interp1d.hpp"

@@ -1,0 +1,2 @@
+#include "_service/double.hpp"
+#include "linspline1d/linspline1d.hpp"

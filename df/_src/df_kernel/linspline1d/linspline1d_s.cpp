@@ -1,0 +1,2 @@
+#include "_service/single.hpp"
+#include "linspline1d/linspline1d.hpp"

@@ -1,0 +1,272 @@
+// The cubic spline with two continuous derivatives. Its first derivatives d at the breakpoints solve a
+// tridiagonal system, which states that the second derivative is continuous (C. de Boor, A Practical Guide to
+// Splines, ch. IV):
+//   h[i] d[i-1] + 2 (h[i-1] + h[i]) d[i] + h[i-1] d[i+1] = 3 (h[i] m[i-1] + h[i-1] m[i]),
+// m[i] being the slope of the broken line in cell i. The matrix belongs to grid and boundary alone: it is
+// factored once for all functions.
+#include <algorithm>
+
+#include "_service/builder.hpp"
+#include "_service/hermite_form.hpp"
+#include "_service/memory.hpp"
+#include "_service/solver.hpp"
+
+namespace {
+using namespace orx::df;
+
+// What the functions share. Right sides lie `stride` apart, one per function or per worker.
+struct NaturalWork {
+  const Task<Real>* task;
+  Index order, stride;  // of the system; a periodic one has no row for the last breakpoint
+  Real *lower, *diagonal, *upper;
+  Real *corner, corner_weight;  // see solve_corner
+  Real* sides;
+  int32_t* statuses;
+};
+
+// What does not depend on the boundary: the inner rows of the matrix and of a right side, and the cells.
+template <Partition G>
+[[gnu::noinline]] void inner_rows(const NaturalWork& w, const Grid<Real, G>& grid) {
+  Real* __restrict lower = w.lower;
+  Real* __restrict diagonal = w.diagonal;
+  Real* __restrict upper = w.upper;
+  for (Index i = 1, n = w.task->size(); i + 1 < n; ++i) {
+    lower[i - 1] = G == UniformGrid ? 1 : grid.h(i);
+    diagonal[i] = G == UniformGrid ? 4 : 2 * (grid.h(i - 1) + grid.h(i));
+    upper[i] = G == UniformGrid ? 1 : grid.h(i - 1);
+  }
+}
+
+template <Storage S, Partition G>
+[[gnu::noinline]] void inner_sides(const Grid<Real, G>& grid, const Values<Real, S>& y, Index n,
+                                   Real* __restrict b) {
+  for (Index i = 1; i + 1 < n; ++i)
+    b[i] = G == UniformGrid ? (y[i + 1] - y[i - 1]) * (3 * grid.inverse(i))
+                            : 3 * (grid.h(i) * ((y[i] - y[i - 1]) / grid.h(i - 1)) +
+                                   grid.h(i - 1) * ((y[i + 1] - y[i]) / grid.h(i)));
+}
+
+template <Storage S, Partition G>
+[[gnu::noinline]] void write_cells(const Task<Real>* task, Index f, const Real* d) {
+  write_hermite_cells(Values<Real, S>(task, f), Grid<Real, G>(task), d, 0, task->size() - 1, task->coeffs[f]);
+}
+
+template <Storage S, Partition G, BoundaryNumber N>
+struct NaturalSpline {
+  static constexpr End left = boundaries[N].left, right = boundaries[N].right;
+  static constexpr bool periodic = left == End::Periodic, uniform = G == UniformGrid;
+
+  // ---- The matrix ----
+
+  // The row of an end: `own` and `next` are the widths of its cell and of the one further in.
+  static void end_row(End end, Real own, Real next, Real* diagonal, Real* off) {
+    switch (end) {
+      case End::NotAKnot:
+        *diagonal = uniform ? 2 : next;
+        *off = uniform ? 1 : own + next;
+        break;
+      case End::First:
+        *diagonal = 1;
+        *off = 0;
+        break;
+      default:
+        *diagonal = uniform ? 2 : 2 * own;
+        *off = uniform ? 1 : own;
+    }
+  }
+
+  // The first and the last row of a periodic spline are divided by their element in the corner, which is 1
+  // then, and lose it: what is solved is the matrix less e e', e being 1 at the first and the last place and
+  // 0 elsewhere.
+  static void periodic_rows(const NaturalWork& w, const Grid<Real, G>& grid) {
+    const Index n = w.order;
+    if constexpr (uniform) {
+      w.diagonal[0] = w.diagonal[n - 1] = 3;
+      w.upper[0] = 1;
+    } else {
+      const Real around = grid.h(n - 1) / grid.h(0), back = grid.h(n - 1) / grid.h(n - 2);
+      w.diagonal[0] = 2 * (around + 1) - 1;
+      w.upper[0] = around;
+      w.lower[n - 2] = back;
+      w.diagonal[n - 1] = 2 * (1 + back) - 1;
+    }
+  }
+
+  static void fill_matrix(const NaturalWork& w) {
+    const Grid<Real, G> grid(w.task);
+    const Index n = w.task->size();
+    inner_rows(w, grid);
+    if constexpr (periodic) {
+      periodic_rows(w, grid);
+    } else {
+      end_row(left, grid.h(0), grid.h(1), w.diagonal, w.upper);
+      end_row(right, grid.h(n - 2), grid.h(n - 3), w.diagonal + n - 1, w.lower + n - 2);
+    }
+  }
+
+  // ---- The right side ----
+
+  static Real slope(const Grid<Real, G>& grid, const Values<Real, S>& y, Index i) {
+    return (y[i + 1] - y[i]) * grid.inverse(i);
+  }
+
+  // That of an end: widths as for the row, `m` and `m_next` the slopes; `sign` is 1 at the left, -1 at the
+  // right.
+  static Real end_side(End end, Real own, Real next, Real m, Real m_next, Real value, Real sign) {
+    const Real both = own + next;
+    switch (end) {
+      case End::NotAKnot:
+        return uniform ? Real(0.5) * (m + m_next) : ((own + 2 * both) * next * m + own * own * m_next) / both;
+      case End::First:
+        return value;
+      case End::Second:
+        return (3 * m - sign * Real(0.5) * own * value) * (uniform ? 1 : own);
+      default:
+        return 3 * m * (uniform ? 1 : own);
+    }
+  }
+
+  static void fill_side(const NaturalWork& w, Index f, Real* b) {
+    const Grid<Real, G> grid(w.task);
+    const Values<Real, S> y(w.task, f);
+    const Real* values = w.task->bndConds;
+    const Index n = w.task->size();
+    inner_sides(grid, y, n, b);
+    const Real m0 = slope(grid, y, 0), m_last = slope(grid, y, n - 2);
+    if constexpr (periodic) {
+      const Real around = uniform ? 1 : grid.h(n - 2) / grid.h(0);
+      b[0] = 3 * (m_last + around * m0);
+      if (!uniform) b[n - 2] /= grid.h(n - 3);
+    } else {
+      b[0] =
+          end_side(left, grid.h(0), grid.h(1), m0, slope(grid, y, 1), left >= End::First ? values[0] : 0, 1);
+      b[n - 1] = end_side(right, grid.h(n - 2), grid.h(n - 3), m_last, slope(grid, y, n - 3),
+                          right >= End::First ? values[1] : 0, -1);
+    }
+  }
+
+  // ---- The solution ----
+
+  // By Sherman and Morrison: with z the solution for the right side e, the solution of the whole matrix is
+  // b - (e'b / (1 + e'z)) z.
+  static int32_t solve_corner(NaturalWork& w) {
+    Real* z = w.corner;
+    std::fill_n(z, w.order, Real(0));
+    z[0] = z[w.order - 1] = 1;
+    w.corner_weight = 0;
+    const int32_t info = solve_factored(w.order, 1, w.lower, w.diagonal, w.upper, z, w.order);
+    w.corner_weight = 1 / (1 + z[0] + z[w.order - 1]);
+    return info;
+  }
+
+  static void finish_function(const NaturalWork& w, Index f, Real* d) {
+    if constexpr (periodic) {
+      const Real share = w.corner_weight * (d[0] + d[w.order - 1]);
+      for (Index i = 0; i < w.order; ++i) d[i] -= share * w.corner[i];
+      d[w.order] = d[0];
+    }
+    write_cells<S, G>(w.task, f, d);
+  }
+
+  // One function with the factors at hand, as a worker does it.
+  static int32_t build_function(const NaturalWork& w, Index f, Real* b) {
+    if (periodic && !closes<Real, S>(w.task, f)) return ORX_DF_ERROR_NOT_PERIODIC;
+    fill_side(w, f, b);
+    if (solve_factored(w.order, 1, w.lower, w.diagonal, w.upper, b, w.stride)) return ORX_DF_ERROR_SINGULAR;
+    finish_function(w, f, b);
+    return ORX_DF_OK;
+  }
+
+  static void worker(int f, int t, int, void* args) {
+    const auto& w = *static_cast<NaturalWork*>(args);
+    w.statuses[f] = build_function(w, f, w.sides + t * w.stride);
+  }
+
+  // All right sides at once; a single function is factored and solved in one pass.
+  static int32_t build_serial(const NaturalWork& w) {
+    const Index count = w.task->functions();
+    if (periodic && !all_close<Real, S>(w.task)) return ORX_DF_ERROR_NOT_PERIODIC;
+    for (Index f = 0; f < count; ++f) fill_side(w, f, w.sides + f * w.stride);
+    const int32_t info = count == 1 && !periodic ? solve_once(w.order, w.lower, w.diagonal, w.upper, w.sides)
+                                                 : solve_factored(w.order, count, w.lower, w.diagonal,
+                                                                  w.upper, w.sides, w.stride);
+    if (info) return ORX_DF_ERROR_SINGULAR;
+    for (Index f = 0; f < count; ++f) finish_function(w, f, w.sides + f * w.stride);
+    return ORX_DF_OK;
+  }
+
+  static int32_t build_threaded(NaturalWork& w, const ThreadingServices* threading, int32_t threads,
+                                orx_worker threader) {
+    const auto count = int32_t(w.task->functions());
+    const Scratch<int32_t> statuses(count);
+    if (!statuses) return ORX_DF_ERROR_MEMORY;
+    w.statuses = statuses.get();
+    std::fill_n(w.statuses, count, ORX_DF_OK);
+    threading->parallelFor(count, threads, &w, threader);
+    const int32_t* bad =
+        std::find_if(w.statuses, w.statuses + count, [](int32_t status) { return status != 0; });
+    return bad == w.statuses + count ? int32_t(ORX_DF_OK) : *bad;
+  }
+
+  static int32_t build(const Task<Real>* task, const ThreadingServices* threading, orx_worker threader) {
+    const Index n = task->size(), count = std::max<Index>(task->functions(), 1);
+    const int32_t available = threading->maxThreads();
+    const auto threads = int32_t(std::min<Index>(available, count));
+    const bool threaded = count > 1 && threads > 1 && n >= 300 && (n >= 600 || available >= 8);
+    const Index stride = n + (-n & 15);  // whole 128-byte lines
+    // The matrix for a single function can stand where its coefficients will, which are written last.
+    const bool in_place = count == 1 && !periodic && 3 * n <= 4 * (n - 1) && task->functions() == 1;
+    const Index side_count = threaded ? threads : count, matrix_size = in_place ? 0 : (3 + periodic) * stride;
+    Scratch<Real> block(matrix_size + side_count * stride);
+    if (!block) return ORX_DF_ERROR_MEMORY;
+    Real* const matrix = in_place ? task->coeffs[0] : block.get();
+    const Index apart = in_place ? n : stride;
+    NaturalWork w{task,
+                  n - periodic,
+                  stride,
+                  matrix,
+                  matrix + apart,
+                  matrix + 2 * apart,
+                  matrix + 3 * apart,
+                  0,
+                  block.get() + matrix_size,
+                  nullptr};
+    fill_matrix(w);
+    const bool factor_first = threaded || count > 1 || periodic;
+    if ((factor_first && factor(w.order, w.lower, w.diagonal, w.upper)) || (periodic && solve_corner(w))) {
+      block.keep();  // part of the contract, here and below: these errors leave the block with the process
+      return ORX_DF_ERROR_SINGULAR;
+    }
+    const int32_t status = threaded ? build_threaded(w, threading, threads, threader) : build_serial(w);
+    const bool kept =
+        threaded ? status != ORX_DF_OK && status != ORX_DF_ERROR_MEMORY : status == ORX_DF_ERROR_SINGULAR;
+    if (kept) block.keep();
+    return status;
+  }
+};
+
+#define ORX_DF_NATURAL(S, G, B)                                                                        \
+  static void _v1DCSNatural##S##G##B##Threader(int i, int t, int T, void* work) {                      \
+    NaturalSpline<S, G, Boundary##B>::worker(i, t, T, work);                                           \
+  }                                                                                                    \
+  static int32_t _v1DCSNatural##S##G##B(const Task<Real>* task, const ThreadingServices* threading) {  \
+    return NaturalSpline<S, G, Boundary##B>::build(task, threading, _v1DCSNatural##S##G##B##Threader); \
+  }
+extern "C" {
+ORX_DF_BOUNDARY_VARIANTS(ORX_DF_NATURAL)
+}
+
+#define ORX_DF_NATURAL_NAME(S, G, B) _v1DCSNatural##S##G##B,
+Builder<Real>* const _DispatchNatural[] = {ORX_DF_BOUNDARY_VARIANTS(ORX_DF_NATURAL_NAME)};
+static_assert(sizeof _DispatchNatural == 28 * sizeof _DispatchNatural[0]);
+
+}  // namespace
+
+ORX_API int32_t ORX_DF_NAME(DFNaturalCubicSpline1D)(DFTask* task, int64_t, int64_t method,
+                                                    const ThreadingServices* threading) {
+  const auto* t = Task<Real>::of(task);
+  if (method != 0) return ORX_DF_ERROR_METHOD;
+  const int32_t boundary = cubic_boundary_number(t, 3);
+  if (boundary < 0) return boundary;
+  return _DispatchNatural[7 * variant_number(t) + boundary](t, threading);
+}

@@ -1,0 +1,2 @@
+#include "_service/double.hpp"
+#include "natural_cubspline1d/natural_cubspline1d.hpp"

@@ -1,0 +1,2 @@
+#include "_service/double.hpp"
+#include "search1d/search1d.hpp"

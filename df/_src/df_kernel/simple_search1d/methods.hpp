@@ -1,0 +1,167 @@
+// The search methods on one block of sites. All give the same cell, the number of breakpoints at or below the
+// site; they differ in what they know of the grid and of the sites.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+#include "_service/cell_table.hpp"
+#include "simple_search1d/scan.hpp"
+
+namespace orx::df {
+
+constexpr int32_t kSearchBlock = 128;
+
+// The cell by division: reciprocal_step = (nx-1) / (grid[1] - grid[0]), grid holding the ends. Rounding may
+// put a site near an end on the wrong side of it; the comparisons with the ends themselves decide.
+template <class Real>
+void uniform_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real reciprocal_step,
+                   int32_t* cells) {
+  const Real first = grid[0], last = grid[1], inner = Real(nx - 2), right = Real(nx - 1);
+  for (int32_t i = 0; i < n; ++i) {
+    const Real s = sites[i];
+    Real k = reciprocal_step * (s - first);
+    k = k < inner ? k : inner;
+    k = s < last ? k : right;
+    k = s >= first ? k : Real(-1);
+    cells[i] = std::min(int32_t(k) + 1, nx);
+  }
+}
+
+// From a guess at most nx - 1, either way.
+template <class Real>
+int32_t cell_near(const Real* grid, int32_t nx, const Real* sites, int32_t i, int32_t guess) {
+  int32_t cell = guess;
+  if (sites[i] >= grid[guess])
+    _df_search_sequential_vec_intrin_inline(grid, nx, sites, i, &cell, guess);
+  else if (guess != 0 && grid[guess - 1] > sites[i])
+    _df_search_invsequential_vec_intrin_inline(grid, nx, sites, i, &cell, guess);
+  return cell;
+}
+
+// From a likely cell, 0 to nx.
+template <class Real>
+int32_t cell_from_guess(const Real* grid, int32_t nx, const Real* sites, int32_t i, int32_t guess) {
+  if (guess < nx) return cell_near(grid, nx, sites, i, guess);
+  int32_t cell = nx;
+  if (grid[nx - 1] > sites[i]) _df_search_invsequential_vec_intrin_inline(grid, nx, sites, i, &cell, nx - 1);
+  return cell;
+}
+
+// The cell of a uniform grid with the same ends as first guess.
+template <class Real>
+void quasi_uniform_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real reciprocal_step,
+                         int32_t* cells) {
+  const Real ends[2] = {grid[0], grid[nx - 1]};
+  uniform_cells(nx, ends, n, sites, reciprocal_step, cells);
+  for (int32_t i = 0; i < n; ++i)
+    if (cells[i] != 0) cells[i] = cell_from_guess(grid, nx, sites, i, cells[i]);
+}
+
+template <class Real>
+void peak_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real likely, int32_t* cells) {
+  const auto guess = int32_t(likely);
+  for (int32_t i = 0; i < n; ++i) cells[i] = cell_from_guess(grid, nx, sites, i, guess);
+}
+
+// Ascending sites: the scan for one goes on where that for the site before ended. Returns where the last one
+// ended.
+//
+// Eight sites at a time while they ascend and all lie below grid[c + kWindow]: then the cell of each is c
+// plus the number of breakpoints at or below it among the kWindow that follow c.
+template <class Real>
+int32_t sorted_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, int32_t c, int32_t* cells) {
+  constexpr int kGroup = 8, kWindow = 3, kVectors = kGroup / kLanes<Real>;
+  const auto scan_to = [&](int32_t end, int32_t i) {
+    for (; i < end; ++i) {
+      _df_search_sequential_vec_intrin_inline(grid, nx, sites, i, &c, c);
+      cells[i] = c;
+    }
+  };
+  scan_to(std::min(n, 1), 0);
+  int32_t i = 1;
+  for (; i + kGroup <= n; i += kGroup) {
+    const Real* window = grid + c;
+    bool within = c + kWindow < nx;
+    if (within) {
+      const Vec<Real> bound = broadcast(window[kWindow]);
+      unsigned inside = kAllLanes<Real>;
+      for (int v = 0; v < kVectors; ++v) {
+        const Real* s = sites + i + v * kLanes<Real>;
+        inside &= lanes_le(load(s - 1), load(s)) & ~lanes_le(bound, load(s));
+      }
+      within = inside == kAllLanes<Real>;
+    }
+    if (!within) {
+      scan_to(i + kGroup, i);
+      continue;
+    }
+    for (int v = 0; v < kVectors; ++v) {
+      const Vec<Real> s = load(sites + i + v * kLanes<Real>);
+      Vec<Real> passed = ones_le(broadcast(window[0]), s);
+      for (int k = 1; k < kWindow; ++k) passed += ones_le(broadcast(window[k]), s);
+      const CellVec<Real> cell = __builtin_convertvector(passed, CellVec<Real>) + c;
+      __builtin_memcpy(cells + i + v * kLanes<Real>, &cell, sizeof cell);
+    }
+    const Real latest = sites[i + kGroup - 1];
+    for (int k = 0, from = c; k < kWindow; ++k) c += grid[from + k] <= latest;
+  }
+  scan_to(n, i);
+  return c;
+}
+
+// No more than 16 breakpoints: all of them are counted.
+template <class Real>
+void counted_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, int32_t* cells) {
+  for (int32_t i = 0; i < n; ++i) {
+    int32_t cell = 0;
+    for (int32_t k = 0; k < nx; ++k) cell += grid[k] <= sites[i];
+    cells[i] = cell;
+  }
+}
+
+// The table narrows each site to a few breakpoints, at most as many as the widest pair of the block has;
+// halving without a branch, the whole block step by step so that the loads of many sites are under way at
+// once, and a count of the last few find the cell. In `cells` stands meanwhile a breakpoint at or below the
+// site, or 0.
+template <class Real>
+void hybrid_block(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real scale,
+                  const int32_t* table, int32_t* cells) {
+  constexpr int kCounted = 8;
+  const Real first = grid[0], last = grid[nx - 1], last_bin = Real(cell_table_bins(nx) - 1);
+  for (int32_t i = 0; i < n; ++i) {
+    Real bin = scale * (sites[i] - first);
+    bin = bin > 0 ? bin : 0;
+    bin = bin < last_bin ? bin : last_bin;
+    cells[i] = int32_t(bin);
+  }
+  int32_t width = 1;
+  for (int32_t i = 0; i < n; ++i) {
+    const int32_t* pair = table + 2 * cells[i];
+    width = std::max(width, pair[1] - pair[0]);
+    cells[i] = pair[0];
+  }
+  for (int32_t i = 0; i < n; ++i) cells[i] = std::min(cells[i], nx - 1 - width);
+  for (; width > kCounted; width -= width / 2) {
+    const Real* middle = grid + width / 2;
+    for (int32_t i = 0; i < n; ++i) cells[i] += width / 2 & -int32_t(middle[cells[i]] <= sites[i]);
+  }
+  for (int32_t i = 0; i < n; ++i) {
+    const int32_t from = std::min(cells[i], nx - kCounted);
+    const Vec<Real> s = broadcast(sites[i]);
+    int32_t cell = from;
+    for (int k = 0; k < kCounted; k += kLanes<Real>)
+      cell += __builtin_popcount(lanes_le(load(grid + from + k), s));
+    cells[i] = sites[i] >= last ? nx : cell;
+  }
+}
+
+template <class Real>
+void hybrid_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real scale,
+                  const int32_t* table, int32_t* cells) {
+  if (nx <= 16) return counted_cells(nx, grid, n, sites, cells);
+  for (int32_t i = 0; i < n; i += kSearchBlock)
+    hybrid_block(nx, grid, std::min(kSearchBlock, n - i), sites + i, scale, table, cells + i);
+}
+
+}  // namespace orx::df

@@ -1,0 +1,401 @@
+/* Summary statistics.
+ *
+ * A task says where a data set is and where the estimates shall go. It holds pointers into the caller's
+ * memory and, but for the summary of streaming quantiles, nothing of its own; so counts, data and results may
+ * be changed between calls without an edit. The compute functions do the work:
+ *
+ *   SSTask* task;
+ *   int p = 3, n = 1000, storage = KOB_SS_ROWS;
+ *   __kobdSSNewTask(&task, &p, &n, &storage, x, 0, 0, 0);
+ *   __kobdSSEditTask(task, KOB_SS_ID_MEAN, mean);
+ *   _kobdSSBasic(task, KOB_SS_MEAN, KOB_SS_FAST, orx_serv_threading());
+ *   __kobSSDeleteTask(&task);
+ *
+ * Names with `d` take data in double, names with `s` in single precision. All functions return 0 or one of
+ * the negative codes below. Integers that a task points at are 32 bits wide, or 64 when it was made with a
+ * non-zero last argument. A task may be used from one thread at a time. docs/statistics.md gives the
+ * formulas. */
+#ifndef ORX_SS_H
+#define ORX_SS_H
+
+#include "orx/serv.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef struct SSTask SSTask;
+
+/* Storage of the observations of p variables: in rows x(j, i) is x[j*n + i], in columns x[i*p + j]. */
+#define KOB_SS_ROWS 0x10000
+#define KOB_SS_COLUMNS 0x20000
+
+/* Storage of a symmetric matrix: whole; lower or upper triangle packed row by row. */
+#define KOB_SS_FULL 0
+#define KOB_SS_LOWER_PACKED 1
+#define KOB_SS_UPPER_PACKED 2
+
+/* Estimates, the second argument of a compute function; they may be or-ed. */
+#define KOB_SS_MEAN 0x1
+#define KOB_SS_RAW_MOMENT_2 0x2
+#define KOB_SS_RAW_MOMENT_3 0x4
+#define KOB_SS_RAW_MOMENT_4 0x8
+#define KOB_SS_CENTRAL_MOMENT_2 0x10
+#define KOB_SS_CENTRAL_MOMENT_3 0x20
+#define KOB_SS_CENTRAL_MOMENT_4 0x40
+#define KOB_SS_KURTOSIS 0x80
+#define KOB_SS_SKEWNESS 0x100
+#define KOB_SS_VARIATION 0x200
+#define KOB_SS_MINIMUM 0x400
+#define KOB_SS_MAXIMUM 0x800
+#define KOB_SS_COVARIANCE 0x1000
+#define KOB_SS_CORRELATION 0x2000
+#define KOB_SS_POOLED_COVARIANCE 0x4000
+#define KOB_SS_GROUP_COVARIANCE 0x8000
+#define KOB_SS_QUANTILES 0x10000
+#define KOB_SS_ORDER_STATISTICS 0x20000
+#define KOB_SS_PARTIAL_COVARIANCE 0x100000
+#define KOB_SS_PARTIAL_CORRELATION 0x200000
+#define KOB_SS_MAHALANOBIS_DISTANCE 0x4000000
+
+/* Methods, the third argument of a compute function. */
+#define KOB_SS_FAST 0x1
+#define KOB_SS_ONE_PASS 0x2
+#define KOB_SS_SPECTRAL_DECOMPOSITION 0x4
+#define KOB_SS_TBS 0x8
+#define KOB_SS_MULTIPLE_IMPUTATION 0x10
+#define KOB_SS_BACON 0x20
+#define KOB_SS_STREAM_QUANTILES 0x40
+#define KOB_SS_STREAM_UPDATE 0x80
+#define KOB_SS_USER_MEAN 0x100
+
+/* Parameter numbers of the generic editors. Integers go through __kobiSSEditTask. */
+enum {
+  KOB_SS_ID_DIMENSION = 1,
+  KOB_SS_ID_OBSERVATION_COUNT = 2,
+  KOB_SS_ID_OBSERVATIONS = 3,
+  KOB_SS_ID_OBSERVATION_STORAGE = 4,
+  KOB_SS_ID_INDICES = 5,
+  KOB_SS_ID_WEIGHTS = 6,
+  KOB_SS_ID_MEAN = 7,
+  KOB_SS_ID_RAW_MOMENT_2 = 8,
+  KOB_SS_ID_RAW_MOMENT_3 = 9,
+  KOB_SS_ID_RAW_MOMENT_4 = 10,
+  KOB_SS_ID_CENTRAL_MOMENT_2 = 11,
+  KOB_SS_ID_CENTRAL_MOMENT_3 = 12,
+  KOB_SS_ID_CENTRAL_MOMENT_4 = 13,
+  KOB_SS_ID_KURTOSIS = 14,
+  KOB_SS_ID_SKEWNESS = 15,
+  KOB_SS_ID_MINIMUM = 16,
+  KOB_SS_ID_MAXIMUM = 17,
+  KOB_SS_ID_VARIATION = 18,
+  KOB_SS_ID_COVARIANCE = 19,
+  KOB_SS_ID_COVARIANCE_STORAGE = 20,
+  KOB_SS_ID_CORRELATION = 21,
+  KOB_SS_ID_CORRELATION_STORAGE = 22,
+  KOB_SS_ID_ACCUMULATED_WEIGHTS = 23,
+  KOB_SS_ID_QUANTILE_ORDER_COUNT = 24,
+  KOB_SS_ID_QUANTILE_ORDERS = 25,
+  KOB_SS_ID_QUANTILES = 26,
+  KOB_SS_ID_ORDER_STATISTICS = 27,
+  KOB_SS_ID_GROUP_INDICES = 28,
+  KOB_SS_ID_POOLED_COVARIANCE_STORAGE = 29,
+  KOB_SS_ID_POOLED_MEAN = 30,
+  KOB_SS_ID_POOLED_COVARIANCE = 31,
+  KOB_SS_ID_REQUESTED_GROUPS = 32,
+  KOB_SS_ID_GROUP_MEAN = 33,
+  KOB_SS_ID_GROUP_COVARIANCE_STORAGE = 34,
+  KOB_SS_ID_GROUP_COVARIANCE = 35,
+  KOB_SS_ID_ROBUST_COVARIANCE_STORAGE = 36,
+  KOB_SS_ID_ROBUST_PARAMETER_COUNT = 37,
+  KOB_SS_ID_ROBUST_PARAMETERS = 38,
+  KOB_SS_ID_ROBUST_MEAN = 39,
+  KOB_SS_ID_ROBUST_COVARIANCE = 40,
+  KOB_SS_ID_OUTLIER_PARAMETER_COUNT = 41,
+  KOB_SS_ID_OUTLIER_PARAMETERS = 42,
+  KOB_SS_ID_OUTLIER_WEIGHTS = 43,
+  KOB_SS_ID_ORDER_STATISTICS_STORAGE = 44,
+  KOB_SS_ID_PARTIAL_INDICES = 45,
+  KOB_SS_ID_PARTIAL_COVARIANCE = 46,
+  KOB_SS_ID_PARTIAL_COVARIANCE_STORAGE = 47,
+  KOB_SS_ID_PARTIAL_CORRELATION = 48,
+  KOB_SS_ID_PARTIAL_CORRELATION_STORAGE = 49,
+  KOB_SS_ID_IMPUTATION_PARAMETER_COUNT = 50,
+  KOB_SS_ID_IMPUTATION_PARAMETERS = 51,
+  KOB_SS_ID_IMPUTATION_START_COUNT = 52,
+  KOB_SS_ID_IMPUTATION_START = 53,
+  KOB_SS_ID_IMPUTED_VALUE_COUNT = 54,
+  KOB_SS_ID_IMPUTED_VALUES = 55,
+  KOB_SS_ID_IMPUTATION_ESTIMATE_COUNT = 56,
+  KOB_SS_ID_IMPUTATION_ESTIMATES = 57,
+  KOB_SS_ID_IMPUTATION_PRIOR_COUNT = 58,
+  KOB_SS_ID_IMPUTATION_PRIOR = 59,
+  KOB_SS_ID_PARAMETRIZED_CORRELATION = 60,
+  KOB_SS_ID_PARAMETRIZED_CORRELATION_STORAGE = 61,
+  KOB_SS_ID_STREAM_PARAMETER_COUNT = 62,
+  KOB_SS_ID_STREAM_PARAMETERS = 63,
+  KOB_SS_ID_STREAM_ORDER_COUNT = 64,
+  KOB_SS_ID_STREAM_ORDERS = 65,
+  KOB_SS_ID_STREAM_QUANTILES = 66
+};
+
+/* Status codes. An array code is given when the array is absent though the request needs it, and by the
+ * generic editors for a null pointer. */
+enum {
+  KOB_SS_OK = 0,
+  KOB_SS_ERROR_BAD_ID = -3, /* no such parameter, or it belongs to the other generic editor */
+  KOB_SS_ERROR_MEMORY = -4000,
+  KOB_SS_ERROR_DIMENSION = -4001, /* absent or not positive */
+  KOB_SS_ERROR_OBSERVATION_COUNT = -4002,
+  KOB_SS_ERROR_STORAGE = -4003, /* not one of the storage values above */
+  KOB_SS_ERROR_INDICES = -4004, /* absent; or a stream variable is asked for that the first call left out */
+  KOB_SS_ERROR_WEIGHTS = -4005,
+  KOB_SS_ERROR_MEAN = -4006,
+  KOB_SS_ERROR_RAW_MOMENT_2 = -4007,
+  KOB_SS_ERROR_RAW_MOMENT_3 = -4008,
+  KOB_SS_ERROR_RAW_MOMENT_4 = -4009,
+  KOB_SS_ERROR_CENTRAL_MOMENT_2 = -4010,
+  KOB_SS_ERROR_CENTRAL_MOMENT_3 = -4011,
+  KOB_SS_ERROR_CENTRAL_MOMENT_4 = -4012,
+  KOB_SS_ERROR_KURTOSIS = -4013,
+  KOB_SS_ERROR_SKEWNESS = -4014,
+  KOB_SS_ERROR_MINIMUM = -4015,
+  KOB_SS_ERROR_MAXIMUM = -4016,
+  KOB_SS_ERROR_VARIATION = -4017,
+  KOB_SS_ERROR_COVARIANCE = -4018,
+  KOB_SS_ERROR_CORRELATION = -4019,
+  KOB_SS_ERROR_ACCUMULATED_WEIGHTS = -4020,
+  KOB_SS_ERROR_QUANTILE_ORDERS = -4021,
+  KOB_SS_ERROR_QUANTILE_ORDER_COUNT = -4022, /* absent or bad, or an order outside 0 to 1 */
+  KOB_SS_ERROR_QUANTILES = -4023,
+  KOB_SS_ERROR_ORDER_STATISTICS = -4024,
+  KOB_SS_ERROR_NO_SUBSET = -4026, /* a robust or outlier method found no acceptable subset */
+  KOB_SS_ERROR_ROBUST_COVARIANCE = -4027,
+  KOB_SS_ERROR_ROBUST_MEAN = -4028,
+  KOB_SS_ERROR_METHOD = -4029,        /* the method is none of this function's, or not exactly one of them */
+  KOB_SS_ERROR_GROUPS_ABSENT = -4030, /* group indices, or the requested groups */
+  KOB_SS_ERROR_TASK = -4031,          /* null task or handle */
+  KOB_SS_ERROR_OBSERVATIONS = -4032,  /* absent, or too few for a robust covariance */
+  KOB_SS_ERROR_NOT_POSITIVE_DEFINITE = -4033,
+  KOB_SS_ERROR_POOLED_COVARIANCE = -4034,
+  KOB_SS_ERROR_POOLED_MEAN = -4035,
+  KOB_SS_ERROR_GROUP_COVARIANCE = -4036,
+  KOB_SS_ERROR_GROUP_MEAN = -4037,
+  KOB_SS_ERROR_GROUP_VALUE = -4038, /* a negative group index, or a request that is neither 0 nor 1 */
+  KOB_SS_ERROR_OUTLIER_PARAMETERS = -4039,
+  KOB_SS_ERROR_OUTLIER_PARAMETER_COUNT = -4040,
+  KOB_SS_ERROR_OUTLIER_WEIGHTS = -4041,
+  KOB_SS_ERROR_ROBUST_PARAMETERS = -4042,
+  KOB_SS_ERROR_ROBUST_PARAMETER_COUNT = -4043,
+  KOB_SS_ERROR_STORAGE_ABSENT = -4044,
+  KOB_SS_ERROR_PARTIAL_INDICES = -4045,
+  KOB_SS_ERROR_PARTIAL_COVARIANCE = -4046,
+  KOB_SS_ERROR_PARTIAL_CORRELATION = -4047,
+  KOB_SS_ERROR_IMPUTATION_PARAMETERS = -4048,
+  KOB_SS_ERROR_IMPUTATION_PARAMETER_COUNT = -4049,
+  KOB_SS_ERROR_IMPUTATION_PARAMETER_COUNT_VALUE = -4050,
+  KOB_SS_ERROR_IMPUTATION_COUNTS = -4051, /* fewer than one imputation or missing value */
+  KOB_SS_ERROR_IMPUTATION_START_COUNT = -4052,
+  KOB_SS_ERROR_IMPUTATION_START = -4053,
+  KOB_SS_ERROR_IMPUTED_VALUES = -4054,      /* the count is given without the array */
+  KOB_SS_ERROR_IMPUTED_VALUE_COUNT = -4055, /* the array is given without the count */
+  KOB_SS_ERROR_IMPUTATION_ESTIMATE_COUNT = -4056,
+  KOB_SS_ERROR_IMPUTATION_ESTIMATES = -4057,
+  KOB_SS_ERROR_IMPUTED_VALUE_COUNT_VALUE = -4058,
+  KOB_SS_ERROR_IMPUTATION_ESTIMATE_COUNT_VALUE = -4059,
+  KOB_SS_ERROR_IMPUTATION_NO_RESULT = -4060,
+  KOB_SS_ERROR_IMPUTATION_PRIOR_COUNT = -4061,
+  KOB_SS_ERROR_IMPUTATION_PRIOR = -4062,
+  KOB_SS_ERROR_MISSING_VALUE_COUNT = -4063,
+  KOB_SS_ERROR_STREAM_PARAMETER_COUNT = -4064,
+  KOB_SS_ERROR_STREAM_PARAMETERS = -4065,
+  KOB_SS_ERROR_STREAM_PARAMETER_COUNT_VALUE = -4066,
+  KOB_SS_ERROR_STREAM_EPS = -4067, /* not above 0 and at most 1 */
+  KOB_SS_ERROR_STREAM_ORDERS = -4068,
+  KOB_SS_ERROR_STREAM_ORDER_COUNT = -4069, /* absent or bad, or an order outside 0 to 1 */
+  KOB_SS_ERROR_STREAM_QUANTILES = -4070,
+  KOB_SS_ERROR_PARAMETRIZED_CORRELATION = -4071,
+  KOB_SS_ERROR_EIGENVALUES = -4072,
+  KOB_SS_ERROR_PARTIAL_ROLES = -4073, /* no variable of one of the two roles */
+  KOB_SS_ERROR_ROBUST_EIGEN = -5000,
+  KOB_SS_ERROR_PARTIAL_FACTOR = -5010, /* the covariance of the conditioning variables does not factor */
+  KOB_SS_ERROR_PARTIAL_INVERSE = -5011,
+  KOB_SS_ERROR_I_STEP_FACTOR = -5021,
+  KOB_SS_ERROR_I_STEP_GENERATOR = -5022,
+  KOB_SS_ERROR_P_STEP_GENERATOR = -5023,
+  KOB_SS_ERROR_P_STEP_FACTOR = -5024,
+  KOB_SS_ERROR_P_STEP_INVERSE = -5025,
+  KOB_SS_ERROR_PARAMETRIZATION_EIGEN = -5030,
+  KOB_SS_ERROR_RANK_EIGEN = -5040,
+  KOB_SS_ERROR_INVERSE_FACTOR = -5041,
+  KOB_SS_ERROR_INVERSE = -5042
+};
+
+/* ---- tasks ---- */
+
+/* Makes a task for p variables. `weights` and `indices` may be null: all weights 1, all variables wanted. `x`
+ * may be null too; then n and xStorage are not looked at and are to be edited in, as is x, before a
+ * computation. indices[j] of 0 leaves the estimates of variable j unwritten. */
+int __kobdSSNewTask(SSTask** task, const void* p, const void* n, const void* xStorage, const double* x,
+                    const double* weights, const void* indices, int ilp64Flag);
+int __kobsSSNewTask(SSTask** task, const void* p, const void* n, const void* xStorage, const float* x,
+                    const float* weights, const void* indices, int ilp64Flag);
+
+/* Releases the task and the summary that it may own, and puts null in *task. */
+int __kobSSDeleteTask(SSTask** task);
+
+/* Sets one parameter, by its number. A null pointer is refused and changes nothing. */
+int __kobdSSEditTask(SSTask* task, long long id, const double* array);
+int __kobsSSEditTask(SSTask* task, long long id, const float* array);
+int __kobiSSEditTask(SSTask* task, long long id, const void* integers);
+
+/* Set several parameters at once; an argument that is null leaves its parameter as it was.
+ * EditPooledCovariance sets no storage: those go through the generic editor. */
+int __kobdSSEditMoments(SSTask* task, double* mean, double* rawMoment2, double* rawMoment3,
+                        double* rawMoment4, double* centralMoment2, double* centralMoment3,
+                        double* centralMoment4);
+int __kobsSSEditMoments(SSTask* task, float* mean, float* rawMoment2, float* rawMoment3, float* rawMoment4,
+                        float* centralMoment2, float* centralMoment3, float* centralMoment4);
+int __kobdSSEditCovCor(SSTask* task, double* mean, double* cov, const void* covStorage, double* cor,
+                       const void* corStorage);
+int __kobsSSEditCovCor(SSTask* task, float* mean, float* cov, const void* covStorage, float* cor,
+                       const void* corStorage);
+int __kobdSSEditPartialCovCor(SSTask* task, const void* partialIndices, const double* cov,
+                              const void* covStorage, const double* cor, const void* corStorage,
+                              double* partialCov, const void* partialCovStorage, double* partialCor,
+                              const void* partialCorStorage);
+int __kobsSSEditPartialCovCor(SSTask* task, const void* partialIndices, const float* cov,
+                              const void* covStorage, const float* cor, const void* corStorage,
+                              float* partialCov, const void* partialCovStorage, float* partialCor,
+                              const void* partialCorStorage);
+int __kobdSSEditPooledCovariance(SSTask* task, const void* groupIndices, double* pooledMean,
+                                 double* pooledCov, const void* requestedGroups, double* groupMean,
+                                 double* groupCov);
+int __kobsSSEditPooledCovariance(SSTask* task, const void* groupIndices, float* pooledMean, float* pooledCov,
+                                 const void* requestedGroups, float* groupMean, float* groupCov);
+int __kobdSSEditQuantiles(SSTask* task, const void* quantOrderCount, const double* quantOrders,
+                          double* quantiles, double* orderStats, const void* orderStatsStorage);
+int __kobsSSEditQuantiles(SSTask* task, const void* quantOrderCount, const float* quantOrders,
+                          float* quantiles, float* orderStats, const void* orderStatsStorage);
+int __kobdSSEditStreamQuantiles(SSTask* task, const void* streamOrderCount, const double* streamOrders,
+                                double* streamQuantiles, const void* streamParamCount,
+                                const double* streamParams);
+int __kobsSSEditStreamQuantiles(SSTask* task, const void* streamOrderCount, const float* streamOrders,
+                                float* streamQuantiles, const void* streamParamCount,
+                                const float* streamParams);
+int __kobdSSEditMissingVals(SSTask* task, const void* miParamCount, const double* miParams,
+                            const void* miInitCount, const double* miInit, const void* miPriorCount,
+                            const double* miPrior, const void* miSimulCount, double* miSimul,
+                            const void* miEstimateCount, double* miEstimates);
+int __kobsSSEditMissingVals(SSTask* task, const void* miParamCount, const float* miParams,
+                            const void* miInitCount, const float* miInit, const void* miPriorCount,
+                            const float* miPrior, const void* miSimulCount, float* miSimul,
+                            const void* miEstimateCount, float* miEstimates);
+int __kobdSSEditOutDetect(SSTask* task, const void* outlierParamCount, const double* outlierParams,
+                          double* outlierWeights);
+int __kobsSSEditOutDetect(SSTask* task, const void* outlierParamCount, const float* outlierParams,
+                          float* outlierWeights);
+int __kobdSSEditRCov(SSTask* task, const void* robustCovStorage, const void* robustParamCount,
+                     const double* robustParams, double* robustMean, double* robustCov);
+int __kobsSSEditRCov(SSTask* task, const void* robustCovStorage, const void* robustParamCount,
+                     const float* robustParams, float* robustMean, float* robustCov);
+int __kobdSSEditMtxParametrz(SSTask* task, const double* cor, const void* corStorage, double* paramCor,
+                             const void* paramCorStorage);
+int __kobsSSEditMtxParametrz(SSTask* task, const float* cor, const void* corStorage, float* paramCor,
+                             const void* paramCorStorage);
+
+/* ---- computations ----
+ *
+ * All take a task, estimates (or-ed), a method, and a table of threads; nothing is written before all checks
+ * are through. An array that holds one value for each variable has p elements. */
+
+/* Mean, raw and central moments, kurtosis, skewness, variation, covariance, correlation. Exactly one method:
+ * KOB_SS_FAST sums powers about 0; KOB_SS_ONE_PASS runs recurrences about the running mean, and so loses no
+ * digits when the mean is large beside the deviation; KOB_SS_USER_MEAN sums powers about the mean that the
+ * caller has put in the array of means.
+ *
+ * Derived estimates want the arrays of those that they are made from: central 2 wants mean and raw 2; central
+ * 3 raw 3 too; central 4 raw 4 too; kurtosis all of those of central 4 and central 2; skewness those of
+ * central 3 and central 2; variation those of central 2; covariance and correlation the mean. Central 2 and
+ * covariance are unbiased; the other central moments are divided by the sum of weights. A correlation has the
+ * variances on its diagonal.
+ *
+ * Where the task has accumulated weights [W, W2], a call with W above 0 continues: data are folded into the
+ * results that the arrays hold, and W and W2 go on. Set both to 0 to begin. Leading observations of weight 0
+ * are left out, so that their values do not matter. */
+int _kobdSSBasic(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+int _kobsSSBasic(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+
+/* Quantiles and order statistics, method KOB_SS_FAST. For order q and f = (n-1) q the quantile lies between
+ * the order statistics of numbers floor(f) and the next, counted from 0, in proportion to the fractional part
+ * of f. Results are rows of one value for each order, a row for each wanted variable, rows close together.
+ * Order statistics have the shape of the data, in a storage of their own. Where NaN stands among the data,
+ * results are not defined.
+ *
+ * Work memory is kept to 10 MiB or n elements, whichever is more; if there is none to be had, nothing is
+ * computed and 0 returned. */
+int _kobdSSQuantiles(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+int _kobsSSQuantiles(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+
+/* Quantiles of data that come in blocks, each call folding the task's present observations into a summary
+ * that the task owns. A result is a value among the data whose rank is off by at most eps N + 2, N being the
+ * number of values seen. Methods: KOB_SS_STREAM_QUANTILES adds the data and writes results,
+ * KOB_SS_STREAM_UPDATE only adds. With a count of 0 results are written of what has been seen. `streamParams`
+ * holds one number, eps, above 0 and at most 1.
+ *
+ * The first call fixes eps and the followed variables for the life of the task. Results are rows as above,
+ * for the followed variables. At most 2^31 - 1 values can be followed. After a failure for lack of memory
+ * some variables may have taken data that others have not. */
+int _kobdSSStreamQuantiles(SSTask* task, long long estimates, long long method,
+                           const ThreadingServices* threading);
+int _kobsSSStreamQuantiles(SSTask* task, long long estimates, long long method,
+                           const ThreadingServices* threading);
+
+/* Releases a task's summary; the next stream call starts afresh. Deleting the task does it too. */
+void __kobSQuantilesFreeBuffers(SSTask* task);
+
+/* The k-th smallest of n numbers, counted from 0, by quickselect. It is moved to its place, with no larger
+ * one before it and no smaller one after it. */
+double __kobdQSortSelect(int n, double* array, int k);
+
+/* Sort ascending, in place, n numbers that are `stride` apart, or adjacent. */
+void __kobdQSortStep(int n, double* array, int stride);
+void __kobdQSort(int n, double* array);
+
+/* Covariance of observations that fall into groups, method KOB_SS_ONE_PASS. KOB_SS_GROUP_COVARIANCE gives the
+ * mean and covariance of each requested group, one group after the other; KOB_SS_POOLED_COVARIANCE the pooled
+ * mean and covariance, in which the sums of squares about the groups' own means are added and divided by the
+ * sum of the groups' degrees of freedom. `groupIndices` holds n group numbers from 0; `requestedGroups` a
+ * flag, 0 or 1, for each group up to the largest number. An empty group gives NaN. Nothing is continued from
+ * earlier calls. */
+int _kobdSSPooledCovariance(SSTask* task, long long estimates, long long method,
+                            const ThreadingServices* threading);
+int _kobsSSPooledCovariance(SSTask* task, long long estimates, long long method,
+                            const ThreadingServices* threading);
+
+/* Covariance and correlation of some variables given others, method KOB_SS_FAST. `partialIndices` is 1 for a
+ * variable of the result, -1 for one that is given, anything else for one that is left out. The task's
+ * covariance is read, or if it has none its correlation, with the variances on the diagonal as _kobdSSBasic
+ * writes them. Results are square in the number of variables with a 1; the diagonal of a partial correlation
+ * holds the partial variances. */
+int _kobdSSPartialCovariance(SSTask* task, long long estimates, long long method,
+                             const ThreadingServices* threading);
+int _kobsSSPartialCovariance(SSTask* task, long long estimates, long long method,
+                             const ThreadingServices* threading);
+
+/* Running minima and maxima, method KOB_SS_FAST or KOB_SS_ONE_PASS: the arrays are read as well as written,
+ * so that data may come in blocks; begin with the first observation, or with infinities. A NaN among the data
+ * is passed over. */
+int _kobdSSMinmax(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+int _kobsSSMinmax(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+
+/* Scalar helpers: the natural logarithm, at most 0.51 ulp off, -infinity at 0 and NaN below; the square root.
+ */
+double __kobdLn(double x);
+double __kobdSqrt(double x);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

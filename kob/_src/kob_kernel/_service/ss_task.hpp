@@ -1,0 +1,145 @@
+// The task record of summary statistics and how its fields are read.
+#pragma once
+
+#include <cstdint>
+
+#include "orx/ss.h"
+
+#define ORX_API extern "C" __attribute__((visibility("default")))
+
+struct SSTask {
+  int32_t ilp64Flag;  // 0: the caller's integers are 32 bits wide, else 64
+  int32_t taskKind;
+  int32_t isDouble;
+#define ORX_SS_FIELD(name, id, editor, status) void* name;
+#define ORX_SS_INTERNAL(name) void* name;
+#include "ss_fields.def"
+  int32_t cleanupCount;
+  void (*cleanup)(SSTask*);  // room for one: the summary of streaming quantiles
+};
+
+#if defined(__i386__)
+static_assert(sizeof(SSTask) == 80 * 4);
+#endif
+
+namespace orx::ss {
+
+// A caller's integer where its sign or its exact value matters.
+inline int64_t value(const SSTask* task, const void* integer) {
+  return task->ilp64Flag ? *static_cast<const int64_t*>(integer) : *static_cast<const int32_t*>(integer);
+}
+
+// A caller's integer everywhere else: the low word.
+inline int32_t low_word(const void* integer) { return *static_cast<const int32_t*>(integer); }
+
+// A caller's array of integers, of which the low words are read.
+class Integers {
+ public:
+  Integers(const SSTask* task, const void* array)
+      : words_(static_cast<const int32_t*>(array)), stride_(task->ilp64Flag ? 2 : 1) {}
+  explicit operator bool() const { return words_; }
+  int32_t operator[](int i) const { return words_[i * stride_]; }
+  bool is_negative(int i) const { return words_[i * stride_ + stride_ - 1] < 0; }
+
+ private:
+  const int32_t* words_;
+  int stride_;
+};
+
+// Which variables are wanted: those with a non-zero index, or all.
+class Selection {
+ public:
+  explicit Selection(const SSTask* task) : indices_(task, task->indices) {}
+  bool all() const { return !indices_; }
+  bool operator[](int j) const { return !indices_ || indices_[j] != 0; }
+
+ private:
+  Integers indices_;
+};
+
+template <class T>
+T* reals(void* field) {
+  return static_cast<T*>(field);
+}
+
+// The storage of the observations, or a failure: KOB_SS_ROWS wins where both bits are set.
+inline int observation_storage(const void* storage) {
+  if (!storage) return KOB_SS_ERROR_STORAGE_ABSENT;
+  const int32_t bits = low_word(storage);
+  if (bits & KOB_SS_ROWS) return KOB_SS_ROWS;
+  return bits & KOB_SS_COLUMNS ? KOB_SS_COLUMNS : KOB_SS_ERROR_STORAGE;
+}
+
+// What every computation needs of its task: a dimension, a known storage, a count that is not negative and,
+// where the count is not 0, data.
+inline int check_data(const SSTask* task) {
+  if (!task) return KOB_SS_ERROR_TASK;
+  const int storage = observation_storage(task->obsStorage);
+  if (storage < 0) return storage;
+  if (!task->dimension || value(task, task->dimension) <= 0) return KOB_SS_ERROR_DIMENSION;
+  if (!task->observationCount || value(task, task->observationCount) < 0)
+    return KOB_SS_ERROR_OBSERVATION_COUNT;
+  if (!task->observations && value(task, task->observationCount) != 0) return KOB_SS_ERROR_OBSERVATIONS;
+  return KOB_SS_OK;
+}
+
+// Observations of p variables, by row or by column.
+template <class T>
+struct Observations {
+  explicit Observations(const SSTask* task)
+      : x(static_cast<const T*>(task->observations)),
+        n(low_word(task->observationCount)),
+        p(low_word(task->dimension)),
+        rows(observation_storage(task->obsStorage) == KOB_SS_ROWS) {}
+
+  const T* variable(int j) const { return rows ? x + intptr_t(j) * n : x + j; }
+  // From one observation of a variable to the next.
+  intptr_t stride() const { return rows ? 1 : p; }
+  T operator()(int j, int i) const { return variable(j)[i * stride()]; }
+
+  const T* x;
+  int n, p;
+  bool rows;
+};
+
+// A block of memory that is given back on every path.
+template <class T>
+class Block {
+ public:
+  Block() = default;
+  explicit Block(uint64_t count) { allocate(count); }
+  ~Block() { orx_serv_deallocate(data_); }
+  Block(const Block&) = delete;
+  Block& operator=(const Block&) = delete;
+
+  bool allocate(uint64_t count) {
+    data_ = count <= SIZE_MAX / sizeof(T)
+                ? static_cast<T*>(orx_serv_allocate(static_cast<size_t>(count) * sizeof(T), 128))
+                : nullptr;
+    return data_;
+  }
+  // Allocates and clears.
+  bool allocate_zeros(uint64_t count) {
+    if (!allocate(count)) return false;
+    for (uint64_t i = 0; i < count; ++i) data_[i] = T(0);
+    return true;
+  }
+  void release() {
+    orx_serv_deallocate(data_);
+    data_ = nullptr;
+  }
+  T* get() const { return data_; }
+  // Gives the block away.
+  T* keep() {
+    T* data = data_;
+    data_ = nullptr;
+    return data;
+  }
+  explicit operator bool() const { return data_; }
+  T& operator[](intptr_t i) const { return data_[i]; }
+
+ private:
+  T* data_ = nullptr;
+};
+
+}  // namespace orx::ss

@@ -1,0 +1,9 @@
+#include "basic.hpp"
+
+using Real = double;
+#include "variants.inc"
+
+ORX_API int _kobdSSBasic(SSTask* task, long long estimates, long long method,
+                         const ThreadingServices* threading) {
+  return compute<Real>(task, unsigned(estimates), unsigned(method), threading, kernel_tables);
+}

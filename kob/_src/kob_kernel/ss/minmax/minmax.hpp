@@ -1,0 +1,101 @@
+// Running minima and maxima.
+#pragma once
+
+#include "../../_service/ss_task.hpp"
+#include "../lanes.hpp"
+
+namespace orx::ss::minmax {
+
+// Running extremes of four lanes. A NaN in x leaves them as they are: the instruction gives its second
+// operand then.
+struct Extremes {
+  __m256d least, greatest;
+
+  void take(__m256d x) {
+    least = _mm256_min_pd(x, least);
+    greatest = _mm256_max_pd(x, greatest);
+  }
+};
+
+inline double least4(__m256d x) {
+  const __m128d pairs = _mm_min_pd(_mm256_castpd256_pd128(x), _mm256_extractf128_pd(x, 1));
+  return _mm_cvtsd_f64(_mm_min_sd(pairs, _mm_unpackhi_pd(pairs, pairs)));
+}
+
+// One variable whose observations lie side by side.
+template <class T>
+void sweep_row(const T* x, int n, double* least, double* greatest) {
+  Extremes e = {_mm256_set1_pd(*least), _mm256_set1_pd(*greatest)}, f = e;
+  int i = 0;
+  for (; i + 8 <= n; i += 8) {
+    e.take(load4(x + i));
+    f.take(load4(x + i + 4));
+  }
+  for (; i < n; ++i) e.take(_mm256_set1_pd(x[i]));
+  *least = least4(_mm256_min_pd(e.least, f.least));
+  *greatest = -least4(-_mm256_max_pd(e.greatest, f.greatest));
+}
+
+// `lanes` variables side by side, four at most.
+template <class T>
+void sweep_columns(const T* x, intptr_t stride, int lanes, int n, double* least, double* greatest) {
+  Extremes e = {_mm256_loadu_pd(least), _mm256_loadu_pd(greatest)};
+  const __m256i mask = first_lanes(lanes);
+  if (lanes == 4)
+    for (int i = 0; i < n; ++i, x += stride) e.take(load4(x));
+  else
+    for (int i = 0; i < n; ++i, x += stride) e.take(load4(x, mask));
+  _mm256_storeu_pd(least, e.least);
+  _mm256_storeu_pd(greatest, e.greatest);
+}
+
+template <class T>
+void sweep(const Observations<T>& data, double* least, double* greatest) {
+  constexpr int block_bytes = 0x4000;
+  const int n = data.n, p = data.p;
+  if (data.rows || p == 1) {
+    for (int j = 0; j < p; ++j) sweep_row(data.variable(j), n, least + j, greatest + j);
+    return;
+  }
+  int block = block_bytes / int(sizeof(T)) / p;
+  if (block < 16) block = 16;
+  for (int first = 0; first < n; first += block) {
+    const int count = n - first < block ? n - first : block;
+    for (int j = 0; j < p; j += 4)
+      sweep_columns(data.x + intptr_t(first) * p + j, p, p - j < 4 ? p - j : 4, count, least + j,
+                    greatest + j);
+  }
+}
+
+template <class T>
+int compute(SSTask* task, unsigned estimates, unsigned method) {
+  if (const int status = check_data(task)) return status;
+  T* const least = estimates & KOB_SS_MINIMUM ? reals<T>(task->minimum) : nullptr;
+  T* const greatest = estimates & KOB_SS_MAXIMUM ? reals<T>(task->maximum) : nullptr;
+  if (estimates & KOB_SS_MINIMUM && !least) return KOB_SS_ERROR_MINIMUM;
+  if (estimates & KOB_SS_MAXIMUM && !greatest) return KOB_SS_ERROR_MAXIMUM;
+  if (!(method & (KOB_SS_FAST | KOB_SS_ONE_PASS))) return KOB_SS_ERROR_METHOD;
+  if (!least && !greatest) return KOB_SS_OK;
+
+  // The running values are copied, with room for the last four variables; those not wanted are not written
+  // back.
+  const Observations<T> data(task);
+  const int size = (data.p + 3) & ~3;
+  Block<double> running;
+  if (!running.allocate_zeros(2 * uint64_t(size))) return KOB_SS_ERROR_MEMORY;
+  double *low = running.get(), *high = low + size;
+  for (int j = 0; j < data.p; ++j) {
+    if (least) low[j] = least[j];
+    if (greatest) high[j] = greatest[j];
+  }
+  sweep(data, low, high);
+  const Selection wanted(task);
+  for (int j = 0; j < data.p; ++j) {
+    if (!wanted[j]) continue;
+    if (least) least[j] = T(low[j]);
+    if (greatest) greatest[j] = T(high[j]);
+  }
+  return KOB_SS_OK;
+}
+
+}  // namespace orx::ss::minmax

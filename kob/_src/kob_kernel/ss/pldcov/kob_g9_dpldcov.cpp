@@ -1,0 +1,9 @@
+#include "pldcov.hpp"
+
+using Real = double;
+#include "kernels.inc"
+
+ORX_API int _kobdSSPooledCovariance(SSTask* task, long long estimates, long long method,
+                                    const ThreadingServices* threading) {
+  return compute<Real>(task, unsigned(estimates), unsigned(method), threading, _vSSPldCovThreader);
+}

@@ -1,0 +1,9 @@
+#include "sort.hpp"
+
+#define ORX_API extern "C" __attribute__((visibility("default")))
+
+using namespace orx::sorting;
+
+ORX_API double __kobdQSortSelect(int n, double* array, int k) { return select(array, 0, n - 1, k); }
+ORX_API void __kobdQSortStep(int n, double* array, int stride) { sort(array, n, Strided(stride)); }
+ORX_API void __kobdQSort(int n, double* array) { sort(array, n, Contiguous()); }

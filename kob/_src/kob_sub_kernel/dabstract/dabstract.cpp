@@ -1,0 +1,15 @@
+// The abstract stream of doubles.
+#include "kob_sub_kernel/iabstract/abstract.hpp"
+
+using namespace orx::brng;
+
+namespace {
+using dAbstract = abstract::Generator<double>;
+}
+
+ORX_BRNG_FUNCTIONS(dAbstract)
+
+ORX_API int __kobdNewAbstractStream(KobStream** stream, int n, double dbuf[], double a, double b,
+                                    KobdRefill dcallback) {
+  return abstract::new_stream<double>(stream, KOB_BRNG_DABSTRACT, n, dbuf, a, b, dcallback);
+}

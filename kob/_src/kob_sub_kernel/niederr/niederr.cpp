@@ -1,0 +1,161 @@
+// Niederreiter's sequence in base 2: P. Bratley, B. L. Fox, H. Niederreiter, Implementation and tests of
+// low-discrepancy sequences, ACM Trans. Model. Comput. Simul. 2 (1992); Algorithm 738, ACM Trans. Math.
+// Softw. 20 (1994).
+#include <cstring>
+
+#include "kob_sub_kernel/_service/chunks.hpp"
+#include "kob_sub_kernel/sobol/quasi.hpp"
+
+namespace {
+
+using namespace orx::brng;
+using namespace orx::brng::quasi;
+
+constexpr uint32_t kMost = 318;      // dimensions that the state has room for
+constexpr size_t kRow = kBits + 1;   // words
+constexpr size_t kPlaceOfX = kBits;  // of the point's component, in a row of the user's chunk
+
+extern "C" {
+#include "kob_sub_kernel/niederr/niederr.inc"
+}
+
+struct State {
+  Position position;
+  uint32_t X[kMost];
+  uint32_t V[kMost][kRow];
+};
+static_assert(sizeof(State) == 43264);
+
+// What the seed words ask for.
+struct Request {
+  uint32_t dimension = 1;
+  const uint32_t* matrix = nullptr;
+  const uint32_t* polynomials = uNiederrIrredPoly;
+};
+
+Request read_seed(int n, const uint32_t* params) {
+  if (has_user_data(n, params)) {
+    const uint64_t dimension = params[0], length = uint64_t(n);
+    if (params[2] == kPolynomials && length >= 3 + dimension) return {params[0], nullptr, params + 3};
+    if (params[2] == kMatrix && length >= 3 + kBits * dimension) return {params[0], params + 3, nullptr};
+  }
+  Request request;
+  request.dimension = plain_dimension(n, params, kMost);
+  return request;
+}
+
+// Polynomials over GF(2), and the beginnings of sequences, are words: coefficient i in bit i.
+uint64_t product(uint64_t a, uint32_t b) {
+  uint64_t sum = 0;
+  for (; b; b &= b - 1) sum ^= a << __builtin_ctz(b);
+  return sum;
+}
+
+// The Laurent coefficients v of the published construction, as many as bits are wanted: `power` is the
+// polynomial's power of degree m, the one before had degree k. The first k are 0, the next, up to m, are free
+// but for the first of them, and are taken as 1; from there on the power is their recursion.
+uint64_t laurent(uint64_t power, int k, int m, int wanted) {
+  const uint64_t below = (uint64_t(1) << m) - 1;
+  uint64_t v = below & ~((uint64_t(1) << k) - 1);
+  for (int r = 0; r + m < wanted; ++r) v |= uint64_t(__builtin_parityll(power & below & v >> r)) << (r + m);
+  return v;
+}
+
+// Row j of the generator matrix belongs to the digit 2^-(j+1) of the component; its bits, along the digits of
+// the index, are Laurent coefficients of x^u / p^i with i = j / e + 1, u = j mod e. Direction number c is
+// column c.
+int direction_numbers(uint32_t polynomial, uint32_t* v) {
+  const int e = degree(polynomial);
+  if (e < 1) return KOB_ERROR_BAD_ARG;
+  std::fill_n(v, kBits, 0);
+  uint64_t power = 1, coefficients = 0;
+  for (int j = 0; j < kBits; ++j) {
+    const int u = j % e;
+    if (u == 0) {
+      power = product(power, polynomial);
+      coefficients = laurent(power, j, j + e, kBits + e - 1);
+    }
+    for (uint32_t row = uint32_t(coefficients >> u); row; row &= row - 1)
+      v[__builtin_ctz(row)] |= 0x80000000u >> j;
+  }
+  return KOB_STATUS_OK;
+}
+
+// The direction numbers in rows of kRow words, and the first point.
+int fill(const Request& request, uint32_t* v, uint32_t* x, size_t x_step) {
+  for (size_t d = 0; d < request.dimension; ++d, v += kRow, x += x_step) {
+    if (request.matrix) {
+      std::copy_n(request.matrix + d * kBits, kBits, v);
+    } else {
+      const int status = direction_numbers(request.polynomials[d], v);
+      if (status != KOB_STATUS_OK) return status;
+    }
+    *x = v[0];
+  }
+  return KOB_STATUS_OK;
+}
+
+struct Niederr : Operations<Niederr> {
+  using State = ::State;
+
+  static int seed(KobStream* stream, int n, const uint32_t* params);
+  static Sequence sequence(KobStream* stream);
+  static bool adopt(KobStream* stream);
+};
+
+}  // namespace
+
+extern "C" {
+
+int __kobNiederrInitUserPolymsStreamStruct(KobStream* stream, const Request& request) {
+  State& s = state<Niederr>(stream);
+  return fill(request, s.V[0], s.X, 1);
+}
+
+// Each row of the chunk holds its component of the point behind the 32 direction numbers.
+int __kobNiederrInitUserPolymsChunk(KobStream* stream, const Request& request) {
+  const uint64_t size = uint64_t(request.dimension) * kRow * 4;
+  if (size > UINT32_MAX) return KOB_ERROR_MEM_FAILURE;
+  uint32_t* const v = static_cast<uint32_t*>(allocate(size_t(size)));
+  if (!v) return KOB_ERROR_MEM_FAILURE;
+  int status = fill(request, v, v + kPlaceOfX, kRow);
+  if (status == KOB_STATUS_OK)
+    status = __kobAddChunk(stream, kChunkNiederrDirections, nullptr, v, uint32_t(size));
+  if (status != KOB_STATUS_OK) orx_serv_deallocate(v);
+  return status;
+}
+
+}  // extern "C"
+
+namespace {
+
+int Niederr::seed(KobStream* stream, int n, const uint32_t* params) {
+  const Request request = read_seed(n, params);
+  // Seeded anew: whatever was held over belonged to another sequence.
+  __kobDeleteChunks(stream);
+  State& s = state<Niederr>(stream);
+  memset(&s, 0, sizeof s);
+  s.position = Position::start(request.dimension);
+  return request.dimension > kMost ? __kobNiederrInitUserPolymsChunk(stream, request)
+                                   : __kobNiederrInitUserPolymsStreamStruct(stream, request);
+}
+
+Sequence Niederr::sequence(KobStream* stream) {
+  State& s = state<Niederr>(stream);
+  const int dimension = int(s.position.Dimension);
+  const KobChunk* user = find_chunk(stream, kChunkNiederrDirections);
+  if (!user) return {&s.position, s.X, 1, {s.V[0], kRow, 1}, dimension};
+  uint32_t* const v = static_cast<uint32_t*>(user->Data);
+  return {&s.position, v + kPlaceOfX, kRow, {v, kRow, 1}, dimension};
+}
+
+bool Niederr::adopt(KobStream* stream) {
+  const Position& p = state<Niederr>(stream).position;
+  if (!p.is_sound()) return false;
+  const KobChunk* user = find_chunk(stream, kChunkNiederrDirections);
+  return user ? user->Size == uint64_t(p.Dimension) * kRow * 4 : p.Dimension <= kMost;
+}
+
+}  // namespace
+
+ORX_BRNG_FUNCTIONS(Niederr)

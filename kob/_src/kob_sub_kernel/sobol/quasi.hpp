@@ -1,0 +1,288 @@
+// Digital sequences in base 2. Component d of point i is the XOR of the direction numbers V[d][c] at the set
+// bits c of i's Gray code, so that a point differs from the one before by one direction number a component:
+//   I. A. Antonov, V. M. Saleev, An economic method of computing LP-tau sequences, USSR Comput. Math. Math.
+//   Phys. 19 (1980).
+//
+// Points taken 2^k at a time are again such a sequence, of 2^k times the dimension: with q = i / 2^k, the
+// Gray code of i + 2^k differs from that of i in bit k + (lowest zero bit of q) and in bit k - 1. This is how
+// small dimensions, and single components, fill vectors.
+#pragma once
+
+#include <algorithm>
+
+#include "kob_sub_kernel/_service/reals.hpp"
+#include "kob_sub_kernel/_service/stream.hpp"
+
+namespace orx::brng::quasi {
+
+constexpr int kBits = 32;
+constexpr uint32_t kNone = 0xFFFFFFFF;
+
+// The first words of a state.
+struct Position {
+  uint32_t Index;  // of the current point
+  uint32_t Dimension;
+  uint32_t Selected;   // the only component that is delivered, or kNone
+  uint32_t Remaining;  // components of the current point still to be delivered; 0: all, none is out yet
+
+  static Position start(uint32_t dimension) { return {1, dimension, kNone, 0}; }
+  bool is_sound() const {
+    return Dimension >= 1 && Dimension <= INT32_MAX && Remaining < Dimension &&
+           (Selected == kNone || (Selected < Dimension && Remaining == 0));
+  }
+};
+
+inline uint32_t gray(uint32_t i) { return i ^ i >> 1; }
+inline int lowest_zero(uint32_t i) { return __builtin_ctz(~i); }
+
+// Direction numbers where they lie: V[d][c] at first[d * component + c * bit].
+struct Directions {
+  const uint32_t* first;
+  size_t component, bit;
+
+  uint32_t operator()(size_t d, int c) const { return first[d * component + size_t(c) * bit]; }
+};
+
+// A stream's current point, component d at x[d * x_step], and what it goes on by.
+struct Sequence {
+  Position* position;
+  uint32_t* x;
+  size_t x_step;
+  Directions v;
+  int dimension;
+
+  Sequence component(size_t d) const {
+    return {position, x + d * x_step, 1, {v.first + d * v.component, v.component, v.bit}, 1};
+  }
+  // What the stream delivers: whole points, or one component of each.
+  Sequence delivered() const { return position->Selected == kNone ? *this : component(position->Selected); }
+
+  // XORs the direction numbers at the set bits of `bits` into the point.
+  void add(uint32_t bits) const {
+    for (; bits; bits &= bits - 1)
+      for (int d = 0, c = __builtin_ctz(bits); d < dimension; ++d) x[size_t(d) * x_step] ^= v(size_t(d), c);
+  }
+  void move_to(uint32_t index) const {
+    add(gray(position->Index) ^ gray(index));
+    position->Index = index;
+  }
+};
+
+// ---- delivery ----
+
+template <class Sink>
+void emit_components(const Sequence& s, size_t from, int count, const Sink& sink, int at) {
+  for (int i = 0; i < count; ++i) sink(at + i, s.x[(from + size_t(i)) * s.x_step]);
+}
+
+// The current point, and the step to the next.
+template <class Sink>
+void emit_point(const Sequence& s, const Sink& sink, int at) {
+  const int c = lowest_zero(s.position->Index++);
+  const auto next = [&](int d) {
+    uint32_t& x = s.x[size_t(d) * s.x_step];
+    const uint32_t now = x;
+    x = now ^ s.v(size_t(d), c);
+    return int(now);
+  };
+  int d = 0;
+  for (; d + 4 <= s.dimension; d += 4) {
+    const int w0 = next(d), w1 = next(d + 1), w2 = next(d + 2), w3 = next(d + 3);
+    sink(at + d, _mm_set_epi32(w3, w2, w1, w0));
+  }
+  for (; d < s.dimension; ++d) sink(at + d, uint32_t(next(d)));
+}
+
+// The same with point and step in rows.
+template <class Sink>
+inline void emit_row(uint32_t* x, const uint32_t* step, int width, const Sink& sink, int at) {
+  int i = 0;
+  for (; i + 8 <= width; i += 8) {
+    const __m256 w = _mm256_loadu_ps(reinterpret_cast<float*>(x + i));
+    const __m256 v = _mm256_loadu_ps(reinterpret_cast<const float*>(step + i));
+    _mm256_storeu_ps(reinterpret_cast<float*>(x + i), _mm256_xor_ps(w, v));
+    sink(at + i, _mm_castps_si128(_mm256_castps256_ps128(w)));
+    sink(at + i + 4, _mm_castps_si128(_mm256_extractf128_ps(w, 1)));
+  }
+  for (; i + 4 <= width; i += 4) {
+    const __m128i w = load4(x + i);
+    sink(at + i, w);
+    store4(x + i, _mm_xor_si128(w, load4(step + i)));
+  }
+  for (; i < width; ++i) {
+    sink(at + i, x[i]);
+    x[i] ^= step[i];
+  }
+}
+
+constexpr int kMostWidth = 320;  // words of a row that is made here
+constexpr int kWideEnough = 16;  // a point of this dimension fills vectors by itself
+
+inline int group_log2(int dimension) {
+  return dimension >= kWideEnough ? 0 : dimension >= 8 ? 2 : dimension >= 4 ? 3 : dimension >= 2 ? 4 : 5;
+}
+
+// The steps of points taken 2^k at a time, as rows: where they lie, or made when they are first asked for. A
+// run of n groups takes no more than about log2(n) of them.
+class Rows {
+ public:
+  Rows(const Sequence& s, int k) : s_(s), k_(k) {}
+
+  const uint32_t* operator()(int c) {
+    if (k_ == 0 && s_.v.component == 1) return s_.v.first + size_t(c) * s_.v.bit;
+    uint32_t* row = row_ + c * (((s_.dimension << k_) + 7) & ~7);
+    if (!(made_ >> c & 1)) make(row, c);
+    return row;
+  }
+
+ private:
+  void make(uint32_t* row, int c) {
+    made_ |= uint32_t(1) << c;
+    for (int d = 0; d < s_.dimension; ++d) {
+      const uint32_t w = s_.v(size_t(d), c + k_) ^ (k_ ? s_.v(size_t(d), k_ - 1) : 0);
+      for (int j = 0; j < 1 << k_; ++j) row[j * s_.dimension + d] = w;
+    }
+  }
+
+  const Sequence& s_;
+  int k_;
+  uint32_t made_ = 0;
+  alignas(32) uint32_t row_[kBits * kMostWidth];
+};
+
+// Groups of 2^k points from an index that is a multiple of 2^k.
+template <class Sink>
+void emit_groups(const Sequence& s, int k, int groups, const Sink& sink, int at) {
+  const int width = s.dimension << k;
+  uint32_t& index = s.position->Index;
+  Rows rows(s, k);
+  alignas(32) uint32_t group[kWideEnough << 2];
+  uint32_t* x = s.x;
+  if (k > 0) {
+    x = group;
+    emit_components(s, 0, s.dimension, Word32Sink<uint32_t>(group), 0);
+    for (int j = 1; j < 1 << k; ++j)
+      for (int d = 0; d < s.dimension; ++d)
+        group[j * s.dimension + d] =
+            group[(j - 1) * s.dimension + d] ^ s.v(size_t(d), lowest_zero(uint32_t(j - 1)));
+  }
+  for (; groups > 0; --groups, at += width, index += uint32_t(1) << k)
+    emit_row(x, rows(lowest_zero(index >> k)), width, sink, at);
+  if (k > 0)
+    for (int d = 0; d < s.dimension; ++d) s.x[size_t(d) * s.x_step] = group[d];
+}
+
+template <class Sink>
+void emit_points(const Sequence& s, int points, const Sink& sink, int at) {
+  const uint32_t& index = s.position->Index;
+  const int k = group_log2(s.dimension);
+  const bool in_rows = s.x_step == 1 && (s.v.component == 1 || s.dimension <= kMostWidth);
+  if (in_rows) {
+    const uint32_t mask = (uint32_t(1) << k) - 1;
+    for (; points > 0 && index & mask; --points, at += s.dimension) emit_point(s, sink, at);
+    const int groups = points >> k;
+    if (groups > 0) emit_groups(s, k, groups, sink, at);
+    points -= groups << k;
+    at += (groups << k) * s.dimension;
+  }
+  for (; points > 0; --points, at += s.dimension) emit_point(s, sink, at);
+}
+
+template <class Sink>
+int generate(const Sequence& stream, int n, const Sink& sink) {
+  Position& p = *stream.position;
+  // Numbers against points: stricter than need be, and simple to foresee for the caller.
+  if (int64_t(p.Index) + n > int64_t(0xFFFFFFFF)) return KOB_ERROR_QRNG_PERIOD_ELAPSED;
+  if (n <= 0) return KOB_STATUS_OK;
+  const Sequence s = stream.delivered();
+  int done = 0;
+  if (p.Remaining) {
+    done = int(std::min(uint32_t(n), p.Remaining));
+    emit_components(s, p.Dimension - p.Remaining, done, sink, 0);
+    p.Remaining -= uint32_t(done);
+    if (p.Remaining) return KOB_STATUS_OK;
+    s.move_to(p.Index + 1);
+  }
+  const int points = (n - done) / s.dimension;
+  emit_points(s, points, sink, done);
+  done += points * s.dimension;
+  emit_components(s, 0, n - done, sink, done);
+  if (done < n) p.Remaining = uint32_t(s.dimension - (n - done));
+  return KOB_STATUS_OK;
+}
+
+// ---- the operations of a generator that has sequence(KobStream*) ----
+
+// Component k of each point from here on, beginning with the first point of which nothing is out yet.
+inline int select_component(const Sequence& s, int n, uint32_t k) {
+  Position& p = *s.position;
+  if (n != INT32_MAX || k >= p.Dimension) return KOB_ERROR_LEAPFROG_UNSUPPORTED;
+  if (p.Selected != k) {
+    if (p.Remaining) ++p.Index;
+    // The component may not have been brought along: made anew.
+    const Sequence c = s.component(k);
+    *c.x = 0;
+    c.add(gray(p.Index));
+  }
+  p.Selected = k;
+  p.Remaining = 0;
+  return KOB_STATUS_OK;
+}
+
+inline int skip_numbers(const Sequence& s, uint64_t numbers) {
+  Position& p = *s.position;
+  const uint64_t dimension = uint64_t(s.dimension), most = 0xFFFFFFFF;
+  uint64_t points = numbers / dimension;
+  if (points >= most || p.Index + points >= most) return KOB_ERROR_SKIPAHEAD_UNSUPPORTED;
+  if (numbers < p.Remaining) {
+    p.Remaining -= uint32_t(numbers);
+    return KOB_STATUS_OK;
+  }
+  uint64_t rest = numbers - dimension * points;
+  if (p.Remaining) {
+    numbers -= p.Remaining;
+    points = numbers / dimension;
+    rest = numbers - dimension * points;
+    ++points;
+  }
+  s.move_to(p.Index + uint32_t(points));
+  p.Remaining = rest ? uint32_t(dimension - rest) : 0;
+  return KOB_STATUS_OK;
+}
+
+template <class Generator>
+struct Operations {
+  static int leapfrog(KobStream* stream, int n, const uint32_t* params) {
+    return select_component(Generator::sequence(stream), n, params[0]);
+  }
+  static int skip(KobStream* stream, int n, const uint32_t* params) {
+    if (n < 1) return KOB_ERROR_SKIPAHEAD_UNSUPPORTED;
+    return skip_numbers(Generator::sequence(stream).delivered(), n > 1 ? word64(params) : params[0]);
+  }
+  template <class Real>
+  static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
+    return generate(Generator::sequence(stream), n, Word32Sink<Real>(r, a, b));
+  }
+  static int words(KobStream* stream, int n, uint32_t* r) {
+    return generate(Generator::sequence(stream), n, Word32Sink<uint32_t>(r));
+  }
+};
+
+// ---- seeds ----
+
+// What the classes of user data are made of.
+enum : uint32_t { kPolynomials = 1, kNumbers = 2, kMatrix = 4, kFirstToo = 8 };
+
+// Whether the words announce user data.
+inline bool has_user_data(int n, const uint32_t* params) {
+  return n >= 3 && params[1] == 1 && int32_t(params[0]) >= 1;
+}
+
+// The dimension where there are no user data; 1 for what does not go.
+inline uint32_t plain_dimension(int n, const uint32_t* params, uint32_t most) {
+  return n >= 1 && params[0] >= 1 && params[0] <= most ? params[0] : 1;
+}
+
+inline int degree(uint32_t polynomial) { return polynomial ? 31 - __builtin_clz(polynomial) : -1; }
+
+}  // namespace orx::brng::quasi

@@ -1,0 +1,3 @@
+#pragma once
+
+#define ORX_API extern "C" __attribute__((visibility("default")))

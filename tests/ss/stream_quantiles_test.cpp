@@ -1,0 +1,267 @@
+// Streaming quantiles: the rank error stays within eps for any order, in any blocks; memory grows as the
+// logarithm.
+#include <malloc.h>
+
+#include <cmath>
+#include <map>
+
+#include "ss_test.hpp"
+
+namespace {
+
+template <class T>
+struct StreamTask : Task<T> {
+  std::vector<T> orders, results;
+  int order_count, parameter_count = 1;
+  T eps;
+
+  StreamTask(int p, double eps_, std::vector<T> orders_, const int* indices = nullptr)
+      : Task<T>(p, 1, KOB_SS_ROWS, std::vector<T>(p), nullptr, indices),
+        orders(std::move(orders_)),
+        results(orders.size() * p, T(-77)),
+        order_count(int(orders.size())),
+        eps(T(eps_)) {
+    this->set(KOB_SS_ID_STREAM_ORDER_COUNT, &order_count);
+    this->set(KOB_SS_ID_STREAM_ORDERS, orders.data());
+    this->set(KOB_SS_ID_STREAM_QUANTILES, results.data());
+    this->set(KOB_SS_ID_STREAM_PARAMETER_COUNT, &parameter_count);
+    this->set(KOB_SS_ID_STREAM_PARAMETERS, &eps);
+  }
+  int call(int method) { return Api<T>::stream_quantiles(this->task, 0, method, Threads::table(2)); }
+  int add(const T* x, int count, int method = KOB_SS_STREAM_UPDATE) {
+    this->n = count;
+    this->set(KOB_SS_ID_OBSERVATIONS, x);
+    return call(method);
+  }
+};
+
+// How far the rank of a value is from the wanted one: 0 where equal values cover it.
+template <class T>
+double rank_error(const std::vector<T>& sorted, T value, double order) {
+  const auto range = std::equal_range(sorted.begin(), sorted.end(), value);
+  const double least = double(range.first - sorted.begin()) + 1, most = double(range.second - sorted.begin());
+  const double wanted = order * double(sorted.size());
+  EXPECT_GE(most, least) << "a value that is not among the data";
+  return wanted < least ? least - wanted : wanted > most ? wanted - most : 0;
+}
+
+template <class T>
+std::map<std::string, std::vector<T>> data_orders(int n) {
+  std::mt19937_64 random(6);
+  std::normal_distribution<double> normal;
+  std::map<std::string, std::vector<T>> x;
+  for (int i = 0; i < n; ++i) {
+    x["random"].push_back(T(normal(random)));
+    x["sorted"].push_back(T(i));
+    x["reversed"].push_back(T(-i));
+    x["constant"].push_back(T(3));
+    x["few values"].push_back(T(random() % 5));
+    x["from the ends"].push_back(T(i % 2 ? n - i : i));        // each new value falls into the middle
+    x["from the middle"].push_back(T(i % 2 ? n + i : n - i));  // each new value is an extreme
+    x["growing waves"].push_back(T(std::ldexp(1., i / 1000) * (i % 1000)));
+  }
+  return x;
+}
+
+template <class T>
+struct StreamQuantiles : testing::Test {};
+TYPED_TEST_SUITE(StreamQuantiles, Precisions);
+
+TYPED_TEST(StreamQuantiles, RankErrorWithinEps) {
+  using T = TypeParam;
+  const std::vector<T> orders = {0, T(0.001), T(0.01), T(0.25), T(0.5), T(0.75), T(0.99), 1};
+  const int n = 50000;
+  std::mt19937_64 random(7);
+  for (const auto& [name, x] : data_orders<T>(n))
+    for (const double eps : {1., 0.3, 0.05, 0.01, 0.001}) {
+      StreamTask<T> t(1, eps, orders);
+      std::vector<T> seen;
+      for (int at = 0; at < n;) {
+        const int size = int(std::min<uint64_t>(n - at, random() % (random() % 4 ? 9000 : 12) + 1));
+        const bool ask = random() % 8 == 0 || at + size == n;
+        ASSERT_EQ(t.add(&x[at], size, ask ? KOB_SS_STREAM_QUANTILES : KOB_SS_STREAM_UPDATE), 0);
+        at += size;
+        if (!ask) continue;
+        seen.assign(x.begin(), x.begin() + at);
+        std::sort(seen.begin(), seen.end());
+        for (size_t k = 0; k < orders.size(); ++k)
+          ASSERT_LE(rank_error(seen, t.results[k], orders[k]), eps * at + 2)
+              << name << " eps " << eps << " order " << orders[k] << " after " << at;
+      }
+    }
+}
+
+TEST(StreamQuantilesFixed, TenMillionValuesInLittleMemory) {
+  const double eps = 0.001;
+  const int n = 10000000, block = 100000;
+  std::mt19937_64 random(8);
+  std::vector<double> x(n);
+  for (double& v : x) v = double(random() >> 11);
+  const auto bytes = [] {
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks + info.hblkhd);
+  };
+  std::vector<double> memory;
+  StreamTask<double> t(1, eps, {0.1, 0.5, 0.999});
+  const double before = bytes();
+  for (int at = 0; at < n; at += block) {
+    ASSERT_EQ(t.add(&x[at], block), 0);
+    if (at + block == n / 100 || at + block == n / 10 || at + block == n) memory.push_back(bytes() - before);
+  }
+  t.n = 0;
+  ASSERT_EQ(t.call(KOB_SS_STREAM_QUANTILES), 0);
+  std::sort(x.begin(), x.end());
+  for (size_t k = 0; k < t.orders.size(); ++k)
+    EXPECT_LE(rank_error(x, t.results[k], t.orders[k]), eps * n) << t.orders[k];
+  if (memory.back() == 0) GTEST_SKIP() << "this allocator does not tell what is in use";
+  // With u = log2(eps n), blocks number u, each with u levels of u/eps elements: the cube of the logarithm.
+  const double u = std::log2(eps * n);
+  EXPECT_LE(memory.back(), 16 * u * u * u / (3 * eps) * 1.5);
+  EXPECT_LT(memory[1], 5 * memory[0]);
+  EXPECT_LT(memory[2], 5 * memory[1]);
+}
+
+TYPED_TEST(StreamQuantiles, VariablesStoragesAndLaterCalls) {
+  using T = TypeParam;
+  const int p = 3, n = 700;
+  int indices[p] = {1, 0, 1};
+  std::mt19937_64 random(9);
+  std::vector<T> x(size_t(p) * n);
+  for (int j = 0; j < p; ++j)
+    for (int i = 0; i < n; ++i) x[size_t(i) * p + j] = T(1000 * j + int(random() % 700));
+  StreamTask<T> t(p, 0.001, {T(0.2), T(0.7)}, indices);  // a block takes more than n: the results are exact
+  t.storage = KOB_SS_COLUMNS;
+  ASSERT_EQ(t.add(x.data(), n, KOB_SS_STREAM_QUANTILES), 0);
+  for (int row = 0; row < 2; ++row) {
+    std::vector<T> sorted;
+    for (int i = 0; i < n; ++i) sorted.push_back(x[size_t(i) * p + 2 * row]);
+    std::sort(sorted.begin(), sorted.end());
+    for (int k = 0; k < 2; ++k) EXPECT_LE(rank_error(sorted, t.results[row * 2 + k], t.orders[k]), 1);
+  }
+  EXPECT_EQ(t.results[4], T(-77));  // rows of followed variables only
+  // With no new data the same comes out again.
+  const std::vector<T> before = t.results;
+  t.n = 0;
+  t.results.assign(t.results.size(), T(0));
+  ASSERT_EQ(t.call(KOB_SS_STREAM_QUANTILES | KOB_SS_STREAM_UPDATE), 0);
+  EXPECT_TRUE(std::equal(before.begin(), before.begin() + 4, t.results.begin()));
+  indices[0] = 0;
+  EXPECT_EQ(t.call(KOB_SS_STREAM_UPDATE), 0);
+  indices[1] = 1;
+  EXPECT_EQ(t.call(KOB_SS_STREAM_UPDATE), -4004);
+
+  // Afresh: with no variable followed, the first call passes and the later ones do not.
+  __kobSQuantilesFreeBuffers(t.task);
+  std::fill(indices, indices + p, 0);
+  EXPECT_EQ(t.call(KOB_SS_STREAM_QUANTILES), 0);
+  EXPECT_EQ(t.call(KOB_SS_STREAM_QUANTILES), -4004);
+}
+
+// The first call fixes eps and the variables; what is edited later may not break the summary.
+TYPED_TEST(StreamQuantiles, LaterEditsAreNotNoticed) {
+  using T = TypeParam;
+  const int n = 3000;
+  std::vector<T> x(4 * n);
+  for (size_t i = 0; i < x.size(); ++i) x[i] = T(i % n);
+  StreamTask<T> t(2, 0.2, {T(0.5)});
+  ASSERT_EQ(t.add(x.data(), n), 0);
+  for (const T eps : {T(0.001), T(1)}) {
+    t.eps = eps;
+    for (const int p : {4, 1, 2}) {
+      t.p = p;
+      ASSERT_EQ(t.add(x.data(), n, KOB_SS_STREAM_QUANTILES), 0);
+      EXPECT_NEAR(t.results[0], n / 2, 0.2 * n + 2);
+    }
+  }
+}
+
+TYPED_TEST(StreamQuantiles, CoarsestEpsAndNothingSeen) {
+  using T = TypeParam;
+  StreamTask<T> t(1, 1, {T(0.5)});
+  t.n = 0;
+  ASSERT_EQ(t.call(KOB_SS_STREAM_QUANTILES), 0);
+  EXPECT_EQ(t.results[0], T(-77));
+  for (int i = 1; i <= 300; ++i) {
+    const T x = T(i);
+    ASSERT_EQ(t.add(&x, 1, KOB_SS_STREAM_QUANTILES), 0);
+    ASSERT_TRUE(t.results[0] >= 1 && t.results[0] <= T(i)) << i;
+  }
+}
+
+TYPED_TEST(StreamQuantiles, StatusesInTheirOrder) {
+  using T = TypeParam;
+  int p = 1, n = -1, storage = 5, order_count = -1, parameter_count = 2;
+  std::vector<T> x = {1}, orders = {T(2)}, results = {T(-77)}, eps = {0};
+  SSTask* task;
+  ASSERT_EQ(Api<T>::new_task(&task, &p, nullptr, nullptr, nullptr, nullptr, nullptr, 0), 0);
+  const auto call = [&](int method = KOB_SS_STREAM_QUANTILES) {
+    return Api<T>::stream_quantiles(task, 0, method, Threads::table(1));
+  };
+  EXPECT_EQ(call(), -4002);
+  __kobiSSEditTask(task, KOB_SS_ID_OBSERVATION_COUNT, &n);
+  EXPECT_EQ(call(), -4002);
+  n = 1;
+  EXPECT_EQ(call(), -4032);
+  Api<T>::edit(task, KOB_SS_ID_OBSERVATIONS, x.data());
+  EXPECT_EQ(call(), -4044);
+  __kobiSSEditTask(task, KOB_SS_ID_OBSERVATION_STORAGE, &storage);
+  EXPECT_EQ(call(), -4003);
+  storage = KOB_SS_ROWS;
+  EXPECT_EQ(call(), -4070);
+  Api<T>::edit(task, KOB_SS_ID_STREAM_QUANTILES, results.data());
+  EXPECT_EQ(call(), -4068);
+  Api<T>::edit(task, KOB_SS_ID_STREAM_ORDERS, orders.data());
+  EXPECT_EQ(call(), -4069);
+  __kobiSSEditTask(task, KOB_SS_ID_STREAM_ORDER_COUNT, &order_count);
+  EXPECT_EQ(call(), -4069);
+  order_count = 1;
+  EXPECT_EQ(call(), -4064);
+  __kobiSSEditTask(task, KOB_SS_ID_STREAM_PARAMETER_COUNT, &parameter_count);
+  EXPECT_EQ(call(), -4066);
+  parameter_count = 1;
+  EXPECT_EQ(call(), -4069);
+  orders[0] = T(0.5);
+  EXPECT_EQ(call(), -4065);
+  Api<T>::edit(task, KOB_SS_ID_STREAM_PARAMETERS, eps.data());
+  EXPECT_EQ(call(KOB_SS_FAST), -4029);
+  for (const T bad : {T(0), T(1.5), T(-1), std::numeric_limits<T>::quiet_NaN()}) {
+    eps[0] = bad;
+    EXPECT_EQ(call(), -4067);
+  }
+  EXPECT_EQ(results[0], T(-77));
+  eps[0] = T(0.1);
+  EXPECT_EQ(call(), 0);
+  EXPECT_EQ(results[0], T(1));
+  EXPECT_EQ(__kobSSDeleteTask(&task), 0);
+}
+
+// Whatever fails, the summary stays whole: freeing it frees all, and the call can be made again.
+TYPED_TEST(StreamQuantiles, EveryAllocationFailing) {
+  using T = TypeParam;
+  const int p = 2, n = 500;
+  std::vector<T> x;
+  for (int i = 0; i < p * n; ++i) x.push_back(T(i % 97));
+  StreamTask<T> t(p, 0.05, {T(0.5)});
+  t.x = x;
+  const auto call = [&] {
+    const int status = t.add(x.data(), n, KOB_SS_STREAM_QUANTILES);
+    __kobSQuantilesFreeBuffers(t.task);
+    return status;
+  };
+  // Without memory for the faster sort the slower one serves, so some failures pass unnoticed.
+  int told = 0;
+  const int count = fail_each_allocation(call, [&](int status) {
+    EXPECT_TRUE(status == 0 || status == -4000) << status;
+    told += status == -4000;
+  });
+  EXPECT_GE(count, 20);
+  EXPECT_GE(told, 15);
+  // After a failure the same task goes on.
+  ASSERT_EQ(t.add(x.data(), 10), 0);
+  orx_serv_fail_allocation(1);
+  EXPECT_EQ(t.add(x.data(), n), -4000);
+  orx_serv_fail_allocation(0);
+  EXPECT_EQ(t.add(x.data(), n, KOB_SS_STREAM_QUANTILES), 0);
+}
+
+}  // namespace

@@ -1,0 +1,135 @@
+// Tasks and editors: every parameter lands where the computations read it, every status is told.
+#include <cmath>
+#include <map>
+
+#include "mp.hpp"
+#include "ss_test.hpp"
+
+extern "C" double __kobdLn(double);
+extern "C" double __kobdSqrt(double);
+
+namespace {
+
+template <class T>
+struct TaskTest : testing::Test {};
+TYPED_TEST_SUITE(TaskTest, Precisions);
+
+TYPED_TEST(TaskTest, ConstructorChecksInOrder) {
+  using T = TypeParam;
+  const T x[4] = {1, 2, 3, 4};
+  int p = 2, n = 2, storage = KOB_SS_ROWS;
+  SSTask* const untouched = reinterpret_cast<SSTask*>(&p);
+  SSTask* task = untouched;
+  const auto make = [&](const void* p_, const void* n_, const void* storage_, const T* x_, int wide = 0) {
+    return Api<T>::new_task(&task, p_, n_, storage_, x_, nullptr, nullptr, wide);
+  };
+  EXPECT_EQ(make(nullptr, nullptr, nullptr, x), -4001);
+  for (const int bad : {0, -1}) {
+    p = bad;
+    EXPECT_EQ(make(&p, nullptr, nullptr, x), -4001);
+  }
+  p = 2;
+  EXPECT_EQ(make(&p, nullptr, nullptr, x), -4044);
+  for (const int bad : {0, 1, 0x30000, 0x10001}) {
+    storage = bad;
+    EXPECT_EQ(make(&p, nullptr, &storage, x), -4003);
+  }
+  storage = KOB_SS_COLUMNS;
+  EXPECT_EQ(make(&p, nullptr, &storage, x), -4002);
+  n = 0;
+  EXPECT_EQ(make(&p, &n, &storage, x), -4002);
+  n = 2;
+  orx_serv_fail_allocation(1);
+  EXPECT_EQ(make(&p, &n, &storage, x), -4000);
+  EXPECT_EQ(task, untouched);
+  EXPECT_EQ(Api<T>::new_task(nullptr, &p, &n, &storage, x, nullptr, nullptr, 0), -4031);
+  const long before = orx_serv_live_blocks();
+  EXPECT_EQ(make(&p, nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(__kobSSDeleteTask(&task), 0);
+  EXPECT_EQ(task, nullptr);
+  EXPECT_EQ(orx_serv_live_blocks(), before);
+  EXPECT_EQ(__kobSSDeleteTask(nullptr), -4031);
+  EXPECT_EQ(__kobSSDeleteTask(&task), -4031);
+
+  // Wide integers: the sign is in the high word, and the whole counts.
+  long long wide_p = 0x100000000, wide_n = 2, wide_storage = KOB_SS_ROWS;
+  EXPECT_EQ(make(&wide_p, nullptr, nullptr, nullptr, 1), 0);
+  EXPECT_EQ(__kobSSDeleteTask(&task), 0);
+  wide_p = -0x100000000 + 2;
+  EXPECT_EQ(make(&wide_p, nullptr, nullptr, nullptr, 1), -4001);
+  wide_p = 2;
+  wide_storage = 0x100000000 + KOB_SS_ROWS;
+  EXPECT_EQ(make(&wide_p, &wide_n, &wide_storage, x, 1), -4003);
+  wide_storage = KOB_SS_ROWS;
+  wide_n = -1;
+  EXPECT_EQ(make(&wide_p, &wide_n, &wide_storage, x, 1), -4002);
+}
+
+TYPED_TEST(TaskTest, GenericEditorsKnowTheirIdsAndStatuses) {
+  using T = TypeParam;
+  const std::map<int, int> integers = {
+      {1, -4001},  {2, -4002},  {4, -4044},  {5, -4004},  {20, -4044}, {22, -4044}, {24, -4022},
+      {28, -4038}, {29, -4044}, {32, -4038}, {34, -4044}, {36, -4044}, {37, -4043}, {41, -4040},
+      {44, -4044}, {45, -4045}, {47, -4044}, {49, -4044}, {50, -4049}, {52, -4052}, {54, -4055},
+      {56, -4056}, {58, -4061}, {61, -4044}, {62, -4066}, {64, -4069}};
+  const std::map<int, int> reals = {
+      {3, -4032},  {6, -4005},  {7, -4006},  {8, -4007},  {9, -4008},  {10, -4009}, {11, -4010}, {12, -4011},
+      {13, -4012}, {14, -4013}, {15, -4014}, {16, -4015}, {17, -4016}, {18, -4017}, {19, -4018}, {21, -4019},
+      {23, -4020}, {25, -4021}, {26, -4023}, {27, -4024}, {30, -4035}, {31, -4034}, {33, -4037}, {35, -4036},
+      {38, -4042}, {39, -4028}, {40, -4027}, {42, -4039}, {43, -4041}, {46, -4046}, {48, -4047}, {51, -4048},
+      {53, -4053}, {55, -4054}, {57, -4057}, {59, -4062}, {60, -4071}, {63, -4065}, {65, -4068}, {66, -4070}};
+  EXPECT_EQ(integers.size() + reals.size(), 66u);
+  Task<T> t(1, 1, KOB_SS_ROWS, {1});
+  const T real = 1;
+  const int integer = 1;
+  for (long long id = -2; id <= 70; ++id) {
+    const auto status = [&](const std::map<int, int>& own) {
+      const auto found = own.find(int(id));
+      return found == own.end() ? -3 : found->second;
+    };
+    EXPECT_EQ(__kobiSSEditTask(t.task, id, nullptr), status(integers)) << id;
+    EXPECT_EQ(Api<T>::edit(t.task, id, nullptr), status(reals)) << id;
+    EXPECT_EQ(__kobiSSEditTask(t.task, id, &integer), integers.count(int(id)) ? 0 : -3) << id;
+    EXPECT_EQ(Api<T>::edit(t.task, id, &real), reals.count(int(id)) ? 0 : -3) << id;
+  }
+  EXPECT_EQ(Api<T>::edit(t.task, 0x100000003, &real), -3);
+  EXPECT_EQ(Api<T>::edit(nullptr, 7, &real), -4031);
+  EXPECT_EQ(__kobiSSEditTask(nullptr, 1, &integer), -4031);
+}
+
+TYPED_TEST(TaskTest, SpecialEditorsLeaveOutWhatIsNull) {
+  using T = TypeParam;
+  Task<T> t(1, 2, KOB_SS_ROWS, {3, 5});
+  T mean = 0, other = 0, raw2 = 0;
+  EXPECT_EQ(Api<T>::edit_moments(nullptr, &mean, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
+            -4031);
+  EXPECT_EQ(Api<T>::edit_moments(t.task, &mean, nullptr, &raw2, nullptr, nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(Api<T>::edit_moments(t.task, nullptr, &other, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(Api<T>::basic(t.task, KOB_SS_MEAN | KOB_SS_RAW_MOMENT_2, KOB_SS_FAST, Threads::table(1)), 0);
+  EXPECT_EQ(mean, T(4));
+  EXPECT_EQ(other, T(17));
+  EXPECT_EQ(raw2, T(0));
+}
+
+TEST(Scalar, LogarithmAndRoot) {
+  std::mt19937_64 random(11);
+  double worst = 0;
+  for (int i = 0; i < 3000; ++i) {
+    const double near_one = 1 + std::ldexp(double(int64_t(random())), -64 - int(random() % 40));
+    const double wide = std::ldexp(double(random() | 1), int(random() % 2000) - 1100);
+    for (const double x : {near_one, wide}) {
+      if (x == 1 || x == 0) continue;
+      const double got = __kobdLn(x), unit = std::abs(got - std::nextafter(got, 0));
+      worst = std::max(worst, double(abs(Mp(got) - log(Mp(x)))) / unit);
+      EXPECT_EQ(__kobdSqrt(x), std::sqrt(x));
+    }
+  }
+  EXPECT_LE(worst, 0.51);
+  EXPECT_EQ(__kobdLn(1), 0);
+  EXPECT_EQ(__kobdLn(0), -INFINITY);
+  EXPECT_EQ(__kobdLn(INFINITY), INFINITY);
+  EXPECT_TRUE(std::isnan(__kobdLn(-1)));
+  EXPECT_TRUE(std::isnan(__kobdSqrt(-1)));
+}
+
+}  // namespace
