@@ -6,6 +6,10 @@
 #include "kob_sub_kernel/_service/chunks.hpp"
 #include "kob_sub_kernel/sobol/quasi.hpp"
 
+extern "C" {
+#include "kob_sub_kernel/niederr/niederr.inc"
+}
+
 namespace {
 
 using namespace orx::brng;
@@ -14,10 +18,6 @@ using namespace orx::brng::quasi;
 constexpr uint32_t kMost = 318;      // dimensions that the state has room for
 constexpr size_t kRow = kBits + 1;   // words
 constexpr size_t kPlaceOfX = kBits;  // of the point's component, in a row of the user's chunk
-
-extern "C" {
-#include "kob_sub_kernel/niederr/niederr.inc"
-}
 
 struct State {
   Position position;
@@ -31,13 +31,16 @@ struct Request {
   uint32_t dimension = 1;
   const uint32_t* matrix = nullptr;
   const uint32_t* polynomials = uNiederrIrredPoly;
+  const uint32_t* degrees = iNiederrIrredPolyDeg;  // null for the user's polynomials
 };
 
 Request read_seed(int n, const uint32_t* params) {
   if (has_user_data(n, params)) {
     const uint64_t dimension = params[0], length = uint64_t(n);
-    if (params[2] == kPolynomials && length >= 3 + dimension) return {params[0], nullptr, params + 3};
-    if (params[2] == kMatrix && length >= 3 + kBits * dimension) return {params[0], params + 3, nullptr};
+    if (params[2] == kPolynomials && length >= 3 + dimension)
+      return {params[0], nullptr, params + 3, nullptr};
+    if (params[2] == kMatrix && length >= 3 + kBits * dimension)
+      return {params[0], params + 3, nullptr, nullptr};
   }
   Request request;
   request.dimension = plain_dimension(n, params, kMost);
@@ -61,11 +64,10 @@ uint64_t laurent(uint64_t power, int k, int m, int wanted) {
   return v;
 }
 
-// Row j of the generator matrix belongs to the digit 2^-(j+1) of the component; its bits, along the digits of
-// the index, are Laurent coefficients of x^u / p^i with i = j / e + 1, u = j mod e. Direction number c is
-// column c.
-int direction_numbers(uint32_t polynomial, uint32_t* v) {
-  const int e = degree(polynomial);
+// For a polynomial p of degree e. Row j of the generator matrix belongs to the digit 2^-(j+1) of the
+// component; its bits, along the digits of the index, are Laurent coefficients of x^u / p^i with i = j / e +
+// 1, u = j mod e. Direction number c is column c.
+int direction_numbers(uint32_t polynomial, int e, uint32_t* v) {
   if (e < 1) return KOB_ERROR_BAD_ARG;
   std::fill_n(v, kBits, 0);
   uint64_t power = 1, coefficients = 0;
@@ -87,7 +89,9 @@ int fill(const Request& request, uint32_t* v, uint32_t* x, size_t x_step) {
     if (request.matrix) {
       std::copy_n(request.matrix + d * kBits, kBits, v);
     } else {
-      const int status = direction_numbers(request.polynomials[d], v);
+      const uint32_t polynomial = request.polynomials[d];
+      const int e = request.degrees ? int(request.degrees[d]) : degree(polynomial);
+      const int status = direction_numbers(polynomial, e, v);
       if (status != KOB_STATUS_OK) return status;
     }
     *x = v[0];
@@ -95,11 +99,21 @@ int fill(const Request& request, uint32_t* v, uint32_t* x, size_t x_step) {
   return KOB_STATUS_OK;
 }
 
+// The user's rows of direction numbers, when there are more than the state holds.
+const KobChunk* user_rows(const KobStream* stream) { return find_chunk(stream, kChunkNiederrDirections); }
+
 struct Niederr : Operations<Niederr> {
   using State = ::State;
 
   static int seed(KobStream* stream, int n, const uint32_t* params);
-  static Sequence sequence(KobStream* stream);
+  static Sequence default_sequence(KobStream* stream);
+  static Sequence user_sequence(KobStream* stream);
+  static Sequence sequence(KobStream* stream) {
+    return user_rows(stream) ? user_sequence(stream) : default_sequence(stream);
+  }
+  template <class Real>
+  static int reals(KobStream* stream, int n, Real* r, Real a, Real b);
+  static int words(KobStream* stream, int n, uint32_t* r);
   static bool adopt(KobStream* stream);
 };
 
@@ -140,19 +154,55 @@ int Niederr::seed(KobStream* stream, int n, const uint32_t* params) {
                                    : __kobNiederrInitUserPolymsStreamStruct(stream, request);
 }
 
-Sequence Niederr::sequence(KobStream* stream) {
+Sequence Niederr::default_sequence(KobStream* stream) {
   State& s = state<Niederr>(stream);
-  const int dimension = int(s.position.Dimension);
-  const KobChunk* user = find_chunk(stream, kChunkNiederrDirections);
-  if (!user) return {&s.position, s.X, 1, {s.V[0], kRow, 1}, dimension};
-  uint32_t* const v = static_cast<uint32_t*>(user->Data);
-  return {&s.position, v + kPlaceOfX, kRow, {v, kRow, 1}, dimension};
+  return {&s.position, s.X, 1, {s.V[0], kRow, 1}, int(s.position.Dimension)};
+}
+
+Sequence Niederr::user_sequence(KobStream* stream) {
+  Position& p = state<Niederr>(stream).position;
+  uint32_t* const v = static_cast<uint32_t*>(user_rows(stream)->Data);
+  return {&p, v + kPlaceOfX, kRow, {v, kRow, 1}, int(p.Dimension)};
+}
+
+}  // namespace
+
+// The block functions over the state and over the user's chunk.
+#define ORX_NIEDERR_WORKERS(Kind, sequence)                                              \
+  int __kobsBRngNiederr##Kind(KobStream* stream, int n, float* r, float a, float b) {    \
+    return generate(Niederr::sequence(stream), n, Word32Sink<float>(r, a, b));           \
+  }                                                                                      \
+  int __kobdBRngNiederr##Kind(KobStream* stream, int n, double* r, double a, double b) { \
+    return generate(Niederr::sequence(stream), n, Word32Sink<double>(r, a, b));          \
+  }                                                                                      \
+  int __kobiBRngNiederr##Kind(KobStream* stream, int n, uint32_t* r) {                   \
+    return generate(Niederr::sequence(stream), n, Word32Sink<uint32_t>(r));              \
+  }
+
+extern "C" {
+ORX_NIEDERR_WORKERS(Default, default_sequence)
+ORX_NIEDERR_WORKERS(User, user_sequence)
+}
+
+namespace {
+
+template <class Real>
+int Niederr::reals(KobStream* stream, int n, Real* r, Real a, Real b) {
+  const bool user = user_rows(stream);
+  if constexpr (sizeof(Real) == sizeof(double))
+    return (user ? __kobdBRngNiederrUser : __kobdBRngNiederrDefault)(stream, n, r, a, b);
+  else
+    return (user ? __kobsBRngNiederrUser : __kobsBRngNiederrDefault)(stream, n, r, a, b);
+}
+
+int Niederr::words(KobStream* stream, int n, uint32_t* r) {
+  return (user_rows(stream) ? __kobiBRngNiederrUser : __kobiBRngNiederrDefault)(stream, n, r);
 }
 
 bool Niederr::adopt(KobStream* stream) {
   const Position& p = state<Niederr>(stream).position;
   if (!p.is_sound()) return false;
-  const KobChunk* user = find_chunk(stream, kChunkNiederrDirections);
+  const KobChunk* user = user_rows(stream);
   return user ? user->Size == uint64_t(p.Dimension) * kRow * 4 : p.Dimension <= kMost;
 }
 

@@ -17,7 +17,7 @@ assert found[:6] == [0x2, 0x3, 0x7, 0xB, 0xD, 0x13] and found[-1] == 0xBE7
 
 
 def table(name, entries):
-    print(f"const uint32_t {name}[318] = {{")
+    print(f"extern const uint32_t {name}[318];\nconst uint32_t {name}[318] = {{")
     for i in range(0, 318, 12):
         print("    " + ", ".join(entries[i:i + 12]) + ",")
     print("};")

@@ -5,6 +5,10 @@
 #include "kob_sub_kernel/_service/chunks.hpp"
 #include "kob_sub_kernel/sobol/quasi.hpp"
 
+extern "C" {
+#include "kob_sub_kernel/sobol/sobol.inc"
+}
+
 namespace {
 
 using namespace orx::brng;
@@ -13,10 +17,6 @@ using namespace orx::brng::quasi;
 constexpr uint32_t kMost = 40;        // dimensions that the state has room for
 constexpr uint32_t kRowOfState = 48;  // words, a multiple of a cache line
 constexpr int kMostInitial = 8;       // initial numbers of a row of the table
-
-extern "C" {
-#include "kob_sub_kernel/sobol/sobol.inc"
-}
 
 struct State {
   Position position;
@@ -96,7 +96,7 @@ void carry_on(uint32_t* m, uint32_t polynomial, int e) {
 int initial_and_further_numbers(const Request& request, uint32_t d, uint32_t* m) {
   const size_t row = d - request.first;
   const uint32_t polynomial = request.polynomials ? request.polynomials[row] : uSobolIrredPoly[row];
-  const int e = degree(polynomial);
+  const int e = request.polynomials ? degree(polynomial) : int(iSobolIrredPolyDeg[row]);
   if (e < 1 || uint32_t(e) > (request.numbers ? request.numbers_each : uint32_t(kMostInitial)))
     return KOB_ERROR_BAD_ARG;
   std::copy_n(request.numbers ? request.numbers + row * request.numbers_each : uSobolMInit[row], e, m);

@@ -53,6 +53,7 @@ for p, m in ROWS:
     assert all(x % 2 == 1 and x < 2 ** (j + 1) for j, x in enumerate(m))
 
 print("// Made by sobol.inc.py.")
+print("extern const uint32_t uSobolIrredPoly[39], iSobolIrredPolyDeg[39], uSobolMInit[39][8];")
 print("const uint32_t uSobolIrredPoly[39] = {")
 print("    " + ", ".join(f"{p:#x}" for p, _ in ROWS) + "};")
 print("const uint32_t iSobolIrredPolyDeg[39] = {")

@@ -33,9 +33,9 @@ __attribute__((target("rdrnd"))) bool draw(uint32_t retries, uint32_t w[2]) {
 template <int numbers_per_draw, class Put>
 int draws(const State& s, int n, const Put& put) {
   uint32_t w[2];
-  for (int i = 0; i < n; i += numbers_per_draw) {
+  for (int64_t i = 0; i < n; i += numbers_per_draw) {
     if (!draw(s.RetryLimit, w)) return KOB_ERROR_TRNG_FAILED;
-    put(i, w[0], w[1]);
+    put(int(i), w[0], w[1]);
   }
   return KOB_STATUS_OK;
 }
