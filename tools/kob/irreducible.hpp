@@ -107,14 +107,6 @@ class FermatTest {
     });
   }
 
-  // Terms of the characteristic polynomial.
-  int terms(uint32_t matrix) {
-    take(matrix);
-    int count = 0;
-    for (uint64_t word : modulus_) count += __builtin_popcountll(word);
-    return count;
-  }
-
   bool irreducible(uint32_t matrix) {
     if (!(matrix >> 31)) return false;
     take(matrix);

@@ -8,11 +8,10 @@
 // written.
 //
 // A row carries its identity in the low half of the matrix word, as in the dynamic creation of Matsumoto and
-// Nishimura (2000); the high half is drawn until the polynomial is irreducible and has at least as many terms
-// as the sparsest of the rows given beforehand: a sparse polynomial lets a state of few bits linger.  The
-// tempering masks then follow from the top bit down: a beam keeps the masks with the least sum of defects
-// floor(2203 / v) - k(v) so far.  A row is accepted when its total defect over v = 1 .. 32 is at most that of
-// the worst of the rows given; otherwise the next polynomial is tried.
+// Nishimura (2000); the high half is drawn until the polynomial is irreducible.  The tempering masks then
+// follow from the top bit down: a beam keeps the masks with the least sum of defects floor(2203 / v) - k(v)
+// so far.  A row is accepted when its total defect over v = 1 .. 32 is at most that of the worst of the rows
+// given beforehand; otherwise the next irreducible polynomial is tried.
 #include <cstdio>
 #include <map>
 #include <random>
@@ -99,12 +98,11 @@ class TemperingSearch {
   int rest_[kWord + 1];  // the least defect that the given rows add after bit v
 };
 
-Row find(int number, int least_terms, const Sieve& sieve, FermatTest& test,
-         const TemperingSearch& tempering) {
+Row find(int number, const Sieve& sieve, FermatTest& test, const TemperingSearch& tempering) {
   std::mt19937 random(number);
   for (;;) {
     const uint32_t matrix = 0x80000000 | (random() & 0x7FFF0000) | (kFirstId + number);
-    if (!sieve.passes(matrix) || test.terms(matrix) < least_terms || !test.irreducible(matrix)) continue;
+    if (!sieve.passes(matrix) || !test.irreducible(matrix)) continue;
     const Tempered found = tempering.best(matrix);
     if (found.defect <= tempering.bar()) return found.row;
   }
@@ -122,18 +120,18 @@ std::map<int, Row> read_partial(const char* path) {
   return rows;
 }
 
-void write_table(const char* path, const std::map<int, Row>& rows, int least_terms, int bar) {
+void write_table(const char* path, const std::map<int, Row>& rows, int bar) {
   std::FILE* file = std::fopen(path, "w");
   if (!file) {
     std::perror(path);
     std::exit(1);
   }
-  std::fprintf(
-      file,
-      "// Matrix word and two tempering masks of 6024 twisters of period 2^2203 - 1; made by mt2203_search.\n"
-      "// Characteristic polynomials irreducible, distinct, of at least %d terms; total defect of\n"
-      "// equidistribution at most %d.\n",
-      least_terms, bar);
+  std::fprintf(file,
+               "// Matrix word and the two tempering masks of 6024 twisters of period 2^2203 - 1; made by "
+               "mt2203_search.\n"
+               "// Characteristic polynomials irreducible and distinct; total defect of equidistribution at "
+               "most %d.\n",
+               bar);
   for (const auto& [number, row] : rows)
     std::fprintf(file, "{0x%08X,0x%08X,0x%08X},%s", row.matrix, row.mask_b, row.mask_c,
                  number % 3 == 2 ? "\n" : "");
@@ -156,20 +154,17 @@ int main(int argc, char** argv) {
   const Sieve sieve;
   FermatTest test;
   const TemperingSearch tempering;
-  int least_terms = kDegree;
-  for (const auto& [number, row] : kGiven) {
-    least_terms = std::min(least_terms, test.terms(row.matrix));
+  for (const auto& [number, row] : kGiven)
     if (!sieve.passes(row.matrix) || !test.irreducible(row.matrix)) {
       std::fprintf(stderr, "row %d, given beforehand, is not irreducible\n", number);
       return 1;
     }
-  }
   for (int number = 0; number < kRows; ++number) {
     if (rows.count(number)) continue;
-    const Row row = rows[number] = find(number, least_terms, sieve, test, tempering);
+    const Row row = rows[number] = find(number, sieve, test, tempering);
     std::fprintf(partial, "%d %08X %08X %08X\n", number, row.matrix, row.mask_b, row.mask_c);
     std::fflush(partial);
   }
   std::fclose(partial);
-  write_table(argv[2], rows, least_terms, tempering.bar());
+  write_table(argv[2], rows, tempering.bar());
 }
