@@ -102,12 +102,12 @@ struct Computation {
   int workers;
   int status;
 
-  T* array[ArrayCount];  // worker 0's running arrays and cross-products
-  T* products;
-  T* private_arrays;      // those of the others, one set after the other
-  intptr_t private_size;  // elements of a set
-  double* accumulators;   // a worker's four accumulator words, then its work area
-  intptr_t accumulator_size;
+  T* array[ArrayCount] = {};  // worker 0's running arrays and cross-products
+  T* products = nullptr;
+  T* private_arrays = nullptr;     // those of the others, one set after the other
+  intptr_t private_size = 0;       // elements of a set
+  double* accumulators = nullptr;  // a worker's four accumulator words, then its work area
+  intptr_t accumulator_size = 0;
 
   Block<double> accumulator_block;
   Block<T> private_block, products_block, array_block[ArrayCount];
@@ -221,49 +221,47 @@ void rebuild_products(Computation<T>& c) {
   }
 }
 
+// The caller's covariance serves where it is whole and all of it is wanted.
 template <class T>
-bool init_products(Computation<T>& c) {
-  const intptr_t p = c.p();
+bool place_products(Computation<T>& c) {
   const bool in_place = c.wanted & bits(Covariance) && c.selection.all() &&
                         SymmetricMatrix<T>(c.task->cov, c.task->covStorage, c.p()).full();
-  c.products = in_place ? reals<T>(c.task->cov) : nullptr;
-  if (!in_place) {
-    if (!c.products_block.allocate(uint64_t(p) * p)) return false;
-    c.products = c.products_block.get();
-  }
-  if (c.W() > 0)
-    rebuild_products(c);
-  else
-    for (intptr_t i = 0; i < p * p; ++i) c.products[i] = 0;
+  if (!in_place && !c.products_block.allocate(uint64_t(c.p()) * c.p())) return false;
+  c.products = in_place ? reals<T>(c.task->cov) : c.products_block.get();
   return true;
 }
 
 template <class T>
-int _vSSInitBasic(Computation<T>& c) {
-  const bool one_pass = c.method == KOB_SS_ONE_PASS;
-  const uint64_t accumulator_size = (4 + work_size(c.p(), one_pass && c.cross) + 15) & ~uint64_t(15);
-  c.accumulator_size = intptr_t(accumulator_size);
-  if (!c.accumulator_block.allocate(accumulator_size * c.workers)) return KOB_SS_ERROR_MEMORY;
+bool allocate(Computation<T>& c) {
+  const uint64_t p = c.p(), words = 4 + work_size(c.p(), c.method == KOB_SS_ONE_PASS && c.cross);
+  const uint64_t accumulator_size = (words + 15) & ~uint64_t(15);
+  const uint64_t private_size = p * (__builtin_popcount(c.arrays) + (c.cross ? p : 0));
+  if (!c.accumulator_block.allocate(accumulator_size * c.workers)) return false;
+  if (c.cross && !place_products(c)) return false;
+  if (c.workers > 1 && !c.private_block.allocate_zeros(private_size * (c.workers - 1))) return false;
+  for (int k = 0; k < ArrayCount; ++k)
+    if (((c.arrays | bits(Mean)) >> k & 1) && !init_array(c, k)) return false;
   c.accumulators = c.accumulator_block.get();
+  c.accumulator_size = intptr_t(accumulator_size);
+  c.private_arrays = c.private_block.get();
+  c.private_size = intptr_t(private_size);
+  return true;
+}
+
+// Takes up what the arrays hold of earlier data, or clears them. Nothing of the caller's is changed before
+// all memory is there.
+template <class T>
+int _vSSInitBasic(Computation<T>& c) {
+  if (!allocate(c)) return KOB_SS_ERROR_MEMORY;
   for (int t = 0; t < c.workers; ++t)
     for (int k = 0; k < 4; ++k) c.accumulator(t)[k] = 0;
   if (const T* earlier = reals<T>(c.task->accumWeight)) {
     c.accumulators[0] = earlier[0];
     c.accumulators[1] = earlier[1];
   }
-
-  c.products = nullptr;
-  if (c.cross && !init_products(c)) return KOB_SS_ERROR_MEMORY;
-  if (c.workers > 1) {
-    const uint64_t size = uint64_t(c.p()) * (__builtin_popcount(c.arrays) + (c.cross ? c.p() : 0));
-    c.private_size = intptr_t(size);
-    if (!c.private_block.allocate_zeros(size * (c.workers - 1))) return KOB_SS_ERROR_MEMORY;
-    c.private_arrays = c.private_block.get();
-  }
-  for (int k = 0; k < ArrayCount; ++k) {
-    c.array[k] = nullptr;
-    if (((c.arrays | bits(Mean)) >> k & 1) && !init_array(c, k)) return KOB_SS_ERROR_MEMORY;
-  }
+  if (c.cross && c.W() > 0) rebuild_products(c);
+  if (c.cross && !(c.W() > 0))
+    for (intptr_t i = 0; i < intptr_t(c.p()) * c.p(); ++i) c.products[i] = 0;
   if (c.W() > 0 && c.method != KOB_SS_FAST) rebuild_central_sums(c);
   return KOB_SS_OK;
 }
