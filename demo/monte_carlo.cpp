@@ -120,14 +120,14 @@ void simulate(const Option& option, Stream& stream, int n, Sum& payoffs) {
 
 std::vector<Stream> sub_generators() {
   std::vector<Stream> streams;
-  for (int k = 0; k < kStreams; ++k) streams.emplace_back(KOB_BRNG_WH + k, 27182818 + k);
+  for (int k = 0; k < kStreams; ++k) streams.emplace_back(KOB_BRNG_MT2203 + k, 27182818 + k);
   return streams;
 }
 
 void option_price() {
   const Option option;
   const double exact = option.black_scholes();
-  std::printf("\nA call option by %d sub-generators of WH; the formula of Black and Scholes gives %.5f\n",
+  std::printf("\nA call option by %d sub-generators of MT2203; the formula of Black and Scholes gives %.5f\n",
               kStreams, exact);
   std::printf("       paths      price     error   one deviation   in deviations\n");
   std::vector<Stream> streams = sub_generators();
