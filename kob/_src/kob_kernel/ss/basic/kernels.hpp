@@ -462,7 +462,8 @@ void update_cross(const KernelArgs<T>& args, int count, const Distances& distanc
 template <class T, bool rows, bool weighted, class O, bool cross>
 void kernel_1p(const KernelArgs<T>& args) {
   using Kind = Distances::Kind;
-  constexpr int block = Coefficients::block;
+  // Cross-products gain from long blocks, the sweeps alone do not.
+  constexpr int block = cross ? Coefficients::block : Coefficients::block / 2;
   constexpr Kind kind = cross ? Kind::Cross : O::central ? Kind::Plain : Kind::None;
   const int begin = first_observation<weighted>(args);
   if (begin >= args.end) return;
