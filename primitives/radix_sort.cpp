@@ -118,12 +118,15 @@ bool sort_word(T* data, T* work, int n, Word word) {
 
 // Puts the numbers that share their high word in order.
 void sort_runs(double* data, double* work, int n) {
-  const HighWord<double> high;
-  for (int first = 0, end; first < n; first = end) {
-    const uint32_t word = high(data + first);
-    for (end = first + 1; end < n && high(data + end) == word;) ++end;
-    const bool negative = word < 0x80000000u;
-    if (end - first > 1) sort_word(data + first, work, end - first, LowWord{negative ? ~0u : 0u});
+  const auto high = [=](int i) { return word_at(data + i, 4); };
+  for (int i = 1; i < n; ++i) {
+    const uint32_t word = high(i);
+    if (word != high(i - 1)) continue;
+    double* const run = data + i - 1;
+    while (++i < n && high(i) == word) {
+    }
+    const bool negative = int32_t(word) < 0;
+    sort_word(run, work, int(data + i - run), LowWord{negative ? ~0u : 0u});
   }
 }
 

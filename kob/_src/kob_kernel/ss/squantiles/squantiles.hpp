@@ -83,7 +83,7 @@ void carry(StreamBlock& block, Summary<T> summary, Summary<T> other) {
   summary.close(half);
   int l = 1;
   for (; block.occupied[l]; ++l) {
-    merge<2>(level<T>(block, l), half, summary, half, other);
+    merge_and_thin(level<T>(block, l), summary, half, other);
     const Summary<T> merged = other;
     other = summary;
     summary = merged;
@@ -139,7 +139,7 @@ Summary<T> merge_all(const Rows<T>& rows, const Rows<T>& other, Piece* pieces, i
   for (int k = 0; k < count; k += 2) {
     const Piece a = pieces[k], s = k + 1 < count ? pieces[k + 1] : Piece{0, 0};
     if (s.count)
-      merge<1>(rows.at(a.place), a.count, rows.at(s.place), s.count, other.at(a.place));
+      merge(rows.at(a.place), a.count, rows.at(s.place), s.count, other.at(a.place));
     else
       copy(rows.at(a.place), a.count, other.at(a.place));
     pieces[merged++] = {a.place, a.count + s.count};
