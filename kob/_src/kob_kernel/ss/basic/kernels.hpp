@@ -125,7 +125,12 @@ struct PowerSums {
   }
 };
 
-constexpr int prefetch_bytes = 2048;
+// Data are swept in pieces, between which the processor's own prefetching starts anew.
+template <class T>
+void prefetch_ahead(const T* x) {
+  constexpr int ahead = 2048;
+  _mm_prefetch(reinterpret_cast<const char*>(x) + ahead, _MM_HINT_T0);
+}
 
 // One variable whose observations lie side by side: the sums go to sums[0], sums[size], ...
 template <int from, int to, bool centred, bool weighted, class T>
@@ -134,8 +139,7 @@ void sum_row(const T* x, const T* w, int count, double centre, double* sums, int
   const __m256d middle = _mm256_set1_pd(centre);
   int i = 0;
   for (; i + 4 <= count; i += 4) {
-    // A row is swept in pieces, between which the processor's own prefetching starts anew.
-    _mm_prefetch(reinterpret_cast<const char*>(x + i) + prefetch_bytes, _MM_HINT_T0);
+    prefetch_ahead(x + i);
     const __m256d v = centred ? load4(x + i) - middle : load4(x + i);
     running.add(v, weighted ? load4(w + i) : v);
   }
@@ -156,6 +160,7 @@ void sum_columns(const T* x, intptr_t stride, int lanes, const T* w, int count, 
   const __m256i mask = first_lanes(lanes);
   const auto sweep = [&](auto load) {
     for (int i = 0; i < count; ++i, x += stride) {
+      prefetch_ahead(x);
       const __m256d v = centred ? load() - middle : load();
       running.add(v, weighted ? _mm256_set1_pd(w[i]) : v);
     }
