@@ -221,8 +221,8 @@ int query(const StreamVariable& variable, const T* orders, int order_count, T* r
 // The observations that block k takes.
 inline int block_capacity(int k, double eps) {
   const double twice = double(uint64_t(1) << (k + 1));
-  const double count = double(int64_t((2 * twice - 1) / eps) - int64_t((twice - 1) / eps));
-  return count < INT32_MAX ? int(count) : INT32_MAX;
+  if (twice / eps >= INT32_MAX) return INT32_MAX;
+  return int(int64_t((2 * twice - 1) / eps) - int64_t((twice - 1) / eps));
 }
 
 // Levels hold an even number of values: of an odd one the last would be lost in the thinning, and the error
@@ -234,7 +234,9 @@ constexpr int least_level_size = 16;
 template <class T>
 bool add_block(StreamVariable& variable, double eps) {
   constexpr double log2_e = 1.4426950408889634;
-  const double doublings = __kobdLn(eps * block_capacity(variable.currentBlock + 1, eps)) * log2_e;
+  double doublings = __kobdLn(eps * block_capacity(variable.currentBlock + 1, eps)) * log2_e;
+  // A block of as many values as can be counted may be less than eps asks for.
+  if (doublings < 1) doublings = 1;
   if (doublings / eps >= INT32_MAX) return false;
   StreamBlock block{};
   block.levelSize = (int(doublings / eps) + 1) & ~1;
