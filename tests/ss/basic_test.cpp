@@ -457,10 +457,7 @@ TYPED_TEST(Basic, Statuses) {
     }
     for (const int method : {0x0, 0x3, 0x101, 0x102, 0x103, 0x40}) EXPECT_EQ(call(method), -4029) << method;
     EXPECT_EQ(result, std::vector<T>(9, T(-77)));
-    t.storage = 0x30;
-    EXPECT_EQ(call(KOB_SS_FAST), -4003);
   }
-  EXPECT_EQ(Api<T>::basic(nullptr, KOB_SS_MEAN, KOB_SS_FAST, Threads::table(1)), -4031);
 }
 
 // A call that fails for lack of memory leaves earlier results as they were, so that it can be made again;

@@ -210,49 +210,45 @@ TYPED_TEST(StreamQuantiles, ExtremeEpsAndNothingSeen) {
 
 TYPED_TEST(StreamQuantiles, StatusesInTheirOrder) {
   using T = TypeParam;
-  int p = 1, n = -1, storage = 5, order_count = -1, parameter_count = 2;
+  int order_count = -1, parameter_count = 2;
   std::vector<T> x = {1}, orders = {T(2)}, results = {T(-77)}, eps = {0};
-  SSTask* task;
-  ASSERT_EQ(Api<T>::new_task(&task, &p, nullptr, nullptr, nullptr, nullptr, nullptr, 0), 0);
+  Task<T> t(1);
   const auto call = [&](int method = KOB_SS_STREAM_QUANTILES) {
-    return Api<T>::stream_quantiles(task, 0, method, Threads::table(1));
+    return Api<T>::stream_quantiles(t.task, 0, method, Threads::table(1));
   };
+  mend<T>(t, [&] { return call(); }, {{-4002, KOB_SS_ID_OBSERVATION_COUNT, &t.n}});
+  t.n = -1;
   EXPECT_EQ(call(), -4002);
-  __kobiSSEditTask(task, KOB_SS_ID_OBSERVATION_COUNT, &n);
-  EXPECT_EQ(call(), -4002);
-  n = 1;
-  EXPECT_EQ(call(), -4032);
-  Api<T>::edit(task, KOB_SS_ID_OBSERVATIONS, x.data());
-  EXPECT_EQ(call(), -4044);
-  __kobiSSEditTask(task, KOB_SS_ID_OBSERVATION_STORAGE, &storage);
+  t.n = 1;
+  mend<T>(t, [&] { return call(); },
+          {{-4032, KOB_SS_ID_OBSERVATIONS, x.data()}, {-4044, KOB_SS_ID_OBSERVATION_STORAGE, &t.storage}});
   EXPECT_EQ(call(), -4003);
-  storage = KOB_SS_ROWS;
-  EXPECT_EQ(call(), -4070);
-  Api<T>::edit(task, KOB_SS_ID_STREAM_QUANTILES, results.data());
-  EXPECT_EQ(call(), -4068);
-  Api<T>::edit(task, KOB_SS_ID_STREAM_ORDERS, orders.data());
-  EXPECT_EQ(call(), -4069);
-  __kobiSSEditTask(task, KOB_SS_ID_STREAM_ORDER_COUNT, &order_count);
+  t.storage = KOB_SS_ROWS;
+  mend<T>(t, [&] { return call(); },
+          {{-4070, KOB_SS_ID_STREAM_QUANTILES, results.data()},
+           {-4068, KOB_SS_ID_STREAM_ORDERS, orders.data()},
+           {-4069, KOB_SS_ID_STREAM_ORDER_COUNT, &order_count}});
   EXPECT_EQ(call(), -4069);
   order_count = 1;
-  EXPECT_EQ(call(), -4064);
-  __kobiSSEditTask(task, KOB_SS_ID_STREAM_PARAMETER_COUNT, &parameter_count);
+  mend<T>(t, [&] { return call(); }, {{-4064, KOB_SS_ID_STREAM_PARAMETER_COUNT, &parameter_count}});
   EXPECT_EQ(call(), -4066);
   parameter_count = 1;
   EXPECT_EQ(call(), -4069);
   orders[0] = T(0.5);
-  EXPECT_EQ(call(), -4065);
-  Api<T>::edit(task, KOB_SS_ID_STREAM_PARAMETERS, eps.data());
+  mend<T>(t, [&] { return call(); }, {{-4065, KOB_SS_ID_STREAM_PARAMETERS, eps.data()}});
   EXPECT_EQ(call(KOB_SS_FAST), -4029);
   for (const T bad : {T(0), T(1.5), T(-1), std::numeric_limits<T>::quiet_NaN()}) {
     eps[0] = bad;
     EXPECT_EQ(call(), -4067);
   }
   EXPECT_EQ(results[0], T(-77));
+  t.p = 0;
+  EXPECT_EQ(call(), -4001);
+  t.p = 1;
+  EXPECT_EQ(Api<T>::stream_quantiles(nullptr, 0, KOB_SS_STREAM_QUANTILES, Threads::table(1)), -4031);
   eps[0] = T(0.1);
   EXPECT_EQ(call(), 0);
   EXPECT_EQ(results[0], T(1));
-  EXPECT_EQ(__kobSSDeleteTask(&task), 0);
 }
 
 // Whatever fails, the summary stays whole: freeing it frees all, and the call can be made again.
