@@ -151,26 +151,39 @@ void sum_row(const T* x, const T* w, int count, double centre, double* sums, int
   for (int k = 0; k < running.terms; ++k) sums[intptr_t(k) * size] += sum4(running.sum[k]);
 }
 
-// Four variables that lie side by side, or `lanes` of them.
+// Four variables that lie side by side, or `lanes` of them. Two leave room for those of the next observation.
 template <int from, int to, bool centred, bool weighted, class T>
 void sum_columns(const T* x, intptr_t stride, int lanes, const T* w, int count, const double* centre,
                  double* sums, int size) {
   PowerSums<from, to, weighted> running;
-  const __m256d middle = centred ? _mm256_load_pd(centre) : _mm256_setzero_pd();
+  const bool pairs = lanes == 2;
   const __m256i mask = first_lanes(lanes);
-  const auto sweep = [&](auto load) {
-    for (int i = 0; i < count; ++i, x += stride) {
+  __m256d middle = centred ? _mm256_load_pd(centre) : _mm256_setzero_pd();
+  if (pairs) middle = lower_twice(middle);
+  const auto weight = [&](int i) { return weighted ? _mm256_set1_pd(w[i]) : middle; };
+  const auto pair_weight = [&](int i) {
+    return weighted ? _mm256_setr_pd(w[i], w[i], w[i + 1], w[i + 1]) : middle;
+  };
+  int i = 0;
+  const auto sweep = [&](int step, auto load, auto weight_at) {
+    for (; i + step <= count; i += step, x += step * stride) {
       prefetch_ahead(x);
-      const __m256d v = centred ? load() - middle : load();
-      running.add(v, weighted ? _mm256_set1_pd(w[i]) : v);
+      running.add(centred ? load() - middle : load(), weight_at(i));
     }
   };
   if (lanes == 4)
-    sweep([&] { return load4(x); });
-  else
-    sweep([&] { return load4(x, mask); });
-  for (int k = 0; k < running.terms; ++k, sums += size)
-    _mm256_store_pd(sums, _mm256_load_pd(sums) + running.sum[k]);
+    sweep(
+        1, [&] { return load4(x); }, weight);
+  if (pairs)
+    sweep(
+        2, [&] { return load2x2(x, x + stride); }, pair_weight);
+  if (pairs) middle = keep(middle, mask);
+  sweep(
+      1, [&] { return load4(x, mask); }, weight);
+  for (int k = 0; k < running.terms; ++k, sums += size) {
+    const __m256d sum = pairs ? fold(running.sum[k]) : running.sum[k];
+    _mm256_store_pd(sums, _mm256_load_pd(sums) + sum);
+  }
 }
 
 template <bool weighted, class T>
