@@ -200,6 +200,11 @@ TYPED_TEST(StreamQuantiles, ExtremeEpsAndNothingSeen) {
     ASSERT_EQ(t.add(&x, 1, KOB_SS_STREAM_QUANTILES), 0);
     ASSERT_TRUE(t.results[0] >= 1 && t.results[0] <= T(i)) << i;
   }
+  // NaN spoils ranks and nothing else.
+  std::vector<T> mixed(20000);
+  for (size_t i = 0; i < mixed.size(); ++i) mixed[i] = i % 3 ? T(i) : std::numeric_limits<T>::quiet_NaN();
+  StreamTask<T> spoiled(1, 0.05, {T(0.5)});
+  EXPECT_EQ(spoiled.add(mixed.data(), int(mixed.size()), KOB_SS_STREAM_QUANTILES), 0);
   // What an eps as small as this asks for no memory holds.
   for (const double eps : {1e-10, 1e-20, 1e-40}) {
     StreamTask<T> fine(1, eps, {T(0.5)});
