@@ -312,22 +312,6 @@ struct PanelOf {
 };
 using Panel = PanelOf<const double>;
 
-// Asks for a panel that will be read after much else: the processor sees no order in the pieces that a block
-// takes from the data.
-template <bool rows, class T>
-void prefetch_panel(const KernelArgs<T>& args, int first, int j) {
-  constexpr int line = 64 / int(sizeof(T));
-  const auto ask = [](const T* x) { _mm_prefetch(reinterpret_cast<const char*>(x), _MM_HINT_T1); };
-  if constexpr (rows) {
-    const T* x = args.x + intptr_t(j) * args.n + first;
-    for (int k = j; k < j + 4 && k < args.p; ++k, x += args.n)
-      for (int i = 0; i < Coefficients::block; i += line) ask(x + i);
-  } else if (j % line == 0) {
-    const T* x = args.x + intptr_t(first) * args.p + j;
-    for (int i = 0; i < Coefficients::block; ++i, x += args.p) ask(x);
-  }
-}
-
 // The panel of four variables from j on: in place where it lies in memory as doubles side by side, else
 // copied.
 template <bool rows, class T>
@@ -455,13 +439,45 @@ inline void sum_tile(const double* scaled, const double* distance, int count, do
   }
 }
 
-template <class T>
-void update_cross(const KernelArgs<T>& args, int count, const Distances& distances) {
-  const int p = args.p;
+// Asks for the next block of the data line by line, while there is much else to do: asked for all at once,
+// the lines would keep the loads after them waiting.
+template <bool rows, class T>
+class NextBlock {
+ public:
+  NextBlock(const KernelArgs<T>& args, int first) : stride_(args.n * intptr_t(sizeof(T))) {
+    const int left = args.end - first, count = left < Coefficients::block ? left : Coefficients::block;
+    if (count <= 0) return;
+    at_ = reinterpret_cast<const char*>(args.x + first * intptr_t(rows ? 1 : args.p));
+    rows_ = rows ? args.p : 1;
+    row_size_ = (rows ? 1 : args.p) * count * int(sizeof(T));
+  }
+  int lines() const { return rows_ * (row_size_ / line + 1); }
+  void ask(int count) {
+    for (; count > 0 && rows_ > 0; --count) {
+      _mm_prefetch(at_ + offset_, _MM_HINT_T1);
+      offset_ += line;
+      if (offset_ < row_size_) continue;
+      offset_ = 0;
+      at_ += stride_;
+      --rows_;
+    }
+  }
+
+ private:
+  static constexpr int line = 64;
+  const char* at_ = nullptr;
+  intptr_t stride_;
+  int rows_ = 0, row_size_ = 0, offset_ = 0;
+};
+
+template <bool rows, class T>
+void update_cross(const KernelArgs<T>& args, int count, const Distances& distances, NextBlock<rows, T> next) {
+  const int p = args.p, tiles = p * p / 32 + 1, lines = next.lines() / tiles + 1;
   alignas(32) double tile[16];
   // A panel of distances stays in the first-level cache while all rows go by.
   for (int k = 0; k < p; k += 8)
     for (int j = k; j < p; j += 2) {
+      next.ask(lines);
       sum_tile(distances.scaled_at(j), distances.at<Distances::Kind::Cross>(k).x, count, tile);
       const int columns = p - k < 8 ? p - k : 8;
       for (int row = 0; row < 2 && j + row < p; ++row) {
@@ -493,14 +509,13 @@ void kernel_1p(const KernelArgs<T>& args) {
     const int count = args.end - first < block ? args.end - first : block;
     coefficients.fill<weighted>(args, first, count);
     for (int j = 0; j < args.p; j += 4) {
-      if (cross && args.end - first >= 2 * block) prefetch_panel<rows>(args, first + block, j);
       update_raw<O::raw_to, weighted, kind>(data_panel<rows>(args, first, count, j, copy), count,
                                             coefficients, state[Mean] + j, state.row_size(), distances, j);
       if constexpr (O::central)
         update_central<O::central_to>(distances.at<kind>(j), count, coefficients, state[Central2] + j,
                                       state.row_size());
     }
-    if constexpr (cross) update_cross(args, count, distances);
+    if constexpr (cross) update_cross<rows>(args, count, distances, NextBlock<rows, T>(args, first + block));
   }
   state.store(args, O::arrays());
 }
