@@ -117,7 +117,7 @@ class Rows {
   }
 
  private:
-  void make(int c) {
+  [[gnu::noinline]] void make(int c) {
     uint32_t* const row = space_ + size_t(c) * stride_;
     made_ |= uint32_t(1) << c;
     for (int d = 0; d < s_.dimension; ++d) {
