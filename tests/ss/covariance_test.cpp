@@ -182,6 +182,8 @@ TYPED_TEST(Covariance, PooledStatusesInTheirOrder) {
            {-4037, KOB_SS_ID_GROUP_MEAN, results.data()}});
   EXPECT_EQ(call(KOB_SS_FAST), -4029);
   EXPECT_EQ(call(), -4038);
+  groups[1] = INT32_MAX;
+  EXPECT_EQ(call(), -4038);
   groups[1] = 0;
   EXPECT_EQ(call(), -4038);
   EXPECT_EQ(results, std::vector<T>(8, T(-77)));
