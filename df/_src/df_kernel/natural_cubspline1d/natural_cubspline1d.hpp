@@ -51,6 +51,18 @@ template <Storage S, Partition G>
   write_hermite_cells(Values<Real, S>(task, f), Grid<Real, G>(task), d, 0, task->size() - 1, task->coeffs[f]);
 }
 
+// How far apart the coefficients of several functions lie, where that is the same for all of them and leaves
+// each the room it needs; else 0.
+Index coeff_spacing(const Task<Real>* task, Index room) {
+  if (task->functions() < 2) return 0;
+  const auto distance = [=](Index f) { return task->coeffs[f] - task->coeffs[f - 1]; };
+  const Index spacing = distance(1);
+  if (spacing < room || spacing > INT32_MAX) return 0;
+  for (Index f = 2; f < task->functions(); ++f)
+    if (distance(f) != spacing) return 0;
+  return spacing;
+}
+
 template <Storage S, Partition G, BoundaryNumber N>
 struct NaturalSpline {
   static constexpr End left = boundaries[N].left, right = boundaries[N].right;
@@ -213,23 +225,25 @@ struct NaturalSpline {
     const int32_t available = threading->maxThreads();
     const auto threads = int32_t(std::min<Index>(available, count));
     const bool threaded = count > 1 && threads > 1 && n >= 300 && (n >= 600 || available >= 8);
-    const Index stride = n + (-n & 15);  // whole 128-byte lines
-    // The matrix for a single function can stand where its coefficients will, which are written last.
-    const bool in_place = count == 1 && !periodic && 3 * n <= 4 * (n - 1) && task->functions() == 1;
-    const Index side_count = threaded ? threads : count, matrix_size = in_place ? 0 : (3 + periodic) * stride;
-    Scratch<Real> block(matrix_size + side_count * stride);
+    // What is done with when the cells are written can stand where these go: the matrix for a single
+    // function, and the right sides of several, each at the end of its function's coefficients.
+    const Index room = 4 * (n - 1), spacing = threaded ? 0 : coeff_spacing(task, room);
+    const bool in_place = count == 1 && !periodic && 3 * n <= room && task->functions() == 1;
+    const Index line = n + (-n & 15);  // whole 128-byte lines
+    const Index matrix_size = in_place ? 0 : (3 + periodic) * line;
+    Scratch<Real> block(matrix_size + (threaded ? threads : spacing ? 0 : count) * line);
     if (!block) return ORX_DF_ERROR_MEMORY;
     Real* const matrix = in_place ? task->coeffs[0] : block.get();
-    const Index apart = in_place ? n : stride;
+    const Index apart = in_place ? n : line;
     NaturalWork w{task,
                   n - periodic,
-                  stride,
+                  spacing ? spacing : line,
                   matrix,
                   matrix + apart,
                   matrix + 2 * apart,
                   matrix + 3 * apart,
                   0,
-                  block.get() + matrix_size,
+                  spacing ? task->coeffs[0] + room - n : block.get() + matrix_size,
                   nullptr};
     fill_matrix(w);
     const bool factor_first = threaded || count > 1 || periodic;
