@@ -1,5 +1,6 @@
 // Every builder by what defines its spline: values, continuity, ends, inner derivatives, for all storages,
 // partitions and boundaries; statuses; threads.
+#include "_service/task.hpp"
 #include "fixture.h"
 
 namespace {
@@ -197,6 +198,13 @@ TYPED_TEST(Builders, Natural) {
           EXPECT_EQ(CountingThreads::counts.size(), n >= 600 && count > 1);
           check_smooth(s, x, y, 2, 300 * kEps<Real>);
           check_ends(s, x, y, kind, true, 300 * kEps<Real>);
+          if (count == 1) return;
+          // Coefficients that do not lie evenly apart.
+          std::vector<Real> apart(size_t(4 * (n - 1)));
+          ASSERT_EQ(Api<Real>::edit_indexed(s.task, ORX_DF_COEFFS, 1, apart.data()), 0);
+          ASSERT_EQ(Api<Real>::natural(s.task, 0, 0, serial()), 0);
+          for (size_t i = 0; i < apart.size(); ++i)
+            ASSERT_NEAR(apart[i], s.cell(1, 0)[i], 300 * kEps<Real>) << i;
         });
       }
   for (const int64_t kind : {2, 12, 64})
@@ -341,6 +349,47 @@ TYPED_TEST(Builders, Statuses) {
   }
   edit(s, ORX_DF_BND_COND_KIND, 48);
   EXPECT_EQ(quadratic(), ORX_DF_ERROR_BND_CONDS);
+
+  // A storage hint that no editor lets in.
+  orx::df::Task<Real>::of(s.task)->funcHint = 64;
+  for (const auto build : cubics) EXPECT_EQ(build(s.task, 0, 0, serial()), ORX_DF_ERROR_FUNC_HINT);
+  EXPECT_EQ(A::linear(s.task, 0, 0, 0, serial()), ORX_DF_ERROR_FUNC_HINT);
+  EXPECT_EQ(quadratic(), ORX_DF_ERROR_FUNC_HINT);
+}
+
+// Knots that do not lie one between each two breakpoints; equal breakpoints; values that do not close, found
+// by a worker.
+TYPED_TEST(Builders, ErrorsThatLeaveABlock) {
+  using Real = TypeParam;
+  using A = Api<Real>;
+  const std::vector<Real> good = {0, Real(0.5), Real(1.5), Real(2.5), 3};
+  Spline<Real> s({0, 1, 2, 3}, 1, 4, {{1, 2, 3, 4}});
+  const auto subbotin = [&](int64_t int_kind, const std::vector<Real>& knots) {
+    s.describe(3, ORX_DF_SUBBOTIN, 12, {0, 0}, int_kind, knots);
+    return A::quadratic(s.task, 0, 0, 0, serial());
+  };
+  EXPECT_EQ(subbotin(ORX_DF_KNOTS, good), 0);
+  const std::pair<size_t, Real> bad[] = {{0, Real(0.25)}, {4, Real(3.5)}, {2, 1}, {2, 2}, {2, Real(0.75)}};
+  for (const auto& [place, value] : bad) {
+    auto knots = good;
+    knots[place] = value;
+    EXPECT_TRUE(leaves_a_block(ORX_DF_ERROR_INT_CONDS, [&] { return subbotin(ORX_DF_KNOTS, knots); }));
+  }
+  for (const auto& ends : {std::vector<Real>{0, Real(2.5)}, {Real(0.5), 3}, {1, Real(2.5)}})
+    EXPECT_TRUE(leaves_a_block(ORX_DF_ERROR_INT_CONDS,
+                               [&] { return subbotin(ORX_DF_KNOTS | ORX_DF_UNIFORM_KNOTS, ends); }));
+  for (const size_t count : {1u, 2u}) {
+    Spline<Real> equal({0, 1, 1, 2}, 1, 4, std::vector<std::vector<Real>>(count, {1, 2, 3, 4}));
+    equal.describe(4, ORX_DF_NATURAL, ORX_DF_NOT_A_KNOT);
+    EXPECT_TRUE(
+        leaves_a_block(ORX_DF_ERROR_SINGULAR, [&] { return A::natural(equal.task, 0, 0, serial()); }));
+  }
+  std::vector<std::vector<Real>> y(2, std::vector<Real>(600, 1));
+  y[1].back() = 2;
+  Spline<Real> open(make_grid<Real>(600, 0.3), 1, 600, y);
+  open.describe(4, ORX_DF_NATURAL, ORX_DF_PERIODIC);
+  EXPECT_TRUE(leaves_a_block(ORX_DF_ERROR_NOT_PERIODIC,
+                             [&] { return A::natural(open.task, 0, 0, CountingThreads::with(2)); }));
 }
 
 // Runs `call` with its k-th allocation failing, for every k that it reaches: the status tells, and nothing is

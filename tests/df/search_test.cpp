@@ -147,10 +147,14 @@ TYPED_TEST(Searches, WideCellsUniformSitesAndThreads) {
     EXPECT_TRUE(std::equal(cells.begin(), cells.end(), expected.begin()));
   }
   std::vector<int64_t> cells(4097);
+  const auto many = [&] {
+    return Api<Real>::search(wide.task, 0, 4097, ends, 4, nullptr, cells.data(), nullptr, nullptr, serial());
+  };
   orx_serv_fail_allocation(1);
-  EXPECT_EQ(Api<Real>::search(wide.task, 0, 4097, ends, 4, nullptr, cells.data(), nullptr, nullptr, serial()),
-            ORX_DF_ERROR_MEMORY);
+  EXPECT_EQ(many(), ORX_DF_ERROR_MEMORY);
   orx_serv_fail_allocation(0);
+  EXPECT_TRUE(leaves_a_block(0, many));
+  EXPECT_EQ(cells[4095], 300);
   EXPECT_EQ(Api<Real>::search(wide.task, 0, 0, ends, 4, nullptr, nullptr, nullptr, nullptr, serial()), 0);
 }
 

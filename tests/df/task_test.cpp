@@ -110,7 +110,8 @@ TYPED_TEST(Tasks, EditSpline) {
   EXPECT_EQ(t->coeffs[1], nullptr);
 
   Spline<Real> none(make_grid<Real>(10, 0.2), 0, 10, {});
-  EXPECT_EQ(Task<Real>::of(none.task)->funcs, nullptr);
+  EXPECT_EQ(edit(none.task, 3, 0, 0, nullptr, 0, nullptr, c, 0), ORX_DF_ERROR_FUNC_COUNT);
+  EXPECT_EQ(Api<Real>::edit_pointer(none.task, ORX_DF_COEFFS, c), ORX_DF_ERROR_FUNC_COUNT);
 }
 
 TYPED_TEST(Tasks, EditPointers) {
