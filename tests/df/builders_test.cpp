@@ -261,7 +261,7 @@ TYPED_TEST(Builders, Local) {
   using Real = TypeParam;
   for (const int64_t kind : {ORX_DF_HERMITE, ORX_DF_BESSEL, ORX_DF_AKIMA})
     for (const int64_t boundary : kBoundaries)
-      for (const int64_t n : {3, 5, 9, 10, 102, 5000}) {
+      for (const int64_t n : {3, 5, 9, 10, 31, 102, 5000}) {
         if (kind == ORX_DF_AKIMA && n < 5) continue;
         for_all_forms<Real>(n, 5, [&](auto& s, const auto& x, const auto& y) {
           SCOPED_TRACE(::testing::Message() << "kind " << kind << " boundary " << boundary);

@@ -2,7 +2,7 @@
 // slopes around it, so that strips of eight cells are independent of each other. The builders differ in their
 // Rule:
 //   kReach      how many cells beyond a strip its derivatives and ends look at, on either side
-//   kRow<G>     the length of a worker's scratch row
+//   kRowUnit    a worker's scratch row is 3 of these long on a uniform grid, else 5; 1 more for columns
 //   inner(v)    the derivative at an inner breakpoint, of what the View v shows
 // and in what a periodic end is. ORX_DF_LOCAL_FAMILY makes a builder's variants of its Rule.
 #pragma once
@@ -105,7 +105,7 @@ struct View {
 template <class Real, class Rule, Storage S, Partition G>
 class LocalCubic {
   static constexpr int kReach = Rule::kReach, kSlopes = kStrip + 2 * kReach, kDerivatives = kStrip + 1;
-  static constexpr Index kRowLength = Rule::template kRow<G>;
+  static constexpr Index kRowLength = Rule::kRowUnit * ((G == UniformGrid ? 3 : 5) + (S == YCols));
   static_assert((G == UniformGrid ? 1 : 2) * kSlopes + kDerivatives <= kRowLength);
 
  public:
@@ -301,5 +301,15 @@ class LocalCubic {
 
 template <class Real>
 using LocalBuilder = int32_t(const Task<Real>* task, int boundary, const ThreadingServices* threading);
+
+// Checks the task and runs the variant for it; `open_ends`: the family also takes splines without conditions.
+template <class Real>
+int32_t build_local(const Task<Real>* task, int64_t least_size, bool open_ends,
+                    LocalBuilder<Real>* const* variants, const ThreadingServices* threading) {
+  int32_t boundary = cubic_boundary_number(task, least_size);
+  if (open_ends && task->bndCondKind == 0 && boundary == ORX_DF_ERROR_BND_COND_KIND)
+    boundary = BoundaryNotSet;
+  return boundary < 0 ? boundary : variants[variant_number(task)](task, boundary, threading);
+}
 
 }  // namespace orx::df

@@ -220,31 +220,51 @@ struct NaturalSpline {
     return bad == w.statuses + count ? int32_t(ORX_DF_OK) : *bad;
   }
 
+  // Where things stand: in the scratch each array takes a line, the matrix first. What is done with when the
+  // cells are written can stand where these go: the matrix for a single function, and the right sides of
+  // several, `spacing` apart, each at the end of its function's coefficients.
+  struct Layout {
+    // `workers` is 0 for a run without threads.
+    Layout(const Task<Real>* task, Index workers)
+        : n(task->size()),
+          room(4 * (n - 1)),
+          line(n + (-n & 15)),  // whole 128-byte lines
+          spacing(workers ? 0 : coeff_spacing(task, room)),
+          in_place(task->functions() == 1 && !periodic && 3 * n <= room),
+          matrix_size(in_place ? 0 : (3 + periodic) * line),
+          side_count(workers   ? workers
+                     : spacing ? 0
+                               : std::max<Index>(task->functions(), 1)) {}
+    Index scratch_size() const { return matrix_size + side_count * line; }
+    NaturalWork work(const Task<Real>* task, Real* scratch) const {
+      Real* const matrix = in_place ? task->coeffs[0] : scratch;
+      Real* const sides = spacing ? task->coeffs[0] + room - n : scratch + matrix_size;
+      const Index apart = in_place ? n : line;
+      return {task,
+              n - periodic,
+              spacing ? spacing : line,
+              matrix,
+              matrix + apart,
+              matrix + 2 * apart,
+              matrix + 3 * apart,
+              0,
+              sides,
+              nullptr};
+    }
+    Index n, room, line, spacing;
+    bool in_place;
+    Index matrix_size, side_count;
+  };
+
   static int32_t build(const Task<Real>* task, const ThreadingServices* threading, orx_worker threader) {
-    const Index n = task->size(), count = std::max<Index>(task->functions(), 1);
+    const Index n = task->size(), count = task->functions();
     const int32_t available = threading->maxThreads();
-    const auto threads = int32_t(std::min<Index>(available, count));
+    const auto threads = int32_t(std::min<Index>(available, std::max<Index>(count, 1)));
     const bool threaded = count > 1 && threads > 1 && n >= 300 && (n >= 600 || available >= 8);
-    // What is done with when the cells are written can stand where these go: the matrix for a single
-    // function, and the right sides of several, each at the end of its function's coefficients.
-    const Index room = 4 * (n - 1), spacing = threaded ? 0 : coeff_spacing(task, room);
-    const bool in_place = count == 1 && !periodic && 3 * n <= room && task->functions() == 1;
-    const Index line = n + (-n & 15);  // whole 128-byte lines
-    const Index matrix_size = in_place ? 0 : (3 + periodic) * line;
-    Scratch<Real> block(matrix_size + (threaded ? threads : spacing ? 0 : count) * line);
+    const Layout layout(task, threaded ? threads : 0);
+    Scratch<Real> block(layout.scratch_size());
     if (!block) return ORX_DF_ERROR_MEMORY;
-    Real* const matrix = in_place ? task->coeffs[0] : block.get();
-    const Index apart = in_place ? n : line;
-    NaturalWork w{task,
-                  n - periodic,
-                  spacing ? spacing : line,
-                  matrix,
-                  matrix + apart,
-                  matrix + 2 * apart,
-                  matrix + 3 * apart,
-                  0,
-                  spacing ? task->coeffs[0] + room - n : block.get() + matrix_size,
-                  nullptr};
+    NaturalWork w = layout.work(task, block.get());
     fill_matrix(w);
     const bool factor_first = threaded || count > 1 || periodic;
     if ((factor_first && factor(w.order, w.lower, w.diagonal, w.upper)) || (periodic && solve_corner(w))) {
