@@ -287,7 +287,7 @@ TYPED_TEST(Builders, Local) {
       }
 }
 
-TYPED_TEST(Builders, AkimaWithoutConditionAndOnALine) {
+TYPED_TEST(Builders, AkimaWithoutCondition) {
   using Real = TypeParam;
   Spline<Real> s(make_grid<Real>(12, 0.3), 0, 12, {random_values<Real>(12, -1, 1, 5)});
   s.describe(4, ORX_DF_AKIMA);
@@ -296,11 +296,60 @@ TYPED_TEST(Builders, AkimaWithoutConditionAndOnALine) {
   EXPECT_EQ(s.coeffs[1], Real(0.125));
   EXPECT_NEAR(double(derivative(s.cell(0, 10), 4, 1, (double)s.x[11] - s.x[10])), s.cell(0, 10)[1],
               100 * kEps<Real>);
-  std::vector<Real> line(12);
-  for (size_t i = 0; i < 12; ++i) line[i] = 3 - 2 * s.x[i];
-  ASSERT_EQ(Api<Real>::edit_pointer(s.task, ORX_DF_FUNCS, line.data()), 0);
-  ASSERT_EQ(Api<Real>::akima(s.task, 0, 0, serial()), 0);
-  for (int64_t i = 1; i < 11; ++i) EXPECT_NEAR(s.cell(0, i)[1], -2, 50 * kEps<Real>);
+}
+
+// The k-th derivative of 1 + x/2 - x^2/8 + x^3/64, cut off behind `degree`.
+double polynomial(int degree, int k, double x) {
+  double c[] = {1, 0.5, -0.125, 0.015625};
+  std::fill(c + degree + 1, c + 4, 0);
+  return double(derivative(c, 4, k, x));
+}
+
+TYPED_TEST(Builders, PolynomialsAreReproduced) {
+  using Real = TypeParam;
+  using A = Api<Real>;
+  const auto linear = [](DFTask* task, int64_t, int64_t, const ThreadingServices* threads) {
+    return A::linear(task, 0, 0, 0, threads);
+  };
+  const auto quadratic = [](DFTask* task, int64_t, int64_t, const ThreadingServices* threads) {
+    return A::quadratic(task, 0, 0, 0, threads);
+  };
+  struct {
+    int32_t (*build)(DFTask*, int64_t, int64_t, const ThreadingServices*);
+    int64_t order, kind;
+    int degree, given;  // which derivative the inner conditions are; 0 for knots in the middle or none
+    int64_t boundary;
+  } const rows[] = {{linear, 2, 0, 1, 0, 0},
+                    {quadratic, 3, 0, 2, 0, ORX_DF_QUADRATIC_VALUE},
+                    {quadratic, 3, ORX_DF_SUBBOTIN, 2, 0, 12},
+                    {A::natural, 4, ORX_DF_NATURAL, 3, 0, 12},
+                    {A::natural, 4, ORX_DF_NATURAL, 3, 0, 48},
+                    {A::standard, 4, ORX_DF_DEFAULT, 3, 2, 36},
+                    {A::hermite, 4, ORX_DF_HERMITE, 3, 1, 24},
+                    {A::bessel, 4, ORX_DF_BESSEL, 2, 0, 48},
+                    {A::akima, 4, ORX_DF_AKIMA, 1, 0, 12}};
+  const int64_t n = 40;
+  for (const auto& row : rows)
+    for (const bool uniform : {false, true}) {
+      SCOPED_TRACE(::testing::Message() << row.order << ' ' << row.kind << ' ' << row.boundary << uniform);
+      const auto points = make_grid<Real>(n, uniform ? 0 : 0.3);
+      std::vector<Real> x, y, inner;
+      for (const Real point : points) x.push_back((point - 20) / 4);
+      const auto p = [&](int k, double at) { return Real(polynomial(row.degree, k, at)); };
+      for (const Real at : x) y.push_back(p(0, at));
+      for (int64_t i = 1; row.given && i + 1 < n; ++i) inner.push_back(p(row.given, x[size_t(i)]));
+      Spline<Real> s(uniform ? std::vector<Real>{x[0], x.back()} : x, uniform ? 4 : 1, n, {y});
+      std::vector<Real> ends = {p(row.boundary & 4 ? 1 : 2, x[0]), p(row.boundary & 8 ? 1 : 2, x.back())};
+      if (row.order == 3 && row.kind == 0) ends[0] = p(0, (x[0] + x[1]) / 2);
+      s.describe(row.order, row.kind, row.boundary, ends, row.given, inner);
+      if (row.kind == ORX_DF_SUBBOTIN) orx_df_kernel_iEditVal(s.task, ORX_DF_INT_COND_KIND, ORX_DF_KNOTS);
+      ASSERT_EQ(row.build(s.task, 0, 0, serial()), 0);
+      for (int64_t i = 0; i < s.cells; ++i)
+        for (int k = 0; k < row.order; ++k)
+          ASSERT_NEAR(double(derivative(s.cell(0, i), row.order, k, 0)), p(k, x[size_t(i)]),
+                      20000 * kEps<Real>)
+              << i << ' ' << k;
+    }
 }
 
 TYPED_TEST(Builders, Statuses) {
@@ -390,25 +439,6 @@ TYPED_TEST(Builders, ErrorsThatLeaveABlock) {
   open.describe(4, ORX_DF_NATURAL, ORX_DF_PERIODIC);
   EXPECT_TRUE(leaves_a_block(ORX_DF_ERROR_NOT_PERIODIC,
                              [&] { return A::natural(open.task, 0, 0, CountingThreads::with(2)); }));
-}
-
-// Runs `call` with its k-th allocation failing, for every k that it reaches: the status tells, and nothing is
-// lost.
-template <class Call>
-void fail_each_allocation(int expected, Call call) {
-  const long before = orx_serv_live_blocks();
-  int failures = 0;
-  for (long k = 1;; ++k) {
-    orx_serv_fail_allocation(k);
-    const int32_t status = call();
-    const bool failed = status != 0;
-    orx_serv_fail_allocation(0);
-    EXPECT_EQ(orx_serv_live_blocks(), before) << k;
-    if (!failed) break;
-    EXPECT_EQ(status, ORX_DF_ERROR_MEMORY);
-    ASSERT_LT(++failures, 10);
-  }
-  EXPECT_EQ(failures, expected);
 }
 
 TYPED_TEST(Builders, EachAllocationFailing) {

@@ -302,18 +302,11 @@ TYPED_TEST(Interpolation, EachAllocationFailing) {
   const std::vector<int32_t> orders(40, 1);  // a buffer of its own, and one for the call-back
   std::vector<Real> result(4000);
   Mark m{0, 40, false, 0, 30};
-  const long before = orx_serv_live_blocks();
-  int failures = 0;
-  for (int32_t status = -1; status != 0; failures += status != 0) {
-    orx_serv_fail_allocation(failures + 1);
-    status = Api<Real>::interpolate(s.task, 1, 0, 100, sites.data(), 0, 40, orders.data(), nullptr,
-                                    result.data(), 0, mark<Real>, &m, nullptr, nullptr, mark<Real>, &m,
-                                    nullptr, nullptr, nullptr, serial());
-    orx_serv_fail_allocation(0);
-    EXPECT_TRUE(status == 0 || status == ORX_DF_ERROR_MEMORY);
-    EXPECT_EQ(orx_serv_live_blocks(), before);
-  }
-  EXPECT_GE(failures, 3);
+  fail_each_allocation(4, [&] {
+    return Api<Real>::interpolate(s.task, 1, 0, 100, sites.data(), 0, 40, orders.data(), nullptr,
+                                  result.data(), 0, mark<Real>, &m, nullptr, nullptr, mark<Real>, &m, nullptr,
+                                  nullptr, nullptr, serial());
+  });
 }
 
 }  // namespace
