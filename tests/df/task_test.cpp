@@ -34,13 +34,8 @@ TYPED_TEST(Tasks, Construction) {
   for (const int64_t hint : {0, 16, 32, 128}) {
     ASSERT_EQ(make(3, x, 2, 5, y, hint), 0);
     const auto* t = Task<Real>::of(task);
-    EXPECT_EQ(t->ilp64Flag, 7);
-    EXPECT_EQ(t->taskMark, 4u);
-    EXPECT_EQ(t->isDouble, sizeof(Real) == 8);
-    EXPECT_EQ(t->taskDim, 1);
-    EXPECT_EQ(t->gridSize, 3);
-    EXPECT_EQ(t->gridHint, 2);
-    EXPECT_EQ(t->funcHint, hint);
+    EXPECT_TRUE(t->ilp64Flag == 7 && t->taskMark == 4 && t->isDouble == (sizeof(Real) == 8) &&
+                t->taskDim == 1 && t->gridSize == 3 && t->gridHint == 2 && t->funcHint == hint);
     EXPECT_EQ(t->funcs[0], y);
     if (hint != 32) {  // values in columns have a single pointer
       EXPECT_EQ(t->funcs[4], hint == 128 ? nullptr : y + 12);
