@@ -17,14 +17,13 @@ template <class Real, class Test>
 void for_all_forms(int64_t n, int64_t count, Test test) {
   for (const int64_t grid_hint : {0, 2, 4}) {
     const std::vector<Real> points = make_grid<Real>(n, grid_hint == 4 ? 0 : 0.3);
-    const auto grid = grid_hint == 4 ? std::vector<Real>{points.front(), points.back()} : points;
     for (const int64_t func_hint : {0, 32}) {
       std::vector<std::vector<Real>> functions;
       for (int64_t f = 0; f < count; ++f) {
         functions.push_back(random_values<Real>(n, -1, 1, unsigned(7 + f)));
         functions.back().back() = functions.back().front();
       }
-      Spline<Real> spline(grid, grid_hint, n, functions, func_hint);
+      Spline<Real> spline(points, grid_hint, functions, func_hint);
       SCOPED_TRACE(::testing::Message() << "n " << n << " grid " << grid_hint << " storage " << func_hint);
       test(spline, points, functions);
     }
@@ -289,7 +288,7 @@ TYPED_TEST(Builders, Local) {
 
 TYPED_TEST(Builders, AkimaWithoutCondition) {
   using Real = TypeParam;
-  Spline<Real> s(make_grid<Real>(12, 0.3), 0, 12, {random_values<Real>(12, -1, 1, 5)});
+  Spline<Real> s(make_grid<Real>(12, 0.3), 0, {random_values<Real>(12, -1, 1, 5)});
   s.describe(4, ORX_DF_AKIMA);
   s.coeffs[1] = Real(0.125);
   ASSERT_EQ(Api<Real>::akima(s.task, 0, 0, serial()), 0);
@@ -338,7 +337,7 @@ TYPED_TEST(Builders, PolynomialsAreReproduced) {
       const auto p = [&](int k, double at) { return Real(polynomial(row.degree, k, at)); };
       for (const Real at : x) y.push_back(p(0, at));
       for (int64_t i = 1; row.given && i + 1 < n; ++i) inner.push_back(p(row.given, x[size_t(i)]));
-      Spline<Real> s(uniform ? std::vector<Real>{x[0], x.back()} : x, uniform ? 4 : 1, n, {y});
+      Spline<Real> s(x, uniform ? 4 : 1, {y});
       std::vector<Real> ends = {p(row.boundary & 4 ? 1 : 2, x[0]), p(row.boundary & 8 ? 1 : 2, x.back())};
       if (row.order == 3 && row.kind == 0) ends[0] = p(0, (x[0] + x[1]) / 2);
       s.describe(row.order, row.kind, row.boundary, ends, row.given, inner);
@@ -358,7 +357,7 @@ TYPED_TEST(Builders, Statuses) {
   const auto edit = [](Spline<Real>& s, int64_t parameter, int64_t value) {
     ASSERT_EQ(orx_df_kernel_iEditVal(s.task, parameter, value), 0);
   };
-  Spline<Real> s(make_grid<Real>(8, 0.3), 0, 8, {{1, 2, 3, 4, 5, 6, 7, Real(1.0000002)}});
+  Spline<Real> s(make_grid<Real>(8, 0.3), 0, {{1, 2, 3, 4, 5, 6, 7, Real(1.0000002)}});
   const auto cubics = {A::natural, A::standard, A::hermite, A::bessel, A::akima};
   for (const auto build : cubics) {
     const bool akima = build == A::akima;
@@ -412,7 +411,7 @@ TYPED_TEST(Builders, ErrorsThatLeaveABlock) {
   using Real = TypeParam;
   using A = Api<Real>;
   const std::vector<Real> good = {0, Real(0.5), Real(1.5), Real(2.5), 3};
-  Spline<Real> s({0, 1, 2, 3}, 1, 4, {{1, 2, 3, 4}});
+  Spline<Real> s({0, 1, 2, 3}, 1, {{1, 2, 3, 4}});
   const auto subbotin = [&](int64_t int_kind, const std::vector<Real>& knots) {
     s.describe(3, ORX_DF_SUBBOTIN, 12, {0, 0}, int_kind, knots);
     return A::quadratic(s.task, 0, 0, 0, serial());
@@ -428,14 +427,14 @@ TYPED_TEST(Builders, ErrorsThatLeaveABlock) {
     EXPECT_TRUE(leaves_a_block(ORX_DF_ERROR_INT_CONDS,
                                [&] { return subbotin(ORX_DF_KNOTS | ORX_DF_UNIFORM_KNOTS, ends); }));
   for (const size_t count : {1u, 2u}) {
-    Spline<Real> equal({0, 1, 1, 2}, 1, 4, std::vector<std::vector<Real>>(count, {1, 2, 3, 4}));
+    Spline<Real> equal({0, 1, 1, 2}, 1, std::vector<std::vector<Real>>(count, {1, 2, 3, 4}));
     equal.describe(4, ORX_DF_NATURAL, ORX_DF_NOT_A_KNOT);
     EXPECT_TRUE(
         leaves_a_block(ORX_DF_ERROR_SINGULAR, [&] { return A::natural(equal.task, 0, 0, serial()); }));
   }
   std::vector<std::vector<Real>> y(2, std::vector<Real>(600, 1));
   y[1].back() = 2;
-  Spline<Real> open(make_grid<Real>(600, 0.3), 1, 600, y);
+  Spline<Real> open(make_grid<Real>(600, 0.3), 1, y);
   open.describe(4, ORX_DF_NATURAL, ORX_DF_PERIODIC);
   EXPECT_TRUE(leaves_a_block(ORX_DF_ERROR_NOT_PERIODIC,
                              [&] { return A::natural(open.task, 0, 0, CountingThreads::with(2)); }));
@@ -446,7 +445,7 @@ TYPED_TEST(Builders, EachAllocationFailing) {
   using A = Api<Real>;
   const int64_t n = 5000;
   std::vector<std::vector<Real>> y(3, random_values<Real>(n, -1, 1, 1));
-  Spline<Real> s(make_grid<Real>(n, 0.3), 0, n, y);
+  Spline<Real> s(make_grid<Real>(n, 0.3), 0, y);
   const auto threads = CountingThreads::with(2);
   s.describe(4, 2, 2);
   fail_each_allocation(2, [&] { return A::natural(s.task, 0, 0, threads); });

@@ -96,9 +96,12 @@ inline const ThreadingServices* serial() { return orx_serv_threading_serial(); }
 // Data of a spline, and its task. Values are given function after function and stored as the hint says.
 template <class Real>
 struct Spline {
-  Spline(std::vector<Real> grid, int64_t grid_hint, int64_t size, std::vector<std::vector<Real>> functions,
+  // All breakpoints are given; with the hint of a uniform partition the task gets the ends alone.
+  Spline(const std::vector<Real>& points, int64_t grid_hint, const std::vector<std::vector<Real>>& functions,
          int64_t func_hint = ORX_DF_ROWS, int32_t ilp64 = 0)
-      : x(std::move(grid)), nx(size), count(int64_t(functions.size())) {
+      : x(grid_hint == ORX_DF_UNIFORM_PARTITION ? std::vector<Real>{points.front(), points.back()} : points),
+        nx(int64_t(points.size())),
+        count(int64_t(functions.size())) {
     values.resize(size_t(nx * count));
     for (int64_t f = 0; f < count; ++f)
       for (int64_t k = 0; k < nx; ++k) values[at(func_hint, f, k)] = functions[size_t(f)][size_t(k)];
