@@ -93,8 +93,10 @@ template <class Generator>
 struct TwisterGenerator : NoLeapfrog, NoSkip {
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
-    draw(Generator::engine(stream), n, Word32Sink<Real>(r, a, b));
-    return KOB_STATUS_OK;
+    return with_sink(r, a, b, [&](const auto& sink) {
+      draw(Generator::engine(stream), n, sink);
+      return KOB_STATUS_OK;
+    });
   }
   static int words(KobStream* stream, int n, uint32_t* r) {
     draw(Generator::engine(stream), n, Word32Sink<uint32_t>(r));

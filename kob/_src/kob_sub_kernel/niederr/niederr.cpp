@@ -170,10 +170,10 @@ Sequence Niederr::user_sequence(KobStream* stream) {
 // The block functions over the state and over the user's chunk.
 #define ORX_NIEDERR_WORKERS(Kind, sequence)                                              \
   int __kobsBRngNiederr##Kind(KobStream* stream, int n, float* r, float a, float b) {    \
-    return generate(Niederr::sequence(stream), n, Word32Sink<float>(r, a, b));           \
+    return generate_reals(Niederr::sequence(stream), n, r, a, b);                        \
   }                                                                                      \
   int __kobdBRngNiederr##Kind(KobStream* stream, int n, double* r, double a, double b) { \
-    return generate(Niederr::sequence(stream), n, Word32Sink<double>(r, a, b));          \
+    return generate_reals(Niederr::sequence(stream), n, r, a, b);                        \
   }                                                                                      \
   int __kobiBRngNiederr##Kind(KobStream* stream, int n, uint32_t* r) {                   \
     return generate(Niederr::sequence(stream), n, Word32Sink<uint32_t>(r));              \

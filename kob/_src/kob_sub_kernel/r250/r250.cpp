@@ -32,8 +32,10 @@ struct R250 : NoLeapfrog, NoSkip {
 
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
-    generate(state<R250>(stream), n, Word32Sink<Real>(r, a, b));
-    return KOB_STATUS_OK;
+    return with_sink(r, a, b, [&](const auto& sink) {
+      generate(state<R250>(stream), n, sink);
+      return KOB_STATUS_OK;
+    });
   }
 
   static int words(KobStream* stream, int n, uint32_t* r) {

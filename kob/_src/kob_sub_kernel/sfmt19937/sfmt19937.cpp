@@ -129,8 +129,11 @@ struct SFMT19937 : NoLeapfrog, NoSkip {
   // Reals take whole 128-bit words; what is left of the last one waits for the next call for reals.
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
-    State& s = state<SFMT19937>(stream);
-    const Word32Sink<Real> sink(r, a, b);
+    return with_sink(r, a, b, [&](const auto& sink) { return generate(state<SFMT19937>(stream), n, sink); });
+  }
+
+  template <class Sink>
+  static int generate(State& s, int n, const Sink& sink) {
     int done = 0;
     while (done < n && s.PendingPos < s.PendingCount) sink(done++, s.Pending[s.PendingPos++]);
     if (done >= n) return KOB_STATUS_OK;

@@ -93,50 +93,32 @@ void emit_point(const Sequence& s, const Sink& sink, int at) {
   for (; d < s.dimension; ++d) sink(at + d, uint32_t(next(d)));
 }
 
-// The same with point and step in rows.
-template <class Sink>
-inline void emit_row(uint32_t* x, const uint32_t* step, int width, const Sink& sink, int at) {
-  int i = 0;
-  for (; i + 8 <= width; i += 8) {
-    const __m256 w = _mm256_loadu_ps(reinterpret_cast<float*>(x + i));
-    const __m256 v = _mm256_loadu_ps(reinterpret_cast<const float*>(step + i));
-    _mm256_storeu_ps(reinterpret_cast<float*>(x + i), _mm256_xor_ps(w, v));
-    sink(at + i, _mm_castps_si128(_mm256_castps256_ps128(w)));
-    sink(at + i + 4, _mm_castps_si128(_mm256_extractf128_ps(w, 1)));
-  }
-  for (; i + 4 <= width; i += 4) {
-    const __m128i w = load4(x + i);
-    sink(at + i, w);
-    store4(x + i, _mm_xor_si128(w, load4(step + i)));
-  }
-  for (; i < width; ++i) {
-    sink(at + i, x[i]);
-    x[i] ^= step[i];
-  }
-}
-
 constexpr int kMostWidth = 320;  // words of a row that is made here
-constexpr int kWideEnough = 16;  // a point of this dimension fills vectors by itself
+constexpr int kWideEnough = 8;   // a point of this dimension fills vectors by itself
 
 inline int group_log2(int dimension) {
-  return dimension >= kWideEnough ? 0 : dimension >= 8 ? 2 : dimension >= 4 ? 3 : dimension >= 2 ? 4 : 5;
+  return dimension >= kWideEnough ? 0 : dimension >= 4 ? 3 : dimension >= 2 ? 4 : 5;
 }
 
 // The steps of points taken 2^k at a time, as rows: where they lie, or made when they are first asked for. A
 // run of n groups takes no more than about log2(n) of them.
 class Rows {
  public:
-  Rows(const Sequence& s, int k) : s_(s), k_(k) {}
+  Rows(const Sequence& s, int k) : s_(s), k_(k) {
+    if (k > 0 || s.v.component != 1) return;
+    first_ = s.v.first;
+    stride_ = s.v.bit;
+    made_ = ~uint32_t(0);
+  }
 
   const uint32_t* operator()(int c) {
-    if (k_ == 0 && s_.v.component == 1) return s_.v.first + size_t(c) * s_.v.bit;
-    uint32_t* row = row_ + c * (((s_.dimension << k_) + 7) & ~7);
-    if (!(made_ >> c & 1)) make(row, c);
-    return row;
+    if (!(made_ >> c & 1)) make(c);
+    return first_ + size_t(c) * stride_;
   }
 
  private:
-  void make(uint32_t* row, int c) {
+  [[gnu::noinline]] void make(int c) {
+    uint32_t* const row = space_ + size_t(c) * stride_;
     made_ |= uint32_t(1) << c;
     for (int d = 0; d < s_.dimension; ++d) {
       const uint32_t w = s_.v(size_t(d), c + k_) ^ (k_ ? s_.v(size_t(d), k_ - 1) : 0);
@@ -147,29 +129,100 @@ class Rows {
   const Sequence& s_;
   int k_;
   uint32_t made_ = 0;
-  alignas(32) uint32_t row_[kBits * kMostWidth];
+  uint32_t space_[kBits * kMostWidth];
+  const uint32_t* first_ = space_;
+  size_t stride_ = kMostWidth;
 };
+
+// Eight components of points that come one after the other, which stay in registers.
+template <class Sink>
+class Octets {
+ public:
+  // Those from `from` on in rows of the given width.
+  Octets(const uint32_t* x, Rows& rows, int from, int width)
+      : rows_(rows), from_(from), width_(width), x_(load(x + from, Sink::lane)) {}
+
+  // Puts out points q, q + 1, ...
+  void emit(uint32_t q, int points, const Sink sink, int at) {
+    Lanes x = x_;
+    const auto one = [&] {
+      put(x, sink, at);
+      x = moved(x, row(lowest_zero(q)));
+      ++q, --points, at += width_;
+    };
+    while (points > 0 && q & 3) one();
+    const Lanes v0 = row(0), v1 = row(1);
+    for (; points >= 4; points -= 4, q += 4, at += 4 * width_) {
+      const Lanes x3 = moved(x, v1);
+      put(x, sink, at);
+      put(moved(x, v0), sink, at + width_);
+      put(moved(x3, v0), sink, at + 2 * width_);
+      put(x3, sink, at + 3 * width_);
+      x = moved(x3, row(2 + lowest_zero(q >> 2)));
+    }
+    while (points > 0) one();
+    x_ = x;
+  }
+
+  void store(uint32_t* x) const {
+    store4(x + from_, Sink::words(x_.low));
+    store4(x + from_ + 4, Sink::words(x_.high));
+  }
+
+ private:
+  struct Lanes {
+    typename Sink::Lane low, high;
+  };
+  template <class Form>
+  static Lanes load(const uint32_t* w, Form form) {
+    return {form(load4(w)), form(load4(w + 4))};
+  }
+  Lanes row(int c) const { return load(rows_(c) + from_, Sink::step); }
+  static Lanes moved(Lanes x, Lanes step) {
+    return {Sink::moved(x.low, step.low), Sink::moved(x.high, step.high)};
+  }
+  static void put(Lanes x, const Sink& sink, int at) { sink.put(at, x.low), sink.put(at + 4, x.high); }
+
+  Rows& rows_;
+  int from_, width_;
+  Lanes x_;
+};
+
+// Points q, q + 1, ... of a sequence in rows, no shorter than eight words. They are made eight components
+// after eight; the last eight may have some in common with those before.
+template <class Sink>
+void emit_in_rows(uint32_t* x, Rows& rows, int width, uint32_t q, int points, const Sink& sink, int at) {
+  constexpr int kTile = 8192;  // numbers, to stay in the first-level cache
+  const int most = std::max(8, kTile / width & ~7);
+  for (; points > 0; points -= most, q += uint32_t(most), at += most * width) {
+    const int count = std::min(points, most);
+    Octets<Sink> last(x, rows, width - 8, width);
+    for (int from = 0; from + 8 < width; from += 8) {
+      Octets<Sink> octets(x, rows, from, width);
+      octets.emit(q, count, sink, at + from);
+      octets.store(x);
+    }
+    last.emit(q, count, sink, at + width - 8);
+    last.store(x);
+  }
+}
 
 // Groups of 2^k points from an index that is a multiple of 2^k.
 template <class Sink>
 void emit_groups(const Sequence& s, int k, int groups, const Sink& sink, int at) {
   const int width = s.dimension << k;
-  uint32_t& index = s.position->Index;
+  const uint32_t q = s.position->Index >> k;
   Rows rows(s, k);
-  alignas(32) uint32_t group[kWideEnough << 2];
-  uint32_t* x = s.x;
-  if (k > 0) {
-    x = group;
-    emit_components(s, 0, s.dimension, Word32Sink<uint32_t>(group), 0);
-    for (int j = 1; j < 1 << k; ++j)
-      for (int d = 0; d < s.dimension; ++d)
-        group[j * s.dimension + d] =
-            group[(j - 1) * s.dimension + d] ^ s.v(size_t(d), lowest_zero(uint32_t(j - 1)));
-  }
-  for (; groups > 0; --groups, at += width, index += uint32_t(1) << k)
-    emit_row(x, rows(lowest_zero(index >> k)), width, sink, at);
-  if (k > 0)
-    for (int d = 0; d < s.dimension; ++d) s.x[size_t(d) * s.x_step] = group[d];
+  s.position->Index += uint32_t(groups) << k;
+  if (k == 0) return emit_in_rows(s.x, rows, width, q, groups, sink, at);
+  uint32_t group[8 * kWideEnough];
+  emit_components(s, 0, s.dimension, Word32Sink<uint32_t>(group), 0);
+  for (int j = 1; j < 1 << k; ++j)
+    for (int d = 0; d < s.dimension; ++d)
+      group[j * s.dimension + d] =
+          group[(j - 1) * s.dimension + d] ^ s.v(size_t(d), lowest_zero(uint32_t(j - 1)));
+  emit_in_rows(group, rows, width, q, groups, sink, at);
+  for (int d = 0; d < s.dimension; ++d) s.x[size_t(d) * s.x_step] = group[d];
 }
 
 template <class Sink>
@@ -181,9 +234,11 @@ void emit_points(const Sequence& s, int points, const Sink& sink, int at) {
     const uint32_t mask = (uint32_t(1) << k) - 1;
     for (; points > 0 && index & mask; --points, at += s.dimension) emit_point(s, sink, at);
     const int groups = points >> k;
-    if (groups > 0) emit_groups(s, k, groups, sink, at);
-    points -= groups << k;
-    at += (groups << k) * s.dimension;
+    if (groups >= 8) {
+      emit_groups(s, k, groups, sink, at);
+      points -= groups << k;
+      at += (groups << k) * s.dimension;
+    }
   }
   for (; points > 0; --points, at += s.dimension) emit_point(s, sink, at);
 }
@@ -209,6 +264,11 @@ int generate(const Sequence& stream, int n, const Sink& sink) {
   emit_components(s, 0, n - done, sink, done);
   if (done < n) p.Remaining = uint32_t(s.dimension - (n - done));
   return KOB_STATUS_OK;
+}
+
+template <class Real>
+int generate_reals(const Sequence& s, int n, Real* r, Real a, Real b) {
+  return with_sink(r, a, b, [&](const auto& sink) { return generate(s, n, sink); });
 }
 
 // ---- the operations of a generator that has sequence(KobStream*) ----
@@ -261,7 +321,7 @@ struct Operations {
   }
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
-    return generate(Generator::sequence(stream), n, Word32Sink<Real>(r, a, b));
+    return generate_reals(Generator::sequence(stream), n, r, a, b);
   }
   static int words(KobStream* stream, int n, uint32_t* r) {
     return generate(Generator::sequence(stream), n, Word32Sink<uint32_t>(r));
