@@ -3,9 +3,9 @@
 //   raw_words ID [STREAMS] [skip]
 //
 // ID is the number of the generator, as 0x800000. With STREAMS above 1 one word each is taken in turn from
-// that many streams: from the sub-generators ID, ID + 1, ..., or, with the word "skip", from one generator,
-// 2^40 numbers apart. Words are the generator's 32 uniform bits where it has such, else the upper 32
-// bits of its real numbers.
+// that many streams: from the sub-generators ID, ID + 1, ..., each with a seed of its own, or, with the word
+// "skip", from one generator, 2^40 numbers apart. Words are the generator's 32 uniform bits where it has
+// such, else the upper 32 bits of its real numbers.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -32,10 +32,10 @@ int main(int argc, char** argv) {
   const int count = argc > 2 ? atoi(argv[2]) : 1;
   const bool skip = argc > 3 && !strcmp(argv[3], "skip");
 
-  const uint32_t seed = 20240229;
   std::vector<KobStream*> streams(count);
   for (int k = 0; k < count; ++k) {
-    int status = __kobNewStreamEx(&streams[k], skip ? id : id + uint32_t(k), 1, &seed);
+    const uint32_t which = skip ? 0 : uint32_t(k), seed[] = {20240229, which};
+    int status = __kobNewStreamEx(&streams[k], id + which, which ? 2 : 1, seed);
     if (status == 0 && skip) status = __kobSkipAheadStream(streams[k], uint64_t(k) << 40);
     if (status != 0) return fprintf(stderr, "raw_words: status %d\n", status), 1;
   }
