@@ -149,9 +149,12 @@ int Niederr::seed(KobStream* stream, int n, const uint32_t* params) {
   __kobDeleteChunks(stream);
   State& s = state<Niederr>(stream);
   memset(&s, 0, sizeof s);
-  s.position = Position::start(request.dimension);
-  return request.dimension > kMost ? __kobNiederrInitUserPolymsChunk(stream, request)
-                                   : __kobNiederrInitUserPolymsStreamStruct(stream, request);
+  s.position = Position::start(1);
+  const int status = request.dimension > kMost ? __kobNiederrInitUserPolymsChunk(stream, request)
+                                               : __kobNiederrInitUserPolymsStreamStruct(stream, request);
+  // A stream that could not be seeded is not to be used, but must not lead outside its state if it is.
+  if (status == KOB_STATUS_OK) s.position.Dimension = request.dimension;
+  return status;
 }
 
 Sequence Niederr::default_sequence(KobStream* stream) {
