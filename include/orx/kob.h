@@ -386,9 +386,9 @@ int __kobSaveStreamM(const KobStream* stream, void* memory);
 
 /* A new stream from a file. The file may hold anything: KOB_ERROR_FILE_OPEN, KOB_ERROR_FILE_READ (too short;
  * chunks in the other byte order), KOB_ERROR_BAD_FILE_FORMAT (no image; a generator that is not there; a
- * state or a chunk that its generator could not use), KOB_ERROR_UNSUPPORTED_FILE_VER,
- * KOB_ERROR_TRNG_UNSUPPORTED, KOB_ERROR_MEM_FAILURE, KOB_ERROR_FILE_CLOSE. *stream is null after any failure.
- */
+ * state or a chunk that its generator could not use; a second chunk of a kind that the library knows),
+ * KOB_ERROR_UNSUPPORTED_FILE_VER, KOB_ERROR_TRNG_UNSUPPORTED, KOB_ERROR_MEM_FAILURE, KOB_ERROR_FILE_CLOSE.
+ * *stream is null after any failure. */
 int __kobLoadStreamF(KobStream** stream, const char* name, int name_length);
 
 /* The same from memory, with KOB_ERROR_BAD_MEM_FORMAT for what is wrong with the image. Its lengths are
