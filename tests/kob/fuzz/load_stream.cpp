@@ -1,9 +1,10 @@
 // Fuzz target for libFuzzer: any bytes as an image of a stream, loaded from a file and from memory, and put
 // to use. It begins with images of every generator, which it writes into the corpus directory.
 //
-//   cmake -B build/fuzz -DCMAKE_CXX_COMPILER=clang++ -DORX_FUZZ=ON && cmake --build build/fuzz --target
-//   fuzz_load_stream mkdir corpus && build/fuzz/tests/fuzz_load_stream -max_total_time=300 -max_len=60000
-//   corpus
+//   cmake -B build/fuzz -DCMAKE_CXX_COMPILER=clang++ -DORX_FUZZ=ON
+//   cmake --build build/fuzz --target fuzz_load_stream
+//   mkdir corpus
+//   build/fuzz/tests/fuzz_load_stream -max_total_time=300 -max_len=60000 corpus
 #include "../image.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
