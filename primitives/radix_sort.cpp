@@ -1,8 +1,8 @@
-// Least-significant-digit radix sort of floating-point numbers by their bit patterns.
+// Radix sort of floating-point numbers by their bit patterns, 32 bits of them at a time.
 //
-// The bits of non-negative numbers rise with the numbers, those of negative ones fall. So all digits but the
-// last are sorted as they stand, and in the last pass, whose digit holds the sign, the buckets of negative
-// numbers are laid out backwards and each is filled from its end.
+// A float is one such word. Of a double the high word alone puts most data in order, all but short runs of
+// numbers that share it; each run is then sorted by its low words. A word is sorted by its digits, the least
+// significant one first.
 #include <cstdint>
 #include <cstring>
 
@@ -11,86 +11,70 @@
 
 namespace {
 
-// Where digit number `pass` of `bits` bits lies in an element: it is taken from the 32-bit word at `offset`.
-template <class T, int bits>
-struct Digit {
-  static constexpr int passes = (8 * int(sizeof(T)) + bits - 1) / bits;
-  static constexpr unsigned buckets = 1u << bits;
-  static constexpr unsigned first_negative = 1u << (8 * sizeof(T) - (passes - 1) * bits - 1);
+template <class T>
+uint32_t word_at(const T* element, int offset) {
+  uint32_t word;
+  std::memcpy(&word, reinterpret_cast<const char*>(element) + offset, 4);
+  return word;
+}
 
-  template <int pass>
-  static unsigned of(const T* element) {
-    constexpr int last_word = sizeof(T) - 4, byte = pass * bits / 8;
-    constexpr int offset = byte < last_word ? byte : last_word;
-    uint32_t word;
-    std::memcpy(&word, reinterpret_cast<const char*>(element) + offset, 4);
-    return (word >> (pass * bits - 8 * offset)) & (buckets - 1);
+// The word that holds the sign, so that it rises in total order: the bits of positive numbers rise with the
+// numbers, those of negative ones fall.
+template <class T>
+struct HighWord {
+  uint32_t operator()(const T* element) const {
+    const uint32_t word = word_at(element, sizeof(T) - 4);
+    return word ^ (uint32_t(int32_t(word) >> 31) | 0x80000000u);
   }
 };
 
-template <class T, int bits, int pass = 0>
-inline void count(const T* element, uint32_t (*counts)[1u << bits]) {
-  ++counts[pass][Digit<T, bits>::template of<pass>(element)];
-  if constexpr (pass + 1 < Digit<T, bits>::passes) count<T, bits, pass + 1>(element, counts);
-}
+// The other word of a double, among numbers of one sign.
+struct LowWord {
+  uint32_t flip;
+  uint32_t operator()(const double* element) const { return word_at(element, 0) ^ flip; }
+};
 
-// Turns the counts of a digit into the positions at which its buckets start (end, for negative numbers).
-template <class T, int bits>
-void make_positions(uint32_t* counts, bool last_pass) {
-  using D = Digit<T, bits>;
+// The digits of a word: `passes` of them, of `bits` bits but for the last one, which may have fewer.
+template <int bits>
+struct Digits {
+  static constexpr int passes = (32 + bits - 1) / bits;
+  static constexpr unsigned buckets = 1u << bits;
+  static unsigned get(uint32_t word, int pass) { return word >> (pass * bits) & (buckets - 1); }
+};
+
+// Turns the counts of a digit into the positions at which its buckets start.
+inline void make_positions(uint32_t* counts, unsigned buckets) {
   uint32_t position = 0;
-  unsigned end = D::buckets;
-  if (last_pass) {
-    for (unsigned d = 2 * D::first_negative; d-- > D::first_negative;) counts[d] = position += counts[d];
-    end = D::first_negative;
-  }
-  for (unsigned d = 0; d < end; ++d) {
+  for (unsigned d = 0; d < buckets; ++d) {
     const uint32_t here = counts[d];
     counts[d] = position;
     position += here;
   }
 }
 
-template <class T, int bits, int pass>
-void scatter(const T* from, T* to, int n, uint32_t* positions) {
-  using D = Digit<T, bits>;
-  for (int i = 0; i < n; ++i) {
-    const unsigned digit = D::template of<pass>(from + i);
-    const unsigned negative = pass + 1 == D::passes && digit >= D::first_negative;
-    const uint32_t position = positions[digit] - negative;
-    positions[digit] = position + 1 - negative;
-    to[position] = from[i];
-  }
-}
-
 // One pass after the other, the data going to and fro between the two arrays; a digit that all elements share
-// needs no pass. A shared sign digit still reverses negative numbers.
-template <class T, int bits, int pass = 0>
-void sort_digits(T* from, T* to, int n, uint32_t (*counts)[1u << bits], const T* home) {
-  using D = Digit<T, bits>;
-  if constexpr (pass < D::passes) {
-    constexpr bool last_pass = pass + 1 == D::passes;
-    const unsigned digit = D::template of<pass>(from);
-    const bool shared = counts[pass][digit] == uint32_t(n) && !(last_pass && digit >= D::first_negative);
-    if (!shared) {
-      make_positions<T, bits>(counts[pass], last_pass);
-      scatter<T, bits, pass>(from, to, n, counts[pass]);
-      T* other = from;
-      from = to;
-      to = other;
-    }
-    sort_digits<T, bits, pass + 1>(from, to, n, counts, home);
-  } else if (from != home) {
-    std::memcpy(to, from, n * sizeof(T));
-  }
-}
-
-template <class T, int bits>
-__attribute__((noinline)) void radix_sort(T* data, T* work, int n) {
-  uint32_t counts[Digit<T, bits>::passes][1u << bits];
+// needs no pass.
+template <int bits, class T, class Word>
+__attribute__((noinline)) void sort_digits(T* data, T* work, int n, Word word) {
+  using D = Digits<bits>;
+  uint32_t counts[D::passes][D::buckets];
   std::memset(counts, 0, sizeof counts);
-  for (int i = 0; i < n; ++i) count<T, bits>(data + i, counts);
-  sort_digits<T, bits>(data, work, n, counts, data);
+  for (int i = 0; i < n; ++i) {
+    const uint32_t w = word(data + i);
+    for (int pass = 0; pass < D::passes; ++pass) ++counts[pass][D::get(w, pass)];
+  }
+  T *from = data, *to = work;
+#pragma GCC unroll 4
+  for (int pass = 0; pass < D::passes; ++pass) {
+    uint32_t* const positions = counts[pass];
+    if (positions[D::get(word(from), pass)] == uint32_t(n)) continue;
+    make_positions(positions, D::buckets);
+    for (int i = 0; i < n; ++i) to[positions[D::get(word(from + i), pass)]++] = from[i];
+    T* const sorted = to;
+    to = from;
+    from = sorted;
+  }
+  if (from != data) std::memcpy(data, from, n * sizeof(T));
 }
 
 // The bits of a number as a signed integer that rises in total order.
@@ -116,20 +100,41 @@ void insertion_sort(T* data, int n) {
   }
 }
 
-// Few elements are sorted by insertion; few buckets serve where clearing and summing many would cost more
-// than the passes that they save.
-template <class T>
-void sort(T* data, T* work, int n) {
-  constexpr int insertion_limit = 40, narrow_limit = sizeof(T) == 8 ? 2000 : 500;
-  if (n <= insertion_limit)
+// Few elements are sorted by insertion, by all of their bits. Few buckets serve where clearing and summing
+// many would cost more than the pass that they save. The result: whether all bits have been looked at.
+template <class T, class Word>
+bool sort_word(T* data, T* work, int n, Word word) {
+  constexpr int insertion_limit = 30, narrow_limit = 1500;
+  if (n <= insertion_limit) {
     insertion_sort(data, n);
-  else if (n <= narrow_limit)
-    radix_sort<T, 8>(data, work, n);
+    return true;
+  }
+  if (n <= narrow_limit)
+    sort_digits<8>(data, work, n, word);
   else
-    radix_sort<T, 11>(data, work, n);
+    sort_digits<11>(data, work, n, word);
+  return sizeof(T) == 4;
+}
+
+// Puts the numbers that share their high word in order.
+void sort_runs(double* data, double* work, int n) {
+  const auto high = [=](int i) { return word_at(data + i, 4); };
+  for (int i = 1; i < n; ++i) {
+    const uint32_t word = high(i);
+    if (word != high(i - 1)) continue;
+    double* const run = data + i - 1;
+    while (++i < n && high(i) == word) {
+    }
+    const bool negative = int32_t(word) < 0;
+    sort_word(run, work, int(data + i - run), LowWord{negative ? ~0u : 0u});
+  }
 }
 
 }  // namespace
 
-ORX_API void g9_ulosSortRadixAscend_32f_I(float* data, float* work, int n) { sort(data, work, n); }
-ORX_API void g9_ulosSortRadixAscend_64f_I(double* data, double* work, int n) { sort(data, work, n); }
+ORX_API void g9_ulosSortRadixAscend_32f_I(float* data, float* work, int n) {
+  sort_word(data, work, n, HighWord<float>());
+}
+ORX_API void g9_ulosSortRadixAscend_64f_I(double* data, double* work, int n) {
+  if (!sort_word(data, work, n, HighWord<double>())) sort_runs(data, work, n);
+}

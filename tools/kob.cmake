@@ -1,6 +1,7 @@
 # Words of a generator in a pipe, for test batteries.
 add_executable(raw_words kob/raw_words.cpp)
 target_link_libraries(raw_words PRIVATE orx_g9 orx_serv)
+target_compile_options(raw_words PRIVATE -msse2)
 
 # Programs that find and check the generators' parameter tables. The tables are in the tree, so they are built by
 # name alone, and for x86_64: the search multiplies polynomials over GF(2) without carry, the check of its rows wants

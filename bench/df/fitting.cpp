@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <map>
 #include <random>
 #include <string>
@@ -41,9 +40,9 @@ double counter_rate() {
 
 // Runs `work` again and again and notes the least cycles per element under `name`.
 template <class Work>
-void measure(const char* name, double elements, Work work) {
-  const bool threaded = std::strstr(name, "threads");
-  benchmark::RegisterBenchmark(name,
+void measure(const std::string& name, double elements, Work work) {
+  const bool threaded = name.find("threads") != std::string::npos;
+  benchmark::RegisterBenchmark(name.c_str(),
                                [=](benchmark::State& state) mutable {
                                  const clockid_t clock = threaded ? CLOCK_MONOTONIC : CLOCK_THREAD_CPUTIME_ID;
                                  double best = figures.count(name) ? figures[name] : 1e30;
@@ -80,27 +79,58 @@ std::vector<double> make_grid(size_t n) {
   return x;
 }
 
+int32_t build_linear(DFTask* task, int64_t, int64_t, const ThreadingServices* threads) {
+  return orx_df_kernel_dDFLinearSpline1D(task, 0, 0, 0, threads);
+}
+int32_t build_quadratic(DFTask* task, int64_t, int64_t, const ThreadingServices* threads) {
+  return orx_df_kernel_dDFQuadraticSpline1D(task, 0, 0, 0, threads);
+}
+
+// What the splines are described by, and which function builds them. All inner conditions may be zeros but
+// for the Subbotin spline's, which are its knots.
+struct Kind {
+  const char* name;
+  int64_t order, kind, boundary, inner;
+  int32_t (*build)(DFTask* task, int64_t, int64_t, const ThreadingServices* threads);
+};
+constexpr int64_t kFirsts = ORX_DF_FIRST_LEFT | ORX_DF_FIRST_RIGHT;
+constexpr Kind kLinear = {"linear", 2, ORX_DF_DEFAULT, 0, 0, build_linear};
+constexpr Kind kQuadratic = {"quadratic", 3, ORX_DF_DEFAULT, ORX_DF_QUADRATIC_VALUE, 0, build_quadratic};
+constexpr Kind kSubbotin = {"subbotin", 3, ORX_DF_SUBBOTIN, kFirsts, ORX_DF_KNOTS, build_quadratic};
+constexpr Kind kNatural = {"natural",       4, ORX_DF_NATURAL,
+                           ORX_DF_FREE_END, 0, orx_df_kernel_dDFNaturalCubicSpline1D};
+constexpr Kind kDefault = {"default", 4, ORX_DF_DEFAULT, kFirsts, 1, orx_df_kernel_dDFDefaultCubicSpline1D};
+constexpr Kind kHermite = {"hermite", 4, ORX_DF_HERMITE, kFirsts, 1, orx_df_kernel_dDFHermiteCubicSpline1D};
+constexpr Kind kBessel = {"bessel",        4, ORX_DF_BESSEL,
+                          ORX_DF_FREE_END, 0, orx_df_kernel_dDFBesselCubicSpline1D};
+constexpr Kind kAkima = {"akima", 4, ORX_DF_AKIMA, ORX_DF_FREE_END, 0, orx_df_kernel_dDFAkimaCubicSpline1D};
+
 // Spline of ours and of GSL over the same data.
 struct Pair {
-  Pair(size_t n, size_t count, bool uniform, int64_t kind, const gsl_interp_type* type)
-      : x(make_grid(n)),
+  Pair(size_t n, size_t count, bool uniform, const Kind& spline_kind, const gsl_interp_type* type)
+      : kind(spline_kind),
+        x(make_grid(n)),
         y(uniform_random(n * count, -1, 1, 2)),
-        coeffs(4 * (n - 1) * count),
+        inner(n + 1),
+        coeffs(4 * n * count),
         ends{0, double(n - 1)} {
     if (uniform)
       for (size_t i = 0; i < n; ++i) x[i] = double(i);
+    if (kind.inner & ORX_DF_KNOTS) {
+      inner.front() = x.front(), inner.back() = x.back();
+      for (size_t i = 1; i < n; ++i) inner[i] = (x[i - 1] + x[i]) / 2;
+    }
     orx_df_kernel_dNewTask1D(&task, int64_t(n), uniform ? ends : x.data(), uniform ? 4 : 1, int64_t(count),
                              y.data(), 16, 0);
-    orx_df_kernel_dEditPPSpline1D(task, 4, kind, ORX_DF_FREE_END, nullptr, 0, nullptr, coeffs.data(), 0);
+    orx_df_kernel_dEditPPSpline1D(task, kind.order, kind.kind, kind.boundary, values, kind.inner,
+                                  kind.inner ? inner.data() : nullptr, coeffs.data(), 0);
     gsl = gsl_spline_alloc(type, n);
     accel = gsl_interp_accel_alloc();
-    build(orx_serv_threading_serial());
+    if (const int32_t status = build(orx_serv_threading_serial()))
+      std::printf("%s spline: status %d\n", kind.name, status);
     build_gsl(0);
   }
-  void build(const ThreadingServices* threads, bool akima = false) {
-    (akima ? orx_df_kernel_dDFAkimaCubicSpline1D : orx_df_kernel_dDFNaturalCubicSpline1D)(task, 0, 0,
-                                                                                          threads);
-  }
+  int32_t build(const ThreadingServices* threads) { return kind.build(task, 0, 0, threads); }
   void build_gsl(size_t function) { gsl_spline_init(gsl, x.data(), &y[function * x.size()], x.size()); }
   void evaluate(const std::vector<double>& sites, std::vector<double>& result, int64_t hint,
                 const ThreadingServices* threads, const std::vector<int32_t>& orders = {}) {
@@ -113,8 +143,9 @@ struct Pair {
     for (size_t i = 0; i < sites.size(); ++i) result[i] = gsl_spline_eval(gsl, sites[i], accel);
   }
 
-  std::vector<double> x, y, coeffs;
-  double ends[2];
+  const Kind& kind;
+  std::vector<double> x, y, inner, coeffs;
+  double ends[2], values[2] = {};
   DFTask* task = nullptr;
   gsl_spline* gsl;
   gsl_interp_accel* accel;
@@ -135,14 +166,14 @@ std::vector<int32_t> cells(kMillion);
     static const std::vector<double> sites(__VA_ARGS__); \
     return sites;                                        \
   }
-SPLINE(natural_1e6, kMillion, 1, false, ORX_DF_NATURAL, gsl_interp_cspline)
-SPLINE(akima_1e6, kMillion, 1, false, ORX_DF_AKIMA, gsl_interp_akima)
-SPLINE(hundred, 1000, 100, true, ORX_DF_NATURAL, gsl_interp_cspline)
-SPLINE(points_1e3, 1000, 1, false, ORX_DF_NATURAL, gsl_interp_cspline)
-SPLINE(points_1e4, 10000, 1, false, ORX_DF_NATURAL, gsl_interp_cspline)
-SPLINE(points_1e5, 100000, 1, false, ORX_DF_NATURAL, gsl_interp_cspline)
-SPLINE(uniform_1e3, 1000, 1, true, ORX_DF_NATURAL, gsl_interp_cspline)
-SPLINE(uniform_1e5, 100000, 1, true, ORX_DF_NATURAL, gsl_interp_cspline)
+SPLINE(natural_1e6, kMillion, 1, false, kNatural, gsl_interp_cspline)
+SPLINE(akima_1e6, kMillion, 1, false, kAkima, gsl_interp_akima)
+SPLINE(hundred, 1000, 100, true, kNatural, gsl_interp_cspline)
+SPLINE(points_1e3, 1000, 1, false, kNatural, gsl_interp_cspline)
+SPLINE(points_1e4, 10000, 1, false, kNatural, gsl_interp_cspline)
+SPLINE(points_1e5, 100000, 1, false, kNatural, gsl_interp_cspline)
+SPLINE(uniform_1e3, 1000, 1, true, kNatural, gsl_interp_cspline)
+SPLINE(uniform_1e5, 100000, 1, true, kNatural, gsl_interp_cspline)
 SITES(sorted_1e3, sorted_random(kMillion, 0, 998, 3))
 SITES(random_1e3, uniform_random(kMillion, 0, 998, 5))
 SITES(random_1e4, uniform_random(kMillion, 0.5, 9998, 4))
@@ -161,14 +192,30 @@ const ThreadingServices* threads() { return orx_serv_threading(); }
 void construction() {
   measure("natural 1e6 points", kMillion, [] { natural_1e6().build(serial()); });
   measure("natural 1e6 points gsl", kMillion, [] { natural_1e6().build_gsl(0); });
-  measure("akima 1e6 points", kMillion, [] { akima_1e6().build(serial(), true); });
-  measure("akima 1e6 points 2 threads", kMillion, [] { akima_1e6().build(threads(), true); });
+  measure("akima 1e6 points", kMillion, [] { akima_1e6().build(serial()); });
+  measure("akima 1e6 points 2 threads", kMillion, [] { akima_1e6().build(threads()); });
   measure("akima 1e6 points gsl", kMillion, [] { akima_1e6().build_gsl(0); });
   measure("100 functions uniform 1000 points", 1e5, [] { hundred().build(serial()); });
   measure("100 functions uniform 1000 points 2 threads", 1e5, [] { hundred().build(threads()); });
   measure("100 functions uniform 1000 points gsl", 1e5, [] {
     for (size_t f = 0; f < 100; ++f) hundred().build_gsl(f);
   });
+}
+
+const Kind* const kKinds[] = {&kLinear,  &kQuadratic, &kSubbotin, &kDefault,
+                              &kNatural, &kHermite,   &kBessel,   &kAkima};
+std::string build_name(const Kind& kind) { return std::string("build ") + kind.name + " 1e4 points"; }
+std::string values_name(const Kind& kind) { return std::string("values of ") + kind.name + " 1e4 points"; }
+
+void kinds() {
+  static std::map<const Kind*, Pair> pairs;
+  for (const Kind* kind : kKinds) {
+    const auto pair = [=]() -> Pair& {
+      return pairs.try_emplace(kind, 10000, 1, false, *kind, gsl_interp_linear).first->second;
+    };
+    measure(build_name(*kind), 1e4, [=] { pair().build(serial()); });
+    measure(values_name(*kind), kMillion, [=] { pair().evaluate(random_1e4(), result, 0, serial()); });
+  }
 }
 
 void evaluation() {
@@ -225,17 +272,20 @@ void integration() {
   });
 }
 
-// One line of the table: ours, the peer's, the quotient.
-void row(const std::string& name, const std::string& peer) {
-  if (!figures.count(name) || !figures.count(peer)) return;
-  std::printf("%-46s %10.2f %10.2f %8.2f  (%s)\n", name.c_str(), figures[name], figures[peer],
-              figures[peer] / figures[name], peer.c_str());
+// One line of the table: ours, and the peer with the quotient where there is one.
+void row(const std::string& name, const std::string& peer = {}) {
+  if (!figures.count(name)) return;
+  std::printf("%-46s %10.2f", name.c_str(), figures[name]);
+  if (figures.count(peer))
+    std::printf(" %10.2f %8.2f  (%s)", figures[peer], figures[peer] / figures[name], peer.c_str());
+  std::printf("\n");
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   construction();
+  kinds();
   evaluation();
   search();
   integration();
@@ -249,10 +299,15 @@ int main(int argc, char** argv) {
                                "values random sites 1e4 points",
                                "integrals over ten cells"};
   for (const std::string name : against_gsl) row(name, name + " gsl");
-  row("values random sites uniform 1000 points", "values random sites uniform 1000 points");
+  row("values random sites uniform 1000 points");
+  row("values and slopes sorted sites 1000 points");
   row("search uniform 1e5 points", "search std::upper_bound 1e5 points");
   row("search sorted 1e5 points", "search std::upper_bound 1e5 points");
   row("search hybrid 1e5 points", "search std::upper_bound 1e5 points");
+  for (const Kind* kind : kKinds) {
+    row(build_name(*kind));
+    row(values_name(*kind));
+  }
   const char* threaded[] = {"values sorted sites 1000 points",
                             "values random sites 1e4 points",
                             "values random sites uniform 1000 points",

@@ -13,7 +13,9 @@ extern "C" {
  * The order is IEEE 754 totalOrder, so every bit pattern has its place and the result does not depend on how
  * the data came in: negative NaN, -infinity, negative numbers, -0, +0, positive numbers, +infinity, positive
  * NaN. (The NaN that an invalid operation makes on x86 has its sign bit set: it goes to the front.)
- * Time is linear in n. n below 2 does nothing. */
+ * Time is linear in n: a radix sort by digits of 8 or 11 bits, the least significant one first, over the high
+ * word and then, where doubles share it, over the low one. Few elements are sorted by insertion. n below 2
+ * does nothing. */
 void g9_ulosSortRadixAscend_32f_I(float* data, float* work, int n);
 void g9_ulosSortRadixAscend_64f_I(double* data, double* work, int n);
 

@@ -1,5 +1,6 @@
 // Every builder by what defines its spline: values, continuity, ends, inner derivatives, for all storages,
 // partitions and boundaries; statuses; threads.
+#include "_service/task.hpp"
 #include "fixture.h"
 
 namespace {
@@ -16,14 +17,13 @@ template <class Real, class Test>
 void for_all_forms(int64_t n, int64_t count, Test test) {
   for (const int64_t grid_hint : {0, 2, 4}) {
     const std::vector<Real> points = make_grid<Real>(n, grid_hint == 4 ? 0 : 0.3);
-    const auto grid = grid_hint == 4 ? std::vector<Real>{points.front(), points.back()} : points;
     for (const int64_t func_hint : {0, 32}) {
       std::vector<std::vector<Real>> functions;
       for (int64_t f = 0; f < count; ++f) {
         functions.push_back(random_values<Real>(n, -1, 1, unsigned(7 + f)));
         functions.back().back() = functions.back().front();
       }
-      Spline<Real> spline(grid, grid_hint, n, functions, func_hint);
+      Spline<Real> spline(points, grid_hint, functions, func_hint);
       SCOPED_TRACE(::testing::Message() << "n " << n << " grid " << grid_hint << " storage " << func_hint);
       test(spline, points, functions);
     }
@@ -197,6 +197,13 @@ TYPED_TEST(Builders, Natural) {
           EXPECT_EQ(CountingThreads::counts.size(), n >= 600 && count > 1);
           check_smooth(s, x, y, 2, 300 * kEps<Real>);
           check_ends(s, x, y, kind, true, 300 * kEps<Real>);
+          if (count == 1) return;
+          // Coefficients that do not lie evenly apart.
+          std::vector<Real> apart(size_t(4 * (n - 1)));
+          ASSERT_EQ(Api<Real>::edit_indexed(s.task, ORX_DF_COEFFS, 1, apart.data()), 0);
+          ASSERT_EQ(Api<Real>::natural(s.task, 0, 0, serial()), 0);
+          for (size_t i = 0; i < apart.size(); ++i)
+            ASSERT_NEAR(apart[i], s.cell(1, 0)[i], 300 * kEps<Real>) << i;
         });
       }
   for (const int64_t kind : {2, 12, 64})
@@ -253,7 +260,7 @@ TYPED_TEST(Builders, Local) {
   using Real = TypeParam;
   for (const int64_t kind : {ORX_DF_HERMITE, ORX_DF_BESSEL, ORX_DF_AKIMA})
     for (const int64_t boundary : kBoundaries)
-      for (const int64_t n : {3, 5, 9, 10, 102, 5000}) {
+      for (const int64_t n : {3, 5, 9, 10, 31, 102, 5000}) {
         if (kind == ORX_DF_AKIMA && n < 5) continue;
         for_all_forms<Real>(n, 5, [&](auto& s, const auto& x, const auto& y) {
           SCOPED_TRACE(::testing::Message() << "kind " << kind << " boundary " << boundary);
@@ -279,20 +286,69 @@ TYPED_TEST(Builders, Local) {
       }
 }
 
-TYPED_TEST(Builders, AkimaWithoutConditionAndOnALine) {
+TYPED_TEST(Builders, AkimaWithoutCondition) {
   using Real = TypeParam;
-  Spline<Real> s(make_grid<Real>(12, 0.3), 0, 12, {random_values<Real>(12, -1, 1, 5)});
+  Spline<Real> s(make_grid<Real>(12, 0.3), 0, {random_values<Real>(12, -1, 1, 5)});
   s.describe(4, ORX_DF_AKIMA);
   s.coeffs[1] = Real(0.125);
   ASSERT_EQ(Api<Real>::akima(s.task, 0, 0, serial()), 0);
   EXPECT_EQ(s.coeffs[1], Real(0.125));
   EXPECT_NEAR(double(derivative(s.cell(0, 10), 4, 1, (double)s.x[11] - s.x[10])), s.cell(0, 10)[1],
               100 * kEps<Real>);
-  std::vector<Real> line(12);
-  for (size_t i = 0; i < 12; ++i) line[i] = 3 - 2 * s.x[i];
-  ASSERT_EQ(Api<Real>::edit_pointer(s.task, ORX_DF_FUNCS, line.data()), 0);
-  ASSERT_EQ(Api<Real>::akima(s.task, 0, 0, serial()), 0);
-  for (int64_t i = 1; i < 11; ++i) EXPECT_NEAR(s.cell(0, i)[1], -2, 50 * kEps<Real>);
+}
+
+// The k-th derivative of 1 + x/2 - x^2/8 + x^3/64, cut off behind `degree`.
+double polynomial(int degree, int k, double x) {
+  double c[] = {1, 0.5, -0.125, 0.015625};
+  std::fill(c + degree + 1, c + 4, 0);
+  return double(derivative(c, 4, k, x));
+}
+
+TYPED_TEST(Builders, PolynomialsAreReproduced) {
+  using Real = TypeParam;
+  using A = Api<Real>;
+  const auto linear = [](DFTask* task, int64_t, int64_t, const ThreadingServices* threads) {
+    return A::linear(task, 0, 0, 0, threads);
+  };
+  const auto quadratic = [](DFTask* task, int64_t, int64_t, const ThreadingServices* threads) {
+    return A::quadratic(task, 0, 0, 0, threads);
+  };
+  struct {
+    int32_t (*build)(DFTask*, int64_t, int64_t, const ThreadingServices*);
+    int64_t order, kind;
+    int degree, given;  // which derivative the inner conditions are; 0 for knots in the middle or none
+    int64_t boundary;
+  } const rows[] = {{linear, 2, 0, 1, 0, 0},
+                    {quadratic, 3, 0, 2, 0, ORX_DF_QUADRATIC_VALUE},
+                    {quadratic, 3, ORX_DF_SUBBOTIN, 2, 0, 12},
+                    {A::natural, 4, ORX_DF_NATURAL, 3, 0, 12},
+                    {A::natural, 4, ORX_DF_NATURAL, 3, 0, 48},
+                    {A::standard, 4, ORX_DF_DEFAULT, 3, 2, 36},
+                    {A::hermite, 4, ORX_DF_HERMITE, 3, 1, 24},
+                    {A::bessel, 4, ORX_DF_BESSEL, 2, 0, 48},
+                    {A::akima, 4, ORX_DF_AKIMA, 1, 0, 12}};
+  const int64_t n = 40;
+  for (const auto& row : rows)
+    for (const bool uniform : {false, true}) {
+      SCOPED_TRACE(::testing::Message() << row.order << ' ' << row.kind << ' ' << row.boundary << uniform);
+      const auto points = make_grid<Real>(n, uniform ? 0 : 0.3);
+      std::vector<Real> x, y, inner;
+      for (const Real point : points) x.push_back((point - 20) / 4);
+      const auto p = [&](int k, double at) { return Real(polynomial(row.degree, k, at)); };
+      for (const Real at : x) y.push_back(p(0, at));
+      for (int64_t i = 1; row.given && i + 1 < n; ++i) inner.push_back(p(row.given, x[size_t(i)]));
+      Spline<Real> s(x, uniform ? 4 : 1, {y});
+      std::vector<Real> ends = {p(row.boundary & 4 ? 1 : 2, x[0]), p(row.boundary & 8 ? 1 : 2, x.back())};
+      if (row.order == 3 && row.kind == 0) ends[0] = p(0, (x[0] + x[1]) / 2);
+      s.describe(row.order, row.kind, row.boundary, ends, row.given, inner);
+      if (row.kind == ORX_DF_SUBBOTIN) orx_df_kernel_iEditVal(s.task, ORX_DF_INT_COND_KIND, ORX_DF_KNOTS);
+      ASSERT_EQ(row.build(s.task, 0, 0, serial()), 0);
+      for (int64_t i = 0; i < s.cells; ++i)
+        for (int k = 0; k < row.order; ++k)
+          ASSERT_NEAR(double(derivative(s.cell(0, i), row.order, k, 0)), p(k, x[size_t(i)]),
+                      20000 * kEps<Real>)
+              << i << ' ' << k;
+    }
 }
 
 TYPED_TEST(Builders, Statuses) {
@@ -301,7 +357,7 @@ TYPED_TEST(Builders, Statuses) {
   const auto edit = [](Spline<Real>& s, int64_t parameter, int64_t value) {
     ASSERT_EQ(orx_df_kernel_iEditVal(s.task, parameter, value), 0);
   };
-  Spline<Real> s(make_grid<Real>(8, 0.3), 0, 8, {{1, 2, 3, 4, 5, 6, 7, Real(1.0000002)}});
+  Spline<Real> s(make_grid<Real>(8, 0.3), 0, {{1, 2, 3, 4, 5, 6, 7, Real(1.0000002)}});
   const auto cubics = {A::natural, A::standard, A::hermite, A::bessel, A::akima};
   for (const auto build : cubics) {
     const bool akima = build == A::akima;
@@ -341,25 +397,47 @@ TYPED_TEST(Builders, Statuses) {
   }
   edit(s, ORX_DF_BND_COND_KIND, 48);
   EXPECT_EQ(quadratic(), ORX_DF_ERROR_BND_CONDS);
+
+  // A storage hint that no editor lets in.
+  orx::df::Task<Real>::of(s.task)->funcHint = 64;
+  for (const auto build : cubics) EXPECT_EQ(build(s.task, 0, 0, serial()), ORX_DF_ERROR_FUNC_HINT);
+  EXPECT_EQ(A::linear(s.task, 0, 0, 0, serial()), ORX_DF_ERROR_FUNC_HINT);
+  EXPECT_EQ(quadratic(), ORX_DF_ERROR_FUNC_HINT);
 }
 
-// Runs `call` with its k-th allocation failing, for every k that it reaches: the status tells, and nothing is
-// lost.
-template <class Call>
-void fail_each_allocation(int expected, Call call) {
-  const long before = orx_serv_live_blocks();
-  int failures = 0;
-  for (long k = 1;; ++k) {
-    orx_serv_fail_allocation(k);
-    const int32_t status = call();
-    const bool failed = status != 0;
-    orx_serv_fail_allocation(0);
-    EXPECT_EQ(orx_serv_live_blocks(), before) << k;
-    if (!failed) break;
-    EXPECT_EQ(status, ORX_DF_ERROR_MEMORY);
-    ASSERT_LT(++failures, 10);
+// Knots that do not lie one between each two breakpoints; equal breakpoints; values that do not close, found
+// by a worker.
+TYPED_TEST(Builders, ErrorsThatLeaveABlock) {
+  using Real = TypeParam;
+  using A = Api<Real>;
+  const std::vector<Real> good = {0, Real(0.5), Real(1.5), Real(2.5), 3};
+  Spline<Real> s({0, 1, 2, 3}, 1, {{1, 2, 3, 4}});
+  const auto subbotin = [&](int64_t int_kind, const std::vector<Real>& knots) {
+    s.describe(3, ORX_DF_SUBBOTIN, 12, {0, 0}, int_kind, knots);
+    return A::quadratic(s.task, 0, 0, 0, serial());
+  };
+  EXPECT_EQ(subbotin(ORX_DF_KNOTS, good), 0);
+  const std::pair<size_t, Real> bad[] = {{0, Real(0.25)}, {4, Real(3.5)}, {2, 1}, {2, 2}, {2, Real(0.75)}};
+  for (const auto& [place, value] : bad) {
+    auto knots = good;
+    knots[place] = value;
+    EXPECT_TRUE(leaves_a_block(ORX_DF_ERROR_INT_CONDS, [&] { return subbotin(ORX_DF_KNOTS, knots); }));
   }
-  EXPECT_EQ(failures, expected);
+  for (const auto& ends : {std::vector<Real>{0, Real(2.5)}, {Real(0.5), 3}, {1, Real(2.5)}})
+    EXPECT_TRUE(leaves_a_block(ORX_DF_ERROR_INT_CONDS,
+                               [&] { return subbotin(ORX_DF_KNOTS | ORX_DF_UNIFORM_KNOTS, ends); }));
+  for (const size_t count : {1u, 2u}) {
+    Spline<Real> equal({0, 1, 1, 2}, 1, std::vector<std::vector<Real>>(count, {1, 2, 3, 4}));
+    equal.describe(4, ORX_DF_NATURAL, ORX_DF_NOT_A_KNOT);
+    EXPECT_TRUE(
+        leaves_a_block(ORX_DF_ERROR_SINGULAR, [&] { return A::natural(equal.task, 0, 0, serial()); }));
+  }
+  std::vector<std::vector<Real>> y(2, std::vector<Real>(600, 1));
+  y[1].back() = 2;
+  Spline<Real> open(make_grid<Real>(600, 0.3), 1, y);
+  open.describe(4, ORX_DF_NATURAL, ORX_DF_PERIODIC);
+  EXPECT_TRUE(leaves_a_block(ORX_DF_ERROR_NOT_PERIODIC,
+                             [&] { return A::natural(open.task, 0, 0, CountingThreads::with(2)); }));
 }
 
 TYPED_TEST(Builders, EachAllocationFailing) {
@@ -367,7 +445,7 @@ TYPED_TEST(Builders, EachAllocationFailing) {
   using A = Api<Real>;
   const int64_t n = 5000;
   std::vector<std::vector<Real>> y(3, random_values<Real>(n, -1, 1, 1));
-  Spline<Real> s(make_grid<Real>(n, 0.3), 0, n, y);
+  Spline<Real> s(make_grid<Real>(n, 0.3), 0, y);
   const auto threads = CountingThreads::with(2);
   s.describe(4, 2, 2);
   fail_each_allocation(2, [&] { return A::natural(s.task, 0, 0, threads); });

@@ -23,7 +23,7 @@ TEST_P(BesideGsl, ValuesDerivativesIntegrals) {
     gsl_interp_accel* accel = gsl_interp_accel_alloc();
     ASSERT_EQ(gsl_spline_init(gsl, x.data(), y.data(), n), 0);
 
-    Spline<double> s(x, 1, int64_t(n), {y});
+    Spline<double> s(x, 1, {y});
     // GSL's Akima spline goes on beyond its ends; its derivatives there stand for ours.
     std::vector<double> ends;
     if (peer.kind == ORX_DF_AKIMA)

@@ -66,8 +66,7 @@ TYPED_TEST(Integration, AllKinds) {
       for (const int64_t n : {1, 100, 255, 256, 1500}) {
         SCOPED_TRACE(::testing::Message() << order << ' ' << kind << " grid " << grid_hint << " n " << n);
         const auto x = make_grid<Real>(nx, grid_hint == 4 ? 0 : 0.3);
-        Spline<Real> s(grid_hint == 4 ? std::vector<Real>{x[0], x.back()} : x, grid_hint, nx,
-                       {random_values<Real>(nx, -1, 1, 4), random_values<Real>(nx, -1, 1, 5)});
+        Spline<Real> s(x, grid_hint, {random_values<Real>(nx, -1, 1, 4), random_values<Real>(nx, -1, 1, 5)});
         s.describe(order, kind);
         if (order) {
           s.coeffs = random_values<Real>(int64_t(s.coeffs.size()), -1, 1, 9);
@@ -133,7 +132,7 @@ int32_t note(const int64_t* count, const int64_t* lower_cell, const Real* lower,
 TYPED_TEST(Integration, CallBacks) {
   using Real = TypeParam;
   const std::vector<Real> x = {0, 1, 2, 3};
-  Spline<Real> s(x, 0, 4, {{1, 1, 1, 1}});
+  Spline<Real> s(x, 0, {{1, 1, 1, 1}});
   s.describe(2, 0);
   ASSERT_EQ(Api<Real>::linear(s.task, 0, 0, 0, serial()), 0);
   std::vector<Call> calls;
@@ -177,7 +176,7 @@ TYPED_TEST(Integration, CallBacks) {
 TYPED_TEST(Integration, Statuses) {
   using Real = TypeParam;
   const auto x = make_grid<Real>(20, 0.3);
-  Spline<Real> s(x, 0, 20, {std::vector<Real>(20), std::vector<Real>(20)}, ORX_DF_FIRST_ONLY);
+  Spline<Real> s(x, 0, {std::vector<Real>(20), std::vector<Real>(20)}, ORX_DF_FIRST_ONLY);
   const auto status = [&](int64_t hint, const Real* left_data, const Real* right_data, int64_t right_hint) {
     const Real a = 1, b = 2;
     Real result[2];

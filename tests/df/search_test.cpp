@@ -73,7 +73,7 @@ TYPED_TEST(Searches, AllMethodsCountBreakpoints) {
       if (x.size() > 1000 && n > 1500) continue;
       for (auto [name, sites] : all_sites(x, n)) {
         SCOPED_TRACE(::testing::Message() << name << " grid " << x.size() << " sites " << n);
-        Spline<Real> s(x, 1, int64_t(x.size()), {});
+        Spline<Real> s(x, 1, {});
         std::vector<int32_t> expected(n);
         const auto count = [&] {
           for (size_t i = 0; i < n; ++i) expected[i] = int32_t(count_cells(x, sites[i]));
@@ -104,13 +104,14 @@ TYPED_TEST(Searches, UniformGrid) {
   using Real = TypeParam;
   for (const int64_t nx : {2, 3, 100, 5000})
     for (const size_t n : {5u, 31u, 64u, 6001u}) {
-      const std::vector<Real> ends = {Real(-1.7), Real(2.9)};
-      Spline<Real> s(ends, 4, nx, {});
-      const long double step = ((long double)ends[1] - ends[0]) / (long double)(nx - 1);
+      std::vector<Real> ends(size_t(nx), Real(2.9));
+      ends[0] = Real(-1.7);
+      Spline<Real> s(ends, 4, {});
+      const long double step = ((long double)ends.back() - ends[0]) / (long double)(nx - 1);
       auto sites = random_values<Real>(int64_t(n), -2, 3.2, 8);
       const Real infinity = std::numeric_limits<Real>::infinity();
-      const Real special[] = {ends[0], ends[1], std::nextafter(ends[0], -infinity),
-                              std::nextafter(ends[1], -infinity), infinity};
+      const Real special[] = {ends[0], ends.back(), std::nextafter(ends[0], -infinity),
+                              std::nextafter(ends.back(), -infinity), infinity};
       std::copy(special, special + 5, sites.begin());
       const auto cells = search(s, sites, 0, (const Real*)nullptr, CountingThreads::with(2));
       EXPECT_EQ(std::vector<int32_t>(cells.begin(), cells.begin() + 5),
@@ -130,7 +131,7 @@ TYPED_TEST(Searches, UniformGrid) {
 TYPED_TEST(Searches, WideCellsUniformSitesAndThreads) {
   using Real = TypeParam;
   const auto x = make_grid<Real>(300, 0.3);
-  Spline<Real> wide(x, 0, 300, {}, 0, 1), narrow(x, 0, 300, {});
+  Spline<Real> wide(x, 0, {}, 0, 1), narrow(x, 0, {});
   const Real ends[2] = {Real(-3.5), Real(310)};
   for (const int64_t n : {1, 20, 31, 32, 4096}) {
     std::vector<Real> sites(static_cast<size_t>(n));
@@ -147,16 +148,20 @@ TYPED_TEST(Searches, WideCellsUniformSitesAndThreads) {
     EXPECT_TRUE(std::equal(cells.begin(), cells.end(), expected.begin()));
   }
   std::vector<int64_t> cells(4097);
+  const auto many = [&] {
+    return Api<Real>::search(wide.task, 0, 4097, ends, 4, nullptr, cells.data(), nullptr, nullptr, serial());
+  };
   orx_serv_fail_allocation(1);
-  EXPECT_EQ(Api<Real>::search(wide.task, 0, 4097, ends, 4, nullptr, cells.data(), nullptr, nullptr, serial()),
-            ORX_DF_ERROR_MEMORY);
+  EXPECT_EQ(many(), ORX_DF_ERROR_MEMORY);
   orx_serv_fail_allocation(0);
+  EXPECT_TRUE(leaves_a_block(0, many));
+  EXPECT_EQ(cells[4095], 300);
   EXPECT_EQ(Api<Real>::search(wide.task, 0, 0, ends, 4, nullptr, nullptr, nullptr, nullptr, serial()), 0);
 }
 
 TYPED_TEST(Searches, DataHints) {
   using Real = TypeParam;
-  Spline<Real> s(make_grid<Real>(50, 0.3), 0, 50, {});
+  Spline<Real> s(make_grid<Real>(50, 0.3), 0, {});
   const Real site = 3;
   int32_t cell;
   const auto status = [&](Real knowledge, Real likely) {
@@ -194,8 +199,7 @@ TYPED_TEST(Searches, CallBacks) {
   const auto x = make_grid<Real>(60, 0);
   const auto sites = random_values<Real>(300, -3, 63, 4);
   for (const int64_t grid_hint : {0, 4}) {
-    const auto grid = grid_hint == 4 ? std::vector<Real>{x[0], x.back()} : x;
-    Spline<Real> s(grid, grid_hint, 60, {});
+    Spline<Real> s(x, grid_hint, {});
     for (const int64_t guess : {-5, 0, 1, 30, 60, 1000})
       for (const bool final : {false, true})
         for (const int32_t status : {0, 5, 1000, -9}) {

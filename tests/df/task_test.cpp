@@ -34,13 +34,8 @@ TYPED_TEST(Tasks, Construction) {
   for (const int64_t hint : {0, 16, 32, 128}) {
     ASSERT_EQ(make(3, x, 2, 5, y, hint), 0);
     const auto* t = Task<Real>::of(task);
-    EXPECT_EQ(t->ilp64Flag, 7);
-    EXPECT_EQ(t->taskMark, 4u);
-    EXPECT_EQ(t->isDouble, sizeof(Real) == 8);
-    EXPECT_EQ(t->taskDim, 1);
-    EXPECT_EQ(t->gridSize, 3);
-    EXPECT_EQ(t->gridHint, 2);
-    EXPECT_EQ(t->funcHint, hint);
+    EXPECT_TRUE(t->ilp64Flag == 7 && t->taskMark == 4 && t->isDouble == (sizeof(Real) == 8) &&
+                t->taskDim == 1 && t->gridSize == 3 && t->gridHint == 2 && t->funcHint == hint);
     EXPECT_EQ(t->funcs[0], y);
     if (hint != 32) {  // values in columns have a single pointer
       EXPECT_EQ(t->funcs[4], hint == 128 ? nullptr : y + 12);
@@ -86,7 +81,7 @@ TYPED_TEST(Tasks, CellTable) {
 TYPED_TEST(Tasks, EditSpline) {
   using Real = TypeParam;
   const auto edit = Api<Real>::edit_spline;
-  Spline<Real> s(make_grid<Real>(10, 0.2), 0, 10, {std::vector<Real>(10), std::vector<Real>(10)});
+  Spline<Real> s(make_grid<Real>(10, 0.2), 0, {std::vector<Real>(10), std::vector<Real>(10)});
   const auto* t = Task<Real>::of(s.task);
   Real c[100], v[10] = {};
   EXPECT_EQ(edit(nullptr, -1, 0, 0, v, 0, v, c, 0), ORX_DF_ERROR_TASK);
@@ -109,14 +104,15 @@ TYPED_TEST(Tasks, EditSpline) {
   EXPECT_EQ(edit(s.task, 3, 0, 0, nullptr, 0, nullptr, c, 128), 0);
   EXPECT_EQ(t->coeffs[1], nullptr);
 
-  Spline<Real> none(make_grid<Real>(10, 0.2), 0, 10, {});
-  EXPECT_EQ(Task<Real>::of(none.task)->funcs, nullptr);
+  Spline<Real> none(make_grid<Real>(10, 0.2), 0, {});
+  EXPECT_EQ(edit(none.task, 3, 0, 0, nullptr, 0, nullptr, c, 0), ORX_DF_ERROR_FUNC_COUNT);
+  EXPECT_EQ(Api<Real>::edit_pointer(none.task, ORX_DF_COEFFS, c), ORX_DF_ERROR_FUNC_COUNT);
 }
 
 TYPED_TEST(Tasks, EditPointers) {
   using Real = TypeParam;
   using A = Api<Real>;
-  Spline<Real> s(make_grid<Real>(10, 0.2), 0, 10, {std::vector<Real>(10), std::vector<Real>(10)});
+  Spline<Real> s(make_grid<Real>(10, 0.2), 0, {std::vector<Real>(10), std::vector<Real>(10)});
   auto* t = Task<Real>::of(s.task);
   Real other[40] = {};
   const int32_t null_errors[] = {-1019, -1005, -1008, -1013, -1015, -1016, -1019};
@@ -152,7 +148,7 @@ TYPED_TEST(Tasks, EditPointers) {
 
 TYPED_TEST(Tasks, EditValues) {
   using Real = TypeParam;
-  Spline<Real> s(make_grid<Real>(10, 0.2), 0, 10, {std::vector<Real>(10)});
+  Spline<Real> s(make_grid<Real>(10, 0.2), 0, {std::vector<Real>(10)});
   struct Row {
     int64_t id;
     std::vector<int64_t> good, bad;
@@ -193,7 +189,7 @@ TYPED_TEST(Tasks, EachAllocationFailing) {
     EXPECT_EQ(orx_df_kernel_DeleteTask(&task), k == 1 ? ORX_DF_ERROR_TASK : 0);
     EXPECT_EQ(orx_serv_live_blocks(), before);
   }
-  Spline<Real> s({0, 1, 2}, 0, 3, {{1, 2, 3}});
+  Spline<Real> s({0, 1, 2}, 0, {{1, 2, 3}});
   s.describe(2, 0);
   orx_serv_fail_allocation(1);
   EXPECT_EQ(Api<Real>::edit_spline(s.task, 2, 0, 0, nullptr, 0, nullptr, c, 0), ORX_DF_ERROR_MEMORY);

@@ -50,7 +50,7 @@ struct RadixSort : testing::Test {
 using Reals = testing::Types<float, double>;
 TYPED_TEST_SUITE(RadixSort, Reals);
 
-const std::vector<int> sizes = {0, 1, 2, 3, 39, 40, 41, 200, 499, 500, 501, 1999, 2000, 2001, 2500, 70000};
+const std::vector<int> sizes = {0, 1, 2, 3, 29, 30, 31, 32, 200, 1499, 1500, 1501, 2500, 70000};
 
 TYPED_TEST(RadixSort, AnyBitPatterns) {
   std::mt19937_64 random(1);
@@ -76,6 +76,10 @@ TYPED_TEST(RadixSort, KindsOfData) {
                        -std::numeric_limits<T>::min(),
                        std::numeric_limits<T>::max(),
                        1};
+  const auto close_numbers = [&](int high_words) {
+    const double x = 1 + std::ldexp(random() % high_words, -20) + std::ldexp(random() >> 32, -52);
+    return T(random() % 2 ? x : -x);
+  };
   const std::function<T(int)> kinds[] = {
       [&](int) { return T(normal(random)); },
       [&](int) { return T(random() % 10); },   // many digits shared by all
@@ -85,6 +89,8 @@ TYPED_TEST(RadixSort, KindsOfData) {
       [&](int i) { return T(-i); },            // reversed
       [&](int) { return special[random() % 10]; },
       [&](int i) { return T(std::ldexp(normal(random), i % 60 - 30)); },
+      [&](int) { return close_numbers(3); },  // few high words: long runs that differ in the low ones
+      [&](int) { return close_numbers(200); },
   };
   for (const auto& kind : kinds) {
     for (const int n : sizes) {

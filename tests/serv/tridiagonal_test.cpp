@@ -7,6 +7,9 @@
 
 #include "orx/serv.h"
 
+extern "C" void dgtsv_(const int* n, const int* nrhs, double* dl, double* d, double* du, double* b,
+                       const int* ldb, int* info);
+
 namespace {
 
 template <class T>
@@ -62,33 +65,16 @@ struct System {
   }
 };
 
-// Gaussian elimination with row exchanges on the full matrix.
+// One column by LAPACK, which exchanges rows, in double.
 template <class T>
-std::vector<long double> dense_solution(const System<T>& s, bool transposed, int column) {
-  const int n = s.n;
-  std::vector<std::vector<long double>> a(n, std::vector<long double>(n + 1));
-  for (int i = 0; i < n; ++i) {
-    a[i][i] = s.d[i];
-    if (i > 0) a[i][i - 1] = (transposed ? s.du : s.dl)[i - 1];
-    if (i < n - 1) a[i][i + 1] = (transposed ? s.dl : s.du)[i];
-    a[i][n] = s.b[i + size_t(column) * s.ldb];
-  }
-  for (int k = 0; k < n; ++k) {
-    int best = k;
-    for (int i = k + 1; i < n; ++i)
-      if (std::fabs(a[i][k]) > std::fabs(a[best][k])) best = i;
-    std::swap(a[k], a[best]);
-    for (int i = k + 1; i < n; ++i) {
-      const long double factor = a[i][k] / a[k][k];
-      for (int j = k; j <= n && factor != 0; ++j) a[i][j] -= factor * a[k][j];
-    }
-  }
-  std::vector<long double> x(n);
-  for (int i = n - 1; i >= 0; --i) {
-    x[i] = a[i][n];
-    for (int j = i + 1; j < n; ++j) x[i] -= a[i][j] * x[j];
-    x[i] /= a[i][i];
-  }
+std::vector<double> lapack_solution(const System<T>& s, bool transposed, int column) {
+  std::vector<double> dl(s.dl.begin(), s.dl.end()), d(s.d.begin(), s.d.end()), du(s.du.begin(), s.du.end());
+  const auto first = s.b.begin() + column * s.ldb;
+  std::vector<double> x(first, first + s.n);
+  if (transposed) dl.swap(du);
+  int one = 1, info = -99;
+  dgtsv_(&s.n, &one, dl.data(), d.data(), du.data(), x.data(), &s.n, &info);
+  EXPECT_EQ(info, 0);
   return x;
 }
 
@@ -96,7 +82,7 @@ std::vector<long double> dense_solution(const System<T>& s, bool transposed, int
 template <class T>
 void expect_solved(const System<T>& s, bool transposed, const std::vector<T>& x) {
   for (int k = 0; k < s.nrhs; ++k) {
-    const auto reference = dense_solution(s, transposed, k);
+    const auto reference = lapack_solution(s, transposed, k);
     for (int i = 0; i < s.n; ++i)
       EXPECT_NEAR(x[i + size_t(k) * s.ldb], T(reference[i]), 40 * std::numeric_limits<T>::epsilon())
           << i << ',' << k;
@@ -114,7 +100,7 @@ TYPED_TEST_SUITE(Tridiagonal, Types);
 
 }  // namespace
 
-TYPED_TEST(Tridiagonal, SolvesAsTheDenseReference) {
+TYPED_TEST(Tridiagonal, SolvesAsLapackDoes) {
   for (int n : {1, 2, 3, 4, 5, 6, 7, 8, 33, 34, 100})
     for (int nrhs : {1, 2, 3, 4, 5, 8, 11}) {
       SCOPED_TRACE(testing::Message() << "n " << n << ", right sides " << nrhs);

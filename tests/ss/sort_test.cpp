@@ -1,6 +1,7 @@
 // Quicksort and quickselect against the standard library, on orders that make simple versions quadratic.
 #include <cmath>
 
+#include "orders.hpp"
 #include "ss_test.hpp"
 
 namespace {
@@ -16,19 +17,12 @@ std::vector<double> median_killer(int n) {
 }
 
 std::vector<std::vector<double>> orders(int n) {
-  std::mt19937_64 random(3);
-  std::normal_distribution<double> normal;
-  std::vector<std::vector<double>> result(8, std::vector<double>(n));
-  for (int i = 0; i < n; ++i) {
-    result[0][i] = normal(random);
-    result[1][i] = i;
-    result[2][i] = -i;
-    result[3][i] = 5;
-    result[4][i] = double(random() % 3);
-    result[5][i] = std::min(i, n - i);
-    result[6][i] = i % 17;
+  std::vector<std::vector<double>> result = {median_killer(n)};
+  for (const auto& data : data_orders) {
+    std::vector<double> x(n);
+    for (int i = 0; i < n; ++i) x[i] = data.value(i, n);
+    result.push_back(x);
   }
-  result[7] = median_killer(n);
   return result;
 }
 

@@ -87,6 +87,10 @@ struct Task {
       : p(p_), n(n_), storage(storage_), x(std::move(data)) {
     EXPECT_EQ(Api<T>::new_task(&task, &p, &n, &storage, x.data(), weights, indices, 0), KOB_SS_OK);
   }
+  // Of which nothing but the dimension is told.
+  explicit Task(int p_) : p(p_), n(0), storage(0) {
+    EXPECT_EQ(Api<T>::new_task(&task, &p, nullptr, nullptr, nullptr, nullptr, nullptr, 0), KOB_SS_OK);
+  }
   ~Task() { __kobSSDeleteTask(&task); }
   Task(const Task&) = delete;
   Task& operator=(const Task&) = delete;
@@ -94,6 +98,26 @@ struct Task {
   void set(int id, const T* array) { EXPECT_EQ(Api<T>::edit(task, id, array), KOB_SS_OK) << id; }
   void set(int id, const int* integers) { EXPECT_EQ(__kobiSSEditTask(task, id, integers), KOB_SS_OK) << id; }
 };
+
+// What a computation lacks: the status that tells so, and the parameter that mends it.
+template <class T>
+struct Lack {
+  int status, id;
+  const T* array = nullptr;
+  const int* integers = nullptr;
+
+  Lack(int s, int i, const T* a) : status(s), id(i), array(a) {}
+  Lack(int s, int i, const int* a) : status(s), id(i), integers(a) {}
+};
+
+// Mends one lack after the other, each being told before the next.
+template <class T>
+void mend(Task<T>& t, const std::function<int()>& call, const std::vector<Lack<T>>& lacks) {
+  for (const Lack<T>& lack : lacks) {
+    EXPECT_EQ(call(), lack.status) << "before parameter " << lack.id;
+    lack.array ? t.set(lack.id, lack.array) : t.set(lack.id, lack.integers);
+  }
+}
 
 // ---- data ----
 

@@ -1,7 +1,11 @@
 // Tasks and editors: every parameter lands where the computations read it, every status is told.
 #include <cmath>
+#include <cstring>
 #include <map>
+#include <tuple>
+#include <type_traits>
 
+#include "../../kob/_src/kob_kernel/_service/ss_task.hpp"
 #include "mp.hpp"
 #include "ss_test.hpp"
 
@@ -101,14 +105,76 @@ TYPED_TEST(TaskTest, SpecialEditorsLeaveOutWhatIsNull) {
   using T = TypeParam;
   Task<T> t(1, 2, KOB_SS_ROWS, {3, 5});
   T mean = 0, other = 0, raw2 = 0;
-  EXPECT_EQ(Api<T>::edit_moments(nullptr, &mean, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
-            -4031);
   EXPECT_EQ(Api<T>::edit_moments(t.task, &mean, nullptr, &raw2, nullptr, nullptr, nullptr, nullptr), 0);
   EXPECT_EQ(Api<T>::edit_moments(t.task, nullptr, &other, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
   EXPECT_EQ(Api<T>::basic(t.task, KOB_SS_MEAN | KOB_SS_RAW_MOMENT_2, KOB_SS_FAST, Threads::table(1)), 0);
   EXPECT_EQ(mean, T(4));
   EXPECT_EQ(other, T(17));
   EXPECT_EQ(raw2, T(0));
+}
+
+// An editor sets the fields that the generic editors set by these numbers, and no others.
+template <class... Array>
+void check_editor(int (*editor)(SSTask*, Array...), const std::vector<int>& ids) {
+  ASSERT_EQ(ids.size(), sizeof...(Array));
+  using T = std::conditional_t<(std::is_same_v<std::decay_t<Array>, float*> || ...) ||
+                                   (std::is_same_v<std::decay_t<Array>, const float*> || ...),
+                               float, double>;
+  static double places[16];
+  Task<T> special(1), generic(1);
+  int k = 0;
+  const auto next = [&] { return reinterpret_cast<T*>(&places[k++]); };
+  EXPECT_EQ(std::apply(editor, std::tuple<SSTask*, Array...>{special.task, static_cast<Array>(next())...}),
+            0);
+  for (size_t i = 0; i < ids.size(); ++i)
+    if (__kobiSSEditTask(generic.task, ids[i], &places[i]) == -3)
+      generic.set(ids[i], reinterpret_cast<const T*>(&places[i]));
+  generic.task->dimension = special.task->dimension;
+  EXPECT_EQ(std::memcmp(special.task, generic.task, sizeof(SSTask)), 0) << "from parameter " << ids[0];
+  EXPECT_EQ(editor(nullptr, static_cast<Array>(nullptr)...), -4031);
+}
+
+TEST(SpecialEditors, SetTheirParameters) {
+#define BOTH(editor, ...)                            \
+  check_editor(__kobdSSEdit##editor, {__VA_ARGS__}); \
+  check_editor(__kobsSSEdit##editor, {__VA_ARGS__})
+  BOTH(Moments, 7, 8, 9, 10, 11, 12, 13);
+  BOTH(CovCor, 7, 19, 20, 21, 22);
+  BOTH(PartialCovCor, 45, 19, 20, 21, 22, 46, 47, 48, 49);
+  BOTH(PooledCovariance, 28, 30, 31, 32, 33, 35);
+  BOTH(Quantiles, 24, 25, 26, 27, 44);
+  BOTH(StreamQuantiles, 64, 65, 66, 62, 63);
+  BOTH(MissingVals, 50, 51, 52, 53, 58, 59, 54, 55, 56, 57);
+  BOTH(OutDetect, 41, 42, 43);
+  BOTH(RCov, 36, 37, 38, 39, 40);
+  BOTH(MtxParametrz, 21, 22, 60, 61);
+#undef BOTH
+}
+
+TYPED_TEST(TaskTest, ComputationsCheckTheirData) {
+  using T = TypeParam;
+  const T x[2] = {1, 2};
+  for (const auto compute : {Api<T>::basic, Api<T>::quantiles, Api<T>::pooled, Api<T>::minmax}) {
+    Task<T> t(1);
+    const auto call = [&] { return compute(t.task, KOB_SS_MEAN, KOB_SS_ONE_PASS, Threads::table(1)); };
+    mend<T>(t, call, {{-4044, KOB_SS_ID_OBSERVATION_STORAGE, &t.storage}});
+    t.storage = 0x30;
+    EXPECT_EQ(call(), -4003);
+    t.storage = KOB_SS_ROWS;
+    t.p = 0;
+    EXPECT_EQ(call(), -4001);
+    t.p = 1;
+    mend<T>(t, call, {{-4002, KOB_SS_ID_OBSERVATION_COUNT, &t.n}});
+    t.n = -1;
+    EXPECT_EQ(call(), -4002);
+    t.n = 2;
+    mend<T>(t, call, {{-4032, KOB_SS_ID_OBSERVATIONS, x}});
+    EXPECT_NE(call(), -4032);
+    t.n = 0;
+    const bool needs_data = compute == Api<T>::quantiles || compute == Api<T>::pooled;
+    EXPECT_EQ(call() == -4002, needs_data);
+    EXPECT_EQ(compute(nullptr, KOB_SS_MEAN, KOB_SS_ONE_PASS, Threads::table(1)), -4031);
+  }
 }
 
 TEST(Scalar, LogarithmAndRoot) {

@@ -2,7 +2,7 @@
 // slopes around it, so that strips of eight cells are independent of each other. The builders differ in their
 // Rule:
 //   kReach      how many cells beyond a strip its derivatives and ends look at, on either side
-//   kRow<G>     the length of a worker's scratch row
+//   kRowUnit    a worker's scratch row is 3 of these long on a uniform grid, else 5; 1 more for columns
 //   inner(v)    the derivative at an inner breakpoint, of what the View v shows
 // and in what a periodic end is. ORX_DF_LOCAL_FAMILY makes a builder's variants of its Rule.
 #pragma once
@@ -80,31 +80,32 @@ struct EndRules {
   static void not_set(const Args&) {}
 };
 
-// What a rule sees from inner breakpoint i = first + k of a strip: slopes and widths of the cells around it,
-// m(0) and h(0) being those of the cell to its right. T is a Real, or a vector that holds k, k + 1, ...
+// What a rule sees from inner breakpoint i: slopes and widths of the cells around it, m(0) and h(0) being
+// those of the cell to its right. T is a Real, or a vector that holds what i, i + 1, ... see.
 template <class T, class Real, Partition G>
 struct View {
   using Number = T;
   static constexpr bool kUniform = G == UniformGrid;
-  const Real *slopes, *widths;
+  const T *slopes, *widths;
   const Task<Real>* task;
-  Index first, k;
+  Index i;
 
-  T m(int j) const { return read<T>(slopes + k + j); }
-  T h(int j) const { return read<T>(widths + k + j); }
-  T given() const { return read<T>(task->intConds + first + k - 1); }
+  T m(int j) const { return slopes[j]; }
+  T h(int j) const { return widths[j]; }
+  T given() const { return read<T>(task->intConds + i - 1); }
   // The breakpoints next to the ends; vectors stay out of their reach.
-  bool second() const { return sizeof(T) == sizeof(Real) && first + k == 1; }
-  bool last_but_one() const { return sizeof(T) == sizeof(Real) && first + k == task->size() - 2; }
+  bool second() const { return sizeof(T) == sizeof(Real) && i == 1; }
+  bool last_but_one() const { return sizeof(T) == sizeof(Real) && i == task->size() - 2; }
 };
 
-// Strips of one function go from left to right through windows in the worker's scratch row, counted from the
-// strip's first cell: slopes m and, on a non-uniform grid, widths h from -kReach to kStrip + kReach - 1,
-// derivatives d from 0 to kStrip.
+// A function's cells go from left to right. Around the ends they are worked on in strips, with windows in the
+// worker's scratch row, counted from the strip's first cell: slopes m and, on a non-uniform grid, widths h
+// from -kReach to kStrip + kReach - 1, derivatives d from 0 to kStrip. Between the ends they go by vectors,
+// which keep what neighbours share in registers.
 template <class Real, class Rule, Storage S, Partition G>
 class LocalCubic {
   static constexpr int kReach = Rule::kReach, kSlopes = kStrip + 2 * kReach, kDerivatives = kStrip + 1;
-  static constexpr Index kRowLength = Rule::template kRow<G>;
+  static constexpr Index kRowLength = Rule::kRowUnit * ((G == UniformGrid ? 3 : 5) + (S == YCols));
   static_assert((G == UniformGrid ? 1 : 2) * kSlopes + kDerivatives <= kRowLength);
 
  public:
@@ -154,50 +155,71 @@ class LocalCubic {
         h_(row + kSlopes + kDerivatives + kReach) {}
 
   void build_cells(Index from, Index to) {
-    bool whole = false;  // the windows hold a whole strip, which the next one can go on from
-    for (Index first = from; first < to; first += kStrip) {
-      const Index count = std::min<Index>(kStrip, to - first);
-      const bool amid = first + kStrip + kReach < task_->size() - 1 && count == kStrip;
-      if (amid && whole)
-        slide_strip(first);
-      else
-        start_strip(first, count);
-      whole = amid;
-      write_hermite_cells(y_, grid_, d_, first, first + count, coeffs_);
-    }
+    Index i = from > 0 ? from : write_strip(0, to);
+    i = write_vectors(i, to);
+    while (i < to) i = write_strip(i, to);
   }
 
-  template <class T>
-  View<T, Real, G> view(Index first, Index k) const {
-    return {m_, h_, task_, first, k};
-  }
-
-  // Fills the windows for any strip, element by element.
-  void start_strip(Index first, Index count) {
+  // Up to kStrip cells, element by element. Returns where they end, as the next function does.
+  Index write_strip(Index first, Index to) {
+    const Index count = std::min<Index>(kStrip, to - first);
     const Index last_cell = task_->size() - 2 - first;  // in the strip's own count, as all that follows
     for (Index k = -std::min<Index>(first, kReach); k <= std::min(count + kReach - 1, last_cell); ++k) {
       if constexpr (G == NoUniformGrid) h_[k] = grid_.h(first + k);
       m_[k] = (y_[first + k + 1] - y_[first + k]) * grid_.inverse(first + k);
     }
     for (Index k = first == 0; k <= std::min(count, last_cell); ++k)
-      d_[k] = Rule::inner(view<Real>(first, k));
+      d_[k] = Rule::inner(View<Real, Real, G>{m_ + k, h_ + k, task_, first + k});
     if (first == 0) left_end();
     if (count - 1 == last_cell) right_end(last_cell);
+    write_hermite_cells(y_, grid_, d_, first, first + count, coeffs_);
+    return first + count;
   }
 
-  // The same for a whole strip after another one, away from the ends: what both share is moved, the rest is
-  // new.
-  void slide_strip(Index first) {
-    d_[0] = d_[kStrip];
-    for (int k = -kReach; k < kReach; ++k) {
-      m_[k] = m_[k + kStrip];
-      if constexpr (G == NoUniformGrid) h_[k] = h_[k + kStrip];
+  using V = Vec<Real>;
+  struct Cells {
+    V slopes, inverses;  // of as many cells as a vector has lanes
+  };
+  struct Points {
+    V d;          // the derivatives at as many breakpoints,
+    Cells right;  // and the cells to their right
+  };
+
+  Cells cells_from(Index i) const {
+    const V inverses = grid_.inverses(i);
+    return {(y_.vector(i + 1) - y_.vector(i)) * inverses, inverses};
+  }
+
+  // `low` and `high` hold the cells from i - kReach on.
+  template <std::size_t... k>
+  Points points_from(Index i, const Cells& low, const Cells& high, std::index_sequence<k...>) const {
+    const V slopes[] = {shifted<int(k)>(low.slopes, high.slopes)...};
+    V widths[2 * kReach];
+    if constexpr (G == NoUniformGrid)
+      for (int j = 0; j < 2 * kReach; ++j) widths[j] = grid_.widths(i - kReach + j);
+    return {Rule::inner(View<V, Real, G>{slopes + kReach, widths + kReach, task_, i}),
+            {slopes[kReach], shifted<kReach>(low.inverses, high.inverses)}};
+  }
+
+  // Cells that are away from the ends, a vector of them at a time.
+  Index write_vectors(Index i, Index to) const {
+    constexpr int kStep = kLanes<Real>;
+    constexpr auto kAround = std::make_index_sequence<2 * kReach>();
+    // Two more vectors of cells, less the reach, are looked at beyond those that are written.
+    to = std::min(to, task_->size() - 1 + kReach - 2 * kStep);
+    if (i + kStep > to) return i;
+    Cells low = cells_from(i - kReach), high = cells_from(i - kReach + kStep);
+    Points points = points_from(i, low, high, kAround);
+    for (; i + kStep <= to; i += kStep) {
+      low = high;
+      high = cells_from(i - kReach + 2 * kStep);
+      const Points next = points_from(i + kStep, low, high, kAround);
+      const HermiteCell<V> cell(y_.vector(i), points.right.slopes, points.d, shifted<1>(points.d, next.d),
+                                points.right.inverses);
+      store_rows(coeffs_ + 4 * i, cell.c[0], cell.c[1], cell.c[2], cell.c[3]);
+      points = next;
     }
-    for (Index k = kReach; k < kReach + kStrip; k += kLanes<Real>) {
-      if constexpr (G == NoUniformGrid) store(h_ + k, grid_.widths(first + k));
-      store(m_ + k, (y_.vector(first + k + 1) - y_.vector(first + k)) * grid_.inverses(first + k));
-    }
-    for (Index k = 1; k <= kStrip; k += kLanes<Real>) store(d_ + k, Rule::inner(view<Vec<Real>>(first, k)));
+    return i;
   }
 
   EndArgs<Real> end_args(Index cell) const {
@@ -279,5 +301,15 @@ class LocalCubic {
 
 template <class Real>
 using LocalBuilder = int32_t(const Task<Real>* task, int boundary, const ThreadingServices* threading);
+
+// Checks the task and runs the variant for it; `open_ends`: the family also takes splines without conditions.
+template <class Real>
+int32_t build_local(const Task<Real>* task, int64_t least_size, bool open_ends,
+                    LocalBuilder<Real>* const* variants, const ThreadingServices* threading) {
+  int32_t boundary = cubic_boundary_number(task, least_size);
+  if (open_ends && task->bndCondKind == 0 && boundary == ORX_DF_ERROR_BND_COND_KIND)
+    boundary = BoundaryNotSet;
+  return boundary < 0 ? boundary : variants[variant_number(task)](task, boundary, threading);
+}
 
 }  // namespace orx::df

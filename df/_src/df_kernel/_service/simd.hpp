@@ -4,7 +4,9 @@
 
 #include <immintrin.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <utility>
 
 namespace orx::df {
 
@@ -37,6 +39,20 @@ inline double magnitude(double x) { return __builtin_fabs(x); }
 inline float magnitude(float x) { return __builtin_fabsf(x); }
 inline __m256d magnitude(__m256d v) { return _mm256_andnot_pd(broadcast(-0.0), v); }
 inline __m256 magnitude(__m256 v) { return _mm256_andnot_ps(broadcast(-0.0f), v); }
+
+// As many elements of the row (a, b) as a vector has, from element k on.
+template <int k, class V, std::size_t... lane>
+V shifted(V a, V b, std::index_sequence<lane...>) {
+  return __builtin_shufflevector(a, b, (k + int(lane))...);
+}
+template <int k>
+__m256d shifted(__m256d a, __m256d b) {
+  return shifted<k>(a, b, std::make_index_sequence<4>());
+}
+template <int k>
+__m256 shifted(__m256 a, __m256 b) {
+  return shifted<k>(a, b, std::make_index_sequence<8>());
+}
 
 // One bit for each lane where a <= b.
 inline unsigned lanes_le(__m256d a, __m256d b) {

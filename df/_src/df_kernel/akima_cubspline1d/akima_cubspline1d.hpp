@@ -10,8 +10,7 @@ constexpr Real kEqualSlopes = Real(1e-10);
 
 struct AkimaRule {
   static constexpr int kReach = 2;
-  template <Partition G>
-  static constexpr Index kRow = G == UniformGrid ? 39 : 65;
+  static constexpr Index kRowUnit = 13;
 
   // Next to an end, where a slope is missing, the change on that side is the one across the breakpoint
   // itself.
@@ -31,9 +30,5 @@ ORX_DF_LOCAL_FAMILY(Akima, periodic)
 
 ORX_API int32_t ORX_DF_NAME(DFAkimaCubicSpline1D)(DFTask* task, int64_t, int64_t,
                                                   const ThreadingServices* threading) {
-  const auto* t = Task<Real>::of(task);
-  const int32_t boundary = cubic_boundary_number(t, 5);
-  if (boundary == ORX_DF_ERROR_BND_COND_KIND && t->bndCondKind == 0)
-    return _DispatchAkima[variant_number(t)](t, BoundaryNotSet, threading);
-  return boundary < 0 ? boundary : _DispatchAkima[variant_number(t)](t, boundary, threading);
+  return build_local(Task<Real>::of(task), 5, true, _DispatchAkima, threading);
 }

@@ -7,8 +7,7 @@ using namespace orx::df;
 
 struct BesselRule {
   static constexpr int kReach = 1;
-  template <Partition G>
-  static constexpr Index kRow = G == UniformGrid ? 21 : 35;
+  static constexpr Index kRowUnit = 7;
 
   template <class View, class T = typename View::Number>
   static T inner(const View& v) {
@@ -23,7 +22,5 @@ ORX_DF_LOCAL_FAMILY(Bessel, periodic)
 
 ORX_API int32_t ORX_DF_NAME(DFBesselCubicSpline1D)(DFTask* task, int64_t, int64_t,
                                                    const ThreadingServices* threading) {
-  const auto* t = Task<Real>::of(task);
-  const int32_t boundary = cubic_boundary_number(t, 3);
-  return boundary < 0 ? boundary : _DispatchBessel[variant_number(t)](t, boundary, threading);
+  return build_local(Task<Real>::of(task), 3, false, _DispatchBessel, threading);
 }

@@ -6,8 +6,7 @@ using namespace orx::df;
 
 struct HermiteRule {
   static constexpr int kReach = 1;
-  template <Partition G>
-  static constexpr Index kRow = G == UniformGrid ? 21 : 35;
+  static constexpr Index kRowUnit = 7;
 
   template <class View, class T = typename View::Number>
   static T inner(const View& v) {
@@ -21,7 +20,5 @@ ORX_DF_LOCAL_FAMILY(Hermite, periodic_given)
 
 ORX_API int32_t ORX_DF_NAME(DFHermiteCubicSpline1D)(DFTask* task, int64_t, int64_t,
                                                     const ThreadingServices* threading) {
-  const auto* t = Task<Real>::of(task);
-  const int32_t boundary = cubic_boundary_number(t, 3);
-  return boundary < 0 ? boundary : _DispatchHermite[variant_number(t)](t, boundary, threading);
+  return build_local(Task<Real>::of(task), 3, false, _DispatchHermite, threading);
 }

@@ -51,6 +51,18 @@ template <Storage S, Partition G>
   write_hermite_cells(Values<Real, S>(task, f), Grid<Real, G>(task), d, 0, task->size() - 1, task->coeffs[f]);
 }
 
+// How far apart the coefficients of several functions lie, where that is the same for all of them and leaves
+// each the room it needs; else 0.
+Index coeff_spacing(const Task<Real>* task, Index room) {
+  if (task->functions() < 2) return 0;
+  const auto distance = [=](Index f) { return task->coeffs[f] - task->coeffs[f - 1]; };
+  const Index spacing = distance(1);
+  if (spacing < room || spacing > INT32_MAX) return 0;
+  for (Index f = 2; f < task->functions(); ++f)
+    if (distance(f) != spacing) return 0;
+  return spacing;
+}
+
 template <Storage S, Partition G, BoundaryNumber N>
 struct NaturalSpline {
   static constexpr End left = boundaries[N].left, right = boundaries[N].right;
@@ -208,29 +220,51 @@ struct NaturalSpline {
     return bad == w.statuses + count ? int32_t(ORX_DF_OK) : *bad;
   }
 
+  // Where things stand: in the scratch each array takes a line, the matrix first. What is done with when the
+  // cells are written can stand where these go: the matrix for a single function, and the right sides of
+  // several, `spacing` apart, each at the end of its function's coefficients.
+  struct Layout {
+    // `workers` is 0 for a run without threads.
+    Layout(const Task<Real>* task, Index workers)
+        : n(task->size()),
+          room(4 * (n - 1)),
+          line(n + (-n & 15)),  // whole 128-byte lines
+          spacing(workers ? 0 : coeff_spacing(task, room)),
+          in_place(task->functions() == 1 && !periodic && 3 * n <= room),
+          matrix_size(in_place ? 0 : (3 + periodic) * line),
+          side_count(workers   ? workers
+                     : spacing ? 0
+                               : std::max<Index>(task->functions(), 1)) {}
+    Index scratch_size() const { return matrix_size + side_count * line; }
+    NaturalWork work(const Task<Real>* task, Real* scratch) const {
+      Real* const matrix = in_place ? task->coeffs[0] : scratch;
+      Real* const sides = spacing ? task->coeffs[0] + room - n : scratch + matrix_size;
+      const Index apart = in_place ? n : line;
+      return {task,
+              n - periodic,
+              spacing ? spacing : line,
+              matrix,
+              matrix + apart,
+              matrix + 2 * apart,
+              matrix + 3 * apart,
+              0,
+              sides,
+              nullptr};
+    }
+    Index n, room, line, spacing;
+    bool in_place;
+    Index matrix_size, side_count;
+  };
+
   static int32_t build(const Task<Real>* task, const ThreadingServices* threading, orx_worker threader) {
-    const Index n = task->size(), count = std::max<Index>(task->functions(), 1);
+    const Index n = task->size(), count = task->functions();
     const int32_t available = threading->maxThreads();
-    const auto threads = int32_t(std::min<Index>(available, count));
+    const auto threads = int32_t(std::min<Index>(available, std::max<Index>(count, 1)));
     const bool threaded = count > 1 && threads > 1 && n >= 300 && (n >= 600 || available >= 8);
-    const Index stride = n + (-n & 15);  // whole 128-byte lines
-    // The matrix for a single function can stand where its coefficients will, which are written last.
-    const bool in_place = count == 1 && !periodic && 3 * n <= 4 * (n - 1) && task->functions() == 1;
-    const Index side_count = threaded ? threads : count, matrix_size = in_place ? 0 : (3 + periodic) * stride;
-    Scratch<Real> block(matrix_size + side_count * stride);
+    const Layout layout(task, threaded ? threads : 0);
+    Scratch<Real> block(layout.scratch_size());
     if (!block) return ORX_DF_ERROR_MEMORY;
-    Real* const matrix = in_place ? task->coeffs[0] : block.get();
-    const Index apart = in_place ? n : stride;
-    NaturalWork w{task,
-                  n - periodic,
-                  stride,
-                  matrix,
-                  matrix + apart,
-                  matrix + 2 * apart,
-                  matrix + 3 * apart,
-                  0,
-                  block.get() + matrix_size,
-                  nullptr};
+    NaturalWork w = layout.work(task, block.get());
     fill_matrix(w);
     const bool factor_first = threaded || count > 1 || periodic;
     if ((factor_first && factor(w.order, w.lower, w.diagonal, w.upper)) || (periodic && solve_corner(w))) {

@@ -25,6 +25,24 @@ inline __m256d load4(const float* x, __m256i mask) {
   return _mm256_cvtps_pd(_mm_maskload_ps(x, _mm_castps_si128(narrow)));
 }
 
+// Two numbers from x in the lower lanes, two from y in the upper ones.
+inline __m256d load2x2(const double* x, const double* y) {
+  return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(x)), _mm_loadu_pd(y), 1);
+}
+inline __m256d load2x2(const float* x, const float* y) {
+  const __m128 low = _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(x));
+  return _mm256_cvtps_pd(_mm_loadh_pi(low, reinterpret_cast<const __m64*>(y)));
+}
+
+// The lower two lanes in both halves.
+inline __m256d lower_twice(__m256d x) { return _mm256_permute2f128_pd(x, x, 0); }
+
+// The upper two lanes added to the lower ones, 0 in their place.
+inline __m256d fold(__m256d x) {
+  const __m256d upper = _mm256_permute2f128_pd(x, x, 0x81), lower = _mm256_permute2f128_pd(x, x, 0x80);
+  return upper + lower;
+}
+
 inline void store4(double* x, __m256d value) { _mm256_storeu_pd(x, value); }
 inline void store4(float* x, __m256d value) { _mm_storeu_ps(x, _mm256_cvtpd_ps(value)); }
 

@@ -100,35 +100,31 @@ inline int group_log2(int dimension) {
   return dimension >= kWideEnough ? 0 : dimension >= 4 ? 3 : dimension >= 2 ? 4 : 5;
 }
 
-// The steps of points taken 2^k at a time, as rows: where they lie, or made when they are first asked for. A
-// run of n groups takes no more than about log2(n) of them.
+// The steps of points taken 2^k at a time, as rows: where they lie, or made here.
 class Rows {
  public:
-  Rows(const Sequence& s, int k) : s_(s), k_(k) {
-    if (k > 0 || s.v.component != 1) return;
-    first_ = s.v.first;
-    stride_ = s.v.bit;
-    made_ = ~uint32_t(0);
+  // For the steps of `count` groups from group q on, and steps 0 and 1.
+  Rows(const Sequence& s, int k, uint32_t q, int count) {
+    if (k == 0 && s.v.component == 1) {
+      first_ = s.v.first;
+      stride_ = s.v.bit;
+      return;
+    }
+    const int top = 31 - __builtin_clz((q ^ (q + uint32_t(count))) | 3);
+    for (int c = 0; c <= std::min(top, kBits - 1 - k); ++c) make(s, k, c);
   }
 
-  const uint32_t* operator()(int c) {
-    if (!(made_ >> c & 1)) make(c);
-    return first_ + size_t(c) * stride_;
-  }
+  const uint32_t* operator()(int c) const { return first_ + size_t(c) * stride_; }
 
  private:
-  [[gnu::noinline]] void make(int c) {
+  void make(const Sequence& s, int k, int c) {
     uint32_t* const row = space_ + size_t(c) * stride_;
-    made_ |= uint32_t(1) << c;
-    for (int d = 0; d < s_.dimension; ++d) {
-      const uint32_t w = s_.v(size_t(d), c + k_) ^ (k_ ? s_.v(size_t(d), k_ - 1) : 0);
-      for (int j = 0; j < 1 << k_; ++j) row[j * s_.dimension + d] = w;
+    for (int d = 0; d < s.dimension; ++d) {
+      const uint32_t w = s.v(size_t(d), c + k) ^ (k ? s.v(size_t(d), k - 1) : 0);
+      for (int j = 0; j < 1 << k; ++j) row[j * s.dimension + d] = w;
     }
   }
 
-  const Sequence& s_;
-  int k_;
-  uint32_t made_ = 0;
   uint32_t space_[kBits * kMostWidth];
   const uint32_t* first_ = space_;
   size_t stride_ = kMostWidth;
@@ -138,27 +134,30 @@ class Rows {
 template <class Sink>
 class Octets {
  public:
-  // Those from `from` on in rows of the given width.
-  Octets(const uint32_t* x, Rows& rows, int from, int width)
-      : rows_(rows), from_(from), width_(width), x_(load(x + from, Sink::lane)) {}
+  // Those from `from` on in rows.
+  Octets(const uint32_t* x, const Rows& rows, int from)
+      : from_(from), row0_(rows(0) + from), stride_(rows(1) - rows(0)), x_(load(x + from, Sink::lane)) {}
 
-  // Puts out points q, q + 1, ...
-  void emit(uint32_t q, int points, const Sink sink, int at) {
+  // Puts out points q, q + 1, ..., `width` places apart.
+  void emit(uint32_t q, int points, int width, const Sink sink, int at) {
+    const uint32_t* const row0 = row0_;
+    const size_t stride = stride_;
+    const auto step = [=](int c) { return load(row0 + size_t(c) * stride, Sink::step); };
     Lanes x = x_;
     const auto one = [&] {
       put(x, sink, at);
-      x = moved(x, row(lowest_zero(q)));
-      ++q, --points, at += width_;
+      x = moved(x, step(lowest_zero(q)));
+      ++q, --points, at += width;
     };
     while (points > 0 && q & 3) one();
-    const Lanes v0 = row(0), v1 = row(1);
-    for (; points >= 4; points -= 4, q += 4, at += 4 * width_) {
+    const Lanes v0 = step(0), v1 = step(1);
+    for (; points >= 4; points -= 4, q += 4, at += 4 * width) {
       const Lanes x3 = moved(x, v1);
       put(x, sink, at);
-      put(moved(x, v0), sink, at + width_);
-      put(moved(x3, v0), sink, at + 2 * width_);
-      put(x3, sink, at + 3 * width_);
-      x = moved(x3, row(2 + lowest_zero(q >> 2)));
+      put(moved(x, v0), sink, at + width);
+      put(moved(x3, v0), sink, at + 2 * width);
+      put(x3, sink, at + 3 * width);
+      x = moved(x3, step(2 + lowest_zero(q >> 2)));
     }
     while (points > 0) one();
     x_ = x;
@@ -177,32 +176,33 @@ class Octets {
   static Lanes load(const uint32_t* w, Form form) {
     return {form(load4(w)), form(load4(w + 4))};
   }
-  Lanes row(int c) const { return load(rows_(c) + from_, Sink::step); }
   static Lanes moved(Lanes x, Lanes step) {
     return {Sink::moved(x.low, step.low), Sink::moved(x.high, step.high)};
   }
   static void put(Lanes x, const Sink& sink, int at) { sink.put(at, x.low), sink.put(at + 4, x.high); }
 
-  Rows& rows_;
-  int from_, width_;
+  int from_;
+  const uint32_t* row0_;
+  size_t stride_;
   Lanes x_;
 };
 
 // Points q, q + 1, ... of a sequence in rows, no shorter than eight words. They are made eight components
 // after eight; the last eight may have some in common with those before.
 template <class Sink>
-void emit_in_rows(uint32_t* x, Rows& rows, int width, uint32_t q, int points, const Sink& sink, int at) {
+void emit_in_rows(uint32_t* x, const Rows& rows, int width, uint32_t q, int points, const Sink& sink,
+                  int at) {
   constexpr int kTile = 8192;  // numbers, to stay in the first-level cache
   const int most = std::max(8, kTile / width & ~7);
   for (; points > 0; points -= most, q += uint32_t(most), at += most * width) {
     const int count = std::min(points, most);
-    Octets<Sink> last(x, rows, width - 8, width);
+    Octets<Sink> last(x, rows, width - 8);
     for (int from = 0; from + 8 < width; from += 8) {
-      Octets<Sink> octets(x, rows, from, width);
-      octets.emit(q, count, sink, at + from);
+      Octets<Sink> octets(x, rows, from);
+      octets.emit(q, count, width, sink, at + from);
       octets.store(x);
     }
-    last.emit(q, count, sink, at + width - 8);
+    last.emit(q, count, width, sink, at + width - 8);
     last.store(x);
   }
 }
@@ -212,7 +212,7 @@ template <class Sink>
 void emit_groups(const Sequence& s, int k, int groups, const Sink& sink, int at) {
   const int width = s.dimension << k;
   const uint32_t q = s.position->Index >> k;
-  Rows rows(s, k);
+  const Rows rows(s, k, q, groups);
   s.position->Index += uint32_t(groups) << k;
   if (k == 0) return emit_in_rows(s.x, rows, width, q, groups, sink, at);
   uint32_t group[8 * kWideEnough];

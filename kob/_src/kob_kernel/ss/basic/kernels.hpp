@@ -125,7 +125,12 @@ struct PowerSums {
   }
 };
 
-constexpr int prefetch_bytes = 2048;
+// Data are swept in pieces, between which the processor's own prefetching starts anew.
+template <class T>
+void prefetch_ahead(const T* x) {
+  constexpr int ahead = 2048;
+  _mm_prefetch(reinterpret_cast<const char*>(x) + ahead, _MM_HINT_T0);
+}
 
 // One variable whose observations lie side by side: the sums go to sums[0], sums[size], ...
 template <int from, int to, bool centred, bool weighted, class T>
@@ -134,8 +139,7 @@ void sum_row(const T* x, const T* w, int count, double centre, double* sums, int
   const __m256d middle = _mm256_set1_pd(centre);
   int i = 0;
   for (; i + 4 <= count; i += 4) {
-    // A row is swept in pieces, between which the processor's own prefetching starts anew.
-    _mm_prefetch(reinterpret_cast<const char*>(x + i) + prefetch_bytes, _MM_HINT_T0);
+    prefetch_ahead(x + i);
     const __m256d v = centred ? load4(x + i) - middle : load4(x + i);
     running.add(v, weighted ? load4(w + i) : v);
   }
@@ -147,25 +151,39 @@ void sum_row(const T* x, const T* w, int count, double centre, double* sums, int
   for (int k = 0; k < running.terms; ++k) sums[intptr_t(k) * size] += sum4(running.sum[k]);
 }
 
-// Four variables that lie side by side, or `lanes` of them.
+// Four variables that lie side by side, or `lanes` of them. Two leave room for those of the next observation.
 template <int from, int to, bool centred, bool weighted, class T>
 void sum_columns(const T* x, intptr_t stride, int lanes, const T* w, int count, const double* centre,
                  double* sums, int size) {
   PowerSums<from, to, weighted> running;
-  const __m256d middle = centred ? _mm256_load_pd(centre) : _mm256_setzero_pd();
+  const bool pairs = lanes == 2;
   const __m256i mask = first_lanes(lanes);
-  const auto sweep = [&](auto load) {
-    for (int i = 0; i < count; ++i, x += stride) {
-      const __m256d v = centred ? load() - middle : load();
-      running.add(v, weighted ? _mm256_set1_pd(w[i]) : v);
+  __m256d middle = centred ? _mm256_load_pd(centre) : _mm256_setzero_pd();
+  if (pairs) middle = lower_twice(middle);
+  const auto weight = [&](int i) { return weighted ? _mm256_set1_pd(w[i]) : middle; };
+  const auto pair_weight = [&](int i) {
+    return weighted ? _mm256_setr_pd(w[i], w[i], w[i + 1], w[i + 1]) : middle;
+  };
+  int i = 0;
+  const auto sweep = [&](int step, auto load, auto weight_at) {
+    for (; i + step <= count; i += step, x += step * stride) {
+      prefetch_ahead(x);
+      running.add(centred ? load() - middle : load(), weight_at(i));
     }
   };
   if (lanes == 4)
-    sweep([&] { return load4(x); });
-  else
-    sweep([&] { return load4(x, mask); });
-  for (int k = 0; k < running.terms; ++k, sums += size)
-    _mm256_store_pd(sums, _mm256_load_pd(sums) + running.sum[k]);
+    sweep(
+        1, [&] { return load4(x); }, weight);
+  if (pairs)
+    sweep(
+        2, [&] { return load2x2(x, x + stride); }, pair_weight);
+  if (pairs) middle = keep(middle, mask);
+  sweep(
+      1, [&] { return load4(x, mask); }, weight);
+  for (int k = 0; k < running.terms; ++k, sums += size) {
+    const __m256d sum = pairs ? fold(running.sum[k]) : running.sum[k];
+    _mm256_store_pd(sums, _mm256_load_pd(sums) + sum);
+  }
 }
 
 template <bool weighted, class T>
@@ -294,22 +312,6 @@ struct PanelOf {
 };
 using Panel = PanelOf<const double>;
 
-// Asks for a panel that will be read after much else: the processor sees no order in the pieces that a block
-// takes from the data.
-template <bool rows, class T>
-void prefetch_panel(const KernelArgs<T>& args, int first, int j) {
-  constexpr int line = 64 / int(sizeof(T));
-  const auto ask = [](const T* x) { _mm_prefetch(reinterpret_cast<const char*>(x), _MM_HINT_T1); };
-  if constexpr (rows) {
-    const T* x = args.x + intptr_t(j) * args.n + first;
-    for (int k = j; k < j + 4 && k < args.p; ++k, x += args.n)
-      for (int i = 0; i < Coefficients::block; i += line) ask(x + i);
-  } else if (j % line == 0) {
-    const T* x = args.x + intptr_t(first) * args.p + j;
-    for (int i = 0; i < Coefficients::block; ++i, x += args.p) ask(x);
-  }
-}
-
 // The panel of four variables from j on: in place where it lies in memory as doubles side by side, else
 // copied.
 template <bool rows, class T>
@@ -437,13 +439,45 @@ inline void sum_tile(const double* scaled, const double* distance, int count, do
   }
 }
 
-template <class T>
-void update_cross(const KernelArgs<T>& args, int count, const Distances& distances) {
-  const int p = args.p;
+// Asks for the next block of the data line by line, while there is much else to do: asked for all at once,
+// the lines would keep the loads after them waiting.
+template <bool rows, class T>
+class NextBlock {
+ public:
+  NextBlock(const KernelArgs<T>& args, int first) : stride_(args.n * intptr_t(sizeof(T))) {
+    const int left = args.end - first, count = left < Coefficients::block ? left : Coefficients::block;
+    if (count <= 0) return;
+    at_ = reinterpret_cast<const char*>(args.x + first * intptr_t(rows ? 1 : args.p));
+    rows_ = rows ? args.p : 1;
+    row_size_ = (rows ? 1 : args.p) * count * int(sizeof(T));
+  }
+  int lines() const { return rows_ * (row_size_ / line + 1); }
+  void ask(int count) {
+    for (; count > 0 && rows_ > 0; --count) {
+      _mm_prefetch(at_ + offset_, _MM_HINT_T1);
+      offset_ += line;
+      if (offset_ < row_size_) continue;
+      offset_ = 0;
+      at_ += stride_;
+      --rows_;
+    }
+  }
+
+ private:
+  static constexpr int line = 64;
+  const char* at_ = nullptr;
+  intptr_t stride_;
+  int rows_ = 0, row_size_ = 0, offset_ = 0;
+};
+
+template <bool rows, class T>
+void update_cross(const KernelArgs<T>& args, int count, const Distances& distances, NextBlock<rows, T> next) {
+  const int p = args.p, tiles = p * p / 32 + 1, lines = next.lines() / tiles + 1;
   alignas(32) double tile[16];
   // A panel of distances stays in the first-level cache while all rows go by.
   for (int k = 0; k < p; k += 8)
     for (int j = k; j < p; j += 2) {
+      next.ask(lines);
       sum_tile(distances.scaled_at(j), distances.at<Distances::Kind::Cross>(k).x, count, tile);
       const int columns = p - k < 8 ? p - k : 8;
       for (int row = 0; row < 2 && j + row < p; ++row) {
@@ -475,14 +509,13 @@ void kernel_1p(const KernelArgs<T>& args) {
     const int count = args.end - first < block ? args.end - first : block;
     coefficients.fill<weighted>(args, first, count);
     for (int j = 0; j < args.p; j += 4) {
-      if (cross && args.end - first >= 2 * block) prefetch_panel<rows>(args, first + block, j);
       update_raw<O::raw_to, weighted, kind>(data_panel<rows>(args, first, count, j, copy), count,
                                             coefficients, state[Mean] + j, state.row_size(), distances, j);
       if constexpr (O::central)
         update_central<O::central_to>(distances.at<kind>(j), count, coefficients, state[Central2] + j,
                                       state.row_size());
     }
-    if constexpr (cross) update_cross(args, count, distances);
+    if constexpr (cross) update_cross<rows>(args, count, distances, NextBlock<rows, T>(args, first + block));
   }
   state.store(args, O::arrays());
 }

@@ -211,7 +211,8 @@ inline int count_groups(const SSTask* task, unsigned estimates) {
   const int n = low_word(task->observationCount);
   int count = 0;
   for (int i = 0; i < n; ++i) {
-    if (groups.is_negative(i)) return KOB_SS_ERROR_GROUP_VALUE;
+    // The greatest index would leave no count of groups.
+    if (groups.is_negative(i) || groups[i] == INT32_MAX) return KOB_SS_ERROR_GROUP_VALUE;
     if (groups[i] >= count) count = groups[i] + 1;
   }
   for (int g = 0; g < count && estimates & KOB_SS_GROUP_COVARIANCE; ++g)

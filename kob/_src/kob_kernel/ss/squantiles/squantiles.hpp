@@ -83,7 +83,7 @@ void carry(StreamBlock& block, Summary<T> summary, Summary<T> other) {
   summary.close(half);
   int l = 1;
   for (; block.occupied[l]; ++l) {
-    merge<2>(level<T>(block, l), half, summary, half, other);
+    merge_and_thin(level<T>(block, l), summary, half, other);
     const Summary<T> merged = other;
     other = summary;
     summary = merged;
@@ -139,7 +139,7 @@ Summary<T> merge_all(const Rows<T>& rows, const Rows<T>& other, Piece* pieces, i
   for (int k = 0; k < count; k += 2) {
     const Piece a = pieces[k], s = k + 1 < count ? pieces[k + 1] : Piece{0, 0};
     if (s.count)
-      merge<1>(rows.at(a.place), a.count, rows.at(s.place), s.count, other.at(a.place));
+      merge(rows.at(a.place), a.count, rows.at(s.place), s.count, other.at(a.place));
     else
       copy(rows.at(a.place), a.count, other.at(a.place));
     pieces[merged++] = {a.place, a.count + s.count};
@@ -221,8 +221,8 @@ int query(const StreamVariable& variable, const T* orders, int order_count, T* r
 // The observations that block k takes.
 inline int block_capacity(int k, double eps) {
   const double twice = double(uint64_t(1) << (k + 1));
-  const double count = double(int64_t((2 * twice - 1) / eps) - int64_t((twice - 1) / eps));
-  return count < INT32_MAX ? int(count) : INT32_MAX;
+  if (twice / eps >= INT32_MAX) return INT32_MAX;
+  return int(int64_t((2 * twice - 1) / eps) - int64_t((twice - 1) / eps));
 }
 
 // Levels hold an even number of values: of an odd one the last would be lost in the thinning, and the error
@@ -234,7 +234,9 @@ constexpr int least_level_size = 16;
 template <class T>
 bool add_block(StreamVariable& variable, double eps) {
   constexpr double log2_e = 1.4426950408889634;
-  const double doublings = __kobdLn(eps * block_capacity(variable.currentBlock + 1, eps)) * log2_e;
+  double doublings = __kobdLn(eps * block_capacity(variable.currentBlock + 1, eps)) * log2_e;
+  // A block of as many values as can be counted may be less than eps asks for.
+  if (doublings < 1) doublings = 1;
   if (doublings / eps >= INT32_MAX) return false;
   StreamBlock block{};
   block.levelSize = (int(doublings / eps) + 1) & ~1;

@@ -38,33 +38,61 @@ void copy(const Summary<T>& from, int count, const Summary<T>& to) {
   to.close(count);
 }
 
-// Merges a and s, neither empty, and keeps every `keep`-th element from the first on; returns how many those
-// are. The least rank of an element grows by that of the last one before it on the other side, its greatest
-// by that of the next one there, less 1. The outcome of a comparison is a number that is reckoned with: no
-// branch could foretell it.
-template <int keep, class T>
-int merge(const Summary<T>& a, int a_count, const Summary<T>& s, int s_count, const Summary<T>& out) {
-  int i = 0, j = 0, kept = 0, wait = 0;
+// Puts the next element of a merge of a and s at `out[k]`: s[j] or a[i], with i and j elements before it. Its
+// least rank grows by that of the last one before it on the other side, its greatest by that of the next one
+// there, less 1.
+template <class T>
+__attribute__((always_inline)) inline void put(T value, const Summary<T>& a, int i, const Summary<T>& s,
+                                               int j, bool from_s, const Summary<T>& out, int k) {
+  out.set(k, value, a.r_min[i - from_s] + s.r_min[j - 1 + from_s], a.r_max[i] + s.r_max[j] - 1);
+}
+
+// Merges a and s, neither empty; of equal elements those of a come first. The outcome of a comparison is a
+// number that is reckoned with: no branch could foretell it.
+template <class T>
+void merge(const Summary<T>& a, int a_count, const Summary<T>& s, int s_count, const Summary<T>& out) {
+  int i = 0, j = 0;
   while (i < a_count && j < s_count) {
     const T a_value = a.values[i], s_value = s.values[j];
     const int take_s = s_value < a_value;
-    if (wait == 0) {
-      out.set(kept++, s_value < a_value ? s_value : a_value, a.r_min[i - take_s] + s.r_min[j - 1 + take_s],
-              a.r_max[i] + s.r_max[j] - 1);
-      wait = keep;
-    }
-    --wait;
+    put(s_value < a_value ? s_value : a_value, a, i, s, j, take_s, out, i + j);
     i += 1 - take_s;
     j += take_s;
   }
-  const bool a_left = i < a_count;
-  const Summary<T>&rest = a_left ? a : s, &done = a_left ? s : a;
-  const int rest_count = a_left ? a_count : s_count, done_count = a_left ? s_count : a_count;
-  for (int k = (a_left ? i : j) + wait; k < rest_count; k += keep)
-    out.set(kept++, rest.values[k], rest.r_min[k] + done.r_min[done_count - 1],
-            rest.r_max[k] + done.r_max[done_count] - 1);
-  out.close(kept);
-  return kept;
+  for (; i < a_count; ++i) put(a.values[i], a, i, s, s_count, false, out, i + s_count);
+  for (; j < s_count; ++j) put(s.values[j], a, a_count, s, j, true, out, a_count + j);
+  out.close(a_count + s_count);
+}
+
+// The same for two summaries of `half` elements, keeping every second element of the merged ones. One half
+// of the result is made from the front while the other is made from the back: two chains of comparisons that
+// do not wait for each other, and neither comes to the end of a or s.
+template <class T>
+void merge_and_thin(const Summary<T>& a, const Summary<T>& s, int half, const Summary<T>& out) {
+  int i = 0, j = 0, end_i = half, end_j = half;  // what is between them is not yet taken
+  const auto from_front = [&](auto use) {
+    const T a_value = a.values[i], s_value = s.values[j];
+    const int take_s = s_value < a_value;
+    use(s_value < a_value ? s_value : a_value, take_s);
+    i += 1 - take_s;
+    j += take_s;
+  };
+  const auto from_back = [&](auto use) {
+    const T a_value = a.values[end_i - 1], s_value = s.values[end_j - 1];
+    const int take_a = s_value < a_value;
+    end_i -= take_a;
+    end_j -= 1 - take_a;
+    use(s_value < a_value ? a_value : s_value, 1 - take_a);
+  };
+  const auto skip = [](T, int) {};
+  for (int k = 0; k < half / 2; ++k) {
+    from_front([&](T value, int from_s) { put(value, a, i, s, j, from_s, out, k); });
+    from_front(skip);
+    from_back(skip);
+    from_back([&](T value, int from_s) { put(value, a, end_i, s, end_j, from_s, out, half - 1 - k); });
+  }
+  if (half % 2) from_front([&](T value, int from_s) { put(value, a, i, s, j, from_s, out, half / 2); });
+  out.close(half);
 }
 
 }  // namespace orx::ss::squantiles
