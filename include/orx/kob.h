@@ -155,7 +155,7 @@ int __kobCopyStream(KobStream** stream, const KobStream* source);
 /* Carries the position and the chunks of `source` over to a stream of the same generator. What moves is
  * WordSize * SeedCount bytes of the state, as far as both states reach: multipliers changed by a leapfrog
  * (MCG31M1, MCG59) and the parameters of an MT2203 sub-generator stay those of dest. When a chunk cannot be
- * copied, dest ends without chunks. */
+ * copied, dest ends without chunks, and a quasi-random stream is not to be used before it is seeded anew. */
 int __kobCopyStreamState(KobStream* dest, const KobStream* source);
 
 /* Makes the stream deliver every nstreams-th number of its sequence, beginning with the k-th from here
@@ -386,9 +386,9 @@ int __kobSaveStreamM(const KobStream* stream, void* memory);
 
 /* A new stream from a file. The file may hold anything: KOB_ERROR_FILE_OPEN, KOB_ERROR_FILE_READ (too short;
  * chunks in the other byte order), KOB_ERROR_BAD_FILE_FORMAT (no image; a generator that is not there; a
- * state or a chunk that its generator could not use), KOB_ERROR_UNSUPPORTED_FILE_VER,
- * KOB_ERROR_TRNG_UNSUPPORTED, KOB_ERROR_MEM_FAILURE, KOB_ERROR_FILE_CLOSE. *stream is null after any failure.
- */
+ * state or a chunk that its generator could not use; a second chunk of a kind that the library knows),
+ * KOB_ERROR_UNSUPPORTED_FILE_VER, KOB_ERROR_TRNG_UNSUPPORTED, KOB_ERROR_MEM_FAILURE, KOB_ERROR_FILE_CLOSE.
+ * *stream is null after any failure. */
 int __kobLoadStreamF(KobStream** stream, const char* name, int name_length);
 
 /* The same from memory, with KOB_ERROR_BAD_MEM_FORMAT for what is wrong with the image. Its lengths are

@@ -12,14 +12,15 @@ struct Source {
   uint32_t next;
   int (*answer)(uint32_t wanted, uint32_t room);
   int calls;
-  uint32_t size, wanted, room, position;
+  Words asked;  // size, wanted, room, position
 } source;
 
 template <class Number>
 int refill(KobStream*, uint32_t* size, Number* buffer, uint32_t* wanted, uint32_t* room, uint32_t* position) {
   EXPECT_EQ(wanted[1] | wanted[2] | wanted[3], 0u);
   const int count = source.answer(*wanted, *room);
-  source = {source.next, source.answer, source.calls + 1, *size, *wanted, *room, *position};
+  source.asked = {*size, *wanted, *room, *position};
+  ++source.calls;
   for (int i = 0; i < std::min(count, int(*room)); ++i)
     buffer[(*position + uint32_t(i)) % *size] = Number(source.next++);
   return count;
@@ -32,145 +33,129 @@ int nothing(uint32_t, uint32_t) { return 0; }
 int too_many(uint32_t, uint32_t room) { return int(room) + 1; }
 int negative(uint32_t, uint32_t) { return -7; }
 
-constexpr int kSize = 10;
+int make(KobStream** s, int n, uint32_t* buffer, double, double, KobiRefill callback) {
+  return __kobiNewAbstractStream(s, n, buffer, callback);
+}
+int make(KobStream** s, int n, double* buffer, double a, double b, KobdRefill callback) {
+  return __kobdNewAbstractStream(s, n, buffer, a, b, callback);
+}
+int make(KobStream** s, int n, float* buffer, double a, double b, KobsRefill callback) {
+  return __kobsNewAbstractStream(s, n, buffer, float(a), float(b), callback);
+}
 
-// A buffer with 0, 1, ..., 9 in it and a stream over it.
+int draw(KobStream* s, int n, uint32_t* r) { return _kobiRngUniformBits(0, s, n, r); }
+int draw(KobStream* s, int n, double* r) { return _kobdRngUniform(0, s, n, r, 10, 30); }
+int draw(KobStream* s, int n, float* r) { return _kobsRngUniform(0, s, n, r, 10, 30); }
+
+constexpr uint32_t kSize = 10;
+
+// A stream of the numbers 0, 1, ..., of which ten are in its buffer.
 template <class Number>
-struct Ring {
-  std::vector<Number> buffer;
-  Stream stream;
+class Abstract : public testing::Test {
+ protected:
+  Abstract() {
+    for (uint32_t i = 0; i < kSize; ++i) buffer_[i] = Number(i);
+    source = {kSize, as_wanted, 0, {}};
+    EXPECT_EQ(make(&stream_, kSize, buffer_, -1, 3, refill<Number>), 0);
+  }
+  ~Abstract() override { __kobDeleteStream(&stream_); }
 
-  Ring() : buffer(kSize), stream(make()) {
-    for (int i = 0; i < kSize; ++i) buffer[i] = Number(i);
-    source = {kSize, all_there_is_room_for, 0, 0, 0, 0, 0};
+  // Expects the next n numbers, the first of them `first`.
+  void expect_numbers(int n, uint32_t first) {
+    std::vector<Number> r(size_t(std::max(n, 0)) + 1, 77), expected;
+    for (int i = 0; i < n; ++i) {
+      const Number x = Number(first + uint32_t(i));
+      expected.push_back(std::is_integral_v<Number> ? x : 10 + 5 * (x + 1));
+    }
+    expected.push_back(77);
+    ASSERT_EQ(draw(stream_, n, r.data()), 0);
+    EXPECT_EQ(r, expected);
   }
-  KobStream* make() {
-    KobStream* s = nullptr;
-    int status;
-    if constexpr (sizeof(Number) == 8)
-      status = __kobdNewAbstractStream(&s, kSize, buffer.data(), -1, 3, refill<double>);
-    else if constexpr (std::is_same_v<Number, float>)
-      status = __kobsNewAbstractStream(&s, kSize, buffer.data(), -1, 3, refill<float>);
-    else
-      status = __kobiNewAbstractStream(&s, kSize, buffer.data(), refill<uint32_t>);
-    EXPECT_EQ(status, 0);
-    return s;
-  }
-  int get(int n, Number* r) {
-    if constexpr (std::is_same_v<Number, uint32_t>)
-      return stream.properties().iGenerate(stream, n, r);
-    else
-      return stream.generate(n, r, 10, 30);
-  }
+
+  Number buffer_[kSize];
+  KobStream* stream_ = nullptr;
 };
-
-template <class Number>
-class Abstract : public testing::Test {};
 using Numbers = testing::Types<uint32_t, double, float>;
 TYPED_TEST_SUITE(Abstract, Numbers);
 
 TYPED_TEST(Abstract, DeliversInOrderHoweverItIsRefilled) {
+  this->expect_numbers(10, 0);
+  EXPECT_EQ(source.calls, 0);
+  uint32_t next = 10;
   for (auto answer : {one, as_wanted, all_there_is_room_for}) {
-    Ring<TypeParam> ring;
     source.answer = answer;
-    uint32_t expected = 0;
     for (int n : {3, 0, -1, 7, 1, 12, 2, 9, 35, 10, 4}) {
-      std::vector<TypeParam> r(size_t(std::max(n, 0)) + 1, 77);
-      ASSERT_EQ(ring.get(n, r.data()), 0);
-      for (int i = 0; i < n; ++i, ++expected)
-        ASSERT_EQ(r[i], std::is_integral_v<TypeParam> ? expected : 10 + 5 * (TypeParam(expected) + 1));
-      EXPECT_EQ(r.back(), TypeParam(77));
-      if (expected == kSize) {
-        EXPECT_EQ(source.calls, 0);
-      }
+      this->expect_numbers(n, next);
+      next += uint32_t(std::max(n, 0));
     }
   }
 }
 
 TYPED_TEST(Abstract, TellsWhatItNeeds) {
-  Ring<TypeParam> ring;
-  std::vector<TypeParam> r(100);
-  source.answer = as_wanted;
-  ASSERT_EQ(ring.get(14, r.data()), 0);
-  EXPECT_EQ(source.size, 10u);
-  EXPECT_EQ(source.wanted, 4u);
-  EXPECT_EQ(source.room, 10u);
-  EXPECT_EQ(source.position, 0u);
-  ASSERT_EQ(ring.get(23, r.data()), 0);
+  this->expect_numbers(14, 0);
+  EXPECT_EQ(source.asked, (Words{10, 4, 10, 0}));
+  this->expect_numbers(23, 14);
   EXPECT_EQ(source.calls, 4);
-  EXPECT_EQ(source.wanted, 3u);
-  EXPECT_EQ(source.position, 4u);
+  EXPECT_EQ(source.asked, (Words{10, 3, 10, 4}));
 }
 
 TYPED_TEST(Abstract, FailuresLeaveThePosition) {
-  Ring<TypeParam> ring;
-  std::vector<TypeParam> r(30), again(10);
-  ASSERT_EQ(ring.get(4, r.data()), 0);
-  const Words before(ring.stream.state(), ring.stream.state() + 3);
-  source.answer = nothing;
-  EXPECT_EQ(ring.get(7, r.data()), KOB_ERROR_ABSTRACT_CALLBACK_EMPTY);
-  source.answer = too_many;
-  EXPECT_EQ(ring.get(7, r.data()), KOB_ERROR_ABSTRACT_CALLBACK_FAILED);
-  source.answer = negative;
-  EXPECT_EQ(ring.get(7, r.data()), KOB_ERROR_ABSTRACT_CALLBACK_FAILED);
-  EXPECT_EQ(Words(ring.stream.state(), ring.stream.state() + 3), before);
+  this->expect_numbers(4, 0);
+  const auto position = [&] {
+    const uint32_t* state = reinterpret_cast<uint32_t*>(this->stream_ + 1);
+    return Words(state, state + 3);
+  };
+  const Words before = position();
+  TypeParam r[7];
+  for (const auto& [answer, status] : {std::pair(nothing, KOB_ERROR_ABSTRACT_CALLBACK_EMPTY),
+                                       {too_many, KOB_ERROR_ABSTRACT_CALLBACK_FAILED},
+                                       {negative, KOB_ERROR_ABSTRACT_CALLBACK_FAILED}}) {
+    source.answer = answer;
+    EXPECT_EQ(draw(this->stream_, 7, r), status);
+    EXPECT_EQ(position(), before);
+  }
 }
 
 TYPED_TEST(Abstract, OneKindOnly) {
-  Ring<TypeParam> ring;
+  KobStream* const s = this->stream_;
   uint32_t word;
   double d;
   float f;
-  const int wrong = KOB_ERROR_ABSTRACT_WRONG_KIND;
-  EXPECT_EQ(_kobiRngUniformBits(0, ring.stream, 1, &word), (std::is_same_v<TypeParam, uint32_t>) ? 0 : wrong);
-  EXPECT_EQ(_kobdRngUniform(0, ring.stream, 1, &d, 0, 1), (std::is_same_v<TypeParam, double>) ? 0 : wrong);
-  EXPECT_EQ(_kobsRngUniform(0, ring.stream, 1, &f, 0, 1), (std::is_same_v<TypeParam, float>) ? 0 : wrong);
-  EXPECT_EQ(__kobLeapfrogStream(ring.stream, 0, 2), KOB_ERROR_LEAPFROG_UNSUPPORTED);
-  EXPECT_EQ(__kobSkipAheadStream(ring.stream, 2), KOB_ERROR_SKIPAHEAD_UNSUPPORTED);
-  EXPECT_EQ(ring.stream.properties().InitStream(3, ring.stream, 0, nullptr), KOB_ERROR_METHOD);
-  EXPECT_EQ(ring.stream.properties().InitStream(0, ring.stream, 1, &word), KOB_ERROR_BAD_ARG);
-
+  const auto expected = [](bool right) { return right ? 0 : KOB_ERROR_ABSTRACT_WRONG_KIND; };
+  EXPECT_EQ(draw(s, 1, &word), expected(std::is_same_v<TypeParam, uint32_t>));
+  EXPECT_EQ(draw(s, 1, &d), expected(std::is_same_v<TypeParam, double>));
+  EXPECT_EQ(draw(s, 1, &f), expected(std::is_same_v<TypeParam, float>));
+  EXPECT_EQ(__kobLeapfrogStream(s, 0, 2), KOB_ERROR_LEAPFROG_UNSUPPORTED);
+  EXPECT_EQ(__kobSkipAheadStream(s, 2), KOB_ERROR_SKIPAHEAD_UNSUPPORTED);
+  KobBrngProperties p;
+  ASSERT_EQ(__kobGetBrngProperties(s->BrngId, &p), 0);
+  EXPECT_EQ(p.InitStream(3, s, 0, nullptr), KOB_ERROR_METHOD);
+  EXPECT_EQ(p.InitStream(0, s, 1, &word), KOB_ERROR_BAD_ARG);
   // Somebody else's pointers do not come back from an image.
   KobStream* loaded = nullptr;
-  ASSERT_EQ(__kobLoadStreamM(&loaded, image_of(ring.stream).data()), 0);
-  const Stream s(loaded);
+  ASSERT_EQ(__kobLoadStreamM(&loaded, image_of(s).data()), 0);
   TypeParam r;
-  int status;
-  if constexpr (std::is_same_v<TypeParam, uint32_t>)
-    status = s.properties().iGenerate(s, 1, &r);
-  else
-    status = s.generate(1, &r, 0, 1);
-  EXPECT_EQ(status, KOB_ERROR_NULL_PTR);
+  EXPECT_EQ(draw(Stream(loaded), 1, &r), KOB_ERROR_NULL_PTR);
 }
 
-TEST(AbstractStream, ChecksItsArguments) {
-  double d[4];
-  uint32_t i[4];
-  float f[4];
-  KobStream* s = nullptr;
-  const int bad = KOB_ERROR_BAD_ARG;
-  EXPECT_EQ(__kobiNewAbstractStream(&s, 0, i, refill<uint32_t>), bad);
-  EXPECT_EQ(__kobiNewAbstractStream(&s, 4, nullptr, refill<uint32_t>), bad);
-  EXPECT_EQ(__kobiNewAbstractStream(&s, 4, i, nullptr), bad);
-  EXPECT_EQ(__kobdNewAbstractStream(&s, -1, d, 0, 1, refill<double>), bad);
-  EXPECT_EQ(__kobdNewAbstractStream(&s, 4, nullptr, 0, 1, refill<double>), bad);
-  EXPECT_EQ(__kobdNewAbstractStream(&s, 4, d, 0, 1, nullptr), bad);
-  EXPECT_EQ(__kobdNewAbstractStream(&s, 4, d, 1, 1, refill<double>), bad);
-  EXPECT_EQ(__kobsNewAbstractStream(&s, 4, f, 0, 0 * __builtin_inff(), refill<float>), bad);
-  EXPECT_EQ(s, nullptr);
-  expect_clean_failures([&] {
-    const int status = __kobdNewAbstractStream(&s, 4, d, 0, 1, refill<double>);
-    __kobDeleteStream(&s);
-    return status;
-  });
+TYPED_TEST(Abstract, ChecksItsArguments) {
+  TypeParam *const buffer = this->buffer_, *const none = nullptr;
+  const auto expect_refused = [](auto... arguments) {
+    KobStream* s = nullptr;
+    EXPECT_EQ(make(&s, arguments...), KOB_ERROR_BAD_ARG);
+    EXPECT_EQ(s, nullptr);
+  };
+  for (int n : {0, -1, INT32_MIN}) expect_refused(n, buffer, 0, 1, refill<TypeParam>);
+  expect_refused(4, none, 0, 1, refill<TypeParam>);
+  expect_refused(4, buffer, 0, 1, nullptr);
+  for (double end : {1.0, 0.5, double(NAN)})
+    if (!std::is_integral_v<TypeParam>) expect_refused(4, buffer, 1, end, refill<TypeParam>);
+  expect_clean_making([&](KobStream** s) { return make(s, 4, buffer, 0, 1, refill<TypeParam>); });
 }
 
 TEST(TrueRandom, Seeds) {
-  const auto limit = [](const Words& seed) { return Stream(KOB_BRNG_TRNG, seed).state()[1]; };
-  EXPECT_EQ(limit({}), 10u);
-  EXPECT_EQ(limit({7}), 10u);
-  EXPECT_EQ(limit({7, 0}), 10u);
-  EXPECT_EQ(limit({7, 3}), 3u);
+  for (const auto& [seed, limit] : {std::pair(Words{}, 10u), {{7}, 10u}, {{7, 0}, 10u}, {{7, 3}, 3u}})
+    EXPECT_EQ(Stream(KOB_BRNG_TRNG, seed).state()[1], limit);
   const Stream s(KOB_BRNG_TRNG);
   EXPECT_EQ(__kobLeapfrogStream(s, 0, 2), KOB_ERROR_LEAPFROG_UNSUPPORTED);
   EXPECT_EQ(__kobSkipAheadStream(s, 2), KOB_ERROR_SKIPAHEAD_UNSUPPORTED);
@@ -178,29 +163,35 @@ TEST(TrueRandom, Seeds) {
 
 TEST(TrueRandom, FillsWhatItIsAskedFor) {
   const Stream s(KOB_BRNG_TRNG);
+  KobStream* loaded = nullptr;
+  const int loading = __kobLoadStreamM(&loaded, image_of(s).data());
+  __kobDeleteStream(&loaded);
   if (!__kobCPUisRDRAND()) {
     uint32_t word;
-    EXPECT_EQ(s.properties().iGenerate(s, 1, &word), KOB_ERROR_TRNG_UNSUPPORTED);
+    EXPECT_EQ(draw(s, 1, &word), KOB_ERROR_TRNG_UNSUPPORTED);
+    EXPECT_EQ(loading, KOB_ERROR_TRNG_UNSUPPORTED);
     return;
   }
-  for (int n : {0, 1, 2, 7, 1001}) {
-    Words words(size_t(n) + 1, 77);
-    EXPECT_EQ(s.properties().iGenerate(s, n, words.data()), 0);
-    EXPECT_EQ(words.back(), 77u);
-    std::sort(words.begin(), words.end() - 1);
-    // A word that comes three times among a thousand, by chance, in one run of a billion.
-    for (int i = 2; i < n; ++i) EXPECT_NE(words[i], words[i - 2]);
-  }
-  const auto check = [](const auto& r) {
-    double sum = 0;
-    for (auto x : r) {
-      EXPECT_TRUE(x >= -3 && x <= 5);
-      sum += x;
+  EXPECT_EQ(loading, 0);
+  const auto check = [&s](auto zero) {
+    for (int n : {0, 1, 2, 7, 5001}) {
+      std::vector<decltype(zero)> r(size_t(n) + 1, zero);
+      ASSERT_EQ(draw(s, n, r.data()), 0);
+      EXPECT_EQ(r.back(), zero);
+      r.pop_back();
+      const double low = std::is_integral_v<decltype(zero)> ? 0 : 10, high = low ? 30 : 0x1p32;
+      double sum = 0;
+      for (auto x : r) sum += x >= low && x <= high ? double(x) : INFINITY;
+      EXPECT_NEAR(n ? sum / n : (low + high) / 2, (low + high) / 2, 7 * (high - low) / std::sqrt(12.0 * n));
+      // A word that comes three times among so many, by chance, in one run of a billion.
+      std::sort(r.begin(), r.end());
+      for (int i = 2; i < n && std::is_integral_v<decltype(zero)>; ++i)
+        EXPECT_NE(r[size_t(i)], r[size_t(i) - 2]);
     }
-    EXPECT_NEAR(sum / double(r.size()), 1, 8 / std::sqrt(12.0 * double(r.size())) * 7);
   };
-  check(s.reals<double>(5001, -3, 5));
-  check(s.reals<float>(5001, -3, 5));
+  check(0.0);
+  check(uint32_t(0));
+  check(0.0f);
 }
 
 }  // namespace

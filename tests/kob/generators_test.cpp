@@ -1,101 +1,120 @@
-// What holds for every pseudo generator: its sequence, however it is asked for.
+// What holds for every generator, pseudo and quasi: its sequence, however it is asked for, copied or saved.
 #include <cstring>
 #include <numeric>
-#include <random>
 
-#include "reference.hpp"
+#include "image.hpp"
+#include "models.hpp"
 
 namespace {
 
-class Generator : public testing::TestWithParam<Reference> {
+class Generator : public testing::TestWithParam<Case> {
  protected:
-  Stream stream() const { return Stream(GetParam().id, GetParam().seed); }
+  Stream stream() const { return GetParam().stream(); }
 };
-
-INSTANTIATE_TEST_SUITE_P(All, Generator, testing::ValuesIn(references()),
-                         [](const auto& info) { return info.param.name; });
-
-TEST_P(Generator, FollowsItsRecursion) {
-  const int n = 5000;
-  const Stream integers = stream(), doubles = stream(), singles = stream();
-  const Words got = integers.words(n);
-  const std::vector<double> d = doubles.reals(n, -3.7, 11.25);
-  const std::vector<float> s = singles.reals(n, -3.7f, 11.25f);
-  const auto next = GetParam().start();
-  for (int i = 0; i < n; ++i) {
-    const Words word = next();
-    for (size_t j = 0; j < word.size(); ++j) ASSERT_EQ(got[size_t(i) * word.size() + j], word[j]) << i;
-    ASSERT_EQ(d[i], GetParam().real(word, -3.7, 11.25)) << i;
-    ASSERT_EQ(s[i], float(GetParam().real(word, double(-3.7f), double(11.25f)))) << i;
-  }
-}
+INSTANTIATE_TEST_SUITE_P(Pseudo, Generator, testing::ValuesIn(pseudo_cases()), name_of);
+INSTANTIATE_TEST_SUITE_P(Quasi, Generator, testing::ValuesIn(quasi_cases()), name_of);
 
 // Requests of all small lengths and some long ones, in random order, words, doubles and singles in turn, to
 // places of every alignment: the sequence goes on, and nothing is written before or behind.
 TEST_P(Generator, EveryCutContinuesTheSequence) {
-  const Stream cut = stream();
-  const KobBrngProperties p = cut.properties();
-  const int per_word = p.WordSize / 4, total = 40000;
-  const Words all = stream().words(total);
+  const Stream s = stream();
+  const KobBrngProperties p = s.properties();
+  const auto model = GetParam().model();
+  const double ends[][2] = {{-1.5, 2}, {0, 1}, {-3.7, 11.25}};
   std::vector<int> lengths(70);
   std::iota(lengths.begin(), lengths.end(), -1);
-  for (int longer : {100, 127, 128, 147, 149, 249, 250, 251, 255, 256, 257, 511, 623, 624, 625, 1000, 1300})
+  for (int longer :
+       {100, 127, 128, 147, 149, 249, 250, 251, 255, 256, 257, 511, 623, 624, 625, 1000, 1300, 3333, 6405})
     lengths.push_back(longer);
   std::mt19937 random(1);
-  std::shuffle(lengths.begin(), lengths.end(), random);
-  int done = 0;
-  for (int round = 0; round < 3; ++round)
-    for (size_t k = 0; k < lengths.size(); ++k) {
-      const int n = lengths[k], offset = int(random() % 8), kind = int(random() % 3), count = std::max(n, 0);
-      Words memory(size_t(count) * std::max(per_word, 2) + 32, 0xA5A5A5A5);
-      uint32_t* r = memory.data() + 8 + offset;
-      const uint32_t* expected = all.data() + size_t(done) * per_word;
-      size_t length = 0;
-      if (kind == 0) {
-        ASSERT_EQ(p.iGenerate(cut, n, r), 0);
-        length = size_t(count) * per_word;
-        ASSERT_EQ(memcmp(r, expected, length * 4), 0) << n << " at " << done;
-      } else {
-        if (kind == 1) {
-          ASSERT_EQ(p.dGenerate(cut, n, reinterpret_cast<double*>(r), -1, 1), 0);
-        } else {
-          ASSERT_EQ(p.sGenerate(cut, n, reinterpret_cast<float*>(r), -1, 1), 0);
-        }
-        length = size_t(count) * (kind == 1 ? 2 : 1);
-        for (int i = 0; i < count; ++i) {
-          const double real =
-              GetParam().real(Words(expected + i * per_word, expected + (i + 1) * per_word), -1, 1);
-          double got;
-          float single;
-          memcpy(&got, r + 2 * i, kind == 1 ? 8 : 0);
-          memcpy(&single, r + i, 4);
-          ASSERT_EQ(kind == 1 ? got : double(single), kind == 1 ? real : double(float(real)))
-              << n << " at " << done;
-        }
+  for (int round = 0; round < 4; ++round) {
+    std::shuffle(lengths.begin(), lengths.end(), random);
+    for (int n : lengths) {
+      const int kind = int(random() % 3), count = std::max(n, 0);
+      const size_t size = kind == 0 ? size_t(p.WordSize) / 4 : size_t(kind);  // of a number, in words
+      const double *ab = ends[random() % 3], a = ab[0], b = ab[1];
+      Words expected(size_t(count) * size + 32, 0xA5A5A5A5), got = expected;
+      const size_t start = 8 + random() % 8;
+      for (size_t at = start; at < start + size_t(count) * size; at += size) {
+        const Words word = kind == 0 ? model->word() : Words{};
+        const double d = kind == 2 ? model->real(a, b) : 0;
+        const float f = kind == 1 ? float(model->real(float(a), float(b))) : 0;
+        memcpy(&expected[at],
+               kind == 0   ? static_cast<const void*>(word.data())
+               : kind == 1 ? &f
+                           : (void*)&d,
+               4 * size);
       }
-      ASSERT_EQ(std::count(memory.begin(), memory.begin() + 8 + offset, 0xA5A5A5A5u), 8 + offset);
-      ASSERT_EQ(std::count(r + length, memory.data() + memory.size(), 0xA5A5A5A5u),
-                memory.data() + memory.size() - (r + length));
-      done += count;
-      ASSERT_LT(done, total);
+      void* const r = &got[start];
+      const int status = kind == 0   ? p.iGenerate(s, n, static_cast<uint32_t*>(r))
+                         : kind == 1 ? p.sGenerate(s, n, static_cast<float*>(r), float(a), float(b))
+                                     : p.dGenerate(s, n, static_cast<double*>(r), a, b);
+      ASSERT_EQ(status, 0);
+      ASSERT_TRUE(got == expected) << n << " of kind " << kind;
     }
+  }
 }
 
-TEST_P(Generator, ACopyGoesOnAlike) {
-  const Stream first = stream();
-  first.words(37);
-  const Stream second = first;
-  EXPECT_EQ(first.words(300), second.words(300));
-  EXPECT_EQ(first.reals(300), second.reals(300));
+// Numbers of all kinds, as bytes.
+Words everything(const Stream& s) {
+  Words all = s.words(700), bits(11);
+  const std::vector<double> d = s.reals(331);
+  std::vector<uint64_t> wide(7);
+  _kobiRngUniformBits32(0, s, 11, bits.data());
+  _kobiRngUniformBits64(0, s, 7, wide.data());
+  all.insert(all.end(), bits.begin(), bits.end());
+  for (double x : d) wide.push_back(uint64_t(x * 0x1p60));
+  for (uint64_t w : wide) all.push_back(uint32_t(w)), all.push_back(uint32_t(w >> 32));
+  return all;
 }
 
-TEST_P(Generator, RefusesOtherMethods) {
+TEST_P(Generator, CopiesAndImagesGoOnAlike) {
+  const long before = orx_serv_live_blocks();
+  {
+    const Stream s = stream();
+    for (int drawn : {0, 1, 5, 37, 250}) {
+      s.words(drawn);
+      s.reals(drawn / 3);
+      const TemporaryFile file;
+      ASSERT_EQ(__kobSaveStreamF(s, file.name(), -1), 0);
+      EXPECT_EQ(file.content(), image_of(s));
+      KobStream *from_file = nullptr, *from_memory = nullptr;
+      ASSERT_EQ(__kobLoadStreamF(&from_file, file.name(), -1), 0);
+      ASSERT_EQ(__kobLoadStreamM(&from_memory, image_of(s).data()), 0);
+      const Stream copy = s, state_of = stream(), f(from_file), m(from_memory);
+      ASSERT_EQ(__kobCopyStreamState(state_of, s), 0);
+      const Words expected = everything(s);
+      for (const Stream* other : {&copy, &state_of, &f, &m}) EXPECT_EQ(everything(*other), expected) << drawn;
+    }
+  }
+  EXPECT_EQ(orx_serv_live_blocks(), before);
+}
+
+// A bounded run of what the fuzzer does for long: images, with chunks, changed at random.
+TEST_P(Generator, DamagedImagesDoNoHarm) {
   const Stream s = stream();
-  const uint32_t word = 1;
-  for (int method : {-1, 3, 100}) EXPECT_EQ(s.properties().InitStream(method, s, 1, &word), KOB_ERROR_METHOD);
+  everything(s);
+  add_chunk(s, 100, {1, 2, 3});
+  const Bytes good = image_of(s);
+  std::mt19937 random(2);
+  TemporaryFile file;
+  for (int round = 0; round < 200; ++round) {
+    Bytes image = good;
+    for (int changes = 1 + int(random() % 4); changes > 0; --changes) {
+      // Headers and ends, where indices and chunks are, more often than the rest.
+      const size_t places[] = {random() % 32, random() % image.size(),
+                               size_t(s.properties().StateSize) + random() % 28,
+                               image.size() - 1 - random() % std::min<size_t>(150, image.size())};
+      image[places[random() % 4]] = random() % 2 ? uint8_t(random()) : uint8_t(random() % 2 ? 0 : 0xFF);
+    }
+    if (random() % 8 == 0) image.resize(random() % image.size());
+    ASSERT_TRUE(survives(file, image)) << round;
+  }
 }
 
-// The numbers that belong to part k of `parts`, from a plain stream.
+// ---- splitting ----
+
+// The numbers that belong to part k of `parts`.
 Words every(const Words& words, int per_word, int k, int parts) {
   Words r;
   for (size_t i = size_t(k) * per_word; i < words.size(); i += size_t(parts) * per_word)
@@ -103,53 +122,62 @@ Words every(const Words& words, int per_word, int k, int parts) {
   return r;
 }
 
-TEST_P(Generator, LeapfrogTakesEveryNth) {
-  const Stream plain = stream();
-  const int per_word = plain.properties().WordSize / 4, n = 3000;
-  uint32_t k = 0;
-  if (plain.properties().InitStream(1, plain, 1, &k) == KOB_ERROR_LEAPFROG_UNSUPPORTED) {
-    EXPECT_EQ(__kobLeapfrogStream(plain, 0, 2), KOB_ERROR_LEAPFROG_UNSUPPORTED);
-    return;
-  }
-  const Words all = stream().words(n);
-  for (int parts : {1, 2, 3, 7}) {
-    for (k = 0; int(k) < parts; ++k) {
-      const Stream part = stream();
-      ASSERT_EQ(__kobLeapfrogStream(part, k, parts), 0);
-      const Words expected = every(all, per_word, int(k), parts);
-      ASSERT_EQ(part.words(int(expected.size()) / per_word), expected) << k << " of " << parts;
-
-      const Stream part_of_part = stream();
-      ASSERT_EQ(__kobLeapfrogStream(part_of_part, k, parts), 0);
-      ASSERT_EQ(__kobLeapfrogStream(part_of_part, 1, 5), 0);
-      const Words fewer = every(expected, per_word, 1, 5);
-      ASSERT_EQ(part_of_part.words(int(fewer.size()) / per_word), fewer);
-    }
-  }
+void expect_words(const Stream& s, const Words& expected) {
+  EXPECT_EQ(s.words(int(expected.size()) * 4 / s.properties().WordSize), expected);
 }
 
-TEST_P(Generator, SkipCountsOwnNumbers) {
-  const Stream plain = stream();
-  if (__kobSkipAheadStream(plain, 1) == KOB_ERROR_SKIPAHEAD_UNSUPPORTED) return;
-  const auto skipped = [](Stream s, uint64_t n) {
-    EXPECT_EQ(__kobSkipAheadStream(s, n), 0);
-    return s;
-  };
-  for (int parts : {1, 3}) {
-    const Stream start = stream();
-    if (parts > 1 && __kobLeapfrogStream(start, 2, parts) != 0) continue;
-    for (int n : {0, 1, 2, 3, 64, 1000}) {
-      const Stream stepped = start;
-      stepped.words(n);
-      EXPECT_EQ(skipped(start, uint64_t(n)).words(40), stepped.words(40)) << n;
+// A leapfrog takes every so manieth number, of another leapfrog's too; a skip counts the stream's own.
+void expect_leaps(const Case& c) {
+  const Stream plain = c.stream();
+  const int per_word = plain.properties().WordSize / 4;
+  const Words all = plain.words(2000);
+  for (int parts : {1, 2, 3, 7})
+    for (int k = 0; k < parts; ++k) {
+      const Stream part = c.stream();
+      ASSERT_EQ(__kobLeapfrogStream(part, uint32_t(k), parts), 0);
+      const Stream part_of_part = part;
+      const Words expected = every(all, per_word, k, parts);
+      expect_words(part, expected);
+      ASSERT_EQ(__kobLeapfrogStream(part_of_part, 1, 5), 0);
+      expect_words(part_of_part, every(expected, per_word, 1, 5));
     }
-    // Far skips add up, in whatever pieces.
-    const uint64_t far = (uint64_t(1) << 63) + 12345678901;
-    const Stream there = skipped(start, far);
-    Stream in_pieces = skipped(skipped(start, far - (uint64_t(1) << 41)), (uint64_t(1) << 40));
-    for (int i = 0; i < 1024; ++i) __kobSkipAheadStream(in_pieces, uint64_t(1) << 30);
-    EXPECT_EQ(there.words(40), in_pieces.words(40));
+}
+
+void expect_skips(const Stream& start) {
+  const auto skipped = [&](std::initializer_list<uint64_t> skips) {
+    const Stream s = start;
+    for (uint64_t n : skips) EXPECT_EQ(__kobSkipAheadStream(s, n), 0);
+    return s.words(40);
+  };
+  for (int n : {0, 1, 2, 3, 64, 1000}) {
+    const Stream stepped = start;
+    stepped.words(n);
+    EXPECT_EQ(skipped({uint64_t(n)}), stepped.words(40)) << n;
   }
+  // Far skips add up.
+  const uint64_t far = (uint64_t(1) << 63) + 12345678901, part = uint64_t(1) << 40;
+  EXPECT_EQ(skipped({far}), skipped({far - part - part / 4 * 3, part, part / 2, part / 4}));
+}
+
+TEST(Splitting, ByWhatEachGeneratorCan) {
+  for (const Case& c : pseudo_cases()) {
+    SCOPED_TRACE(c.name);
+    const Stream s = c.stream(), leapt = c.stream();
+    const bool leaps = c.id < KOB_BRNG_R250 || (c.id >= KOB_BRNG_MCG59 && c.id < KOB_BRNG_SOBOL);
+    const bool skips = leaps || c.id == KOB_BRNG_MRG32K3A;
+    EXPECT_EQ(__kobLeapfrogStream(leapt, 2, 3), leaps ? 0 : KOB_ERROR_LEAPFROG_UNSUPPORTED);
+    EXPECT_EQ(__kobSkipAheadStream(Stream(s), 1), skips ? 0 : KOB_ERROR_SKIPAHEAD_UNSUPPORTED);
+    for (int method : {-1, 3, 100})
+      EXPECT_EQ(s.properties().InitStream(method, s, 0, nullptr), KOB_ERROR_METHOD);
+    EXPECT_EQ(__kobLeapfrogStream(s, 0, -1), KOB_ERROR_LEAPFROG_NSTREAMS);
+    EXPECT_EQ(__kobLeapfrogStream(s, 0, INT32_MIN), KOB_ERROR_LEAPFROG_NSTREAMS);
+    if (leaps) expect_leaps(c);
+    if (leaps) expect_skips(leapt);
+    if (skips) expect_skips(s);
+  }
+  const Stream still(KOB_BRNG_MCG31M1, {5});
+  EXPECT_EQ(__kobLeapfrogStream(still, 0, 0), 0);  // a step of no numbers: the first one for ever
+  EXPECT_EQ(still.words(20), Words(20, 5));
 }
 
 }  // namespace

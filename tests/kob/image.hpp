@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -67,30 +68,28 @@ inline bool is_whole(const Bytes& image) {
   return at <= image.size();
 }
 
-// Draws numbers of every kind, copies and saves; deletes the stream.
+// Draws numbers of every kind from a stream and from a copy of it, splits and saves; deletes the stream.
 inline void use(KobStream* stream) {
-  KobBrngProperties p;
-  __kobGetBrngProperties(uint32_t(__kobGetStreamStateBrng(stream)), &p);
   constexpr int kCount = 700;
   uint32_t words[4 * kCount];
   uint64_t wide[40];
-  int32_t integers[40];
-  p.iGenerate(stream, kCount, words);
-  _kobdRngUniform(0, stream, kCount / 2, reinterpret_cast<double*>(words), -1, 1);
-  _kobsRngUniform(1 << 30, stream, kCount, reinterpret_cast<float*>(words), -1, 1);
-  for (int n : {1, 3, 2, 0, 37}) {
-    _kobiRngUniformBits32(0, stream, n, words);
-    _kobiRngUniformBits64(0, stream, n, wide);
-    _kobiRngUniform(0, stream, n, integers, -10, 10);
-    _kobiRngBernoulli(0, stream, n, integers, 0.5);
-  }
-  __kobSkipAheadStream(stream, 12345678901234);
-  __kobLeapfrogStream(stream, 1, 3);
   KobStream* copy = nullptr;
-  if (__kobCopyStream(&copy, stream) == 0) p.iGenerate(copy, 3, words);
-  image_of(stream);
-  __kobDeleteStream(&copy);
-  __kobDeleteStream(&stream);
+  if (__kobCopyStream(&copy, stream) != KOB_STATUS_OK) abort();
+  for (KobStream* s : {stream, copy}) {
+    _kobiRngUniformBits(0, s, kCount, words);
+    _kobdRngUniform(0, s, kCount / 2, reinterpret_cast<double*>(words), -1, 1);
+    for (int n : {1, 3, 2, 0, 37}) {
+      _kobiRngUniformBits32(0, s, n, words);
+      _kobiRngUniformBits64(0, s, n, wide);
+      _kobsRngUniform(0, s, n, reinterpret_cast<float*>(words), -1, 1);
+    }
+    __kobSkipAheadStream(s, 12345678901234);
+    __kobLeapfrogStream(s, 1, 3);
+    __kobLeapfrogStream(s, 0, 0x7FFFFFFF);
+    _kobiRngUniformBits(0, s, 40, words);
+    image_of(s);
+    __kobDeleteStream(&s);
+  }
 }
 
 // Loads an image from a file and, when its lengths allow it, from memory, and uses what was loaded. False

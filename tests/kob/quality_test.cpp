@@ -34,21 +34,14 @@ double frequency(const Numbers& u) {
   return uniform_cells_z(counts);
 }
 
-// Pairs (u[i], v[i]) in the cells of a square.
-double pairs(const Numbers& u, const Numbers& v) {
+// Pairs (u[i], v[i + lag]), i = 0, step, 2 step, ..., in the cells of a square.
+double pairs(const Numbers& u, const Numbers& v, size_t lag = 0, size_t step = 1) {
   std::vector<int> counts(64 * 64);
-  for (size_t i = 0; i < u.size(); ++i) ++counts[size_t(u[i] * 64) * 64 + size_t(v[i] * 64)];
+  for (size_t i = 0; i + lag < u.size(); i += step)
+    ++counts[size_t(u[i] * 64) * 64 + size_t(v[i + lag] * 64)];
   return uniform_cells_z(counts);
 }
-
-double serial(const Numbers& u) {
-  Numbers even, odd;
-  for (size_t i = 0; i + 1 < u.size(); i += 2) {
-    even.push_back(u[i]);
-    odd.push_back(u[i + 1]);
-  }
-  return pairs(even, odd);
-}
+double serial(const Numbers& u) { return pairs(u, u, 1, 2); }
 
 // Numbers between two visits of [0, 1/16).
 double gaps(const Numbers& u) {
@@ -59,26 +52,15 @@ double gaps(const Numbers& u) {
   probabilities[kLongest] = std::pow(1 - p, kLongest);
   std::vector<int> counts(kLongest + 1);
   int gap = 0;
-  for (double x : u) {
-    if (x < p) {
-      ++counts[size_t(std::min(gap, kLongest))];
-      gap = 0;
-    } else {
+  for (double x : u)
+    if (x < p)
+      ++counts[size_t(std::min(std::exchange(gap, 0), kLongest))];
+    else
       ++gap;
-    }
-  }
   return chi_square_z(counts, probabilities);
 }
 
 std::array<double, 3> figures(const Numbers& u) { return {frequency(u), serial(u), gaps(u)}; }
-
-void expect_random(const Numbers& u, const std::string& name) {
-  for (double z : figures(u)) EXPECT_LT(std::fabs(z), 5) << name;
-}
-
-void expect_unrelated(const Numbers& u, const Numbers& v, const std::string& name) {
-  EXPECT_LT(std::fabs(pairs(u, v)), 5) << name;
-}
 
 TEST(Quality, TheTestsThemselvesTellBadFromGood) {
   Numbers even_steps(kCount), alternating(kCount);
@@ -93,47 +75,42 @@ TEST(Quality, TheTestsThemselvesTellBadFromGood) {
   EXPECT_GT(std::fabs(pairs(good, good)), 5);
 }
 
-TEST(Quality, EveryGenerator) {
-  for (uint32_t id : {KOB_BRNG_MCG31M1, KOB_BRNG_R250, KOB_BRNG_MRG32K3A, KOB_BRNG_MCG59, KOB_BRNG_MT19937,
-                      KOB_BRNG_SFMT19937})
-    for (uint32_t seed : {1u, 12345u, 0x80000001u})
-      expect_random(Stream(id, {seed}).reals(kCount),
-                    std::to_string(id >> 20) + " seed " + std::to_string(seed));
+// A stream for each of several numbers: each by itself, and each against the one before.
+template <class Make>
+void expect_random_streams(const std::string& name, const std::vector<uint32_t>& numbers, const Make& make) {
+  Numbers last;
+  for (uint32_t k : numbers) {
+    SCOPED_TRACE(name + " " + std::to_string(k));
+    const Numbers u = make(k).reals(kCount);
+    for (double z : figures(u)) EXPECT_LT(std::fabs(z), 5);
+    EXPECT_LT(last.empty() ? 0 : std::fabs(pairs(last, u)), 5) << "with the one before";
+    last = u;
+  }
+}
+
+TEST(Quality, Generators) {
+  for (uint32_t id : {KOB_BRNG_R250, KOB_BRNG_MRG32K3A, KOB_BRNG_MT19937, KOB_BRNG_SFMT19937,
+                      KOB_BRNG_MCG31M1, KOB_BRNG_MCG59})
+    expect_random_streams(std::to_string(id >> 20) + " of seed", {1, 12345, 0x80000001},
+                          [&](uint32_t seed) { return Stream(id, {seed}); });
 }
 
 TEST(Quality, SubGenerators) {
-  const struct {
-    uint32_t id;
-    std::vector<uint32_t> numbers;
-  } families[] = {{KOB_BRNG_WH, {0, 1, 2, 100, 101, 271, 272}},
-                  {KOB_BRNG_MT2203, {0, 1, 2, 3000, 6022, 6023}}};
-  for (const auto& family : families) {
-    Numbers last;
-    for (uint32_t k : family.numbers) {
-      const Numbers u = Stream(family.id + k, {4321}).reals(kCount);
-      const std::string name = std::to_string(family.id >> 20) + " sub-generator " + std::to_string(k);
-      expect_random(u, name);
-      if (!last.empty()) expect_unrelated(last, u, name + " and the one before");
-      last = u;
-    }
-  }
+  const auto sub_generator = [](uint32_t k) { return Stream(k, {4321}); };
+  const uint32_t wh = KOB_BRNG_WH, mt = KOB_BRNG_MT2203;
+  expect_random_streams("WH", {wh, wh + 1, wh + 2, wh + 100, wh + 101, wh + 271, wh + 272}, sub_generator);
+  expect_random_streams("MT2203", {mt, mt + 1, mt + 2, mt + 3000, mt + 6022, mt + 6023}, sub_generator);
 }
 
 TEST(Quality, PartsOfALeapfrog) {
   for (uint32_t id : {uint32_t(KOB_BRNG_MCG31M1), uint32_t(KOB_BRNG_MCG59), KOB_BRNG_WH + 5u})
-    for (int parts : {2, 3, 10, 16}) {
-      Numbers last;
-      for (uint32_t k = 0; k < 2; ++k) {
-        const Stream s(id, {20231});
-        ASSERT_EQ(__kobLeapfrogStream(s, k, parts), 0);
-        const Numbers u = s.reals(kCount);
-        const std::string name =
-            std::to_string(id >> 20) + " part " + std::to_string(k) + " of " + std::to_string(parts);
-        expect_random(u, name);
-        if (k > 0) expect_unrelated(last, u, name + " and the one before");
-        last = u;
-      }
-    }
+    for (int parts : {2, 3, 10, 16})
+      expect_random_streams(std::to_string(id >> 20) + " in " + std::to_string(parts) + ", part", {0, 1},
+                            [&](uint32_t k) {
+                              Stream s(id, {20231});
+                              EXPECT_EQ(__kobLeapfrogStream(s, k, parts), 0);
+                              return s;
+                            });
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -42,14 +43,11 @@ class Stream {
   template <class Real = double>
   std::vector<Real> reals(int n, Real a = 0, Real b = 1) const {
     std::vector<Real> r(n);
-    EXPECT_EQ(generate(n, r.data(), a, b), KOB_STATUS_OK);
+    if constexpr (sizeof(Real) == 8)
+      EXPECT_EQ(properties().dGenerate(stream_, n, r.data(), a, b), KOB_STATUS_OK);
+    else
+      EXPECT_EQ(properties().sGenerate(stream_, n, r.data(), a, b), KOB_STATUS_OK);
     return r;
-  }
-  int generate(int n, double* r, double a, double b) const {
-    return properties().dGenerate(stream_, n, r, a, b);
-  }
-  int generate(int n, float* r, float a, float b) const {
-    return properties().sGenerate(stream_, n, r, a, b);
   }
 
  private:
@@ -70,4 +68,25 @@ void expect_clean_failures(Call call) {
     EXPECT_EQ(status, KOB_ERROR_MEM_FAILURE) << "allocation " << k;
     ASSERT_LT(k, 1000);
   }
+}
+
+// The same for a call that makes a stream.
+template <class Make>
+void expect_clean_making(Make make) {
+  expect_clean_failures([&] {
+    KobStream* stream = nullptr;
+    const int status = make(&stream);
+    __kobDeleteStream(&stream);
+    return status;
+  });
+}
+
+// Gives the stream a chunk; its data.
+inline void* add_chunk(KobStream* stream, uint32_t kind, const Words& words,
+                       const KobGlobalId* name = nullptr) {
+  const uint32_t size = uint32_t(words.size()) * 4;
+  void* data = orx_serv_allocate(size, 128);
+  std::copy(words.begin(), words.end(), static_cast<uint32_t*>(data));
+  EXPECT_EQ(__kobAddChunk(stream, kind, name, data, size), KOB_STATUS_OK);
+  return data;
 }

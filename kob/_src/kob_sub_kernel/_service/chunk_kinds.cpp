@@ -35,8 +35,11 @@ constexpr uint32_t kKinds = sizeof kRules / sizeof *kRules;
 
 }  // namespace
 
-bool is_sound(const KobChunk& chunk) {
+bool is_sound(const KobStream* stream, const KobChunk& chunk) {
   if (chunk.ChunkId >= kKinds) return true;
+  // adopt() looks at the first of a kind, and in a copy of the stream, whose list is reversed, another one
+  // would be the first.
+  if (find_chunk(stream, chunk.ChunkId)) return false;
   // A block that several streams may write would not stay sound.
   if (is_named(chunk.GlobalId) && chunk.ChunkId != kChunkSobolDirections) return false;
   const Rule& rule = kRules[chunk.ChunkId];

@@ -5,9 +5,10 @@
 
 namespace orx::brng {
 
-// Whether the chunk is long enough for its kind and holds nothing that would lead outside its own data. Where
-// a length or a content hangs on the stream's state, the generator's adopt() checks. Kinds that nobody here
-// knows belong to registered generators and are theirs to check.
-bool is_sound(const KobChunk& chunk);
+// Whether the stream may get this chunk: it is the stream's first of its kind, long enough for it, and holds
+// nothing that would lead outside its own data. Where a length or a content hangs on the stream's state, the
+// generator's adopt() checks. Kinds that nobody here knows belong to registered generators and are theirs to
+// check.
+bool is_sound(const KobStream* stream, const KobChunk& chunk);
 
 }  // namespace orx::brng

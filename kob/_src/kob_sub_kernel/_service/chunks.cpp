@@ -37,10 +37,7 @@ ORX_API int __kobAddChunk(KobStream* stream, uint32_t chunk_id, const KobGlobalI
   KobChunk* chunk = static_cast<KobChunk*>(allocate(sizeof(KobChunk)));
   if (!chunk) return KOB_ERROR_MEM_FAILURE;
   *chunk = {chunk_id, size, data, chunks(stream), global_id ? *global_id : KobGlobalId{}};
-  // The table keeps its last place free: a name that finds it so full stays out, and the block is private.
-  if (__kobRegisterGlobRODataReference(chunk, &chunk->GlobalId) != KOB_STATUS_OK &&
-      is_named(chunk->GlobalId) && enter_shared(chunk) != KOB_STATUS_OK)
-    chunk->GlobalId = {};
+  share(chunk);
   stream->Chunks = reinterpret_cast<uintptr_t>(chunk);
   return KOB_STATUS_OK;
 }

@@ -117,10 +117,10 @@ bool file_holds(FILE* file, uint32_t size) {
          fseek(file, -long(size), SEEK_CUR) == 0;
 }
 
-// A block of a name that the process has already must be the block that it has.
-bool agrees_with_shared(const ChunkHeader& header) {
+// A block of a name that the process had already must be the block that it has.
+bool agrees_with_shared(const KobChunk& chunk) {
   uint32_t size;
-  return !find_shared(header.global_id, &size) || size == header.size;
+  return !find_shared(chunk.GlobalId, &size) || size == chunk.Size;
 }
 
 int read_chunk_header(ChunkHeader* header, uint32_t version, Mover load, void* place) {
@@ -142,17 +142,17 @@ int read_chunk(KobStream* stream, uint32_t version, Place kind, void* place) {
   void* data = allocate(header.size);
   if (!data) return KOB_ERROR_MEM_FAILURE;
   status = load(data, header.size, 1, place);
-  if (status == KOB_STATUS_OK &&
-      !(agrees_with_shared(header) && is_sound({header.id, header.size, data, nullptr, header.global_id})))
+  if (status == KOB_STATUS_OK && !is_sound(stream, {header.id, header.size, data, nullptr, header.global_id}))
     status = KOB_ERROR_BAD_FILE_FORMAT;
   if (status == KOB_STATUS_OK)
     status = __kobAddChunk(stream, header.id, &header.global_id, data, header.size);
   // A shared block that was there already has taken the place of the one just read.
   if (status != KOB_STATUS_OK || chunks(stream)->Data != data) orx_serv_deallocate(data);
-  return status;
+  // Compared when the stream has its reference: until then another thread may enter or delete the name.
+  return status == KOB_STATUS_OK && !agrees_with_shared(*chunks(stream)) ? KOB_ERROR_BAD_FILE_FORMAT : status;
 }
 
-int read_chunks(KobStream* stream, const ImageHeader& header, Place kind, void* place) {
+int __kobReadChunks(KobStream* stream, const ImageHeader& header, Place kind, void* place) {
   const uint32_t version = header.magic & 0xFF;
   // An image of the other byte order has its version elsewhere, and chunks that are not understood.
   if (header.chunk_count && version > kVersion) return KOB_ERROR_FILE_READ;
@@ -179,7 +179,7 @@ int read_body(KobStream* stream, const ImageHeader& header, Place kind, void* pl
   int status = LoadDispatch[kind](stream + 1, header.state_size, 1, place);
   if (status == KOB_STATUS_OK && header.id == KOB_BRNG_TRNG && !__kobCPUisRDRAND())
     status = KOB_ERROR_TRNG_UNSUPPORTED;
-  if (status == KOB_STATUS_OK) status = read_chunks(stream, header, kind, place);
+  if (status == KOB_STATUS_OK) status = __kobReadChunks(stream, header, kind, place);
   if (status == KOB_STATUS_OK && !adopt(stream)) status = KOB_ERROR_BAD_FILE_FORMAT;
   return status;
 }

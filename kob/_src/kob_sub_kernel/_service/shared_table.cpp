@@ -1,6 +1,6 @@
 // The process's table of read-only blocks that several streams share, under one spin lock. Each function
-// takes the lock for its own scan; a reference that the caller holds is what keeps an entry from going in
-// between.
+// takes the lock for its own scan; between two of them a reference that the caller holds is what keeps an
+// entry from going.
 #include "kob_sub_kernel/_service/shared_table.hpp"
 
 #include <immintrin.h>
@@ -49,13 +49,17 @@ KobGlobalEntry* find(const KobGlobalId* id, KobGlobalEntry* entry = _GlobRODataT
   return nullptr;
 }
 
-// Enters a block while fewer than `limit` places are taken.
-int create(KobGlobalEntry** entry, const KobGlobalId* id, void* data, uint32_t size, int limit) {
-  const Lock lock;
-  if (_GlobRODataTableCount >= limit) return KOB_ERROR_GLOBAL_TABLE_FULL;
-  *entry = &_GlobRODataTable[_GlobRODataTableCount++];
-  **entry = {*id, 1, data, size};
-  return KOB_STATUS_OK;
+// Under the lock. Enters a block with one reference; null when `limit` places are taken.
+KobGlobalEntry* enter(const KobGlobalEntry& entry, int limit) {
+  if (_GlobRODataTableCount >= limit) return nullptr;
+  _GlobRODataTable[_GlobRODataTableCount] = entry;
+  return &_GlobRODataTable[_GlobRODataTableCount++];
+}
+
+// Under the lock. Makes the chunk share an entry's block.
+void refer(KobChunk* chunk, KobGlobalEntry* entry) {
+  ++entry->RefCount;
+  chunk->Data = entry->Data;
 }
 
 }  // namespace
@@ -67,9 +71,14 @@ bool find_shared(const KobGlobalId& id, uint32_t* size) {
   return entry;
 }
 
-int enter_shared(KobChunk* chunk) {
-  KobGlobalEntry* entry;
-  return create(&entry, &chunk->GlobalId, chunk->Data, chunk->Size, kSlots - 1);
+// One lock for the look-up and the entry: two threads must not enter one name twice.
+void share(KobChunk* chunk) {
+  if (!is_named(chunk->GlobalId)) return;
+  const Lock lock;
+  if (KobGlobalEntry* entry = find(&chunk->GlobalId))
+    refer(chunk, entry);
+  else if (!enter({chunk->GlobalId, 1, chunk->Data, chunk->Size}, kSlots - 1))
+    chunk->GlobalId = {};
 }
 
 }  // namespace orx::brng
@@ -93,15 +102,18 @@ ORX_API int __kobGenerateNewGlobalRODataTableEntryId(KobGlobalId* id, int32_t va
 }
 
 ORX_API int __kobCreateGlobRODataTableEntry(KobGlobalEntry** entry, const KobGlobalId* id, void* data) {
-  return create(entry, id, data, 0, kSlots);
+  const Lock lock;
+  KobGlobalEntry* const entered = enter({*id, 1, data, 0}, kSlots);
+  if (!entered) return KOB_ERROR_GLOBAL_TABLE_FULL;
+  *entry = entered;
+  return KOB_STATUS_OK;
 }
 
 ORX_API int __kobRegisterGlobRODataReference(KobChunk* chunk, const KobGlobalId* id) {
   const Lock lock;
   KobGlobalEntry* entry = find(id);
   if (!entry) return KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND;
-  ++entry->RefCount;
-  chunk->Data = entry->Data;
+  refer(chunk, entry);
   return KOB_STATUS_OK;
 }
 

@@ -10,8 +10,9 @@ inline bool is_named(const KobGlobalId& id) { return id.Word[0] | id.Word[1] | i
 // Whether the table has the name; *size is the block's size, 0 when it was not told.
 bool find_shared(const KobGlobalId& id, uint32_t* size);
 
-// Enters a chunk's block and its size under the chunk's name, unless the table is down to its last place.
-int enter_shared(KobChunk* chunk);
+// A chunk with a name gets the block that the table has under it, or enters its own. The table keeps its last
+// place free: a name that finds it so full is taken from the chunk, whose block is then private.
+void share(KobChunk* chunk);
 
 inline bool is_shared(const KobGlobalId& id) {
   uint32_t size;

@@ -1,8 +1,6 @@
 // Niederreiter's sequence in base 2: P. Bratley, B. L. Fox, H. Niederreiter, Implementation and tests of
 // low-discrepancy sequences, ACM Trans. Model. Comput. Simul. 2 (1992); Algorithm 738, ACM Trans. Math.
 // Softw. 20 (1994).
-#include <cstring>
-
 #include "kob_sub_kernel/_service/chunks.hpp"
 #include "kob_sub_kernel/sobol/quasi.hpp"
 
@@ -145,13 +143,10 @@ namespace {
 
 int Niederr::seed(KobStream* stream, int n, const uint32_t* params) {
   const Request request = read_seed(n, params);
-  // Seeded anew: whatever was held over belonged to another sequence.
-  __kobDeleteChunks(stream);
-  State& s = state<Niederr>(stream);
-  memset(&s, 0, sizeof s);
-  s.position = Position::start(request.dimension);
-  return request.dimension > kMost ? __kobNiederrInitUserPolymsChunk(stream, request)
-                                   : __kobNiederrInitUserPolymsStreamStruct(stream, request);
+  return quasi::seed<Niederr>(stream, request.dimension, [&] {
+    return request.dimension > kMost ? __kobNiederrInitUserPolymsChunk(stream, request)
+                                     : __kobNiederrInitUserPolymsStreamStruct(stream, request);
+  });
 }
 
 Sequence Niederr::default_sequence(KobStream* stream) {

@@ -343,6 +343,20 @@ inline uint32_t plain_dimension(int n, const uint32_t* params, uint32_t most) {
   return n >= 1 && params[0] >= 1 && params[0] <= most ? params[0] : 1;
 }
 
+// Seeds a generator of this dimension: `fill` fills the state that was cleared, or chunks. Whatever the
+// stream held over belonged to another sequence. A stream that could not be seeded is not to be used, but
+// must not lead outside its state if it is.
+template <class Generator, class Fill>
+int seed(KobStream* stream, uint32_t dimension, const Fill& fill) {
+  auto& s = state<Generator>(stream);
+  __kobDeleteChunks(stream);
+  s = {};
+  s.position = Position::start(1);
+  const int status = fill();
+  if (status == KOB_STATUS_OK) s.position.Dimension = dimension;
+  return status;
+}
+
 inline int degree(uint32_t polynomial) { return polynomial ? 31 - __builtin_clz(polynomial) : -1; }
 
 }  // namespace orx::brng::quasi

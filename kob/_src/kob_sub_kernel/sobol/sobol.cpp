@@ -182,13 +182,10 @@ namespace {
 
 int Sobol::seed(KobStream* stream, int n, const uint32_t* params) {
   const Request request = read_seed(n, params);
-  // Seeded anew: whatever was held over belonged to another sequence.
-  __kobDeleteChunks(stream);
-  State& s = state<Sobol>(stream);
-  memset(&s, 0, sizeof s);
-  s.position = Position::start(request.dimension);
-  return request.dimension > kMost || request.matrix ? __kobSobolUserPolymsDirNumsChunk(stream, request)
-                                                     : __kobSobolUserPolyms(stream, request);
+  return quasi::seed<Sobol>(stream, request.dimension, [&] {
+    return request.dimension > kMost || request.matrix ? __kobSobolUserPolymsDirNumsChunk(stream, request)
+                                                       : __kobSobolUserPolyms(stream, request);
+  });
 }
 
 Sequence Sobol::sequence(KobStream* stream) {
