@@ -103,14 +103,14 @@ inline int group_log2(int dimension) {
 // The steps of points taken 2^k at a time, as rows: where they lie, or made here.
 class Rows {
  public:
-  // For the steps of `count` groups from group q on, and steps 0 and 1.
+  // For the steps of `count` groups from group q on, and steps 0 to 2.
   Rows(const Sequence& s, int k, uint32_t q, int count) {
     if (k == 0 && s.v.component == 1) {
       first_ = s.v.first;
       stride_ = s.v.bit;
       return;
     }
-    const int top = 31 - __builtin_clz((q ^ (q + uint32_t(count))) | 3);
+    const int top = 31 - __builtin_clz((q ^ (q + uint32_t(count))) | 7);
     for (int c = 0; c <= std::min(top, kBits - 1 - k); ++c) make(s, k, c);
   }
 
@@ -138,7 +138,8 @@ class Octets {
   Octets(const uint32_t* x, const Rows& rows, int from)
       : from_(from), row0_(rows(0) + from), stride_(rows(1) - rows(0)), x_(load(x + from, Sink::lane)) {}
 
-  // Puts out points q, q + 1, ..., `width` places apart.
+  // Puts out points q, q + 1, ..., `width` places apart. From a multiple of 8 on the steps are those of bits
+  // 0, 1, 0, 2, 0, 1, 0 and one more: only the last must be looked up.
   void emit(uint32_t q, int points, int width, const Sink sink, int at) {
     const uint32_t* const row0 = row0_;
     const size_t stride = stride_;
@@ -149,15 +150,13 @@ class Octets {
       x = moved(x, step(lowest_zero(q)));
       ++q, --points, at += width;
     };
-    while (points > 0 && q & 3) one();
-    const Lanes v0 = step(0), v1 = step(1);
-    for (; points >= 4; points -= 4, q += 4, at += 4 * width) {
-      const Lanes x3 = moved(x, v1);
-      put(x, sink, at);
-      put(moved(x, v0), sink, at + width);
-      put(moved(x3, v0), sink, at + 2 * width);
-      put(x3, sink, at + 3 * width);
-      x = moved(x3, step(2 + lowest_zero(q >> 2)));
+    while (points > 0 && q & 7) one();
+    const Lanes v0 = step(0), v1 = step(1), v2 = step(2);
+    for (; points >= 8; points -= 8, q += 8, at += 8 * width) {
+      four(x, v0, v1, width, sink, at);
+      x = moved(moved(x, v1), v2);
+      four(x, v0, v1, width, sink, at + 4 * width);
+      x = moved(moved(x, v1), step(3 + lowest_zero(q >> 3)));
     }
     while (points > 0) one();
     x_ = x;
@@ -180,6 +179,14 @@ class Octets {
     return {Sink::moved(x.low, step.low), Sink::moved(x.high, step.high)};
   }
   static void put(Lanes x, const Sink& sink, int at) { sink.put(at, x.low), sink.put(at + 4, x.high); }
+  // Points 4 k to 4 k + 3, from the first of them.
+  static void four(Lanes x, Lanes v0, Lanes v1, int width, const Sink& sink, int at) {
+    const Lanes x3 = moved(x, v1);
+    put(x, sink, at);
+    put(moved(x, v0), sink, at + width);
+    put(moved(x3, v0), sink, at + 2 * width);
+    put(x3, sink, at + 3 * width);
+  }
 
   int from_;
   const uint32_t* row0_;
