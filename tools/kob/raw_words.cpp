@@ -1,11 +1,11 @@
 // Writes 32-bit words of a generator to standard output for ever, for a test battery to read from a pipe.
 //
-//   raw_words ID [STREAMS] [skip]
+//   raw_words ID [STREAMS] [skip | alike]
 //
 // ID is the number of the generator, as 0x800000. With STREAMS above 1 one word each is taken in turn from
-// that many streams: from the sub-generators ID, ID + 1, ..., each with a seed of its own, or, with the word
-// "skip", from one generator, 2^40 numbers apart. Words are the generator's 32 uniform bits where it has
-// such, else the upper 32 bits of its real numbers.
+// that many streams: from the sub-generators ID, ID + 1, ..., each with a seed of its own or, with the word
+// "alike", all with the same one; with "skip", from one generator, 2^40 numbers apart. Words are the
+// generator's 32 uniform bits where it has such, else the upper 32 bits of its real numbers.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -27,15 +27,16 @@ void draw(KobStream* stream, std::vector<uint32_t>& words) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 2) return fprintf(stderr, "usage: raw_words ID [STREAMS] [skip]\n"), 2;
+  if (argc < 2) return fprintf(stderr, "usage: raw_words ID [STREAMS] [skip | alike]\n"), 2;
   const uint32_t id = uint32_t(strtoul(argv[1], nullptr, 0));
   const int count = argc > 2 ? atoi(argv[2]) : 1;
-  const bool skip = argc > 3 && !strcmp(argv[3], "skip");
+  const auto has_word = [=](const char* word) { return argc > 3 && !strcmp(argv[3], word); };
+  const bool skip = has_word("skip"), alike = has_word("alike");
 
   std::vector<KobStream*> streams(count);
   for (int k = 0; k < count; ++k) {
     const uint32_t which = skip ? 0 : uint32_t(k), seed[] = {20240229, which};
-    int status = __kobNewStreamEx(&streams[k], id + which, which ? 2 : 1, seed);
+    int status = __kobNewStreamEx(&streams[k], id + which, which && !alike ? 2 : 1, seed);
     if (status == 0 && skip) status = __kobSkipAheadStream(streams[k], uint64_t(k) << 40);
     if (status != 0) return fprintf(stderr, "raw_words: status %d\n", status), 1;
   }
