@@ -155,7 +155,7 @@ int __kobCopyStream(KobStream** stream, const KobStream* source);
 /* Carries the position and the chunks of `source` over to a stream of the same generator. What moves is
  * WordSize * SeedCount bytes of the state, as far as both states reach: multipliers changed by a leapfrog
  * (MCG31M1, MCG59) and the parameters of an MT2203 sub-generator stay those of dest. When a chunk cannot be
- * copied, dest ends without chunks, and a quasi-random stream is not to be used before it is seeded anew. */
+ * copied, dest ends without chunks; where it cannot go on without them, it is seeded by an empty seed. */
 int __kobCopyStreamState(KobStream* dest, const KobStream* source);
 
 /* Makes the stream deliver every nstreams-th number of its sequence, beginning with the k-th from here

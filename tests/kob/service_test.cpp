@@ -186,6 +186,18 @@ TEST(Chunks, FailedAllocationsLeaveNothing) {
     __kobDeleteChunks(dest);
     return status;
   });
+  // Points of many dimensions cannot go on without their chunks.
+  Words matrix(3 + 32 * 400, 0x80000000);
+  matrix[0] = 400, matrix[1] = 1, matrix[2] = 4;
+  const Stream wide(KOB_BRNG_SOBOL, matrix), points(KOB_BRNG_SOBOL);
+  expect_clean_failures([&] {
+    const int status = __kobCopyStreamState(points, wide);
+    double r[400];
+    EXPECT_EQ(_kobdRngUniform(0, points, 400, r, 0, 1), 0);
+    EXPECT_EQ(points.state()[1], status == 0 ? 400u : 1u);
+    __kobDeleteChunks(points);
+    return status;
+  });
 }
 
 // Of MCG31M1 the position is carried over but not the multiplier.

@@ -64,9 +64,13 @@ ORX_API int __kobCopyStreamState(KobStream* dest, const KobStream* source) {
   const KobBrngProperties& from = record(source);
   // Seed words, not the state: what a stream was split by stays its own.
   const size_t seeds = size_t(from.WordSize) * size_t(from.SeedCount);
-  memcpy(dest + 1, source + 1, std::min({seeds, state_bytes(from), state_bytes(record(dest))}));
+  const size_t moved = std::min({seeds, state_bytes(from), state_bytes(record(dest))});
+  memcpy(dest + 1, source + 1, moved);
   __kobDeleteChunks(dest);
-  return __kobCopyChunks(dest, source);
+  const int status = __kobCopyChunks(dest, source);
+  // A position without the chunks that it needs would lead outside the state.
+  if (status != KOB_STATUS_OK && moved > 0 && !adopt(dest)) record(dest).InitStream(0, dest, 0, nullptr);
+  return status;
 }
 
 ORX_API int __kobLeapfrogStream(KobStream* stream, uint32_t k, int nstreams) {
