@@ -181,7 +181,7 @@ enum {
   KOB_SS_ERROR_POOLED_MEAN = -4035,
   KOB_SS_ERROR_GROUP_COVARIANCE = -4036,
   KOB_SS_ERROR_GROUP_MEAN = -4037,
-  KOB_SS_ERROR_GROUP_VALUE = -4038, /* a group index that is negative or 2^31 - 1, or a request that is neither 0 nor 1 */
+  KOB_SS_ERROR_GROUP_VALUE = -4038, /* a group index below 0 or of 2^31 - 1, a request but 0 or 1 */
   KOB_SS_ERROR_OUTLIER_PARAMETERS = -4039,
   KOB_SS_ERROR_OUTLIER_PARAMETER_COUNT = -4040,
   KOB_SS_ERROR_OUTLIER_WEIGHTS = -4041,

@@ -21,9 +21,6 @@ inline void store4(uint32_t* p, __m128i x) { _mm_storeu_si128(reinterpret_cast<_
 
 // The processor converts signed words only: with the top bit flipped the word is w - 2^31, and adding 2^31 is
 // exact.
-inline __m256d word_to_double(__m128i w) {
-  return _mm256_cvtepi32_pd(_mm_xor_si128(w, _mm_set1_epi32(INT32_MIN))) + _mm256_set1_pd(0x1p31);
-}
 inline double word_to_double(uint32_t w) { return int32_t(w ^ 0x80000000u) + 0x1p31; }
 
 // The way back, for integers from 0 to 2^32 - 1.
@@ -79,7 +76,7 @@ template <class Real>
 class Word32Sink : public DoubleLanes<52>, RealSink<Real> {
  public:
   Word32Sink(Real* r, Real a, Real b) : RealSink<Real>(r, a, (double(b) - double(a)) * 0x1p-32) {}
-  void operator()(int i, __m128i w) const { RealSink<Real>::operator()(i, word_to_double(w)); }
+  void operator()(int i, __m128i w) const { put(i, lane(w)); }
   void operator()(int i, uint32_t w) const { RealSink<Real>::operator()(i, word_to_double(w)); }
   void put(int i, Lane x) const { RealSink<Real>::operator()(i, fraction(x)); }
 };

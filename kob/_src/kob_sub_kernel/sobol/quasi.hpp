@@ -199,10 +199,11 @@ class Octets {
 template <class Sink>
 void emit_in_rows(uint32_t* x, const Rows& rows, int width, uint32_t q, int points, const Sink& sink,
                   int at) {
-  constexpr int kTile = 8192;  // numbers, to stay in the first-level cache
+  // Numbers: a cache line of the output that two columns share is still near when the second one comes.
+  constexpr int kTile = 8192;
   const int most = std::max(8, kTile / width & ~7);
-  for (; points > 0; points -= most, q += uint32_t(most), at += most * width) {
-    const int count = std::min(points, most);
+  for (int count; points > 0; points -= count, q += uint32_t(count), at += count * width) {
+    count = std::min(points, most);
     Octets<Sink> last(x, rows, width - 8);
     for (int from = 0; from + 8 < width; from += 8) {
       Octets<Sink> octets(x, rows, from);
@@ -241,7 +242,7 @@ void emit_points(const Sequence& s, int points, const Sink& sink, int at) {
     const uint32_t mask = (uint32_t(1) << k) - 1;
     for (; points > 0 && index & mask; --points, at += s.dimension) emit_point(s, sink, at);
     const int groups = points >> k;
-    if (groups >= 8) {
+    if (groups >= 8) {  // fewer are not worth their rows
       emit_groups(s, k, groups, sink, at);
       points -= groups << k;
       at += (groups << k) * s.dimension;

@@ -472,7 +472,7 @@ class NextBlock {
 
 template <bool rows, class T>
 void update_cross(const KernelArgs<T>& args, int count, const Distances& distances, NextBlock<rows, T> next) {
-  const int p = args.p, tiles = p * p / 32 + 1, lines = next.lines() / tiles + 1;
+  const int p = args.p, lines = int(next.lines() / (int64_t(p) * p / 32 + 1)) + 1;
   alignas(32) double tile[16];
   // A panel of distances stays in the first-level cache while all rows go by.
   for (int k = 0; k < p; k += 8)
