@@ -43,15 +43,15 @@ set(ORX_KERNEL_FLAGS -fvisibility=hidden -fno-exceptions -fno-rtti -fno-threadsa
 set(ORX_AVX_FLAGS -mavx -mno-avx2 -mno-fma -mpopcnt)
 set(ORX_SSE3_FLAGS -mno-avx -msse3 -mno-ssse3)
 
-# One layer of liborx_g9.so: an object library of all .cpp files below the current directory.
+# One layer of liborx_g9.so: an object library of all .cpp files below the directories SOURCES. It sees the public
+# headers, the ground floor, and what is below the directories INCLUDES: its own rooms and those of the layers
+# that it stands on.
 function(orx_layer name)
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
-  list(LENGTH sources count)
-  if(count EQUAL 0)
-    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/empty.cpp "")
-    set(sources ${CMAKE_CURRENT_BINARY_DIR}/empty.cpp)
-  endif()
+  cmake_parse_arguments(LAYER "" "" "SOURCES;INCLUDES" ${ARGN})
+  list(TRANSFORM LAYER_SOURCES APPEND /*.cpp OUTPUT_VARIABLE patterns)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${patterns})
   add_library(${name} OBJECT ${sources})
-  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/include)
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/include
+    ${PROJECT_SOURCE_DIR}/base ${LAYER_INCLUDES})
   target_compile_options(${name} PRIVATE ${ORX_KERNEL_FLAGS})
 endfunction()

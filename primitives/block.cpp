@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "api.hpp"
+#include "orx/base/api.hpp"
 #include "orx/primitives.h"
 
 namespace {

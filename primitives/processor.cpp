@@ -2,7 +2,7 @@
 #include <cpuid.h>
 #include <immintrin.h>
 
-#include "api.hpp"
+#include "orx/base/api.hpp"
 #include "orx/primitives.h"
 
 namespace {

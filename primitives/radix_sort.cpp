@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "api.hpp"
+#include "orx/base/api.hpp"
 #include "orx/primitives.h"
 
 namespace {

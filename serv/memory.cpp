@@ -6,7 +6,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "api.h"
+#include "orx/base/api.hpp"
+#include "orx/serv.h"
 
 namespace {
 

@@ -5,7 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "api.h"
+#include "orx/base/api.hpp"
+#include "orx/serv.h"
 
 namespace {
 

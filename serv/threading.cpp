@@ -3,7 +3,8 @@
 
 #include <algorithm>
 
-#include "api.h"
+#include "orx/base/api.hpp"
+#include "orx/serv.h"
 
 namespace {
 

@@ -17,7 +17,8 @@
 #include <cstddef>
 #include <utility>
 
-#include "api.h"
+#include "orx/base/api.hpp"
+#include "orx/serv.h"
 
 namespace {
 

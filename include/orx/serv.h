@@ -69,8 +69,8 @@ void ddtsvb_4dfl(const int* n, const int* nrhs, double* dl, double* d, const dou
 void sdttrfb_4dfl(const int* n, float* dl, float* d, const float* du, int* info);
 void sdttrsb_4dfl(const char* trans, const int* n, const int* nrhs, const float* dl, const float* d,
                   const float* du, float* b, const int* ldb, int* info);
-void sdtsvb_4dfl(const int* n, const int* nrhs, float* dl, float* d, const float* du, float* b, const int* ldb,
-                 int* info);
+void sdtsvb_4dfl(const int* n, const int* nrhs, float* dl, float* d, const float* du, float* b,
+                 const int* ldb, int* info);
 
 #ifdef __cplusplus
 }

@@ -5,8 +5,8 @@
 #include <tuple>
 #include <type_traits>
 
-#include "../../kob/_src/kob_kernel/_service/ss_task.hpp"
 #include "mp.hpp"
+#include "ss_task.hpp"
 #include "ss_test.hpp"
 
 extern "C" double __kobdLn(double);

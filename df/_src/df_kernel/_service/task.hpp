@@ -4,9 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "orx/base/api.hpp"
 #include "orx/df.h"
-
-#define ORX_API extern "C" __attribute__((visibility("default")))
 
 namespace orx::df {
 

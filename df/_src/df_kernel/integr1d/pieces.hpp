@@ -9,7 +9,7 @@
 #include "_service/builder.hpp"
 #include "_service/polynomial.hpp"
 #include "_service/samples.hpp"
-#include "quadspline1d/subgrid.hpp"
+#include "_service/subgrid.hpp"
 
 namespace orx::df {
 

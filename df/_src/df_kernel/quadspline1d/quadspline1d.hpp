@@ -5,7 +5,7 @@
 #include "_service/builder.hpp"
 #include "_service/memory.hpp"
 #include "_service/solver.hpp"
-#include "quadspline1d/subgrid.hpp"
+#include "_service/subgrid.hpp"
 
 namespace {
 using namespace orx::df;

@@ -3,9 +3,8 @@
 
 #include <cstdint>
 
+#include "orx/base/api.hpp"
 #include "orx/ss.h"
-
-#define ORX_API extern "C" __attribute__((visibility("default")))
 
 struct SSTask {
   int32_t ilp64Flag;  // 0: the caller's integers are 32 bits wide, else 64

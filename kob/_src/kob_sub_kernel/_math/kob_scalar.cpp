@@ -1,8 +1,8 @@
-#include "scalar.hpp"
+#include "_math/scalar.hpp"
 
 #include <immintrin.h>
 
-#define ORX_API extern "C" __attribute__((visibility("default")))
+#include "orx/base/api.hpp"
 
 namespace {
 

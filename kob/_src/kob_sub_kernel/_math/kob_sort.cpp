@@ -1,6 +1,6 @@
-#include "sort.hpp"
+#include "_math/sort.hpp"
 
-#define ORX_API extern "C" __attribute__((visibility("default")))
+#include "orx/base/api.hpp"
 
 using namespace orx::sorting;
 

@@ -1,7 +1,7 @@
 // Modular arithmetic on 32-bit words.
 #pragma once
 
-#include "kob_sub_kernel/_service/stream.hpp"
+#include "_service/stream.hpp"
 
 namespace orx::brng {
 

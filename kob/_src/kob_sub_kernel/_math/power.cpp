@@ -1,5 +1,5 @@
 // Powers in the rings that jumps of the generators need, by binary exponentiation.
-#include "kob_sub_kernel/_math/modular.hpp"
+#include "_math/modular.hpp"
 
 using namespace orx::brng;
 

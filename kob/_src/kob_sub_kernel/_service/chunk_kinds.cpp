@@ -1,6 +1,6 @@
-#include "kob_sub_kernel/_service/chunk_kinds.hpp"
+#include "_service/chunk_kinds.hpp"
 
-#include "kob_sub_kernel/_service/shared_table.hpp"
+#include "_service/shared_table.hpp"
 
 namespace orx::brng {
 namespace {

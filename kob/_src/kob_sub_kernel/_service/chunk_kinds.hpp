@@ -1,7 +1,7 @@
 // What must hold of a chunk that was loaded before a generator may use it.
 #pragma once
 
-#include "kob_sub_kernel/_service/chunks.hpp"
+#include "_service/chunks.hpp"
 
 namespace orx::brng {
 

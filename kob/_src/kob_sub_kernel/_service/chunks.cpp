@@ -1,9 +1,9 @@
 // The list of named data blocks that a stream carries.
-#include "kob_sub_kernel/_service/chunks.hpp"
+#include "_service/chunks.hpp"
 
 #include <cstring>
 
-#include "kob_sub_kernel/_service/shared_table.hpp"
+#include "_service/shared_table.hpp"
 
 using namespace orx::brng;
 

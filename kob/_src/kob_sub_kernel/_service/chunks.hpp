@@ -1,7 +1,7 @@
 // What the service knows of chunks beyond their public functions.
 #pragma once
 
-#include "kob_sub_kernel/_service/stream.hpp"
+#include "_service/stream.hpp"
 #include "orx/serv.h"
 
 namespace orx::brng {

@@ -1,7 +1,7 @@
 // What the processor can do.
 #include <cpuid.h>
 
-#include "kob_sub_kernel/_service/stream.hpp"
+#include "_service/stream.hpp"
 
 ORX_API int __kobCPUisRDRAND() {
   constexpr unsigned kRdrand = 1u << 30;

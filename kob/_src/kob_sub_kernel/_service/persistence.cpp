@@ -4,9 +4,9 @@
 
 #include <cstring>
 
-#include "kob_sub_kernel/_service/chunk_kinds.hpp"
-#include "kob_sub_kernel/_service/registry.hpp"
-#include "kob_sub_kernel/_service/shared_table.hpp"
+#include "_service/chunk_kinds.hpp"
+#include "_service/registry.hpp"
+#include "_service/shared_table.hpp"
 
 using namespace orx::brng;
 

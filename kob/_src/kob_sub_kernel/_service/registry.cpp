@@ -1,11 +1,11 @@
 // The registry: the family table, which grows by registration, and the table of the older numbering.
-#include "kob_sub_kernel/_service/registry.hpp"
+#include "_service/registry.hpp"
 
 #define ORX_BRNG(Name, ...) \
   KOB_BRNG_FUNCTIONS(Name)  \
   bool _kobAdopt##Name(KobStream*);
 extern "C" {
-#include "kob_sub_kernel/_service/generators.def"
+#include "_service/generators.def"
 }
 #undef ORX_BRNG
 
@@ -26,7 +26,7 @@ struct Family {
    subs,                                                                                            \
    _kobAdopt##Name},
 constexpr Family kFamily[] = {
-#include "kob_sub_kernel/_service/generators.def"
+#include "_service/generators.def"
 };
 #undef ORX_BRNG
 static_assert(sizeof kFamily / sizeof *kFamily == kFamilies);

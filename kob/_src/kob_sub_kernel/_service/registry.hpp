@@ -1,7 +1,7 @@
 // The registry as the service sees it.
 #pragma once
 
-#include "kob_sub_kernel/_service/stream.hpp"
+#include "_service/stream.hpp"
 
 namespace orx::brng {
 

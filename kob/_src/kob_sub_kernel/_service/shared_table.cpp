@@ -1,7 +1,7 @@
 // The process's table of read-only blocks that several streams share, under one spin lock. Each function
 // takes the lock for its own scan; between two of them a reference that the caller holds is what keeps an
 // entry from going.
-#include "kob_sub_kernel/_service/shared_table.hpp"
+#include "_service/shared_table.hpp"
 
 #include <immintrin.h>
 #include <x86intrin.h>

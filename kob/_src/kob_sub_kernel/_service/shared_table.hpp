@@ -1,7 +1,7 @@
 // The process's table of read-only blocks that several streams share.
 #pragma once
 
-#include "kob_sub_kernel/_service/stream.hpp"
+#include "_service/stream.hpp"
 
 namespace orx::brng {
 

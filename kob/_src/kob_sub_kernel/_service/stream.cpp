@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "kob_sub_kernel/_service/chunks.hpp"
-#include "kob_sub_kernel/_service/registry.hpp"
+#include "_service/chunks.hpp"
+#include "_service/registry.hpp"
 
 using namespace orx::brng;
 

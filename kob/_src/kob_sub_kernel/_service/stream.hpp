@@ -21,9 +21,8 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "orx/base/api.hpp"
 #include "orx/kob.h"
-
-#define ORX_API extern "C" __attribute__((visibility("default")))
 
 namespace orx::brng {
 

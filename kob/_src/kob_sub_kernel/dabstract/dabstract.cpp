@@ -1,5 +1,5 @@
 // The abstract stream of doubles.
-#include "kob_sub_kernel/iabstract/abstract.hpp"
+#include "_abstract/abstract.hpp"
 
 using namespace orx::brng;
 

@@ -1,8 +1,8 @@
 // MCG31M1: x(n+1) = a x(n) mod 2^31 - 1, a = 1132489760.
 //   P. L'Ecuyer, Tables of linear congruential generators of different sizes and good lattice structure,
 //   Math. Comp. 68 (1999).
-#include "kob_sub_kernel/_math/modular.hpp"
-#include "kob_sub_kernel/_service/reals.hpp"
+#include "_math/modular.hpp"
+#include "_service/reals.hpp"
 
 namespace {
 

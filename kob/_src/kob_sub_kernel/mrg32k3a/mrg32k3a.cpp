@@ -7,8 +7,8 @@
 // Products and sums are done in double, where they are exact, with residues balanced around 0.
 #include <algorithm>
 
-#include "kob_sub_kernel/_math/modular.hpp"
-#include "kob_sub_kernel/_service/reals.hpp"
+#include "_math/modular.hpp"
+#include "_service/reals.hpp"
 
 namespace {
 

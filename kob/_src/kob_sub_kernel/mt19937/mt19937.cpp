@@ -1,5 +1,5 @@
 // MT19937, seeded by the array initialisation of 2002/1/26.
-#include "kob_sub_kernel/mt19937/twister.hpp"
+#include "_twister/twister.hpp"
 
 namespace {
 

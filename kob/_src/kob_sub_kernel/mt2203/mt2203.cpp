@@ -1,6 +1,6 @@
 // MT2203: 6024 twisters of period 2^2203 - 1 with parameters of their own.
-#include "kob_sub_kernel/mt19937/twister.hpp"
-#include "kob_sub_kernel/mt2203/mt2203_table.hpp"
+#include "_twister/twister.hpp"
+#include "mt2203/mt2203_table.hpp"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // Niederreiter's sequence in base 2: P. Bratley, B. L. Fox, H. Niederreiter, Implementation and tests of
 // low-discrepancy sequences, ACM Trans. Model. Comput. Simul. 2 (1992); Algorithm 738, ACM Trans. Math.
 // Softw. 20 (1994).
-#include "kob_sub_kernel/_service/chunks.hpp"
-#include "kob_sub_kernel/sobol/quasi.hpp"
+#include "_quasi/quasi.hpp"
+#include "_service/chunks.hpp"
 
 extern "C" {
-#include "kob_sub_kernel/niederr/niederr.inc"
+#include "niederr/niederr.inc"
 }
 
 namespace {

@@ -3,8 +3,8 @@
 //   J. Comput. Phys. 40 (1981).
 #include <algorithm>
 
-#include "kob_sub_kernel/_service/reals.hpp"
-#include "kob_sub_kernel/_service/stream.hpp"
+#include "_service/reals.hpp"
+#include "_service/stream.hpp"
 
 namespace {
 

@@ -2,8 +2,8 @@
 // generator", Monte Carlo and Quasi-Monte Carlo Methods 2006, Springer (2008) 607-622.
 #include <algorithm>
 
-#include "kob_sub_kernel/_service/stream.hpp"
-#include "kob_sub_kernel/mt19937/word_blocks.hpp"
+#include "_service/stream.hpp"
+#include "_twister/word_blocks.hpp"
 
 namespace {
 

@@ -2,11 +2,11 @@
 // of P. Bratley and B. L. Fox, Algorithm 659, ACM Trans. Math. Softw. 14 (1988).
 #include <cstring>
 
-#include "kob_sub_kernel/_service/chunks.hpp"
-#include "kob_sub_kernel/sobol/quasi.hpp"
+#include "_quasi/quasi.hpp"
+#include "_service/chunks.hpp"
 
 extern "C" {
-#include "kob_sub_kernel/sobol/sobol.inc"
+#include "sobol/sobol.inc"
 }
 
 namespace {

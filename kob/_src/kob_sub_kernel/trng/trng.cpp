@@ -1,8 +1,8 @@
 // The processor's random generator, by the instruction RDRAND.
 #include <immintrin.h>
 
-#include "kob_sub_kernel/_service/reals.hpp"
-#include "kob_sub_kernel/_service/stream.hpp"
+#include "_service/reals.hpp"
+#include "_service/stream.hpp"
 
 namespace {
 

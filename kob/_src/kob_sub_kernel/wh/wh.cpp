@@ -3,10 +3,10 @@
 //   B. A. Wichmann, I. D. Hill, Algorithm AS 183, Applied Statistics 31 (1982).
 //   N. M. MacLaren, The generation of multiple independent sequences of pseudorandom numbers,
 //   Applied Statistics 38 (1989).
-#include "kob_sub_kernel/wh/wh_tables.hpp"
+#include "wh/wh_tables.hpp"
 
-#include "kob_sub_kernel/_math/modular.hpp"
-#include "kob_sub_kernel/_service/reals.hpp"
+#include "_math/modular.hpp"
+#include "_service/reals.hpp"
 
 namespace {
 

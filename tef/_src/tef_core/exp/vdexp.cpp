@@ -19,7 +19,7 @@ struct dExp : kernel<double> {
 struct {
   row<double> inv_ln2 = 0x1.71547652b82fep+6;  // 64/ln 2
   row<double> shifter = 0x1.800000000ffcp+52;  // 1.5 * 2^52 + 64 * 1023: leaves n and the exponent's bias
-  row<double> ln2_hi = 0x1.62e42fefap-7;  // ln 2/64; short, so that its product with an integer is exact
+  row<double> ln2_hi = 0x1.62e42fefap-7;       // ln 2/64; short, so that its product with an integer is exact
   row<double> ln2_lo = 0x1.cf79abc9e3b3ap-46;
   // (e^r - 1 - r) / r^2
   row<double> c[4] = {0x1.fffffffffdb3bp-2, 0x1.555555555653ep-3, 0x1.555573f218b93p-5, 0x1.111112d9f549bp-7};

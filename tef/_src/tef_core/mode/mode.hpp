@@ -2,9 +2,8 @@
 #pragma once
 #include <cstdint>
 
+#include "orx/base/api.hpp"
 #include "orx/tef.h"
-
-#define ORX_API extern "C" __attribute__((visibility("default")))
 
 extern "C" {
 // Base of the caller's whole first input vector, or null.

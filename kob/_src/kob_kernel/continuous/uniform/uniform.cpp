@@ -1,6 +1,6 @@
 // Uniform reals on [a, b): the generator's own conversion, kept inside the interval when asked.
-#include "kob_kernel/distribution.hpp"
-#include "kob_sub_kernel/_service/registry.hpp"
+#include "_service/registry.hpp"
+#include "distribution.hpp"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Bernoulli: 1 with probability p, else 0.
 #include <cstring>
 
-#include "kob_kernel/distribution.hpp"
+#include "distribution.hpp"
 
 // Uniforms of single precision are made in the result's own memory. As they are not negative, they compare as
 // the integers of their bits do.

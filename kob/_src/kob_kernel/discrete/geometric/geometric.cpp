@@ -2,9 +2,9 @@
 //   L. Devroye, Non-Uniform Random Variate Generation, Springer (1986), X.2.
 #include <immintrin.h>
 
-#include "kob_kernel/distribution.hpp"
-#include "kob_kernel/vector_math.hpp"
-#include "kob_sub_kernel/_math/scalar.hpp"
+#include "_math/scalar.hpp"
+#include "distribution.hpp"
+#include "vector_math.hpp"
 
 using namespace orx::rng;
 

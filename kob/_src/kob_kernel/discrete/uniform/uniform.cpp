@@ -1,7 +1,7 @@
 // Uniform integers a to b - 1: the whole part of a uniform real.
 #include <immintrin.h>
 
-#include "kob_kernel/distribution.hpp"
+#include "distribution.hpp"
 
 using namespace orx::rng;
 

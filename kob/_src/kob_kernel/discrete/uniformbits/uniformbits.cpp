@@ -1,5 +1,5 @@
 // The generator's raw words.
-#include "kob_sub_kernel/_service/registry.hpp"
+#include "_service/registry.hpp"
 
 ORX_API int _kobiRngUniformBits(int, KobStream* stream, int n, uint32_t r[]) {
   return orx::brng::record(stream).iGenerate(stream, n, r);

@@ -1,5 +1,5 @@
 // n words of 32 uniform bits.
-#include "kob_kernel/discrete/uniformbits/bits.hpp"
+#include "bits.hpp"
 
 using namespace orx::rng;
 

@@ -2,11 +2,11 @@
 // correlation, in one call or over many blocks of data.
 #pragma once
 
-#include "../../../kob_sub_kernel/_math/scalar.hpp"
-#include "../../_service/blas.hpp"
-#include "../../_service/matrix.hpp"
-#include "../../_service/ss_task.hpp"
-#include "kernels.hpp"
+#include "_math/scalar.hpp"
+#include "basic/kernels.hpp"
+#include "blas.hpp"
+#include "matrix.hpp"
+#include "ss_task.hpp"
 
 namespace orx::ss::basic {
 

@@ -9,7 +9,7 @@
 
 #include <cstdint>
 
-#include "../lanes.hpp"
+#include "lanes.hpp"
 
 namespace orx::ss::basic {
 

@@ -1,7 +1,7 @@
-#include "basic.hpp"
+#include "basic/basic.hpp"
 
 using Real = double;
-#include "variants.inc"
+#include "basic/variants.hpp"
 
 ORX_API int _kobdSSBasic(SSTask* task, long long estimates, long long method,
                          const ThreadingServices* threading) {

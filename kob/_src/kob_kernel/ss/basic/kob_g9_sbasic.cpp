@@ -1,7 +1,7 @@
-#include "basic.hpp"
+#include "basic/basic.hpp"
 
 using Real = float;
-#include "variants.inc"
+#include "basic/variants.hpp"
 
 ORX_API int _kobsSSBasic(SSTask* task, long long estimates, long long method,
                          const ThreadingServices* threading) {

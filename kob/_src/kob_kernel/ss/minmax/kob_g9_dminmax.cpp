@@ -1,4 +1,4 @@
-#include "minmax.hpp"
+#include "minmax/minmax.hpp"
 
 ORX_API int _kobdSSMinmax(SSTask* task, long long estimates, long long method, const ThreadingServices*) {
   return orx::ss::minmax::compute<double>(task, unsigned(estimates), unsigned(method));

@@ -1,8 +1,8 @@
 // Running minima and maxima.
 #pragma once
 
-#include "../../_service/ss_task.hpp"
-#include "../lanes.hpp"
+#include "lanes.hpp"
+#include "ss_task.hpp"
 
 namespace orx::ss::minmax {
 

@@ -1,7 +1,7 @@
-#include "pldcov.hpp"
+#include "pldcov/pldcov.hpp"
 
 using Real = float;
-#include "kernels.inc"
+#include "pldcov/kernels.hpp"
 
 ORX_API int _kobsSSPooledCovariance(SSTask* task, long long estimates, long long method,
                                     const ThreadingServices* threading) {

@@ -3,8 +3,8 @@
 
 #include <type_traits>
 
-#include "../../_service/matrix.hpp"
-#include "../../_service/ss_task.hpp"
+#include "matrix.hpp"
+#include "ss_task.hpp"
 
 namespace orx::ss::pldcov {
 

@@ -1,4 +1,4 @@
-#include "prtcov.hpp"
+#include "prtcov/prtcov.hpp"
 
 ORX_API int _kobsSSPartialCovariance(SSTask* task, long long estimates, long long method,
                                      const ThreadingServices*) {

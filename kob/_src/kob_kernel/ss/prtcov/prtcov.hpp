@@ -2,10 +2,10 @@
 //   S(YY) - S(YZ) S(ZZ)^-1 S(ZY).
 #pragma once
 
-#include "../../../kob_sub_kernel/_math/scalar.hpp"
-#include "../../_service/blas.hpp"
-#include "../../_service/matrix.hpp"
-#include "../../_service/ss_task.hpp"
+#include "_math/scalar.hpp"
+#include "blas.hpp"
+#include "matrix.hpp"
+#include "ss_task.hpp"
 
 namespace orx::ss::prtcov {
 

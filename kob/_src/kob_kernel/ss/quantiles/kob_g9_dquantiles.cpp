@@ -1,4 +1,4 @@
-#include "quantiles.hpp"
+#include "quantiles/quantiles.hpp"
 
 ORX_API int _kobdSSQuantiles(SSTask* task, long long estimates, long long method,
                              const ThreadingServices* threading) {

@@ -1,9 +1,9 @@
 // Exact quantiles, by selection, and order statistics, by sorting.
 #pragma once
 
-#include "../../../kob_sub_kernel/_math/sort.hpp"
-#include "../../_service/ss_task.hpp"
-#include "../radix.hpp"
+#include "_math/sort.hpp"
+#include "radix.hpp"
+#include "ss_task.hpp"
 
 namespace orx::ss::quantiles {
 

@@ -1,4 +1,4 @@
-#include "state.hpp"
+#include "squantiles/state.hpp"
 
 using namespace orx::ss::squantiles;
 

@@ -1,4 +1,4 @@
-#include "squantiles.hpp"
+#include "squantiles/squantiles.hpp"
 
 ORX_API int _kobdSSStreamQuantiles(SSTask* task, long long estimates, long long method,
                                    const ThreadingServices* threading) {

@@ -1,4 +1,4 @@
-#include "squantiles.hpp"
+#include "squantiles/squantiles.hpp"
 
 ORX_API int _kobsSSStreamQuantiles(SSTask* task, long long estimates, long long method,
                                    const ThreadingServices* threading) {

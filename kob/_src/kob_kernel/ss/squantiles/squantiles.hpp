@@ -8,12 +8,12 @@
 // computation of quantile summaries, SIGMOD 2001).
 #pragma once
 
-#include "../../../kob_sub_kernel/_math/scalar.hpp"
-#include "../../../kob_sub_kernel/_math/sort.hpp"
-#include "../../_service/ss_task.hpp"
-#include "../radix.hpp"
-#include "state.hpp"
-#include "summary.hpp"
+#include "_math/scalar.hpp"
+#include "_math/sort.hpp"
+#include "radix.hpp"
+#include "squantiles/state.hpp"
+#include "squantiles/summary.hpp"
+#include "ss_task.hpp"
 
 namespace orx::ss::squantiles {
 

@@ -1,7 +1,7 @@
 // What a task keeps of a stream. The same records serve both precisions.
 #pragma once
 
-#include "../../_service/ss_task.hpp"
+#include "ss_task.hpp"
 
 namespace orx::ss::squantiles {
 

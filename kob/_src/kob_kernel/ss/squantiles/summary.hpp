@@ -1,7 +1,7 @@
 // Summaries of ordered data: some of the values, each with bounds of its rank.
 #pragma once
 
-#include "../../_service/ss_task.hpp"
+#include "ss_task.hpp"
 
 namespace orx::ss::squantiles {
 

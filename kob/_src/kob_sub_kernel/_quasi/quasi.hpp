@@ -10,8 +10,8 @@
 
 #include <algorithm>
 
-#include "kob_sub_kernel/_service/reals.hpp"
-#include "kob_sub_kernel/_service/stream.hpp"
+#include "_service/reals.hpp"
+#include "_service/stream.hpp"
 
 namespace orx::brng::quasi {
 

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "kob_sub_kernel/_service/stream.hpp"
-#include "kob_sub_kernel/mt19937/word_blocks.hpp"
+#include "_service/stream.hpp"
+#include "_twister/word_blocks.hpp"
 
 namespace orx::brng {
 

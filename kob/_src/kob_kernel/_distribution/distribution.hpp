@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "kob_sub_kernel/_service/stream.hpp"
+#include "_service/stream.hpp"
 
 namespace orx::rng {
 

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "kob_sub_kernel/_service/reals.hpp"
+#include "_service/reals.hpp"
 
 namespace orx::brng {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <type_traits>
 
-#include "kob_sub_kernel/_service/stream.hpp"
+#include "_service/stream.hpp"
 
 namespace orx::brng::abstract {
 

@@ -3,9 +3,9 @@
 namespace {
 using namespace orx::ss::pldcov;
 
-#define ORX_PLDCOV(INDEXED, WEIGHTED, STORAGE)                                                      \
-  static void _vSSPldCovKernel_##INDEXED##WEIGHTED##STORAGE(const KernelArgs<Real>& args) {          \
-    one_pass<#INDEXED[0] == 'I', #WEIGHTED[0] == 'W', #STORAGE[0] == 'R'>(args);                      \
+#define ORX_PLDCOV(INDEXED, WEIGHTED, STORAGE)                                              \
+  static void _vSSPldCovKernel_##INDEXED##WEIGHTED##STORAGE(const KernelArgs<Real>& args) { \
+    one_pass<#INDEXED[0] == 'I', #WEIGHTED[0] == 'W', #STORAGE[0] == 'R'>(args);            \
   }
 extern "C" {
 ORX_PLDCOV(i, _, R)
@@ -17,10 +17,9 @@ ORX_PLDCOV(I, W, R)
 ORX_PLDCOV(I, W, C)
 }
 
-constexpr KernelTable<Real> kernel_table = {{{{_vSSPldCovKernel_i_R, _vSSPldCovKernel_i_C},
-                                              {_vSSPldCovKernel_iWR, _vSSPldCovKernel_iWC}},
-                                             {{nullptr, _vSSPldCovKernel_I_C},
-                                              {_vSSPldCovKernel_IWR, _vSSPldCovKernel_IWC}}}};
+constexpr KernelTable<Real> kernel_table = {
+    {{{_vSSPldCovKernel_i_R, _vSSPldCovKernel_i_C}, {_vSSPldCovKernel_iWR, _vSSPldCovKernel_iWC}},
+     {{nullptr, _vSSPldCovKernel_I_C}, {_vSSPldCovKernel_IWR, _vSSPldCovKernel_IWC}}}};
 
 void _vSSPldCovThreader(int group, int t, int T, void* arguments) {
   Computation<Real>& c = *static_cast<Computation<Real>*>(arguments);

@@ -1,3 +1,0 @@
-#pragma once
-
-#define ORX_API extern "C" __attribute__((visibility("default")))
