@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <type_traits>
 
-#include "_service/stream.hpp"
+#include "_service/generator.hpp"
 
 namespace orx::brng::abstract {
 

@@ -1,7 +1,7 @@
 // Modular arithmetic on 32-bit words.
 #pragma once
 
-#include "_service/stream.hpp"
+#include <cstdint>
 
 namespace orx::brng {
 

@@ -1,5 +1,7 @@
 // Powers in the rings that jumps of the generators need, by binary exponentiation.
 #include "_math/modular.hpp"
+#include "orx/base/api.hpp"
+#include "orx/kob.h"
 
 using namespace orx::brng;
 

@@ -10,8 +10,8 @@
 
 #include <algorithm>
 
+#include "_service/generator.hpp"
 #include "_service/reals.hpp"
-#include "_service/stream.hpp"
 
 namespace orx::brng::quasi {
 

@@ -1,10 +1,13 @@
 // The list of named data blocks that a stream carries.
 #include "_service/chunks.hpp"
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "_service/shared_table.hpp"
 
+using namespace orx;
 using namespace orx::brng;
 
 namespace orx::brng {
@@ -18,23 +21,18 @@ const KobChunk* find_chunk(const KobStream* stream, uint32_t kind) {
 int find_or_add_chunk(KobStream* stream, ChunkKind kind, uint32_t size, void** data) {
   *data = __kobSearchChunk(stream, kind);
   if (*data) return KOB_STATUS_OK;
-  void* fresh = allocate(size);
-  if (!fresh) return KOB_ERROR_MEM_FAILURE;
-  memset(fresh, 0, size);
-  const int status = __kobAddChunk(stream, kind, nullptr, fresh, size);
-  if (status != KOB_STATUS_OK) {
-    orx_serv_deallocate(fresh);
-    return status;
-  }
-  *data = fresh;
-  return KOB_STATUS_OK;
+  Block<unsigned char> fresh;
+  if (!fresh.allocate_zeros(size)) return KOB_ERROR_MEM_FAILURE;
+  const int status = __kobAddChunk(stream, kind, nullptr, fresh.get(), size);
+  if (status == KOB_STATUS_OK) *data = fresh.release();
+  return status;
 }
 
 }  // namespace orx::brng
 
 ORX_API int __kobAddChunk(KobStream* stream, uint32_t chunk_id, const KobGlobalId* global_id, void* data,
                           uint32_t size) {
-  KobChunk* chunk = static_cast<KobChunk*>(allocate(sizeof(KobChunk)));
+  KobChunk* chunk = allocate_array<KobChunk>(1);
   if (!chunk) return KOB_ERROR_MEM_FAILURE;
   *chunk = {chunk_id, size, data, chunks(stream), global_id ? *global_id : KobGlobalId{}};
   share(chunk);
@@ -54,16 +52,12 @@ ORX_API int __kobGetNumChunks(const KobStream* stream) {
 }
 
 static int copy_chunk(KobStream* dest, const KobChunk& source) {
-  void* data = source.Data;
-  const bool shared = is_shared(source.GlobalId);
-  if (!shared) {
-    data = allocate(source.Size);
-    if (!data) return KOB_ERROR_MEM_FAILURE;
-    memcpy(data, source.Data, source.Size);
-  }
-  const int status = __kobAddChunk(dest, source.ChunkId, &source.GlobalId, data, source.Size);
-  if (status != KOB_STATUS_OK && !shared) orx_serv_deallocate(data);
-  return status;
+  if (is_shared(source.GlobalId))
+    return __kobAddChunk(dest, source.ChunkId, &source.GlobalId, source.Data, source.Size);
+  Block<unsigned char> data(std::max(source.Size, 1u));
+  if (!data) return KOB_ERROR_MEM_FAILURE;
+  memcpy(data.get(), source.Data, source.Size);
+  return give_chunk(dest, source.ChunkId, &source.GlobalId, std::move(data), source.Size);
 }
 
 ORX_API int __kobCopyChunks(KobStream* dest, const KobStream* source) {
@@ -80,9 +74,8 @@ ORX_API int __kobCopyChunks(KobStream* dest, const KobStream* source) {
 ORX_API int __kobDeleteChunks(KobStream* stream) {
   for (KobChunk *chunk = chunks(stream), *next; chunk; chunk = next) {
     next = chunk->Next;
-    if (__kobUnregisterGlobRODataReference(&chunk->GlobalId) != KOB_STATUS_OK)
-      orx_serv_deallocate(chunk->Data);
-    orx_serv_deallocate(chunk);
+    if (__kobUnregisterGlobRODataReference(&chunk->GlobalId) != KOB_STATUS_OK) free_array(chunk->Data);
+    free_array(chunk);
   }
   stream->Chunks = 0;
   return KOB_STATUS_OK;

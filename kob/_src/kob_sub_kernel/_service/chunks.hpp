@@ -2,7 +2,7 @@
 #pragma once
 
 #include "_service/stream.hpp"
-#include "orx/serv.h"
+#include "orx/base/memory.hpp"
 
 namespace orx::brng {
 
@@ -22,12 +22,19 @@ enum ChunkKind : uint32_t {
   kChunkSobolPoint = 13,
 };
 
-inline void* allocate(size_t size) { return orx_serv_allocate(size, 128); }
-
 // The stream's first chunk of that kind, null when there is none.
 const KobChunk* find_chunk(const KobStream* stream, uint32_t kind);
 
 // The data of the stream's chunk of that kind; when there is none, a new one filled with zeros.
 int find_or_add_chunk(KobStream* stream, ChunkKind kind, uint32_t size, void** data);
+
+// Adds a chunk of `data`. The stream takes the block over, unless it has a name that the process knows: then
+// the chunk shares what is there. What the stream does not take is freed.
+template <class T>
+int give_chunk(KobStream* stream, uint32_t kind, const KobGlobalId* name, Block<T> data, uint32_t size) {
+  const int status = __kobAddChunk(stream, kind, name, data.get(), size);
+  if (status == KOB_STATUS_OK && chunks(stream)->Data == data.get()) static_cast<void>(data.release());
+  return status;
+}
 
 }  // namespace orx::brng

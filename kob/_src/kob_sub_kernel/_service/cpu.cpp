@@ -1,7 +1,8 @@
 // What the processor can do.
 #include <cpuid.h>
 
-#include "_service/stream.hpp"
+#include "orx/base/api.hpp"
+#include "orx/kob.h"
 
 ORX_API int __kobCPUisRDRAND() {
   constexpr unsigned kRdrand = 1u << 30;

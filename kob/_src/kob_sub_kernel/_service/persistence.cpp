@@ -2,12 +2,16 @@
 // damaged or hostile: nothing is used before it was checked.
 #include <stdio.h>
 
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "_service/chunk_kinds.hpp"
 #include "_service/registry.hpp"
 #include "_service/shared_table.hpp"
+#include "orx/base/memory.hpp"
 
+using namespace orx;
 using namespace orx::brng;
 
 namespace {
@@ -139,15 +143,13 @@ int read_chunk(KobStream* stream, uint32_t version, Place kind, void* place) {
   if (status != KOB_STATUS_OK) return status;
   if (kind == kFile && !file_holds(static_cast<FILE*>(place), header.size)) return KOB_ERROR_FILE_READ;
 
-  void* data = allocate(header.size);
+  Block<unsigned char> data(std::max(header.size, 1u));
   if (!data) return KOB_ERROR_MEM_FAILURE;
-  status = load(data, header.size, 1, place);
-  if (status == KOB_STATUS_OK && !is_sound(stream, {header.id, header.size, data, nullptr, header.global_id}))
-    status = KOB_ERROR_BAD_FILE_FORMAT;
+  status = load(data.get(), header.size, 1, place);
+  const KobChunk chunk = {header.id, header.size, data.get(), nullptr, header.global_id};
+  if (status == KOB_STATUS_OK && !is_sound(stream, chunk)) status = KOB_ERROR_BAD_FILE_FORMAT;
   if (status == KOB_STATUS_OK)
-    status = __kobAddChunk(stream, header.id, &header.global_id, data, header.size);
-  // A shared block that was there already has taken the place of the one just read.
-  if (status != KOB_STATUS_OK || chunks(stream)->Data != data) orx_serv_deallocate(data);
+    status = give_chunk(stream, header.id, &header.global_id, std::move(data), header.size);
   // Compared when the stream has its reference: until then another thread may enter or delete the name.
   return status == KOB_STATUS_OK && !agrees_with_shared(*chunks(stream)) ? KOB_ERROR_BAD_FILE_FORMAT : status;
 }
@@ -200,21 +202,17 @@ class FileName {
  public:
   FileName(const char* name, int length) : name_(name) {
     if (length < 0) return;
-    copy_ = static_cast<char*>(allocate(size_t(length) + 1));
-    if (copy_) {
-      memcpy(copy_, name, size_t(length));
+    if (copy_.allocate(int64_t(length) + 1)) {
+      memcpy(copy_.get(), name, size_t(length));
       copy_[length] = 0;
     }
-    name_ = copy_;
+    name_ = copy_.get();
   }
-  ~FileName() { orx_serv_deallocate(copy_); }
-  FileName(const FileName&) = delete;
-  FileName& operator=(const FileName&) = delete;
   const char* get() const { return name_; }  // null when memory was out
 
  private:
   const char* name_;
-  char* copy_ = nullptr;
+  Block<char> copy_;
 };
 
 // Calls move(file) on the opened file.

@@ -1,6 +1,8 @@
 // The registry as the service sees it.
 #pragma once
 
+#include <cstddef>
+
 #include "_service/stream.hpp"
 
 namespace orx::brng {

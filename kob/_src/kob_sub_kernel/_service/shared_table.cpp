@@ -8,7 +8,7 @@
 
 #include <cstring>
 
-#include "orx/serv.h"
+#include "orx/base/memory.hpp"
 
 namespace orx::brng {
 namespace {
@@ -83,6 +83,7 @@ void share(KobChunk* chunk) {
 
 }  // namespace orx::brng
 
+using namespace orx;
 using namespace orx::brng;
 
 ORX_API int __kobFindGlobRODataTableEntry(KobGlobalEntry** entry, const KobGlobalId* id) {
@@ -127,7 +128,7 @@ ORX_API int __kobUnregisterGlobRODataReference(const KobGlobalId* id) {
       ++entry;
       continue;
     }
-    orx_serv_deallocate(entry->Data);
+    free_array(entry->Data);
     *entry = _GlobRODataTable[--_GlobRODataTableCount];
   }
   return status;

@@ -1,25 +1,7 @@
-// What a basic generator stands on: its state behind the stream's header, the three methods of InitStream,
-// and the macro that gives it its four exported functions and its place in the registry.
-//
-// A generator is a struct with static members:
-//
-//   struct MCG31M1 {
-//     struct State { uint32_t X, Multiplier; };                               // behind the 16-byte header
-//     static int seed(KobStream*, int n, const uint32_t* params);             // method 0
-//     static int leapfrog(KobStream*, int n, const uint32_t* params);         // method 1, or base NoLeapfrog
-//     static int skip(KobStream*, int n, const uint32_t* params);             // method 2, or base NoSkip
-//     template <class Real> static int reals(KobStream*, int n, Real* r, Real a, Real b);
-//     static int words(KobStream*, int n, uint32_t* r);
-//     static bool adopt(KobStream*);                                          // or base NothingToCheck
-//   };
-//   ORX_BRNG_FUNCTIONS(MCG31M1)
-//
-// and one row in generators.def.
+// A stream as it lies in memory.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <type_traits>
 
 #include "orx/base/api.hpp"
 #include "orx/kob.h"
@@ -31,64 +13,9 @@ static_assert(sizeof(KobStream) == 16);
 static_assert(sizeof(KobChunk) == 32 && sizeof(KobBrngProperties) == 36);
 #endif
 
-template <class Generator>
-typename Generator::State& state(KobStream* stream) {
-  return *reinterpret_cast<typename Generator::State*>(stream + 1);
-}
-
+// The head of the list of chunks.
 inline KobChunk* chunks(const KobStream* stream) {
   return reinterpret_cast<KobChunk*>(static_cast<uintptr_t>(stream->Chunks));
 }
 
-// The number of the sub-generator that the stream was made for.
-inline uint32_t sub_generator(const KobStream* stream) {
-  uint32_t index, offset;
-  __kobGetBrngBaseOffset(stream->BrngId, &index, &offset);
-  return offset;
-}
-
-inline uint64_t word64(const uint32_t* low_first) { return low_first[0] | uint64_t(low_first[1]) << 32; }
-
-struct NoLeapfrog {
-  static int leapfrog(KobStream*, int, const uint32_t*) { return KOB_ERROR_LEAPFROG_UNSUPPORTED; }
-};
-struct NoSkip {
-  static int skip(KobStream*, int, const uint32_t*) { return KOB_ERROR_SKIPAHEAD_UNSUPPORTED; }
-};
-
-// adopt() takes over a state and chunks that came from outside: it checks what generation would use as an
-// index, and drops pointers. False when the stream must not be used. A generator without indices has nothing
-// to check.
-struct NothingToCheck {
-  static bool adopt(KobStream*) { return true; }
-};
-
-template <class Generator>
-int init_stream(int method, KobStream* stream, int n, const uint32_t* params) {
-  switch (method) {
-    case 0:
-      return Generator::seed(stream, n, params);
-    case 1:
-      return Generator::leapfrog(stream, n, params);
-    case 2:
-      return Generator::skip(stream, n, params);
-    default:
-      return KOB_ERROR_METHOD;
-  }
-}
-
 }  // namespace orx::brng
-
-// The four functions of one row of the registry, and the check of a loaded state.
-#define ORX_BRNG_FUNCTIONS(Name)                                                                            \
-  ORX_API int __kobBRng##Name##InitStream(int method, KobStream* stream, int n, const uint32_t* params) {   \
-    return orx::brng::init_stream<Name>(method, stream, n, params);                                         \
-  }                                                                                                         \
-  ORX_API int __kobsBRng##Name(KobStream* stream, int n, float* r, float a, float b) {                      \
-    return Name::reals<float>(stream, n, r, a, b);                                                          \
-  }                                                                                                         \
-  ORX_API int __kobdBRng##Name(KobStream* stream, int n, double* r, double a, double b) {                   \
-    return Name::reals<double>(stream, n, r, a, b);                                                         \
-  }                                                                                                         \
-  ORX_API int __kobiBRng##Name(KobStream* stream, int n, uint32_t* r) { return Name::words(stream, n, r); } \
-  extern "C" bool _kobAdopt##Name(KobStream* stream) { return Name::adopt(stream); }

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "_service/stream.hpp"
+#include "_service/generator.hpp"
 #include "_twister/word_blocks.hpp"
 
 namespace orx::brng {

@@ -2,6 +2,7 @@
 //   P. L'Ecuyer, Tables of linear congruential generators of different sizes and good lattice structure,
 //   Math. Comp. 68 (1999).
 #include "_math/modular.hpp"
+#include "_service/generator.hpp"
 #include "_service/reals.hpp"
 
 namespace {

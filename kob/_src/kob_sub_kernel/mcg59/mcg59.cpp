@@ -1,6 +1,7 @@
 // MCG59: x(n+1) = a x(n) mod 2^59, a = 13^13.
 //   On periods modulo a power of 2: D. E. Knuth, The Art of Computer Programming, vol. 2, 3.2.1.2.
 #include "_math/modular.hpp"
+#include "_service/generator.hpp"
 #include "_service/reals.hpp"
 
 namespace {

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "_math/modular.hpp"
+#include "_service/generator.hpp"
 #include "_service/reals.hpp"
 
 namespace {

@@ -1,6 +1,8 @@
 // Niederreiter's sequence in base 2: P. Bratley, B. L. Fox, H. Niederreiter, Implementation and tests of
 // low-discrepancy sequences, ACM Trans. Model. Comput. Simul. 2 (1992); Algorithm 738, ACM Trans. Math.
 // Softw. 20 (1994).
+#include <utility>
+
 #include "_quasi/quasi.hpp"
 #include "_service/chunks.hpp"
 
@@ -128,13 +130,11 @@ int __kobNiederrInitUserPolymsStreamStruct(KobStream* stream, const Request& req
 int __kobNiederrInitUserPolymsChunk(KobStream* stream, const Request& request) {
   const uint64_t size = uint64_t(request.dimension) * kRow * 4;
   if (size > UINT32_MAX) return KOB_ERROR_MEM_FAILURE;
-  uint32_t* const v = static_cast<uint32_t*>(allocate(size_t(size)));
+  orx::Block<uint32_t> v(int64_t(size / 4));
   if (!v) return KOB_ERROR_MEM_FAILURE;
-  int status = fill(request, v, v + kPlaceOfX, kRow);
-  if (status == KOB_STATUS_OK)
-    status = __kobAddChunk(stream, kChunkNiederrDirections, nullptr, v, uint32_t(size));
-  if (status != KOB_STATUS_OK) orx_serv_deallocate(v);
-  return status;
+  const int status = fill(request, v.get(), v.get() + kPlaceOfX, kRow);
+  if (status != KOB_STATUS_OK) return status;
+  return give_chunk(stream, kChunkNiederrDirections, nullptr, std::move(v), uint32_t(size));
 }
 
 }  // extern "C"

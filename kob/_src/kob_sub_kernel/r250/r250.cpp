@@ -3,8 +3,8 @@
 //   J. Comput. Phys. 40 (1981).
 #include <algorithm>
 
+#include "_service/generator.hpp"
 #include "_service/reals.hpp"
-#include "_service/stream.hpp"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // generator", Monte Carlo and Quasi-Monte Carlo Methods 2006, Springer (2008) 607-622.
 #include <algorithm>
 
-#include "_service/stream.hpp"
+#include "_service/generator.hpp"
 #include "_twister/word_blocks.hpp"
 
 namespace {

@@ -1,6 +1,6 @@
 // Sobol's sequence: I. M. Sobol, USSR Comput. Math. Math. Phys. 7 (1967); direction numbers by the recursion
 // of P. Bratley and B. L. Fox, Algorithm 659, ACM Trans. Math. Softw. 14 (1988).
-#include <cstring>
+#include <utility>
 
 #include "_quasi/quasi.hpp"
 #include "_service/chunks.hpp"
@@ -29,7 +29,7 @@ static_assert(sizeof(State) == 11632 && (sizeof(KobStream) + offsetof(State, T))
 
 // Direction numbers of many dimensions in one block that copies share: transposed, rows on cache lines, and
 // behind them, at the block's end, by dimension.
-struct Block {
+struct DirectionBlock {
   static uint64_t words(uint64_t dimension) { return 64 * dimension + 2048 - 32 * (4 * dimension & 63); }
   static size_t row(size_t dimension) { return (dimension + 15) & ~size_t(15); }
 };
@@ -128,13 +128,6 @@ int fill(const Request& request, uint32_t* x, uint32_t* v, size_t v_row, uint32_
   return KOB_STATUS_OK;
 }
 
-// A chunk of the stream's own, or a shared one; `data` goes to the stream or is freed.
-int add_or_free(KobStream* stream, ChunkKind kind, const KobGlobalId* id, void* data, uint64_t size) {
-  const int status = __kobAddChunk(stream, kind, id, data, uint32_t(size));
-  if (status != KOB_STATUS_OK) orx_serv_deallocate(data);
-  return status;
-}
-
 struct Sobol : Operations<Sobol> {
   using State = ::State;
 
@@ -153,27 +146,19 @@ int __kobSobolUserPolyms(KobStream* stream, const Request& request) {
 }
 
 int __kobSobolUserPolymsDirNumsChunk(KobStream* stream, const Request& request) {
-  const size_t dimension = request.dimension;
-  const uint64_t size = 4 * Block::words(dimension);
+  const uint32_t dimension = request.dimension;
+  const uint64_t words = DirectionBlock::words(dimension), size = 4 * words;
   if (size > UINT32_MAX) return KOB_ERROR_MEM_FAILURE;
-  uint32_t* const block = static_cast<uint32_t*>(allocate(size_t(size)));
-  uint32_t* const x = static_cast<uint32_t*>(allocate(4 * dimension));
-  int status = block && x ? KOB_STATUS_OK : KOB_ERROR_MEM_FAILURE;
-  if (status == KOB_STATUS_OK) {
-    memset(block, 0, size_t(size));
-    status = fill(request, x, block + size / 4 - kBits * dimension, kBits, block, Block::row(dimension));
-  }
-  if (status != KOB_STATUS_OK) {
-    orx_serv_deallocate(block);
-    orx_serv_deallocate(x);
-    return status;
-  }
+  orx::Block<uint32_t> block, x(dimension);
+  if (!x || !block.allocate_zeros(int64_t(words))) return KOB_ERROR_MEM_FAILURE;
+  uint32_t* const by_dimension = block.get() + (words - kBits * uint64_t(dimension));
+  int status = fill(request, x.get(), by_dimension, kBits, block.get(), DirectionBlock::row(dimension));
+  if (status != KOB_STATUS_OK) return status;
   KobGlobalId id;
   __kobGenerateNewGlobalRODataTableEntryId(&id, int32_t(dimension));
-  status = add_or_free(stream, kChunkSobolDirections, &id, block, size);
-  if (status == KOB_STATUS_OK) return add_or_free(stream, kChunkSobolPoint, nullptr, x, 4 * dimension);
-  orx_serv_deallocate(x);
-  return status;
+  status = give_chunk(stream, kChunkSobolDirections, &id, std::move(block), uint32_t(size));
+  if (status != KOB_STATUS_OK) return status;
+  return give_chunk(stream, kChunkSobolPoint, nullptr, std::move(x), 4 * dimension);
 }
 
 }  // extern "C"
@@ -197,7 +182,7 @@ Sequence Sobol::sequence(KobStream* stream) {
   return {&s.position,
           static_cast<uint32_t*>(x->Data),
           1,
-          {static_cast<const uint32_t*>(block->Data), 1, Block::row(size_t(dimension))},
+          {static_cast<const uint32_t*>(block->Data), 1, DirectionBlock::row(size_t(dimension))},
           dimension};
 }
 
@@ -207,7 +192,7 @@ bool Sobol::adopt(KobStream* stream) {
   const KobChunk* block = find_chunk(stream, kChunkSobolDirections);
   const KobChunk* x = find_chunk(stream, kChunkSobolPoint);
   if (!block || !x) return p.Dimension <= kMost;
-  return block->Size == 4 * Block::words(p.Dimension) && x->Size == 4 * uint64_t(p.Dimension);
+  return block->Size == 4 * DirectionBlock::words(p.Dimension) && x->Size == 4 * uint64_t(p.Dimension);
 }
 
 }  // namespace

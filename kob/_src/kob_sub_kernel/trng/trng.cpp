@@ -1,8 +1,8 @@
 // The processor's random generator, by the instruction RDRAND.
 #include <immintrin.h>
 
+#include "_service/generator.hpp"
 #include "_service/reals.hpp"
-#include "_service/stream.hpp"
 
 namespace {
 

@@ -6,6 +6,7 @@
 #include "wh/wh_tables.hpp"
 
 #include "_math/modular.hpp"
+#include "_service/generator.hpp"
 #include "_service/reals.hpp"
 
 namespace {

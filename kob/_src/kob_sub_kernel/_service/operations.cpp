@@ -4,7 +4,9 @@
 
 #include "_service/chunks.hpp"
 #include "_service/registry.hpp"
+#include "orx/base/memory.hpp"
 
+using namespace orx;
 using namespace orx::brng;
 
 namespace {
@@ -19,7 +21,8 @@ ORX_API int __kobAllocateStream(KobStream** stream, const KobBrngProperties* tab
                                 uint32_t index, uint32_t offset) {
   const int status = __kobIsBrngValid(table, index, offset);
   if (status != KOB_STATUS_OK) return status;
-  KobStream* fresh = static_cast<KobStream*>(allocate(sizeof(KobStream) + state_bytes(table[index])));
+  const size_t size = sizeof(KobStream) + state_bytes(table[index]);
+  KobStream* const fresh = reinterpret_cast<KobStream*>(allocate_array<unsigned char>(int64_t(size)));
   if (!fresh) return KOB_ERROR_MEM_FAILURE;
   *fresh = {id, 1, 0};
   *stream = fresh;
@@ -37,8 +40,7 @@ ORX_API int __kobNewStreamEx(KobStream** stream, uint32_t id, int n, const uint3
 ORX_API int __kobDeleteStream(KobStream** stream) {
   if (*stream) {
     __kobDeleteChunks(*stream);
-    orx_serv_deallocate(*stream);
-    *stream = nullptr;
+    free_array(*stream);
   }
   return KOB_STATUS_OK;
 }
