@@ -100,7 +100,13 @@ TEST(Registry, ChecksWhatIsRegistered) {
   const KobBrngProperties* table = __kobGetBrngBaseOffset(id, &index, &offset);
   KobStream* tiny;
   ASSERT_EQ(__kobAllocateStream(&tiny, table, id, index, offset), 0);
-  EXPECT_EQ(__kobGetStreamSize(Stream(tiny)), 16);
+  const Stream owned(tiny);
+  Words image(4);
+  ASSERT_EQ(__kobGetStreamSize(owned), 16);
+  __kobSaveStreamM(owned, image.data());
+  KobStream* loaded = nullptr;
+  EXPECT_EQ(__kobLoadStreamM(&loaded, image.data()), 0);  // the first row behind the built-in ones
+  __kobDeleteStream(&loaded);
 }
 
 TEST(Registry, ARegisteredGenerator) {
