@@ -20,7 +20,7 @@ struct Message {
   const char* text;
 };
 
-constexpr Message catalogue[] = {
+constexpr Message kCatalogue[] = {
     {735, kNameAndSize, "bad array size"},
     {736, kName, "bad array pointer"},
     {737, kName, "argument outside the domain of the function"},
@@ -43,7 +43,7 @@ constexpr Message catalogue[] = {
 };
 
 const Message* find(int id) {
-  for (const Message& message : catalogue)
+  for (const Message& message : kCatalogue)
     if (message.id == id) return &message;
   return nullptr;
 }

@@ -68,12 +68,12 @@ void serial_run(int threads, void* args, orx_worker fn) {
 
 void serial_ordered_section(int i, int t, int T, void* args, orx_worker fn) { fn(i, t, T, args); }
 
-const ThreadingServices openmp = {parallel_for, parallel_for_ordered, parallel_run, ordered_section,
-                                  max_threads};
-const ThreadingServices serial = {serial_for, serial_for, serial_run, serial_ordered_section, one_thread};
+const ThreadingServices kOpenmp = {parallel_for, parallel_for_ordered, parallel_run, ordered_section,
+                                   max_threads};
+const ThreadingServices kSerial = {serial_for, serial_for, serial_run, serial_ordered_section, one_thread};
 
 }  // namespace
 
-ORX_API const ThreadingServices* orx_serv_threading() { return &openmp; }
+ORX_API const ThreadingServices* orx_serv_threading() { return &kOpenmp; }
 
-ORX_API const ThreadingServices* orx_serv_threading_serial() { return &serial; }
+ORX_API const ThreadingServices* orx_serv_threading_serial() { return &kSerial; }

@@ -275,7 +275,7 @@ typedef int32_t (*orx_df_ssearch_cb)(const int64_t* count, const float* sites, i
  * unknown) and dataHint. search may be null. Returns what the last call of `search` returned where there is
  * one.
  *
- * The scratch for more than 4096 uniform sites stays allocated after the call.
+ * More than 4096 uniform sites take scratch.
  * Errors: DATA_HINT, MEMORY, a negative status of `search`. */
 int32_t orx_df_kernel_dDFSearch1D(DFTask* task, int64_t method, int64_t siteCount, const double* sites,
                                   int64_t siteHint, const double* dataHint, void* cells,

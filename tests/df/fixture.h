@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "orx/df.h"
+#include "support/allocations.hpp"
 
 template <class Real>
 struct Api;
@@ -57,39 +58,6 @@ struct CountingThreads {
     for (int i = count - 1; i >= 0; --i) fn(i, i % threads, threads, args);
   }
 };
-
-// Runs `call` with its k-th allocation failing, for every k that it reaches: the status tells, and nothing is
-// lost.
-template <class Call>
-void fail_each_allocation(int expected, Call call) {
-  const long before = orx_serv_live_blocks();
-  int failures = 0;
-  for (long k = 1;; ++k) {
-    orx_serv_fail_allocation(k);
-    const int32_t status = call();
-    const bool failed = status != 0;
-    orx_serv_fail_allocation(0);
-    EXPECT_EQ(orx_serv_live_blocks(), before) << k;
-    if (!failed) break;
-    EXPECT_EQ(status, ORX_DF_ERROR_MEMORY);
-    ASSERT_LT(++failures, 10);
-  }
-  EXPECT_EQ(failures, expected);
-}
-
-// A few errors leave a block with the process, by contract. Says whether `call` did, and gave `status`; the
-// leak checker, where there is one, is told to pass over it.
-extern "C" void __lsan_disable() __attribute__((weak));
-extern "C" void __lsan_enable() __attribute__((weak));
-template <class Call>
-bool leaves_a_block(int32_t status, Call call) {
-  const long before = orx_serv_live_blocks();
-  if (__lsan_disable) __lsan_disable();
-  const int32_t returned = call();
-  if (__lsan_enable) __lsan_enable();
-  EXPECT_EQ(returned, status);
-  return orx_serv_live_blocks() == before + 1;
-}
 
 inline const ThreadingServices* serial() { return orx_serv_threading_serial(); }
 

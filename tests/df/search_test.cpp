@@ -151,10 +151,7 @@ TYPED_TEST(Searches, WideCellsUniformSitesAndThreads) {
   const auto many = [&] {
     return Api<Real>::search(wide.task, 0, 4097, ends, 4, nullptr, cells.data(), nullptr, nullptr, serial());
   };
-  orx_serv_fail_allocation(1);
-  EXPECT_EQ(many(), ORX_DF_ERROR_MEMORY);
-  orx_serv_fail_allocation(0);
-  EXPECT_TRUE(leaves_a_block(0, many));
+  EXPECT_EQ(fail_each_allocation(ORX_DF_ERROR_MEMORY, many), 1);
   EXPECT_EQ(cells[4095], 300);
   EXPECT_EQ(Api<Real>::search(wide.task, 0, 0, ends, 4, nullptr, nullptr, nullptr, nullptr, serial()), 0);
 }

@@ -10,8 +10,8 @@
 
 namespace orx::df {
 
-enum Storage { YCols, YRows };
-enum Partition { NoUniformGrid, UniformGrid };
+enum Storage { kYCols, kYRows };
+enum Partition { kNoUniformGrid, kUniformGrid };
 enum class End { NotAKnot, FreeEnd, First, Second, Periodic, NotSet };
 
 // The boundary kinds by their numbers in the tables.
@@ -19,7 +19,7 @@ struct Boundary {
   int64_t kind;
   End left, right;
 };
-constexpr Boundary boundaries[] = {
+constexpr Boundary kBoundaries[] = {
     {ORX_DF_NOT_A_KNOT, End::NotAKnot, End::NotAKnot},
     {ORX_DF_FREE_END, End::FreeEnd, End::FreeEnd},
     {ORX_DF_FIRST_LEFT | ORX_DF_FIRST_RIGHT, End::First, End::First},
@@ -29,15 +29,15 @@ constexpr Boundary boundaries[] = {
     {ORX_DF_PERIODIC, End::Periodic, End::Periodic},
 };
 enum BoundaryNumber {
-  BoundaryNotAKnot,
-  BoundaryFreeEnd,
-  Boundary1st1st,
-  Boundary1st2nd,
-  Boundary2nd1st,
-  Boundary2nd2nd,
-  BoundaryPeriodic,
-  BoundaryCount,
-  BoundaryNotSet = BoundaryCount
+  kBoundaryNotAKnot,
+  kBoundaryFreeEnd,
+  kBoundary1st1st,
+  kBoundary1st2nd,
+  kBoundary2nd1st,
+  kBoundary2nd2nd,
+  kBoundaryPeriodic,
+  kBoundaryCount,
+  kBoundaryNotSet = kBoundaryCount
 };
 
 // Lists for macros, in the order of the dispatch tables.
@@ -70,9 +70,9 @@ int32_t check_func_hint(const Task<Real>* task) {
 // The number of the task's boundary kind, or a status.
 template <class Real>
 int32_t boundary_number(const Task<Real>* task) {
-  for (int32_t number = 0; number < BoundaryCount; ++number) {
-    if (boundaries[number].kind != task->bndCondKind) continue;
-    const bool two_sided = number >= Boundary1st1st && number <= Boundary2nd2nd;
+  for (int32_t number = 0; number < kBoundaryCount; ++number) {
+    if (kBoundaries[number].kind != task->bndCondKind) continue;
+    const bool two_sided = number >= kBoundary1st1st && number <= kBoundary2nd2nd;
     return two_sided && !task->bndConds ? ORX_DF_ERROR_BND_CONDS : number;
   }
   return ORX_DF_ERROR_BND_COND_KIND;
@@ -85,7 +85,7 @@ int32_t cubic_boundary_number(const Task<Real>* task, int64_t least_size) {
   if (const int32_t bad = check_func_hint(task)) return bad;
   const int32_t number = boundary_number(task);
   const bool takes_value = task->splineKind == ORX_DF_DEFAULT || task->splineKind == ORX_DF_HERMITE;
-  if (number == BoundaryPeriodic && takes_value && !task->bndConds) return ORX_DF_ERROR_BND_CONDS;
+  if (number == kBoundaryPeriodic && takes_value && !task->bndConds) return ORX_DF_ERROR_BND_CONDS;
   return number;
 }
 
@@ -94,7 +94,7 @@ template <class Real, Partition G>
 class Grid;
 
 template <class Real>
-class Grid<Real, NoUniformGrid> {
+class Grid<Real, kNoUniformGrid> {
  public:
   explicit Grid(const Task<Real>* task) : x_(task->grid) {}
   Real x(Index i) const { return x_[i]; }
@@ -108,7 +108,7 @@ class Grid<Real, NoUniformGrid> {
 };
 
 template <class Real>
-class Grid<Real, UniformGrid> {
+class Grid<Real, kUniformGrid> {
  public:
   explicit Grid(const Task<Real>* task)
       : first_(task->grid[0]),
@@ -128,7 +128,7 @@ template <class Real, Storage S>
 class Values;
 
 template <class Real>
-class Values<Real, YRows> {
+class Values<Real, kYRows> {
  public:
   Values(const Task<Real>* task, Index function) : y_(task->funcs[function]) {}
   Real operator[](Index k) const { return y_[k]; }
@@ -139,7 +139,7 @@ class Values<Real, YRows> {
 };
 
 template <class Real>
-class Values<Real, YCols> {
+class Values<Real, kYCols> {
  public:
   Values(const Task<Real>* task, Index function)
       : y_(task->funcs[0] + function), stride_(std::max<Index>(task->functions(), 1)) {}

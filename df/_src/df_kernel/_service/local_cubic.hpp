@@ -9,7 +9,7 @@
 
 #include "_service/builder.hpp"
 #include "_service/hermite_form.hpp"
-#include "_service/memory.hpp"
+#include "orx/base/memory.hpp"
 
 namespace orx::df {
 
@@ -21,10 +21,10 @@ constexpr int kStrip = 8;
 // is no h.
 template <class Real>
 struct EndArgs {
-  int64_t nx, funcCount, gridHint, funcHint;
+  int64_t nx, func_count, grid_hint, func_hint;
   const Real* grid;
   const Real* const* funcs;
-  const Real* bndConds;
+  const Real* bnd_conds;
   Index function, cell;
   const Real* h;
   Real inverse;
@@ -44,13 +44,14 @@ struct EndRules {
   static Real& outer(const Args& a) { return a.d[a.cell + kRight]; }
   static Real inner(const Args& a) { return a.d[a.cell + !kRight]; }
   static Real m(const Args& a, int k) { return a.m[a.cell + k * kStep]; }
-  static bool uniform(const Args& a) { return a.gridHint & ORX_DF_UNIFORM_PARTITION; }
+  static bool uniform(const Args& a) { return a.grid_hint & ORX_DF_UNIFORM_PARTITION; }
   static Real h(const Args& a, int k) { return uniform(a) ? 1 / a.inverse : a.h[a.cell + k * kStep]; }
 
-  static void first(const Args& a) { outer(a) = a.bndConds[kRight]; }
+  static void first(const Args& a) { outer(a) = a.bnd_conds[kRight]; }
   static void free_end(const Args& a) { outer(a) = Real(1.5) * m(a, 0) - Real(0.5) * inner(a); }
   static void second(const Args& a) {
-    outer(a) = Real(1.5) * m(a, 0) - kStep * Real(0.25) * a.bndConds[kRight] * h(a, 0) - Real(0.5) * inner(a);
+    outer(a) =
+        Real(1.5) * m(a, 0) - kStep * Real(0.25) * a.bnd_conds[kRight] * h(a, 0) - Real(0.5) * inner(a);
   }
   static void not_a_knot(const Args& a) {
     if (uniform(a)) {
@@ -60,13 +61,13 @@ struct EndRules {
     const Real own = h(a, 0), next = h(a, 1), both = own + next;
     outer(a) = ((own * own * m(a, 1) + (own + 2 * both) * next * m(a, 0)) / both - both * inner(a)) / next;
   }
-  static void periodic_given(const Args& a) { outer(a) = a.bndConds[0]; }
+  static void periodic_given(const Args& a) { outer(a) = a.bnd_conds[0]; }
   // The Bessel derivative across the seam.
   static void periodic(const Args& a) {
     const auto n = Index(a.nx);
     const auto y = [&](Index k) {
-      return a.funcHint == ORX_DF_COLUMNS
-                 ? a.funcs[0][k * std::max(Index(a.funcCount), Index(1)) + a.function]
+      return a.func_hint == ORX_DF_COLUMNS
+                 ? a.funcs[0][k * std::max(Index(a.func_count), Index(1)) + a.function]
                  : a.funcs[a.function][k];
     };
     const Real rise = y(1) - y(0), rise_last = y(n - 1) - y(n - 2);
@@ -85,7 +86,7 @@ struct EndRules {
 template <class T, class Real, Partition G>
 struct View {
   using Number = T;
-  static constexpr bool kUniform = G == UniformGrid;
+  static constexpr bool kUniform = G == kUniformGrid;
   const T *slopes, *widths;
   const Task<Real>* task;
   Index i;
@@ -105,8 +106,8 @@ struct View {
 template <class Real, class Rule, Storage S, Partition G>
 class LocalCubic {
   static constexpr int kReach = Rule::kReach, kSlopes = kStrip + 2 * kReach, kDerivatives = kStrip + 1;
-  static constexpr Index kRowLength = Rule::kRowUnit * ((G == UniformGrid ? 3 : 5) + (S == YCols));
-  static_assert((G == UniformGrid ? 1 : 2) * kSlopes + kDerivatives <= kRowLength);
+  static constexpr Index kRowLength = Rule::kRowUnit * ((G == kUniformGrid ? 3 : 5) + (S == kYCols));
+  static_assert((G == kUniformGrid ? 1 : 2) * kSlopes + kDerivatives <= kRowLength);
 
  public:
   struct Work {
@@ -132,7 +133,7 @@ class LocalCubic {
     const Index across = std::max<Index>(ceiling_quotient(n - 3, kLocalTileCells), 1);
     const auto items = int32_t(across * ceiling_quotient(count, kLocalTileFunctions));
     const int32_t threads = std::max(1, std::min(threading->maxThreads(), items));
-    const Scratch<Real> rows(threads * kRowLength);
+    const Block<Real> rows(threads * kRowLength);
     if (!rows) return ORX_DF_ERROR_MEMORY;
     Work work{task, left, right, across, rows.get()};
     if (n * count < kLocalLeastValues)
@@ -165,7 +166,7 @@ class LocalCubic {
     const Index count = std::min<Index>(kStrip, to - first);
     const Index last_cell = task_->size() - 2 - first;  // in the strip's own count, as all that follows
     for (Index k = -std::min<Index>(first, kReach); k <= std::min(count + kReach - 1, last_cell); ++k) {
-      if constexpr (G == NoUniformGrid) h_[k] = grid_.h(first + k);
+      if constexpr (G == kNoUniformGrid) h_[k] = grid_.h(first + k);
       m_[k] = (y_[first + k + 1] - y_[first + k]) * grid_.inverse(first + k);
     }
     for (Index k = first == 0; k <= std::min(count, last_cell); ++k)
@@ -195,7 +196,7 @@ class LocalCubic {
   Points points_from(Index i, const Cells& low, const Cells& high, std::index_sequence<k...>) const {
     const V slopes[] = {shifted<int(k)>(low.slopes, high.slopes)...};
     V widths[2 * kReach];
-    if constexpr (G == NoUniformGrid)
+    if constexpr (G == kNoUniformGrid)
       for (int j = 0; j < 2 * kReach; ++j) widths[j] = grid_.widths(i - kReach + j);
     return {Rule::inner(View<V, Real, G>{slopes + kReach, widths + kReach, task_, i}),
             {slopes[kReach], shifted<kReach>(low.inverses, high.inverses)}};
@@ -203,17 +204,17 @@ class LocalCubic {
 
   // Cells that are away from the ends, a vector of them at a time.
   Index write_vectors(Index i, Index to) const {
-    constexpr int kStep = kLanes<Real>;
-    constexpr auto kAround = std::make_index_sequence<2 * kReach>();
+    constexpr int step = kLanes<Real>;
+    constexpr auto around = std::make_index_sequence<2 * kReach>();
     // Two more vectors of cells, less the reach, are looked at beyond those that are written.
-    to = std::min(to, task_->size() - 1 + kReach - 2 * kStep);
-    if (i + kStep > to) return i;
-    Cells low = cells_from(i - kReach), high = cells_from(i - kReach + kStep);
-    Points points = points_from(i, low, high, kAround);
-    for (; i + kStep <= to; i += kStep) {
+    to = std::min(to, task_->size() - 1 + kReach - 2 * step);
+    if (i + step > to) return i;
+    Cells low = cells_from(i - kReach), high = cells_from(i - kReach + step);
+    Points points = points_from(i, low, high, around);
+    for (; i + step <= to; i += step) {
       low = high;
-      high = cells_from(i - kReach + 2 * kStep);
-      const Points next = points_from(i + kStep, low, high, kAround);
+      high = cells_from(i - kReach + 2 * step);
+      const Points next = points_from(i + step, low, high, around);
       const HermiteCell<V> cell(y_.vector(i), points.right.slopes, points.d, shifted<1>(points.d, next.d),
                                 points.right.inverses);
       store_rows(coeffs_ + 4 * i, cell.c[0], cell.c[1], cell.c[2], cell.c[3]);
@@ -270,13 +271,13 @@ class LocalCubic {
       _vCubicSpline1DBCPeriodic##Side, _vCubicSpline1DBCNotSet##Side};
 #define ORX_DF_LOCAL_VARIANT(Family, S, G)                                                       \
   static void _v1DCS##Family##S##G##Threader(int i, int t, int, void* work) {                    \
-    LocalCubic<Real, Family##Rule, S, G>::worker(i, t, work);                                    \
+    LocalCubic<Real, Family##Rule, k##S, k##G>::worker(i, t, work);                              \
   }                                                                                              \
   static int32_t _v1DCS##Family##S##G(const Task<Real>* task, int boundary,                      \
                                       const ThreadingServices* threading) {                      \
-    return LocalCubic<Real, Family##Rule, S, G>::build(                                          \
+    return LocalCubic<Real, Family##Rule, k##S, k##G>::build(                                    \
         task, _vCubicSpline1DLeftBCDispatch[boundary], _vCubicSpline1DRightBCDispatch[boundary], \
-        boundary == BoundaryPeriodic, threading, _v1DCS##Family##S##G##Threader);                \
+        boundary == kBoundaryPeriodic, threading, _v1DCS##Family##S##G##Threader);               \
   }
 #define ORX_DF_LOCAL_FAMILY(Family, periodic_rule)                          \
   extern "C" {                                                              \
@@ -308,7 +309,7 @@ int32_t build_local(const Task<Real>* task, int64_t least_size, bool open_ends,
                     LocalBuilder<Real>* const* variants, const ThreadingServices* threading) {
   int32_t boundary = cubic_boundary_number(task, least_size);
   if (open_ends && task->bndCondKind == 0 && boundary == ORX_DF_ERROR_BND_COND_KIND)
-    boundary = BoundaryNotSet;
+    boundary = kBoundaryNotSet;
   return boundary < 0 ? boundary : variants[variant_number(task)](task, boundary, threading);
 }
 

@@ -6,7 +6,7 @@
 
 namespace orx::df {
 
-enum SubgridForm { NoUniformSubgrid, UniformSubgrid };
+enum SubgridForm { kNoUniformSubgrid, kUniformSubgrid };
 
 // The inner knots as the task has them: given one by one, as the ends of an even row, or not at all, which
 // puts them in the middle.
@@ -44,7 +44,7 @@ template <SubgridForm K, class Real, Partition G>
   knots[n] = last;
   for (Index i = 0; i + 1 < n; ++i) knots[i + 1] = inner.between(i, grid.x(i), grid.x(i + 1));
   if (!given) return true;
-  if constexpr (K == UniformSubgrid) {
+  if constexpr (K == kUniformSubgrid) {
     if (!(given[0] > first && given[1] < last)) return false;
   } else {
     if (given[0] != first || given[n] != last) return false;

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "_service/cell_table.hpp"
-#include "_service/memory.hpp"
+#include "orx/base/memory.hpp"
 
 namespace orx::df {
 namespace {
@@ -22,7 +22,7 @@ bool is_storage_hint(int64_t hint) {
 // follows it, `stride` elements apart, the others are null.
 template <class T>
 int32_t replace_pointers(T**& array, int64_t count, int64_t given, T* base, int64_t stride) {
-  orx_serv_deallocate(array);
+  free_array(array);
   array = allocate_array<T*>(count);
   if (!array) return ORX_DF_ERROR_MEMORY;
   for (int64_t i = 0; i < count; ++i) array[i] = i < given ? base + i * stride : nullptr;
@@ -45,37 +45,38 @@ int32_t set_coeffs(Task<Real>* task, Real* base, int64_t hint) {
 }
 
 template <class Real>
-int32_t check_new_task(int64_t gridSize, const Real* grid, int64_t gridHint, int64_t funcCount,
-                       const Real* funcs, int64_t funcHint) {
-  if (gridSize < 2) return ORX_DF_ERROR_GRID_SIZE;
+int32_t check_new_task(int64_t grid_size, const Real* grid, int64_t grid_hint, int64_t func_count,
+                       const Real* funcs, int64_t func_hint) {
+  if (grid_size < 2) return ORX_DF_ERROR_GRID_SIZE;
   if (!grid) return ORX_DF_ERROR_GRID;
-  if (!is_grid_hint(gridHint)) return ORX_DF_ERROR_GRID_HINT;
-  if (funcCount != 0 && !funcs) return ORX_DF_ERROR_FUNCS;
-  if (funcCount < 0 || (funcCount == 0 && funcs)) return ORX_DF_ERROR_FUNC_COUNT;
-  if (!is_storage_hint(funcHint)) return ORX_DF_ERROR_FUNC_HINT;
+  if (!is_grid_hint(grid_hint)) return ORX_DF_ERROR_GRID_HINT;
+  if (func_count != 0 && !funcs) return ORX_DF_ERROR_FUNCS;
+  if (func_count < 0 || (func_count == 0 && funcs)) return ORX_DF_ERROR_FUNC_COUNT;
+  if (!is_storage_hint(func_hint)) return ORX_DF_ERROR_FUNC_HINT;
   return ORX_DF_OK;
 }
 
 template <class Real>
-int32_t new_task(DFTask** out, int64_t gridSize, const Real* grid, int64_t gridHint, int64_t funcCount,
-                 const Real* funcs, int64_t funcHint, int32_t ilp64Flag) {
-  if (const int32_t bad = check_new_task(gridSize, grid, gridHint, funcCount, funcs, funcHint)) return bad;
-  const auto task = static_cast<Task<Real>*>(orx_serv_allocate(sizeof(Task<Real>), 128));
+int32_t new_task(DFTask** out, int64_t grid_size, const Real* grid, int64_t grid_hint, int64_t func_count,
+                 const Real* funcs, int64_t func_hint, int32_t ilp64_flag) {
+  if (const int32_t bad = check_new_task(grid_size, grid, grid_hint, func_count, funcs, func_hint))
+    return bad;
+  const auto task = allocate_array<Task<Real>>(1);
   *out = reinterpret_cast<DFTask*>(task);
   if (!task) return ORX_DF_ERROR_MEMORY;
   std::memset(task, 0, sizeof *task);
   if (funcs)
-    if (const int32_t bad = set_funcs(task, funcs, funcHint, funcCount, gridSize)) return bad;
-  task->ilp64Flag = ilp64Flag;
+    if (const int32_t bad = set_funcs(task, funcs, func_hint, func_count, grid_size)) return bad;
+  task->ilp64Flag = ilp64_flag;
   task->taskMark = 4;
   task->isDouble = sizeof(Real) == sizeof(double);
   task->taskDim = 1;
-  task->gridSize = gridSize;
+  task->gridSize = grid_size;
   task->grid = grid;
-  task->gridHint = gridHint;
-  task->funcCount = funcCount;
-  task->funcHint = funcHint;
-  task->cellTable = static_cast<int32_t*>(orx_serv_allocate(kCellTableBytes, 128));
+  task->gridHint = grid_hint;
+  task->funcCount = func_count;
+  task->funcHint = func_hint;
+  task->cellTable = allocate_array<int32_t>(kCellTableBytes / int64_t(sizeof(int32_t)));
   if (!task->cellTable) return ORX_DF_ERROR_MEMORY;
   if (task->uniform())
     reset_cell_table(task);
@@ -85,26 +86,26 @@ int32_t new_task(DFTask** out, int64_t gridSize, const Real* grid, int64_t gridH
 }
 
 template <class Real>
-int32_t edit_spline(Task<Real>* task, int64_t splineOrder, int64_t splineKind, int64_t bndCondKind,
-                    const Real* bndConds, int64_t intCondKind, const Real* intConds, Real* coeffs,
-                    int64_t coeffHint) {
+int32_t edit_spline(Task<Real>* task, int64_t spline_order, int64_t spline_kind, int64_t bnd_cond_kind,
+                    const Real* bnd_conds, int64_t int_cond_kind, const Real* int_conds, Real* coeffs,
+                    int64_t coeff_hint) {
   if (!task) return ORX_DF_ERROR_TASK;
-  if (splineOrder < 0) return ORX_DF_ERROR_SPLINE_ORDER;
-  if (splineKind < 0) return ORX_DF_ERROR_SPLINE_KIND;
-  task->splineOrder = splineOrder;
-  task->splineKind = splineKind;
-  const bool no_values = bndCondKind == 0 || bndCondKind == ORX_DF_NOT_A_KNOT ||
-                         bndCondKind == ORX_DF_FREE_END || bndCondKind == ORX_DF_PERIODIC;
-  if (!no_values && !bndConds) return ORX_DF_ERROR_BND_CONDS;
-  task->bndCondKind = bndCondKind;
-  task->bndConds = bndConds;
-  if (intCondKind != 0 && !intConds) return ORX_DF_ERROR_INT_CONDS;
-  if (intCondKind == 0 && intConds) return ORX_DF_ERROR_INT_COND_KIND;
-  task->intCondKind = intCondKind;
-  task->intConds = intConds;
+  if (spline_order < 0) return ORX_DF_ERROR_SPLINE_ORDER;
+  if (spline_kind < 0) return ORX_DF_ERROR_SPLINE_KIND;
+  task->splineOrder = spline_order;
+  task->splineKind = spline_kind;
+  const bool no_values = bnd_cond_kind == 0 || bnd_cond_kind == ORX_DF_NOT_A_KNOT ||
+                         bnd_cond_kind == ORX_DF_FREE_END || bnd_cond_kind == ORX_DF_PERIODIC;
+  if (!no_values && !bnd_conds) return ORX_DF_ERROR_BND_CONDS;
+  task->bndCondKind = bnd_cond_kind;
+  task->bndConds = bnd_conds;
+  if (int_cond_kind != 0 && !int_conds) return ORX_DF_ERROR_INT_CONDS;
+  if (int_cond_kind == 0 && int_conds) return ORX_DF_ERROR_INT_COND_KIND;
+  task->intCondKind = int_cond_kind;
+  task->intConds = int_conds;
   if (coeffs)
-    if (const int32_t bad = set_coeffs(task, coeffs, coeffHint)) return bad;
-  task->coeffHint = coeffHint;
+    if (const int32_t bad = set_coeffs(task, coeffs, coeff_hint)) return bad;
+  task->coeffHint = coeff_hint;
   return ORX_DF_OK;
 }
 
@@ -158,7 +159,7 @@ struct ValueParameter {
 };
 
 template <class Real>
-constexpr ValueParameter<Real> value_parameters[] = {
+constexpr ValueParameter<Real> kValueParameters[] = {
     {&Task<Real>::gridSize, [](int64_t v) { return v >= 2; }, ORX_DF_ERROR_GRID_SIZE},
     {&Task<Real>::gridHint, is_grid_hint, ORX_DF_ERROR_GRID_HINT},
     {&Task<Real>::funcCount, [](int64_t v) { return v >= 1; }, ORX_DF_ERROR_FUNC_COUNT},
@@ -181,7 +182,7 @@ int32_t edit_value(Task<Real>* task, int64_t parameter, int64_t value) {
     task->checkFlag = int32_t(value);
     return ORX_DF_OK;
   }
-  const ValueParameter<Real>& row = value_parameters<Real>[parameter - ORX_DF_GRID_SIZE];
+  const ValueParameter<Real>& row = kValueParameters<Real>[parameter - ORX_DF_GRID_SIZE];
   if (!row.accepts(value)) return row.error;
   task->*row.field = value;
   if (parameter == ORX_DF_GRID_HINT && value == ORX_DF_NON_UNIFORM_PARTITION) build_cell_table(task);
@@ -190,10 +191,10 @@ int32_t edit_value(Task<Real>* task, int64_t parameter, int64_t value) {
 
 template <class Real>
 void delete_task(Task<Real>* task) {
-  orx_serv_deallocate(task->funcs);
-  orx_serv_deallocate(task->coeffs);
-  orx_serv_deallocate(task->cellTable);
-  orx_serv_deallocate(task);
+  free_array(task->funcs);
+  free_array(task->coeffs);
+  free_array(task->cellTable);
+  free_array(task);
 }
 
 }  // namespace
@@ -201,24 +202,24 @@ void delete_task(Task<Real>* task) {
 
 using namespace orx::df;
 
-#define ORX_DF_TASK(t, Real)                                                                              \
-  ORX_API int32_t orx_df_kernel_##t##NewTask1D(DFTask** task, int64_t gridSize, const Real* grid,         \
-                                               int64_t gridHint, int64_t funcCount, const Real* funcs,    \
-                                               int64_t funcHint, int32_t ilp64Flag) {                     \
-    return new_task(task, gridSize, grid, gridHint, funcCount, funcs, funcHint, ilp64Flag);               \
-  }                                                                                                       \
-  ORX_API int32_t orx_df_kernel_##t##EditPPSpline1D(                                                      \
-      DFTask* task, int64_t splineOrder, int64_t splineKind, int64_t bndCondKind, const Real* bndConds,   \
-      int64_t intCondKind, const Real* intConds, Real* coeffs, int64_t coeffHint) {                       \
-    return edit_spline(Task<Real>::of(task), splineOrder, splineKind, bndCondKind, bndConds, intCondKind, \
-                       intConds, coeffs, coeffHint);                                                      \
-  }                                                                                                       \
-  ORX_API int32_t orx_df_kernel_##t##EditPtr(DFTask* task, int64_t parameter, const Real* pointer) {      \
-    return edit_pointer(Task<Real>::of(task), parameter, pointer);                                        \
-  }                                                                                                       \
-  ORX_API int32_t orx_df_kernel_##t##EditIdxPtr(DFTask* task, int64_t parameter, int64_t index,           \
-                                                const Real* pointer) {                                    \
-    return edit_indexed_pointer(Task<Real>::of(task), parameter, index, pointer);                         \
+#define ORX_DF_TASK(t, Real)                                                                                 \
+  ORX_API int32_t orx_df_kernel_##t##NewTask1D(DFTask** task, int64_t grid_size, const Real* grid,           \
+                                               int64_t grid_hint, int64_t func_count, const Real* funcs,     \
+                                               int64_t func_hint, int32_t ilp64_flag) {                      \
+    return new_task(task, grid_size, grid, grid_hint, func_count, funcs, func_hint, ilp64_flag);             \
+  }                                                                                                          \
+  ORX_API int32_t orx_df_kernel_##t##EditPPSpline1D(                                                         \
+      DFTask* task, int64_t spline_order, int64_t spline_kind, int64_t bnd_cond_kind, const Real* bnd_conds, \
+      int64_t int_cond_kind, const Real* int_conds, Real* coeffs, int64_t coeff_hint) {                      \
+    return edit_spline(Task<Real>::of(task), spline_order, spline_kind, bnd_cond_kind, bnd_conds,            \
+                       int_cond_kind, int_conds, coeffs, coeff_hint);                                        \
+  }                                                                                                          \
+  ORX_API int32_t orx_df_kernel_##t##EditPtr(DFTask* task, int64_t parameter, const Real* pointer) {         \
+    return edit_pointer(Task<Real>::of(task), parameter, pointer);                                           \
+  }                                                                                                          \
+  ORX_API int32_t orx_df_kernel_##t##EditIdxPtr(DFTask* task, int64_t parameter, int64_t index,              \
+                                                const Real* pointer) {                                       \
+    return edit_indexed_pointer(Task<Real>::of(task), parameter, index, pointer);                            \
   }
 
 ORX_DF_TASK(d, double)

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "_service/builder.hpp"
-#include "_service/memory.hpp"
+#include "orx/base/memory.hpp"
 
 namespace {
 using namespace orx::df;
@@ -33,12 +33,12 @@ template <Storage S, Partition G>
 
 template <Storage S, Partition G, BoundaryNumber N>
 struct DefaultSpline {
-  static constexpr End left = boundaries[N].left, right = boundaries[N].right;
+  static constexpr End kLeft = kBoundaries[N].left, kRight = kBoundaries[N].right;
 
   static void first_cell(const Task<Real>* task, Real y, Real m, Real h, Real* c) {
     const Real* values = task->bndConds;
     const Real inner = second(task, 1);
-    switch (left) {
+    switch (kLeft) {
       case End::Second:
       case End::Periodic:
         return write_cell(y, m, h, values[0], inner, c);
@@ -64,10 +64,10 @@ struct DefaultSpline {
   static void last_cell(const Task<Real>* task, Real y, Real m, Real h, Real* c) {
     const Real* values = task->bndConds;
     const Real inner = second(task, task->size() - 2);
-    if (right == End::Second) return write_cell(y, m, h, inner, values[1], c);
-    if (right == End::Periodic) return write_cell(y, m, h, inner, values[0], c);
+    if (kRight == End::Second) return write_cell(y, m, h, inner, values[1], c);
+    if (kRight == End::Periodic) return write_cell(y, m, h, inner, values[0], c);
     c[2] = Real(0.5) * inner;
-    switch (right) {
+    switch (kRight) {
       case End::First:
         c[3] = ((values[1] - m) / h - c[2]) / (2 * h);
         break;
@@ -92,10 +92,10 @@ struct DefaultSpline {
   }
 
   static int32_t build(const Task<Real>* task) {
-    const Scratch<Real> slopes(task->size() - 1);
+    const orx::Block<Real> slopes(task->size() - 1);
     if (!slopes) return ORX_DF_ERROR_MEMORY;
     for (Index f = 0; f < task->functions(); ++f) {
-      if (left == End::Periodic && !closes<Real, S>(task, f)) return ORX_DF_ERROR_NOT_PERIODIC;
+      if (kLeft == End::Periodic && !closes<Real, S>(task, f)) return ORX_DF_ERROR_NOT_PERIODIC;
       build_function(task, f, slopes.get());
     }
     return ORX_DF_OK;
@@ -104,7 +104,7 @@ struct DefaultSpline {
 
 #define ORX_DF_DEFAULT_CUBIC(S, G, B)                                                       \
   static int32_t _v1DCSDefault##S##G##B(const Task<Real>* task, const ThreadingServices*) { \
-    return DefaultSpline<S, G, Boundary##B>::build(task);                                   \
+    return DefaultSpline<k##S, k##G, kBoundary##B>::build(task);                            \
   }
 extern "C" {
 ORX_DF_BOUNDARY_VARIANTS(ORX_DF_DEFAULT_CUBIC)

@@ -3,8 +3,8 @@
 
 #include "_service/blocks.hpp"
 #include "_service/evaluator_number.hpp"
+#include "_service/search.hpp"
 #include "integr1d/pieces.hpp"
-#include "search1d/search.hpp"
 
 namespace {
 using namespace orx::df;
@@ -124,8 +124,8 @@ using PwRPieces = StepPieces<Real, false>;
 #define ORX_DF_INTEGRATOR(Kind, CB, integrate)                                     \
   extern "C" __attribute__((visibility("hidden"))) int32_t ORX_DF_INTEGRATOR_NAME( \
       Kind, CB)(const IntegrBlock& b) {                                            \
-    return b.task->uniform() ? integrate<Kind##Pieces<UniformGrid>>(b)             \
-                             : integrate<Kind##Pieces<NoUniformGrid>>(b);          \
+    return b.task->uniform() ? integrate<Kind##Pieces<kUniformGrid>>(b)            \
+                             : integrate<Kind##Pieces<kNoUniformGrid>>(b);         \
   }
 #define ORX_DF_INTEGRATORS(Kind)             \
   ORX_DF_INTEGRATOR(Kind, , integrate_plain) \
@@ -202,11 +202,10 @@ static void _v1DIntegrThreaderCB(int i, int, int, void* work) { integrate_item(i
 int32_t _Integr1DKernel(Integration* work, const ThreadingServices* threading) {
   work->block = kPairBlock;
   if (work->sorted) {  // one run, so that the starts go through
-    work->status = ORX_DF_OK;
-    work->first = 0;
+    work->origin = 0;
     work->per_item = ceiling_quotient(work->count, kPairBlock);
     integrate_item(0, work);
-    return work->status;
+    return work->failure.status();
   }
   const int32_t threads = work->count >= kThreadedPairs ? threading->maxThreads() : 1;
   return run_blocks(work, kGroupBlocks, threads, threading,
@@ -215,35 +214,35 @@ int32_t _Integr1DKernel(Integration* work, const ThreadingServices* threading) {
 
 }  // namespace
 
-ORX_API int32_t ORX_DF_NAME(DFIntegrate1D)(DFTask* task, int64_t, int64_t limitCount, const Real* lower,
-                                           int64_t lowerHint, const Real* upper, int64_t upperHint,
-                                           const Real* lowerDataHint, const Real* upperDataHint, Real* result,
-                                           int64_t resultHint, IntegrCallback<Real> left, void* leftParams,
-                                           IntegrCallback<Real> right, void* rightParams,
-                                           IntegrCallback<Real> inside, void* insideParams,
-                                           SearchCallback<Real> search, void* searchParams,
+ORX_API int32_t ORX_DF_NAME(DFIntegrate1D)(DFTask* task, int64_t, int64_t limit_count, const Real* lower,
+                                           int64_t lower_hint, const Real* upper, int64_t upper_hint,
+                                           const Real* lower_data_hint, const Real* upper_data_hint,
+                                           Real* result, int64_t result_hint, IntegrCallback<Real> left,
+                                           void* left_params, IntegrCallback<Real> right, void* right_params,
+                                           IntegrCallback<Real> inside, void* inside_params,
+                                           SearchCallback<Real> search, void* search_params,
                                            const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
   Integration work{};
   work.task = t;
-  work.callbacks = {left, right, inside, leftParams, rightParams, insideParams};
+  work.callbacks = {left, right, inside, left_params, right_params, inside_params};
   const int32_t integrator = evaluator_number(t, work.callbacks.all());
   if (integrator < 0) return integrator;
   if (integrator == kLookUp) return ORX_DF_ERROR_SPLINE_KIND;
   work.integrator = EvaluatorNumber(integrator);
   if (const int32_t bad =
-          choose_search(t, lowerHint, lowerDataHint, search, searchParams, &work.lower_search))
+          choose_search(t, lower_hint, lower_data_hint, search, search_params, &work.lower_search))
     return bad;
   if (const int32_t bad =
-          choose_search(t, upperHint, upperDataHint, search, searchParams, &work.upper_search))
+          choose_search(t, upper_hint, upper_data_hint, search, search_params, &work.upper_search))
     return bad;
-  if (resultHint != ORX_DF_NO_HINT && resultHint != ORX_DF_ROWS && resultHint != ORX_DF_COLUMNS &&
-      resultHint != ORX_DF_FIRST_ONLY)
+  if (result_hint != ORX_DF_NO_HINT && result_hint != ORX_DF_ROWS && result_hint != ORX_DF_COLUMNS &&
+      result_hint != ORX_DF_FIRST_ONLY)
     return ORX_DF_ERROR_RESULT_HINT;
   if (const int32_t bad = check_data(t, work.integrator, work.callbacks.all())) return bad;
-  if (limitCount <= 0) return ORX_DF_OK;
-  work.count = Index(limitCount);
-  work.sorted = lowerHint == ORX_DF_SORTED_SITES || upperHint == ORX_DF_SORTED_SITES;
+  if (limit_count <= 0) return ORX_DF_OK;
+  work.count = Index(limit_count);
+  work.sorted = lower_hint == ORX_DF_SORTED_SITES || upper_hint == ORX_DF_SORTED_SITES;
   work.lower = lower;
   work.upper = upper;
   work.result = result;

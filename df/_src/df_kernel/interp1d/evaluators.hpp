@@ -5,11 +5,11 @@
 
 #include "_service/builder.hpp"
 #include "_service/evaluator_number.hpp"
-#include "_service/memory.hpp"
 #include "_service/polynomial.hpp"
 #include "_service/samples.hpp"
 #include "_service/simd.hpp"
 #include "_service/subgrid.hpp"
+#include "orx/base/memory.hpp"
 
 namespace orx::df {
 
@@ -97,7 +97,7 @@ void locate(const Task<Real>* task, EvaluatorNumber evaluator, const Real* sites
   list->one_row = differ == 0;
   for (int32_t i = 0; i < n; i += kLanes<Real>) {
     Vec<Real> base;
-    if constexpr (G == UniformGrid) {
+    if constexpr (G == kUniformGrid) {
       CellVec<Real> at;
       __builtin_memcpy(&at, polynomials + i, sizeof at);
       base = grid.x(0) + __builtin_convertvector(at, Vec<Real>) * grid.h();
@@ -233,11 +233,11 @@ int32_t evaluate_look_up(const EvalBlock<Real>& b) {
 // Runs the call-back, and brings its result from the layout of the call to planes.
 template <class Real>
 int32_t evaluate_by_callback(const EvalBlock<Real>& b) {
-  constexpr Index kStackValues = 1024;
+  constexpr Index stack_values = 1024;
   const Index n = b.list->count, wanted = b.orders->count();
-  Real on_stack[kStackValues];
-  const bool fits = n * wanted <= kStackValues;
-  const Scratch<Real> heap(fits ? 0 : n * wanted);
+  Real on_stack[stack_values];
+  const bool fits = n * wanted <= stack_values;
+  const Block<Real> heap(fits ? 0 : n * wanted);
   if (!fits && !heap) return ORX_DF_ERROR_MEMORY;
   Real* values = fits ? on_stack : heap.get();
   int64_t cells[kSiteBlock];

@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "_service/blocks.hpp"
+#include "_service/search.hpp"
 #include "interp1d/evaluators.hpp"
-#include "search1d/search.hpp"
 #include "simple_search1d/methods.hpp"
 
 namespace {
@@ -159,9 +159,9 @@ struct Interpolation : BlockWork {
   void locate_sites(const Real* at, SiteList<Real>* list) const {
     if (evaluator > kArbitrary) return;
     if (task->uniform())
-      locate<Real, UniformGrid>(task, evaluator, at, list);
+      locate<Real, kUniformGrid>(task, evaluator, at, list);
     else
-      locate<Real, NoUniformGrid>(task, evaluator, at, list);
+      locate<Real, kNoUniformGrid>(task, evaluator, at, list);
   }
 
   // From a buffer to where the results of site `first` and those that follow it belong.
@@ -244,7 +244,7 @@ static void _v1DInterpThreaderCB(int i, int t, int, void* work) { interpolate_it
 int32_t run_interpolation(Interpolation* work, Real* values, const ThreadingServices* threading) {
   const int32_t threads = work->count > kThreadedSites ? threading->maxThreads() : 1;
   const Index needed = work->buffer_size() * (work->buffered() ? threads : 1);
-  const Scratch<Real> buffers(needed > kScratchValues ? needed : 0);
+  const orx::Block<Real> buffers(needed > kScratchValues ? needed : 0);
   if (needed > kScratchValues && !buffers) return ORX_DF_ERROR_MEMORY;
   work->buffers = buffers ? buffers.get() : values;
   return run_blocks(work, kGroupBlocks, threads, threading,
@@ -259,47 +259,45 @@ __attribute__((noinline)) int32_t run_on_stack(Interpolation* work, const Thread
 
 int32_t run_with_scratch(Interpolation* work, const ThreadingServices* threading) {
   if (work->count < kScratchSites) return run_on_stack(work, threading);
-  const Scratch<char> scratch(kScratchBytes);
+  const orx::Block<char> scratch(kScratchBytes);
   if (!scratch) return ORX_DF_ERROR_MEMORY;
   return run_interpolation(work, reinterpret_cast<Real*>(scratch.get()), threading);
 }
 
 }  // namespace
 
-ORX_API int32_t ORX_DF_NAME(DFInterpolate1D)(DFTask* task, int64_t type, int64_t, int64_t siteCount,
-                                             const Real* sites, int64_t siteHint, int64_t orderCount,
-                                             const void* derivativeOrders, const Real* dataHint, Real* result,
-                                             int64_t resultHint, InterpCallback<Real> left, void* leftParams,
-                                             InterpCallback<Real> right, void* rightParams,
-                                             InterpCallback<Real> inside, void* insideParams,
-                                             SearchCallback<Real> search, void* searchParams, void* cells,
-                                             const ThreadingServices* threading) {
+ORX_API int32_t ORX_DF_NAME(DFInterpolate1D)(
+    DFTask* task, int64_t type, int64_t, int64_t site_count, const Real* sites, int64_t site_hint,
+    int64_t order_count, const void* derivative_orders, const Real* data_hint, Real* result,
+    int64_t result_hint, InterpCallback<Real> left, void* left_params, InterpCallback<Real> right,
+    void* right_params, InterpCallback<Real> inside, void* inside_params, SearchCallback<Real> search,
+    void* search_params, void* cells, const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
   Interpolation work{};
   work.task = t;
-  work.callbacks = {{left, inside, right}, {leftParams, insideParams, rightParams}};
+  work.callbacks = {{left, inside, right}, {left_params, inside_params, right_params}};
   const int32_t evaluator = evaluator_number(t, work.callbacks.all());
   if (evaluator < 0) return evaluator;
   work.evaluator = EvaluatorNumber(evaluator);
-  if (const int32_t bad = choose_search(t, siteHint, dataHint, search, searchParams, &work.search))
+  if (const int32_t bad = choose_search(t, site_hint, data_hint, search, search_params, &work.search))
     return bad;
-  const Orders orders(t, orderCount, derivativeOrders);
+  const Orders orders(t, order_count, derivative_orders);
   work.want_values = type & ORX_DF_VALUES;
   work.want_cells = type & ORX_DF_CELLS;
   if (work.want_values && !work.callbacks.all())
     if (const int32_t bad = check_data(t, work.evaluator, orders)) return bad;
-  work.uniform_sites = siteHint == ORX_DF_UNIFORM_SITES;
-  if (siteCount == 1 && work.want_values && !work.want_cells && !work.uniform_sites && evaluator <= kCubic &&
-      orderCount <= 4 && t->funcCount <= 1 && !search)
+  work.uniform_sites = site_hint == ORX_DF_UNIFORM_SITES;
+  if (site_count == 1 && work.want_values && !work.want_cells && !work.uniform_sites && evaluator <= kCubic &&
+      order_count <= 4 && t->funcCount <= 1 && !search)
     return _Interp1DKernel_scalar(t, work.search, sites[0], orders, result, work.callbacks);
-  work.by_site = resultHint == ORX_DF_ROWS || resultHint == ORX_DF_FIRST_ONLY;
-  if (!work.by_site && resultHint != ORX_DF_NO_HINT && resultHint != ORX_DF_COLUMNS)
+  work.by_site = result_hint == ORX_DF_ROWS || result_hint == ORX_DF_FIRST_ONLY;
+  if (!work.by_site && result_hint != ORX_DF_NO_HINT && result_hint != ORX_DF_COLUMNS)
     return ORX_DF_ERROR_INTERPOLATION;
-  if (siteCount <= 0) return ORX_DF_OK;
-  work.count = Index(siteCount);
+  if (site_count <= 0) return ORX_DF_OK;
+  work.count = Index(site_count);
   work.block = kSiteBlock;
   work.sites = sites;
-  work.site_step = work.uniform_sites && siteCount > 1 ? (sites[1] - sites[0]) / Real(siteCount - 1) : 0;
+  work.site_step = work.uniform_sites && site_count > 1 ? (sites[1] - sites[0]) / Real(site_count - 1) : 0;
   work.orders = &orders;
   work.result = result;
   work.cells = cells;

@@ -26,8 +26,8 @@ struct LinearSpline {
       for (Index i = 0; i < cells; ++i) {
         const Real rise = y[i + 1] - y[i];
         c[2 * i] = y[i];
-        c[2 * i + 1] = G == UniformGrid ? rise * Real(cells) / (ends[1] - ends[0])
-                                        : rise / (task->grid[i + 1] - task->grid[i]);
+        c[2 * i + 1] = G == kUniformGrid ? rise * Real(cells) / (ends[1] - ends[0])
+                                         : rise / (task->grid[i + 1] - task->grid[i]);
       }
     }
   }
@@ -71,10 +71,10 @@ struct LinearSpline {
 
 #define ORX_DF_LINEAR(S, G)                                                                       \
   static void _v1DLinearThreader##S##G(int i, int, int, void* tiles) {                            \
-    LinearSpline<S, G>::tile(*static_cast<LinearTiles*>(tiles), i);                               \
+    LinearSpline<k##S, k##G>::tile(*static_cast<LinearTiles*>(tiles), i);                         \
   }                                                                                               \
   static int32_t _v1DLSLinear##S##G(const Task<Real>* task, const ThreadingServices* threading) { \
-    return LinearSpline<S, G>::build(task, threading, _v1DLinearThreader##S##G);                  \
+    return LinearSpline<k##S, k##G>::build(task, threading, _v1DLinearThreader##S##G);            \
   }
 extern "C" {
 ORX_DF_VARIANTS(ORX_DF_LINEAR)

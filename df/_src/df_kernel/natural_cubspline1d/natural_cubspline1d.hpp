@@ -8,8 +8,8 @@
 
 #include "_service/builder.hpp"
 #include "_service/hermite_form.hpp"
-#include "_service/memory.hpp"
 #include "_service/solver.hpp"
+#include "orx/base/memory.hpp"
 
 namespace {
 using namespace orx::df;
@@ -31,9 +31,9 @@ template <Partition G>
   Real* __restrict diagonal = w.diagonal;
   Real* __restrict upper = w.upper;
   for (Index i = 1, n = w.task->size(); i + 1 < n; ++i) {
-    lower[i - 1] = G == UniformGrid ? 1 : grid.h(i);
-    diagonal[i] = G == UniformGrid ? 4 : 2 * (grid.h(i - 1) + grid.h(i));
-    upper[i] = G == UniformGrid ? 1 : grid.h(i - 1);
+    lower[i - 1] = G == kUniformGrid ? 1 : grid.h(i);
+    diagonal[i] = G == kUniformGrid ? 4 : 2 * (grid.h(i - 1) + grid.h(i));
+    upper[i] = G == kUniformGrid ? 1 : grid.h(i - 1);
   }
 }
 
@@ -41,9 +41,9 @@ template <Storage S, Partition G>
 [[gnu::noinline]] void inner_sides(const Grid<Real, G>& grid, const Values<Real, S>& y, Index n,
                                    Real* __restrict b) {
   for (Index i = 1; i + 1 < n; ++i)
-    b[i] = G == UniformGrid ? (y[i + 1] - y[i - 1]) * (3 * grid.inverse(i))
-                            : 3 * (grid.h(i) * ((y[i] - y[i - 1]) / grid.h(i - 1)) +
-                                   grid.h(i - 1) * ((y[i + 1] - y[i]) / grid.h(i)));
+    b[i] = G == kUniformGrid ? (y[i + 1] - y[i - 1]) * (3 * grid.inverse(i))
+                             : 3 * (grid.h(i) * ((y[i] - y[i - 1]) / grid.h(i - 1)) +
+                                    grid.h(i - 1) * ((y[i + 1] - y[i]) / grid.h(i)));
 }
 
 template <Storage S, Partition G>
@@ -65,8 +65,8 @@ Index coeff_spacing(const Task<Real>* task, Index room) {
 
 template <Storage S, Partition G, BoundaryNumber N>
 struct NaturalSpline {
-  static constexpr End left = boundaries[N].left, right = boundaries[N].right;
-  static constexpr bool periodic = left == End::Periodic, uniform = G == UniformGrid;
+  static constexpr End kLeft = kBoundaries[N].left, kRight = kBoundaries[N].right;
+  static constexpr bool kPeriodic = kLeft == End::Periodic, kUniform = G == kUniformGrid;
 
   // ---- The matrix ----
 
@@ -74,16 +74,16 @@ struct NaturalSpline {
   static void end_row(End end, Real own, Real next, Real* diagonal, Real* off) {
     switch (end) {
       case End::NotAKnot:
-        *diagonal = uniform ? 2 : next;
-        *off = uniform ? 1 : own + next;
+        *diagonal = kUniform ? 2 : next;
+        *off = kUniform ? 1 : own + next;
         break;
       case End::First:
         *diagonal = 1;
         *off = 0;
         break;
       default:
-        *diagonal = uniform ? 2 : 2 * own;
-        *off = uniform ? 1 : own;
+        *diagonal = kUniform ? 2 : 2 * own;
+        *off = kUniform ? 1 : own;
     }
   }
 
@@ -92,7 +92,7 @@ struct NaturalSpline {
   // 0 elsewhere.
   static void periodic_rows(const NaturalWork& w, const Grid<Real, G>& grid) {
     const Index n = w.order;
-    if constexpr (uniform) {
+    if constexpr (kUniform) {
       w.diagonal[0] = w.diagonal[n - 1] = 3;
       w.upper[0] = 1;
     } else {
@@ -108,11 +108,11 @@ struct NaturalSpline {
     const Grid<Real, G> grid(w.task);
     const Index n = w.task->size();
     inner_rows(w, grid);
-    if constexpr (periodic) {
+    if constexpr (kPeriodic) {
       periodic_rows(w, grid);
     } else {
-      end_row(left, grid.h(0), grid.h(1), w.diagonal, w.upper);
-      end_row(right, grid.h(n - 2), grid.h(n - 3), w.diagonal + n - 1, w.lower + n - 2);
+      end_row(kLeft, grid.h(0), grid.h(1), w.diagonal, w.upper);
+      end_row(kRight, grid.h(n - 2), grid.h(n - 3), w.diagonal + n - 1, w.lower + n - 2);
     }
   }
 
@@ -128,13 +128,14 @@ struct NaturalSpline {
     const Real both = own + next;
     switch (end) {
       case End::NotAKnot:
-        return uniform ? Real(0.5) * (m + m_next) : ((own + 2 * both) * next * m + own * own * m_next) / both;
+        return kUniform ? Real(0.5) * (m + m_next)
+                        : ((own + 2 * both) * next * m + own * own * m_next) / both;
       case End::First:
         return value;
       case End::Second:
-        return (3 * m - sign * Real(0.5) * own * value) * (uniform ? 1 : own);
+        return (3 * m - sign * Real(0.5) * own * value) * (kUniform ? 1 : own);
       default:
-        return 3 * m * (uniform ? 1 : own);
+        return 3 * m * (kUniform ? 1 : own);
     }
   }
 
@@ -145,15 +146,15 @@ struct NaturalSpline {
     const Index n = w.task->size();
     inner_sides(grid, y, n, b);
     const Real m0 = slope(grid, y, 0), m_last = slope(grid, y, n - 2);
-    if constexpr (periodic) {
-      const Real around = uniform ? 1 : grid.h(n - 2) / grid.h(0);
+    if constexpr (kPeriodic) {
+      const Real around = kUniform ? 1 : grid.h(n - 2) / grid.h(0);
       b[0] = 3 * (m_last + around * m0);
-      if (!uniform) b[n - 2] /= grid.h(n - 3);
+      if (!kUniform) b[n - 2] /= grid.h(n - 3);
     } else {
-      b[0] =
-          end_side(left, grid.h(0), grid.h(1), m0, slope(grid, y, 1), left >= End::First ? values[0] : 0, 1);
-      b[n - 1] = end_side(right, grid.h(n - 2), grid.h(n - 3), m_last, slope(grid, y, n - 3),
-                          right >= End::First ? values[1] : 0, -1);
+      b[0] = end_side(kLeft, grid.h(0), grid.h(1), m0, slope(grid, y, 1), kLeft >= End::First ? values[0] : 0,
+                      1);
+      b[n - 1] = end_side(kRight, grid.h(n - 2), grid.h(n - 3), m_last, slope(grid, y, n - 3),
+                          kRight >= End::First ? values[1] : 0, -1);
     }
   }
 
@@ -172,7 +173,7 @@ struct NaturalSpline {
   }
 
   static void finish_function(const NaturalWork& w, Index f, Real* d) {
-    if constexpr (periodic) {
+    if constexpr (kPeriodic) {
       const Real share = w.corner_weight * (d[0] + d[w.order - 1]);
       for (Index i = 0; i < w.order; ++i) d[i] -= share * w.corner[i];
       d[w.order] = d[0];
@@ -182,7 +183,7 @@ struct NaturalSpline {
 
   // One function with the factors at hand, as a worker does it.
   static int32_t build_function(const NaturalWork& w, Index f, Real* b) {
-    if (periodic && !closes<Real, S>(w.task, f)) return ORX_DF_ERROR_NOT_PERIODIC;
+    if (kPeriodic && !closes<Real, S>(w.task, f)) return ORX_DF_ERROR_NOT_PERIODIC;
     fill_side(w, f, b);
     if (solve_factored(w.order, 1, w.lower, w.diagonal, w.upper, b, w.stride)) return ORX_DF_ERROR_SINGULAR;
     finish_function(w, f, b);
@@ -197,11 +198,11 @@ struct NaturalSpline {
   // All right sides at once; a single function is factored and solved in one pass.
   static int32_t build_serial(const NaturalWork& w) {
     const Index count = w.task->functions();
-    if (periodic && !all_close<Real, S>(w.task)) return ORX_DF_ERROR_NOT_PERIODIC;
+    if (kPeriodic && !all_close<Real, S>(w.task)) return ORX_DF_ERROR_NOT_PERIODIC;
     for (Index f = 0; f < count; ++f) fill_side(w, f, w.sides + f * w.stride);
-    const int32_t info = count == 1 && !periodic ? solve_once(w.order, w.lower, w.diagonal, w.upper, w.sides)
-                                                 : solve_factored(w.order, count, w.lower, w.diagonal,
-                                                                  w.upper, w.sides, w.stride);
+    const int32_t info = count == 1 && !kPeriodic ? solve_once(w.order, w.lower, w.diagonal, w.upper, w.sides)
+                                                  : solve_factored(w.order, count, w.lower, w.diagonal,
+                                                                   w.upper, w.sides, w.stride);
     if (info) return ORX_DF_ERROR_SINGULAR;
     for (Index f = 0; f < count; ++f) finish_function(w, f, w.sides + f * w.stride);
     return ORX_DF_OK;
@@ -210,7 +211,7 @@ struct NaturalSpline {
   static int32_t build_threaded(NaturalWork& w, const ThreadingServices* threading, int32_t threads,
                                 orx_worker threader) {
     const auto count = int32_t(w.task->functions());
-    const Scratch<int32_t> statuses(count);
+    const orx::Block<int32_t> statuses(count);
     if (!statuses) return ORX_DF_ERROR_MEMORY;
     w.statuses = statuses.get();
     std::fill_n(w.statuses, count, ORX_DF_OK);
@@ -230,8 +231,8 @@ struct NaturalSpline {
           room(4 * (n - 1)),
           line(n + (-n & 15)),  // whole 128-byte lines
           spacing(workers ? 0 : coeff_spacing(task, room)),
-          in_place(task->functions() == 1 && !periodic && 3 * n <= room),
-          matrix_size(in_place ? 0 : (3 + periodic) * line),
+          in_place(task->functions() == 1 && !kPeriodic && 3 * n <= room),
+          matrix_size(in_place ? 0 : (3 + kPeriodic) * line),
           side_count(workers   ? workers
                      : spacing ? 0
                                : std::max<Index>(task->functions(), 1)) {}
@@ -241,7 +242,7 @@ struct NaturalSpline {
       Real* const sides = spacing ? task->coeffs[0] + room - n : scratch + matrix_size;
       const Index apart = in_place ? n : line;
       return {task,
-              n - periodic,
+              n - kPeriodic,
               spacing ? spacing : line,
               matrix,
               matrix + apart,
@@ -262,29 +263,24 @@ struct NaturalSpline {
     const auto threads = int32_t(std::min<Index>(available, std::max<Index>(count, 1)));
     const bool threaded = count > 1 && threads > 1 && n >= 300 && (n >= 600 || available >= 8);
     const Layout layout(task, threaded ? threads : 0);
-    Scratch<Real> block(layout.scratch_size());
+    const orx::Block<Real> block(layout.scratch_size());
     if (!block) return ORX_DF_ERROR_MEMORY;
     NaturalWork w = layout.work(task, block.get());
     fill_matrix(w);
-    const bool factor_first = threaded || count > 1 || periodic;
-    if ((factor_first && factor(w.order, w.lower, w.diagonal, w.upper)) || (periodic && solve_corner(w))) {
-      block.keep();  // part of the contract, here and below: these errors leave the block with the process
+    const bool factor_first = threaded || count > 1 || kPeriodic;
+    if ((factor_first && factor(w.order, w.lower, w.diagonal, w.upper)) || (kPeriodic && solve_corner(w)))
       return ORX_DF_ERROR_SINGULAR;
-    }
-    const int32_t status = threaded ? build_threaded(w, threading, threads, threader) : build_serial(w);
-    const bool kept =
-        threaded ? status != ORX_DF_OK && status != ORX_DF_ERROR_MEMORY : status == ORX_DF_ERROR_SINGULAR;
-    if (kept) block.keep();
-    return status;
+    return threaded ? build_threaded(w, threading, threads, threader) : build_serial(w);
   }
 };
 
-#define ORX_DF_NATURAL(S, G, B)                                                                        \
-  static void _v1DCSNatural##S##G##B##Threader(int i, int t, int T, void* work) {                      \
-    NaturalSpline<S, G, Boundary##B>::worker(i, t, T, work);                                           \
-  }                                                                                                    \
-  static int32_t _v1DCSNatural##S##G##B(const Task<Real>* task, const ThreadingServices* threading) {  \
-    return NaturalSpline<S, G, Boundary##B>::build(task, threading, _v1DCSNatural##S##G##B##Threader); \
+#define ORX_DF_NATURAL(S, G, B)                                                                       \
+  static void _v1DCSNatural##S##G##B##Threader(int i, int t, int T, void* work) {                     \
+    NaturalSpline<k##S, k##G, kBoundary##B>::worker(i, t, T, work);                                   \
+  }                                                                                                   \
+  static int32_t _v1DCSNatural##S##G##B(const Task<Real>* task, const ThreadingServices* threading) { \
+    return NaturalSpline<k##S, k##G, kBoundary##B>::build(task, threading,                            \
+                                                          _v1DCSNatural##S##G##B##Threader);          \
   }
 extern "C" {
 ORX_DF_BOUNDARY_VARIANTS(ORX_DF_NATURAL)

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "_service/builder.hpp"
-#include "_service/memory.hpp"
 #include "_service/solver.hpp"
 #include "_service/subgrid.hpp"
+#include "orx/base/memory.hpp"
 
 namespace {
 using namespace orx::df;
@@ -20,7 +20,7 @@ struct StandardSpline {
     const Grid<Real, G> grid(task);
     middle[0] = task->bndConds[0];
     for (Index i = 0, n = task->size(); i + 2 < n; ++i) {
-      if constexpr (G == UniformGrid) {
+      if constexpr (G == kUniformGrid) {
         middle[i + 1] = Real(1.5) * y[i + 1] + Real(0.25) * (y[i] + y[i + 2]) - middle[i];
       } else {
         const Real h0 = grid.h(i), h1 = grid.h(i + 1), three = 3 * y[i + 1];
@@ -54,7 +54,7 @@ struct StandardSpline {
       all_functions(task, middle);
       return ORX_DF_OK;
     }
-    const Scratch<Real> middle(task->size() - 1);
+    const orx::Block<Real> middle(task->size() - 1);
     if (!middle) return ORX_DF_ERROR_MEMORY;
     all_functions(task, middle.get());
     return ORX_DF_OK;
@@ -116,11 +116,11 @@ template <Storage S, Partition G>
 
 template <SubgridForm K, Storage S, Partition G, BoundaryNumber N>
 struct SubbotinSpline {
-  static constexpr End left = boundaries[N].left, right = boundaries[N].right;
+  static constexpr End kLeft = kBoundaries[N].left, kRight = kBoundaries[N].right;
   using Work = SubbotinWork;
 
   static void left_row(const Grid<Real, G>& grid, Index n, Real value, const Work& w) {
-    if constexpr (left == End::First) {
+    if constexpr (kLeft == End::First) {
       w.d[0] = value;
       if (n > 2) w.d[1] -= w.lower[1] * value;
     } else {
@@ -131,7 +131,7 @@ struct SubbotinSpline {
   }
 
   static void right_row(const Grid<Real, G>& grid, Index n, Real value, const Work& w) {
-    if constexpr (right == End::First) {
+    if constexpr (kRight == End::First) {
       w.d[n - 1] = value;
       if (n > 2) w.d[n - 2] -= w.upper[n - 2] * value;
     } else {
@@ -144,12 +144,12 @@ struct SubbotinSpline {
 
   // Two breakpoints, one derivative given: the other end's row loses its product with the known one.
   static void close_short(const Work& w) {
-    if constexpr (left == End::First && right == End::Second) w.d[1] -= w.lower[1] * w.d[0];
-    if constexpr (left == End::Second && right == End::First) w.d[0] -= w.upper[0] * w.d[1];
+    if constexpr (kLeft == End::First && kRight == End::Second) w.d[1] -= w.lower[1] * w.d[0];
+    if constexpr (kLeft == End::Second && kRight == End::First) w.d[0] -= w.upper[0] * w.d[1];
   }
 
   static void solve(Index n, const Work& w) {
-    const Index first = left == End::First, last = n - 1 - (right == End::First);
+    const Index first = kLeft == End::First, last = n - 1 - (kRight == End::First);
     if (n == 2) close_short(w);
     if (first > last) return;
     solve_once(last - first + 1, w.lower + first + 1, w.diagonal + first, w.upper + first, w.d + first);
@@ -167,15 +167,12 @@ struct SubbotinSpline {
 
   static int32_t build(const Task<Real>* task) {
     const Index length = task->size() + 1;
-    Scratch<Real> block(8 * length);
+    const orx::Block<Real> block(int64_t(8) * length);
     if (!block) return ORX_DF_ERROR_MEMORY;
     Real* at[8];
     for (int k = 0; k < 8; ++k) at[k] = block.get() + k * length;
     const Work w{at[0], at[1], at[2], at[3], at[4], at[5], at[6], at[7]};
-    if (!make_subgrid<K, Real, G>(task, w.knots)) {
-      block.keep();  // part of the contract: this error leaves the block with the process
-      return ORX_DF_ERROR_INT_CONDS;
-    }
+    if (!make_subgrid<K, Real, G>(task, w.knots)) return ORX_DF_ERROR_INT_CONDS;
     for (Index f = 0; f < task->functions(); ++f) build_function(task, f, w);
     return ORX_DF_OK;
   }
@@ -183,11 +180,11 @@ struct SubbotinSpline {
 
 #define ORX_DF_STANDARD(S, G)                                                        \
   static int32_t _v1DQSStd##S##G(const Task<Real>* task, const ThreadingServices*) { \
-    return StandardSpline<S, G>::build(task);                                        \
+    return StandardSpline<k##S, k##G>::build(task);                                  \
   }
 #define ORX_DF_SUBBOTIN(K, S, G, B)                                                         \
   static int32_t _v1DQSSubb##K##S##G##B(const Task<Real>* task, const ThreadingServices*) { \
-    return SubbotinSpline<K, S, G, Boundary##B>::build(task);                               \
+    return SubbotinSpline<k##K, k##S, k##G, kBoundary##B>::build(task);                     \
   }
 // One row of the table: the kinds with values at both ends; the slots of the others are empty.
 #define ORX_DF_TWO_SIDED(V, K, S, G) \

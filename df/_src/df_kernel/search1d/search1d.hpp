@@ -2,8 +2,8 @@
 // threads.
 #include <algorithm>
 
-#include "_service/memory.hpp"
-#include "search1d/search.hpp"
+#include "_service/search.hpp"
+#include "orx/base/memory.hpp"
 
 namespace {
 using namespace orx::df;
@@ -116,25 +116,24 @@ int32_t search_uniform_sites(ArraySearch& work, int64_t n, const ThreadingServic
     work.sites = sites;
     return search_sites(work, n, threading);
   }
-  Scratch<Real> sites(n);
+  const orx::Block<Real> sites(n);
   if (!sites) return ORX_DF_ERROR_MEMORY;
   expand_sites(work.sites, n, sites.get());
   work.sites = sites.get();
-  sites.keep();  // part of the contract: the expanded sites outlive the call
   return search_sites(work, n, threading);
 }
 
 }  // namespace
 
-ORX_API int32_t ORX_DF_NAME(DFSearch1D)(DFTask* task, int64_t, int64_t siteCount, const Real* sites,
-                                        int64_t siteHint, const Real* dataHint, void* cells,
-                                        SearchCallback<Real> search, void* searchParams,
+ORX_API int32_t ORX_DF_NAME(DFSearch1D)(DFTask* task, int64_t, int64_t site_count, const Real* sites,
+                                        int64_t site_hint, const Real* data_hint, void* cells,
+                                        SearchCallback<Real> search, void* search_params,
                                         const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
   ArraySearch work{{}, sites, cells, 0};
-  if (const int32_t bad = choose_search(t, siteHint, dataHint, search, searchParams, &work.search))
+  if (const int32_t bad = choose_search(t, site_hint, data_hint, search, search_params, &work.search))
     return bad;
-  if (siteCount <= 0) return ORX_DF_OK;
-  return siteHint == ORX_DF_UNIFORM_SITES ? search_uniform_sites(work, siteCount, threading)
-                                          : search_sites(work, siteCount, threading);
+  if (site_count <= 0) return ORX_DF_OK;
+  return site_hint == ORX_DF_UNIFORM_SITES ? search_uniform_sites(work, site_count, threading)
+                                           : search_sites(work, site_count, threading);
 }

@@ -67,11 +67,11 @@ void peak_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real
 // Ascending sites: the scan for one goes on where that for the site before ended. Returns where the last one
 // ended.
 //
-// Eight sites at a time while they ascend and all lie below grid[c + kWindow]: then the cell of each is c
-// plus the number of breakpoints at or below it among the kWindow that follow c.
+// Eight sites at a time while they ascend and all lie below grid[c + reach]: then the cell of each is c
+// plus the number of breakpoints at or below it among the reach that follow c.
 template <class Real>
 int32_t sorted_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, int32_t c, int32_t* cells) {
-  constexpr int kGroup = 8, kWindow = 3, kVectors = kGroup / kLanes<Real>;
+  constexpr int group = 8, reach = 3, vectors = group / kLanes<Real>;
   const auto scan_to = [&](int32_t end, int32_t i) {
     for (; i < end; ++i) {
       _df_search_sequential_vec_intrin_inline(grid, nx, sites, i, &c, c);
@@ -80,31 +80,31 @@ int32_t sorted_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites,
   };
   scan_to(std::min(n, 1), 0);
   int32_t i = 1;
-  for (; i + kGroup <= n; i += kGroup) {
+  for (; i + group <= n; i += group) {
     const Real* window = grid + c;
-    bool within = c + kWindow < nx;
+    bool within = c + reach < nx;
     if (within) {
-      const Vec<Real> bound = broadcast(window[kWindow]);
+      const Vec<Real> bound = broadcast(window[reach]);
       unsigned inside = kAllLanes<Real>;
-      for (int v = 0; v < kVectors; ++v) {
+      for (int v = 0; v < vectors; ++v) {
         const Real* s = sites + i + v * kLanes<Real>;
         inside &= lanes_le(load(s - 1), load(s)) & ~lanes_le(bound, load(s));
       }
       within = inside == kAllLanes<Real>;
     }
     if (!within) {
-      scan_to(i + kGroup, i);
+      scan_to(i + group, i);
       continue;
     }
-    for (int v = 0; v < kVectors; ++v) {
+    for (int v = 0; v < vectors; ++v) {
       const Vec<Real> s = load(sites + i + v * kLanes<Real>);
       Vec<Real> passed = ones_le(broadcast(window[0]), s);
-      for (int k = 1; k < kWindow; ++k) passed += ones_le(broadcast(window[k]), s);
+      for (int k = 1; k < reach; ++k) passed += ones_le(broadcast(window[k]), s);
       const CellVec<Real> cell = __builtin_convertvector(passed, CellVec<Real>) + c;
       __builtin_memcpy(cells + i + v * kLanes<Real>, &cell, sizeof cell);
     }
-    const Real latest = sites[i + kGroup - 1];
-    for (int k = 0, from = c; k < kWindow; ++k) c += grid[from + k] <= latest;
+    const Real latest = sites[i + group - 1];
+    for (int k = 0, from = c; k < reach; ++k) c += grid[from + k] <= latest;
   }
   scan_to(n, i);
   return c;
@@ -127,7 +127,7 @@ void counted_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, i
 template <class Real>
 void hybrid_block(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real scale,
                   const int32_t* table, int32_t* cells) {
-  constexpr int kCounted = 8;
+  constexpr int counted = 8;
   const Real first = grid[0], last = grid[nx - 1], last_bin = Real(cell_table_bins(nx) - 1);
   for (int32_t i = 0; i < n; ++i) {
     Real bin = scale * (sites[i] - first);
@@ -142,15 +142,15 @@ void hybrid_block(int32_t nx, const Real* grid, int32_t n, const Real* sites, Re
     cells[i] = pair[0];
   }
   for (int32_t i = 0; i < n; ++i) cells[i] = std::min(cells[i], nx - 1 - width);
-  for (; width > kCounted; width -= width / 2) {
+  for (; width > counted; width -= width / 2) {
     const Real* middle = grid + width / 2;
     for (int32_t i = 0; i < n; ++i) cells[i] += width / 2 & -int32_t(middle[cells[i]] <= sites[i]);
   }
   for (int32_t i = 0; i < n; ++i) {
-    const int32_t from = std::min(cells[i], nx - kCounted);
+    const int32_t from = std::min(cells[i], nx - counted);
     const Vec<Real> s = broadcast(sites[i]);
     int32_t cell = from;
-    for (int k = 0; k < kCounted; k += kLanes<Real>)
+    for (int k = 0; k < counted; k += kLanes<Real>)
       cell += __builtin_popcount(lanes_le(load(grid + from + k), s));
     cells[i] = sites[i] >= last ? nx : cell;
   }

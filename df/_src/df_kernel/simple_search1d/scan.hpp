@@ -25,10 +25,10 @@ int32_t bisect(const Real* x, int32_t low, int32_t high, Real site) {
 template <class Real>
 inline void _df_search_sequential_vec_intrin_inline(const Real* grid, int32_t nx, const Real* sites,
                                                     int32_t site, int32_t* cell, int32_t start) {
-  constexpr int kVectors = 4;
+  constexpr int vectors = 4;
   const Vec<Real> s = broadcast(sites[site]);
   int32_t c = start;
-  for (int i = 0; i < kVectors && c + kLanes<Real> <= nx; ++i, c += kLanes<Real>) {
+  for (int i = 0; i < vectors && c + kLanes<Real> <= nx; ++i, c += kLanes<Real>) {
     const unsigned below = lanes_le(load(grid + c), s);
     if (below != kAllLanes<Real>) {
       *cell = c + __builtin_popcount(below);
@@ -42,10 +42,10 @@ inline void _df_search_sequential_vec_intrin_inline(const Real* grid, int32_t nx
 template <class Real>
 inline void _df_search_invsequential_vec_intrin_inline(const Real* grid, int32_t, const Real* sites,
                                                        int32_t site, int32_t* cell, int32_t start) {
-  constexpr int kVectors = 4;
+  constexpr int vectors = 4;
   const Vec<Real> s = broadcast(sites[site]);
   int32_t c = start;
-  for (int i = 0; i < kVectors && c >= kLanes<Real>; ++i, c -= kLanes<Real>) {
+  for (int i = 0; i < vectors && c >= kLanes<Real>; ++i, c -= kLanes<Real>) {
     const unsigned below = lanes_le(load(grid + c - kLanes<Real>), s);
     if (below != 0) {
       *cell = c - kLanes<Real> + __builtin_popcount(below);

@@ -49,55 +49,55 @@ int32_t ask_callback(int32_t n, const Real* sites, void* out, int32_t flags, Sea
 
 }  // namespace
 
-#define ORX_DF_KERNEL(Method)                                                                              \
-  ORX_API int32_t ORX_DF_NAME(DF##Method##Search1D)(                                                       \
-      int32_t nx, const Real* grid, int32_t siteCount, const Real* sites, [[maybe_unused]] int32_t* start, \
-      [[maybe_unused]] Real value, int32_t, [[maybe_unused]] const int32_t* cellTable, void* cells,        \
-      int32_t flags, [[maybe_unused]] SearchCallback<Real> search, [[maybe_unused]] void* searchParams,    \
-      [[maybe_unused]] int32_t* siteFlags)
+#define ORX_DF_KERNEL(Method)                                                                               \
+  ORX_API int32_t ORX_DF_NAME(DF##Method##Search1D)(                                                        \
+      int32_t nx, const Real* grid, int32_t site_count, const Real* sites, [[maybe_unused]] int32_t* start, \
+      [[maybe_unused]] Real value, int32_t, [[maybe_unused]] const int32_t* cell_table, void* cells,        \
+      int32_t flags, [[maybe_unused]] SearchCallback<Real> search, [[maybe_unused]] void* search_params,    \
+      [[maybe_unused]] int32_t* site_flags)
 
 ORX_DF_KERNEL(Uniform) {
-  write_cells(siteCount, cells, flags,
+  write_cells(site_count, cells, flags,
               [=](int32_t i, int32_t n, int32_t* out) { uniform_cells(nx, grid, n, sites + i, value, out); });
   return ORX_DF_OK;
 }
 
 ORX_DF_KERNEL(QuasiUniform) {
-  write_cells(siteCount, cells, flags, [=](int32_t i, int32_t n, int32_t* out) {
+  write_cells(site_count, cells, flags, [=](int32_t i, int32_t n, int32_t* out) {
     quasi_uniform_cells(nx, grid, n, sites + i, value, out);
   });
   return ORX_DF_OK;
 }
 
 ORX_DF_KERNEL(Sorted) {
-  write_cells(siteCount, cells, flags, [=](int32_t i, int32_t n, int32_t* out) {
+  write_cells(site_count, cells, flags, [=](int32_t i, int32_t n, int32_t* out) {
     *start = sorted_cells(nx, grid, n, sites + i, *start, out);
   });
   return ORX_DF_OK;
 }
 
 ORX_DF_KERNEL(Peak) {
-  write_cells(siteCount, cells, flags,
+  write_cells(site_count, cells, flags,
               [=](int32_t i, int32_t n, int32_t* out) { peak_cells(nx, grid, n, sites + i, value, out); });
   return ORX_DF_OK;
 }
 
 ORX_DF_KERNEL(Hybrid) {
-  write_cells(siteCount, cells, flags, [=](int32_t i, int32_t n, int32_t* out) {
-    hybrid_cells(nx, grid, n, sites + i, value, cellTable, out);
+  write_cells(site_count, cells, flags, [=](int32_t i, int32_t n, int32_t* out) {
+    hybrid_cells(nx, grid, n, sites + i, value, cell_table, out);
   });
   return ORX_DF_OK;
 }
 
 ORX_DF_KERNEL(UserDef) {
   return ask_callback(
-      siteCount, sites, cells, flags, search, searchParams, siteFlags, [=](int32_t i, int64_t guess) {
+      site_count, sites, cells, flags, search, search_params, site_flags, [=](int32_t i, int64_t guess) {
         return cell_from_guess(grid, nx, sites, i, int32_t(std::clamp<int64_t>(guess, 0, nx)));
       });
 }
 
 ORX_DF_KERNEL(UniUserDef) {
-  return ask_callback(siteCount, sites, cells, flags, search, searchParams, siteFlags,
+  return ask_callback(site_count, sites, cells, flags, search, search_params, site_flags,
                       [=](int32_t i, int64_t) {
                         int32_t cell;
                         uniform_cells(nx, grid, 1, sites + i, value, &cell);

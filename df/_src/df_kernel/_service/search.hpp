@@ -11,10 +11,10 @@ using namespace orx::df;
 
 enum SearchMethod : int32_t { kUniform, kQuasiUniform, kSorted, kPeak, kHybrid, kUserDef, kUserDefUniform };
 
-using BlockSearch = int32_t(int32_t nx, const Real* grid, int32_t siteCount, const Real* sites,
-                            int32_t* start, Real value, int32_t unused, const int32_t* cellTable, void* cells,
-                            int32_t flags, SearchCallback<Real> search, void* searchParams,
-                            int32_t* siteFlags);
+using BlockSearch = int32_t(int32_t nx, const Real* grid, int32_t site_count, const Real* sites,
+                            int32_t* start, Real value, int32_t unused, const int32_t* cell_table,
+                            void* cells, int32_t flags, SearchCallback<Real> search, void* search_params,
+                            int32_t* site_flags);
 
 BlockSearch* const _Search1DDispatch[7] = {
     ORX_DF_NAME(DFUniformSearch1D),   ORX_DF_NAME(DFQuasiUniformSearch1D), ORX_DF_NAME(DFSortedSearch1D),
