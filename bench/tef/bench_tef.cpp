@@ -31,59 +31,59 @@
 
 namespace {
 
-constexpr int lengths[] = {2000, 1 << 22};
-constexpr int in_cache = 0, out_of_cache = 1;
+constexpr int kLengths[] = {2000, 1 << 22};
+constexpr int kInCache = 0, kOutOfCache = 1;
 
-constexpr const char* peer_names[peer_kinds] = {"loop", "SLEEF 1.0", "SLEEF 3.5"};
+constexpr const char* kPeerNames[kPeerKinds] = {"loop", "SLEEF 1.0", "SLEEF 3.5"};
 
 // A vector is walked in blocks, short enough that many escape an interruption by another process.
-constexpr int block = 1 << 14;
+constexpr int kBlock = 1 << 14;
 
 // The least cycles that each block has taken.
-using block_cycles = std::vector<double>;
-std::map<std::string, block_cycles> least[2];  // by length, then function and competitor
+using BlockCycles = std::vector<double>;
+std::map<std::string, BlockCycles> least[2];  // by length, then function and competitor
 
-std::string key(const function_entry& f, const std::string& competitor) {
+std::string key(const FunctionEntry& f, const std::string& competitor) {
   return f.full_name() + " " + competitor;
 }
 
 // Cycles per element of the whole vector; not a number if it was not run.
-double cycles(const function_entry& f, const std::string& competitor, int length) {
+double cycles(const FunctionEntry& f, const std::string& competitor, int length) {
   const auto found = least[length].find(key(f, competitor));
   if (found == least[length].end()) return NAN;
-  return std::accumulate(found->second.begin(), found->second.end(), 0.0) / lengths[length];
+  return std::accumulate(found->second.begin(), found->second.end(), 0.0) / kLengths[length];
 }
 
 template <class T>
-struct competitor {
+struct Competitor {
   std::string name;
-  std::function<void(const kernel_operands<T>&, int n)> call;
+  std::function<void(const KernelOperands<T>&, int n)> call;
 };
 
 template <class T>
-class race {
+class Race {
  public:
-  race(const function_entry& f, int n) : f_(f), n_(n), random_(1) {
+  Race(const FunctionEntry& f, int n) : f_(f), n_(n), random_(1) {
     for (int j = 0; j < f.shape->inputs; ++j) o_.in[j] = new_array(true);
     for (int j = 0; j < f.shape->outputs; ++j) o_.out[j] = new_array(false);
     std::fill_n(o_.scalar, 4, T(1.25));
-    for (const kernel_entry& k : f.kernels)
-      competitors.push_back({k.name, [&](const kernel_operands<T>& o, int n) { call_kernel(f, k, n, o); }});
-    for (const peer<T>& p : peers<T>())
+    for (const KernelEntry& k : f.kernels)
+      competitors.push_back({k.name, [&](const KernelOperands<T>& o, int n) { call_kernel(f, k, n, o); }});
+    for (const Peer<T>& p : peers<T>())
       if (f.name == p.function)
-        competitors.push_back({peer_names[static_cast<int>(p.kind)],
-                               [&p](const kernel_operands<T>& o, int n) { p.run(n, o); }});
+        competitors.push_back(
+            {kPeerNames[static_cast<int>(p.kind)], [&p](const KernelOperands<T>& o, int n) { p.run(n, o); }});
   }
 
   // The operands of the block that begins at element `from`.
-  kernel_operands<T> operands_at(int from) const {
-    kernel_operands<T> o = o_;
+  KernelOperands<T> operands_at(int from) const {
+    KernelOperands<T> o = o_;
     for (int j = 0; j < f_.shape->inputs; ++j) o.in[j] += from;
     for (int j = 0; j < f_.shape->outputs; ++j) o.out[j] += from;
     return o;
   }
 
-  std::vector<competitor<T>> competitors;
+  std::vector<Competitor<T>> competitors;
 
  private:
   // Spread evenly over the kernels' range, or evenly in logarithm over a wide range of positive numbers.
@@ -101,10 +101,10 @@ class race {
     return x;
   }
 
-  const function_entry& f_;
+  const FunctionEntry& f_;
   const int n_;
   std::mt19937 random_;
-  kernel_operands<T> o_;
+  KernelOperands<T> o_;
   std::vector<std::unique_ptr<T, void (*)(void*)>> arrays_;
 };
 
@@ -116,43 +116,43 @@ uint64_t time_stamp() {
 }
 
 template <class T>
-void run(benchmark::State& state, const function_entry& f, int length) {
-  const int n = lengths[length], blocks = (n + block - 1) / block;
-  const race<T> r(f, n);
+void run(benchmark::State& state, const FunctionEntry& f, int length) {
+  const int n = kLengths[length], blocks = (n + kBlock - 1) / kBlock;
+  const Race<T> r(f, n);
   // In cache, the first call of a turn fetches what the others' turns have thrown out.
-  const int calls = length == in_cache ? 6 : 1;
+  const int calls = length == kInCache ? 6 : 1;
   for (auto _ : state) {
-    for (const competitor<T>& c : r.competitors) {
-      block_cycles& best = least[length].try_emplace(key(f, c.name), blocks, INFINITY).first->second;
+    for (const Competitor<T>& c : r.competitors) {
+      BlockCycles& best = least[length].try_emplace(key(f, c.name), blocks, INFINITY).first->second;
       for (int i = 0; i < calls * blocks; ++i) {
-        const int b = i % blocks, from = b * block;
-        const kernel_operands<T> o = r.operands_at(from);
+        const int b = i % blocks, from = b * kBlock;
+        const KernelOperands<T> o = r.operands_at(from);
         const uint64_t start = time_stamp();
-        c.call(o, std::min(block, n - from));
+        c.call(o, std::min(kBlock, n - from));
         best[b] = std::min(best[b], static_cast<double>(time_stamp() - start));
       }
     }
   }
-  for (const competitor<T>& c : r.competitors) state.counters[c.name] = cycles(f, c.name, length);
+  for (const Competitor<T>& c : r.competitors) state.counters[c.name] = cycles(f, c.name, length);
 }
 
 void register_benchmarks() {
-  for (const function_entry& f : kernel_list()) {
+  for (const FunctionEntry& f : kernel_list()) {
     if (!f.shape) continue;
-    for (int length : {in_cache, out_of_cache}) {
-      const std::string name = f.full_name() + "/" + std::to_string(lengths[length]);
+    for (int length : {kInCache, kOutOfCache}) {
+      const std::string name = f.full_name() + "/" + std::to_string(kLengths[length]);
       const auto body = f.type == 's' ? run<float> : run<double>;
       benchmark::RegisterBenchmark(name.c_str(), [=, &f](benchmark::State& s) { body(s, f, length); })
-          ->Iterations(length == in_cache ? 300 : 3)
+          ->Iterations(length == kInCache ? 300 : 3)
           ->Repetitions(5);
     }
   }
 }
 
 // Of the repetitions of a benchmark the last one tells all: minima have no mean.
-class last_repetition : public benchmark::ConsoleReporter {
+class LastRepetition : public benchmark::ConsoleReporter {
  public:
-  last_repetition() : ConsoleReporter(OO_None) {}
+  LastRepetition() : ConsoleReporter(OO_None) {}
 
  private:
   void ReportRuns(const std::vector<Run>& runs) override {
@@ -172,12 +172,12 @@ std::string table(int length) {
   std::ostringstream s;
   s << "| kernel | class | cycles | plain loop | SLEEF, 1.0 ulp | SLEEF, 3.5 ulp |\n"
        "|---|---|---|---|---|---|\n";
-  for (const function_entry& f : kernel_list()) {
-    for (const kernel_entry& k : f.kernels) {
+  for (const FunctionEntry& f : kernel_list()) {
+    for (const KernelEntry& k : f.kernels) {
       const double own = cycles(f, k.name, length);
       if (std::isnan(own)) continue;
       s << "| `" << k.name << "` | " << k.classes << " | " << text(own);
-      for (const char* name : peer_names) {
+      for (const char* name : kPeerNames) {
         const double other = cycles(f, name, length);
         s << " | ";
         if (!std::isnan(other)) s << text(other) << " (" << text(other / own) << "x)";
@@ -191,7 +191,7 @@ std::string table(int length) {
 void write_report(const std::string& file) {
   std::ofstream s(file);
   s << "# Speed of the vector functions\n\nWritten by `script/bench`; not to be edited. One run on "
-    << processor_name() << ", " << code_width << " code, " << compiler_name << ", glibc "
+    << processor_name() << ", " << kCodeWidth << " code, " << kCompilerName << ", glibc "
     << gnu_get_libc_version() << ", SLEEF " << SLEEF_VERSION_MAJOR << "." << SLEEF_VERSION_MINOR << "."
     << SLEEF_VERSION_PATCHLEVEL << R"(.
 
@@ -206,9 +206,9 @@ code. SLEEF is called four doubles or eight singles at a time, in its variant fo
 
 ## In cache: 2000 elements
 
-)" << table(in_cache)
+)" << table(kInCache)
     << "\n## Out of cache: 2^22 elements\n\n"
-    << table(out_of_cache);
+    << table(kOutOfCache);
   if (!s.flush()) {
     std::cerr << "bench_tef: cannot write " << file << "\n";
     std::exit(2);
@@ -217,7 +217,7 @@ code. SLEEF is called four doubles or eight singles at a time, in its variant fo
 
 // Rows of the list whose costs are given. They are on a scale of their own; the others are measured and
 // brought to it.
-bool cost_is_given(const function_entry& f) {
+bool cost_is_given(const FunctionEntry& f) {
   for (const char* given : {"sAdd", "dAdd", "sExp", "dExp", "dLinearFrac"})
     if (f.full_name() == given) return true;
   return false;
@@ -225,21 +225,21 @@ bool cost_is_given(const function_entry& f) {
 
 // Plain arithmetic hangs on the memory alone and is brought to the scale of Add, all else to that of the
 // others.
-bool is_plain(const function_entry& f) { return !f.kernels.front().has_line; }
+bool is_plain(const FunctionEntry& f) { return !f.kernels.front().has_line; }
 
-const kernel_entry& kernel_of_class(const function_entry& f, int index) {
+const KernelEntry& kernel_of_class(const FunctionEntry& f, int index) {
   return *std::find_if(f.kernels.begin(), f.kernels.end(),
-                       [=](const kernel_entry& k) { return k.serves[index]; });
+                       [=](const KernelEntry& k) { return k.serves[index]; });
 }
 
 // The geometric mean of given over measured costs.
 double cost_scale(bool plain) {
   double sum = 0;
   int count = 0;
-  for (const function_entry& f : kernel_list())
+  for (const FunctionEntry& f : kernel_list())
     if (f.shape && cost_is_given(f) && is_plain(f) == plain)
       for (int i = 0; i < 3; ++i, ++count)
-        sum += std::log(f.cost[i] / cycles(f, kernel_of_class(f, i).name, in_cache));
+        sum += std::log(f.cost[i] / cycles(f, kernel_of_class(f, i).name, kInCache));
   return std::exp(sum / count);
 }
 
@@ -247,12 +247,12 @@ void print_costs() {
   const double scales[2] = {cost_scale(false), cost_scale(true)};
   std::cout << "\ncosts: measured times " << text(scales[0]) << ", plain arithmetic times " << text(scales[1])
             << "\n";
-  for (const function_entry& f : kernel_list()) {
-    if (!f.shape || std::isnan(cycles(f, f.kernels.front().name, in_cache))) continue;
+  for (const FunctionEntry& f : kernel_list()) {
+    if (!f.shape || std::isnan(cycles(f, f.kernels.front().name, kInCache))) continue;
     std::string codes, costs;
     for (int i = 0; i < 3; ++i) {
-      const kernel_entry& k = kernel_of_class(f, i);
-      const double cost = cost_is_given(f) ? f.cost[i] : cycles(f, k.name, in_cache) * scales[is_plain(f)];
+      const KernelEntry& k = kernel_of_class(f, i);
+      const double cost = cost_is_given(f) ? f.cost[i] : cycles(f, k.name, kInCache) * scales[is_plain(f)];
       codes += k.name.substr(f.full_name().size() + 1) + ", ";
       costs += (i ? ",  " : " ") + text(cost);
     }
@@ -285,11 +285,11 @@ int main(int argc, char** argv) {
   }
   orx_tef_kernel_SetMode(TEF_HA | TEF_ERRMODE_IGNORE | TEF_FLUSH_OFF);
   register_benchmarks();
-  last_repetition reporter;
+  LastRepetition reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   std::cout << "\nin cache, cycles per element\n"
-            << table(in_cache) << "\nout of cache\n"
-            << table(out_of_cache);
+            << table(kInCache) << "\nout of cache\n"
+            << table(kOutOfCache);
   if (costs) print_costs();
   if (!file.empty()) write_report(file);
 }

@@ -5,16 +5,16 @@
 
 #include "kernel_list.hpp"
 
-enum class peer_kind { loop, sleef_1_0, sleef_3_5 };
-constexpr int peer_kinds = 3;
+enum class PeerKind { Loop, Sleef10, Sleef35 };
+constexpr int kPeerKinds = 3;
 
 // A vector function like the kernels; n is a multiple of a vector's length.
 template <class T>
-struct peer {
+struct Peer {
   const char* function;  // without the type letter
-  peer_kind kind;
-  void (*run)(int n, const kernel_operands<T>& o);
+  PeerKind kind;
+  void (*run)(int n, const KernelOperands<T>& o);
 };
 
 template <class T>
-const std::vector<peer<T>>& peers();
+const std::vector<Peer<T>>& peers();

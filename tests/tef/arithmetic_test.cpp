@@ -12,11 +12,11 @@
 namespace {
 
 template <class T>
-using binary = void(int, const T*, const T*, T*);
+using Binary = void(int, const T*, const T*, T*);
 
 // Every count and alignment, apart and with r being either input or both, against plain arithmetic.
 template <class T, class F>
-void check(binary<T>* kernel, F plain) {
+void check(Binary<T>* kernel, F plain) {
   constexpr int room = 128;
   std::mt19937 random(1);
   std::uniform_real_distribution<T> uniform(-100, 100);

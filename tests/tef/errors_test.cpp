@@ -25,7 +25,7 @@ int record(TefErrorContext* e) {
 
 class Errors : public testing::Test {
  protected:
-  test::tef_state state;
+  test::TefState state;
   void SetUp() override {
     seen.clear();
     answer = 0;

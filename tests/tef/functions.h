@@ -8,18 +8,18 @@
 namespace test {
 
 template <class T>
-using unary = void(int, const T*, T*);
+using Unary = void(int, const T*, T*);
 
 template <class T>
-struct unary_function {
+struct UnaryFunction {
   std::string name;
-  unary<T>* const* ttab;
+  Unary<T>* const* ttab;
   const float* ctab;
 };
 
 template <class T>
-std::vector<unary_function<T>> unary_functions() {
-  std::vector<unary_function<T>> list;
+std::vector<UnaryFunction<T>> unary_functions() {
+  std::vector<UnaryFunction<T>> list;
   const auto add_float = [&](const char* name, auto table, const float* costs) {
     if constexpr (sizeof(T) == 4) list.push_back({name, table, costs});
   };
@@ -39,11 +39,11 @@ std::vector<unary_function<T>> unary_functions() {
 }
 
 // Keeps the calling thread's mode, status and callback for the life of a test.
-struct tef_state {
+struct TefState {
   int mode = _tefGetMode();
   TefErrorCallBack callback = _tefGetErrorCallBack();
-  tef_state() { _tefClearErrStatus(); }
-  ~tef_state() {
+  TefState() { _tefClearErrStatus(); }
+  ~TefState() {
     _tefSetErrorCallBack(callback);
     _tefSetMode(mode);
     _tefClearErrStatus();

@@ -58,7 +58,7 @@ TEST(Loop, ArraysThatAreNotAlignedToTheirElements) {
 // where they had to change it.
 template <class T>
 void check_control_word() {
-  const test::tef_state state;
+  const test::TefState state;
   _tefSetMode(TEF_ERRMODE_IGNORE);
   const unsigned caller = _mm_getcsr();
   T a[50], expected[50], r[50];
@@ -118,7 +118,7 @@ int note_index(TefErrorContext* e) {
 }
 
 TEST(Loop, ErrorsComeInAscendingOrderAndMayChangeResults) {
-  const test::tef_state state;
+  const test::TefState state;
   _tefSetMode(TEF_ERRMODE_CALLBACK);
   _tefSetErrorCallBack(note_index);
   alignas(32) double a[41], r[41];

@@ -20,7 +20,7 @@
 
 namespace {
 
-struct options {
+struct Options {
   bool brief = false, exhaustive = false;
   std::string file;
   std::set<std::string> functions;
@@ -34,9 +34,9 @@ std::string text(const char* form, double value) {
 
 // A kernel's record, and what is wrong with it.
 struct row {
-  const function_entry& function;
-  const kernel_entry& kernel;
-  record found;
+  const FunctionEntry& function;
+  const KernelEntry& kernel;
+  Record found;
   bool exhaustive;
 
   int digits() const { return function.type == 's' ? 24 : 53; }
@@ -71,12 +71,12 @@ struct row {
 
   std::string number(double x) const { return text(function.type == 's' ? "%.9g" : "%.17g", x); }
 
-  std::string place(const sample& at) const {
+  std::string place(const Sample& at) const {
     return function.shape->inputs == 1 ? number(at.in[0]) : number(at.in[0]) + ", " + number(at.in[1]);
   }
 };
 
-const char* const table_head =
+const char* const kTableHead =
     "| kernel | class | largest error, ulp | bound | bits | correctly rounded | at | arguments |\n"
     "|---|---|---|---|---|---|---|---|\n";
 
@@ -91,7 +91,7 @@ void write_report(const std::string& file, const std::vector<row>& rows, const s
   std::ofstream s(file);
   s << "# Accuracy of the vector functions\n\nWritten by `script/accuracy`; not to be edited. Judge: MPFR. "
        "Run on "
-    << processor_name() << ", " << code_width << R"( code.
+    << processor_name() << ", " << kCodeWidth << R"( code.
 
 The error is |computed - exact| in units of the last place (ulp) of the exact result rounded to the format; where results
 are denormal the unit is the spacing of the denormals. An infinity that stands for a number counts as the power of two
@@ -106,7 +106,7 @@ and even spreads; the share of correctly rounded results is that among these. Li
 inputs and factors are positive. Where kernels use the processor's approximate reciprocal, other makes of processor may
 give slightly different figures.
 
-)" << table_head;
+)" << kTableHead;
   for (const row& r : rows) s << r;
   if (faults.empty())
     s << "\nEvery bound holds, and all special values are right.\n";
@@ -123,8 +123,8 @@ give slightly different figures.
   std::exit(2);
 }
 
-options parse(int argc, char** argv) {
-  options o;
+Options parse(int argc, char** argv) {
+  Options o;
   for (int i = 1; i < argc; ++i) {
     const std::string word = argv[i];
     if (word == "--short")
@@ -144,22 +144,22 @@ options parse(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  options o = parse(argc, argv);
+  Options o = parse(argc, argv);
   orx_tef_kernel_SetMode(TEF_HA | TEF_ERRMODE_IGNORE | TEF_FLUSH_OFF);
   const bool everything = o.functions.empty();
   std::vector<row> rows;
   std::string faults;
-  std::cout << table_head;
-  for (const function_entry& f : kernel_list()) {
+  std::cout << kTableHead;
+  for (const FunctionEntry& f : kernel_list()) {
     if (!everything && !o.functions.erase(f.full_name())) continue;
-    const judged_function* judged = find_judge(f.name);
+    const JudgedFunction* judged = find_judge(f.name);
     if (!judged || !f.shape) {
       faults += "  " + f.full_name() + " has no judge\n";
       continue;
     }
     const bool all = o.exhaustive && f.type == 's' && f.shape->inputs == 1;
     const double effort = o.brief ? 1 : 60;
-    const std::vector<record> found = all             ? measure_all_singles(f, *judged)
+    const std::vector<Record> found = all             ? measure_all_singles(f, *judged)
                                       : f.type == 's' ? measure_strata<float>(f, *judged, effort)
                                                       : measure_strata<double>(f, *judged, effort);
     for (size_t k = 0; k < found.size(); ++k) {

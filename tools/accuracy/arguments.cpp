@@ -7,9 +7,9 @@
 namespace {
 
 template <class T>
-class collector {
+class Collector {
  public:
-  collector(double effort, std::mt19937_64& random) : effort_(effort), random_(random) {}
+  Collector(double effort, std::mt19937_64& random) : effort_(effort), random_(random) {}
 
   double uniform(double from, double to) { return std::uniform_real_distribution<double>(from, to)(random_); }
   int times(double count) const { return std::max(1, static_cast<int>(count * effort_)); }
@@ -31,7 +31,7 @@ class collector {
   void approach(double center) {
     around(center, times(40));
     const double size = center != 0 ? std::fabs(center) : 1;
-    for (int k = 1; k <= format<T>::digits; ++k)
+    for (int k = 1; k <= Format<T>::kDigits; ++k)
       for (int i = 0; i < times(2); ++i) {
         const double distance = std::ldexp(size * uniform(1, 2), -k);
         add(center + distance);
@@ -41,9 +41,9 @@ class collector {
 
   // Every exponent of both signs; below the normal range every length.
   void every_exponent() {
-    constexpr int p = format<T>::digits;
+    constexpr int p = Format<T>::kDigits;
     const double last = std::ldexp(1.0, 1 - p);
-    for (int e = format<T>::low_unit; e < format<T>::end; ++e) {
+    for (int e = Format<T>::kLowUnit; e < Format<T>::kEnd; ++e) {
       for (int i = 0; i < times(1); ++i) {
         const double m = uniform(1, 2);
         for (double mantissa : {1.0, 1 + last, 2 - last, 1.5, m, 3 - m}) {
@@ -55,15 +55,15 @@ class collector {
   }
 
   void specials() {
-    using limits = std::numeric_limits<T>;
-    for (T x : {T(0), limits::infinity(), limits::quiet_NaN(), limits::signaling_NaN(), limits::max(),
-                limits::min(), limits::denorm_min(), limits::epsilon()})
+    using Limits = std::numeric_limits<T>;
+    for (T x : {T(0), Limits::infinity(), Limits::quiet_NaN(), Limits::signaling_NaN(), Limits::max(),
+                Limits::min(), Limits::denorm_min(), Limits::epsilon()})
       for (int i = 0; i < 4; ++i) {
         all.push_back(x);
         all.push_back(-x);
       }
-    around(static_cast<double>(limits::min()), times(20));
-    around(-static_cast<double>(limits::min()), times(20));
+    around(static_cast<double>(Limits::min()), times(20));
+    around(-static_cast<double>(Limits::min()), times(20));
   }
 
   // Around multiples of half the step.
@@ -96,10 +96,10 @@ class collector {
 };
 
 template <class T>
-std::vector<T> strata(const function_entry& function, const judged_function& judged, double effort,
+std::vector<T> strata(const FunctionEntry& function, const JudgedFunction& judged, double effort,
                       std::mt19937_64& random) {
-  const kernel_entry& kernel = function.kernels.front();
-  collector<T> c(effort, random);
+  const KernelEntry& kernel = function.kernels.front();
+  Collector<T> c(effort, random);
   if (judged.moderate_positive) {
     c.spread(0x1p-30, 0x1p30, c.times(10000));
     return std::move(c.all);
@@ -123,9 +123,9 @@ std::vector<T> strata(const function_entry& function, const judged_function& jud
 }  // namespace
 
 template <class T>
-columns<T> make_arguments(const function_entry& function, const judged_function& judged, double effort,
+Columns<T> make_arguments(const FunctionEntry& function, const JudgedFunction& judged, double effort,
                           std::mt19937_64& random) {
-  columns<T> x(1, strata<T>(function, judged, effort, random));
+  Columns<T> x(1, strata<T>(function, judged, effort, random));
   std::shuffle(x[0].begin(), x[0].end(), random);
   if (function.shape->inputs == 2) {
     // Every other pair is of any two arguments, the rest are of like size.
@@ -148,9 +148,8 @@ std::array<T, 4> make_scalars(std::mt19937_64& random) {
   return scalar;
 }
 
-template columns<float> make_arguments(const function_entry&, const judged_function&, double,
-                                       std::mt19937_64&);
-template columns<double> make_arguments(const function_entry&, const judged_function&, double,
+template Columns<float> make_arguments(const FunctionEntry&, const JudgedFunction&, double, std::mt19937_64&);
+template Columns<double> make_arguments(const FunctionEntry&, const JudgedFunction&, double,
                                         std::mt19937_64&);
 template std::array<float, 4> make_scalars(std::mt19937_64&);
 template std::array<double, 4> make_scalars(std::mt19937_64&);

@@ -9,14 +9,14 @@
 
 // Columns of inputs, all of one length.
 template <class T>
-using columns = std::vector<std::vector<T>>;
+using Columns = std::vector<std::vector<T>>;
 
 // Strata of a function's arguments, shuffled: every exponent of both signs with random and boundary
 // mantissas, specials, consecutive values around thresholds and along geometric approaches to them,
 // boundaries of tables, published hard cases, and arguments spread evenly over the range where the function
 // is used. `effort` 1 makes some 40000 doubles or 20000 singles; the number grows about in proportion.
 template <class T>
-columns<T> make_arguments(const function_entry& function, const judged_function& judged, double effort,
+Columns<T> make_arguments(const FunctionEntry& function, const JudgedFunction& judged, double effort,
                           std::mt19937_64& random);
 
 // Values for the scalar parameters of a call.

@@ -10,23 +10,23 @@
 // Arrays for calls whose alignments and lengths vary, so that the first, middle and last parts of a kernel's
 // loop are all met.
 template <class T>
-class call_arrays {
+class CallArrays {
  public:
-  static constexpr int most = 4096;  // elements of a call
+  static constexpr int kMost = 4096;  // elements of a call
 
-  explicit call_arrays(uint64_t seed) : random_(seed) {
-    for (auto& array : arrays_) array.resize(most + 32);
+  explicit CallArrays(uint64_t seed) : random_(seed) {
+    for (auto& array : arrays_) array.resize(kMost + 32);
   }
 
   // Places the arrays of the next call anew; returns how many elements it may take.
   int shuffle() {
     for (int i = 0; i < 3; ++i) at[i] = arrays_[i].data() + random_() % 32;
-    return most - static_cast<int>(random_() % 64);
+    return kMost - static_cast<int>(random_() % 64);
   }
 
   // Runs a kernel on the first n elements of the inputs at[0] and at[1]; the result is in at[2].
-  void call(const function_entry& f, const kernel_entry& k, int n, const std::array<T, 4>& scalar) {
-    kernel_operands<T> o{{at[0], at[1]}, {at[2]}, {}};
+  void call(const FunctionEntry& f, const KernelEntry& k, int n, const std::array<T, 4>& scalar) {
+    KernelOperands<T> o{{at[0], at[1]}, {at[2]}, {}};
     std::copy(scalar.begin(), scalar.end(), o.scalar);
     std::fill_n(at[2], n, T(-12345));
     call_kernel(f, k, n, o);

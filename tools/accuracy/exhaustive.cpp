@@ -13,9 +13,9 @@
 
 namespace {
 
-constexpr int most = call_arrays<float>::most;
-constexpr uint32_t chunks = (uint64_t(1) << 32) / most;
-constexpr double doubt = 1e-6;  // ulps; far above the error of the quick judge
+constexpr int kMost = CallArrays<float>::kMost;
+constexpr uint32_t kChunks = (uint64_t(1) << 32) / kMost;
+constexpr double kDoubt = 1e-6;  // ulps; far above the error of the quick judge
 
 uint32_t bits_of(float x) {
   uint32_t bits;
@@ -24,12 +24,11 @@ uint32_t bits_of(float x) {
 }
 
 // Measures chunks of consecutive singles until none is left.
-class singles_worker {
+class SinglesWorker {
  public:
   // `known` errors are those to beat: without them half of all elements might be the largest so far in their
   // turn.
-  singles_worker(const function_entry& function, const judged_function& judged,
-                 const std::vector<record>& known)
+  SinglesWorker(const FunctionEntry& function, const JudgedFunction& judged, const std::vector<Record>& known)
       : records(known.size()), f_(function), quick_(judged.quick), exactly_(judged), arrays_(1) {
     for (size_t k = 0; k < known.size(); ++k) {
       records[k].worst = known[k].worst;
@@ -39,27 +38,27 @@ class singles_worker {
 
   void run(std::atomic<uint32_t>& next_chunk) {
     orx_tef_kernel_SetMode(TEF_HA | TEF_ERRMODE_IGNORE | TEF_FLUSH_OFF);
-    for (uint32_t chunk; (chunk = next_chunk++) < chunks;) {
-      if (chunk % (chunks / 64) == 0) std::fprintf(stderr, ".");
+    for (uint32_t chunk; (chunk = next_chunk++) < kChunks;) {
+      if (chunk % (kChunks / 64) == 0) std::fprintf(stderr, ".");
       arrays_.shuffle();
-      for (uint32_t i = 0; i < most; ++i) {
-        const uint32_t bits = chunk * most + i;
+      for (uint32_t i = 0; i < kMost; ++i) {
+        const uint32_t bits = chunk * kMost + i;
         std::memcpy(arrays_.at[0] + i, &bits, sizeof bits);
       }
       if (quick_) judge_quickly();
       for (size_t k = 0; k < records.size(); ++k) {
-        arrays_.call(f_, f_.kernels[k], most, {});
+        arrays_.call(f_, f_.kernels[k], kMost, {});
         quick_ ? measure_quickly(records[k]) : measure_slowly(records[k]);
       }
     }
   }
 
-  std::vector<record> records;
+  std::vector<Record> records;
 
  private:
   void judge_quickly() {
-    for (int i = 0; i < most; ++i) exact_[i] = quick_(arrays_.at[0][i]);
-    for (int i = 0; i < most; ++i) {
+    for (int i = 0; i < kMost; ++i) exact_[i] = quick_(arrays_.at[0][i]);
+    for (int i = 0; i < kMost; ++i) {
       nearest_[i] = static_cast<float>(exact_[i]);
       const uint32_t exponent = std::max(bits_of(nearest_[i]) >> 23 & 0xFF, 1u);
       const uint64_t places = static_cast<uint64_t>(1023 + 150 - exponent) << 52;
@@ -67,17 +66,17 @@ class singles_worker {
     }
   }
 
-  void measure_quickly(record& r) {
+  void measure_quickly(Record& r) {
     const float* y = arrays_.at[2];
     uint32_t sign_differs = 0;
-    for (int i = 0; i < most; ++i) {
+    for (int i = 0; i < kMost; ++i) {
       error_[i] = std::fabs(y[i] - exact_[i]) * places_[i];
       sign_differs |= bits_of(y[i]) ^ bits_of(nearest_[i]);
     }
     const bool look_at_signs = sign_differs >> 31;
-    const double limit = std::max(r.worst - doubt, doubt);
-    for (int i = 0; i < most; ++i) {
-      const bool far_from_record = error_[i] < limit && !(std::fabs(error_[i] - 0.5) < doubt);
+    const double limit = std::max(r.worst - kDoubt, kDoubt);
+    for (int i = 0; i < kMost; ++i) {
+      const bool far_from_record = error_[i] < limit && !(std::fabs(error_[i] - 0.5) < kDoubt);
       const bool sign_agrees = !look_at_signs || std::signbit(y[i]) == std::signbit(nearest_[i]);
       const bool as_special =
           (std::isinf(nearest_[i]) && y[i] == nearest_[i]) || (std::isnan(exact_[i]) && std::isnan(y[i]));
@@ -90,37 +89,37 @@ class singles_worker {
     }
   }
 
-  void measure_slowly(record& r) {
-    for (int i = 0; i < most; ++i) measure(r, i);
+  void measure_slowly(Record& r) {
+    for (int i = 0; i < kMost; ++i) measure(r, i);
   }
 
-  void measure(record& r, int i) {
+  void measure(Record& r, int i) {
     const float x = arrays_.at[0][i], y = arrays_.at[2][i];
     r.add(compare(exactly_(&x, 1), y), {{x}, y});
   }
 
-  const function_entry& f_;
+  const FunctionEntry& f_;
   double (*quick_)(double);
-  judge exactly_;
-  call_arrays<float> arrays_;
-  double exact_[most], places_[most], error_[most];
-  float nearest_[most];
+  Judge exactly_;
+  CallArrays<float> arrays_;
+  double exact_[kMost], places_[kMost], error_[kMost];
+  float nearest_[kMost];
 };
 
 }  // namespace
 
-std::vector<record> measure_all_singles(const function_entry& function, const judged_function& judged) {
-  const std::vector<record> known = measure_strata<float>(function, judged, 10);
+std::vector<Record> measure_all_singles(const FunctionEntry& function, const JudgedFunction& judged) {
+  const std::vector<Record> known = measure_strata<float>(function, judged, 10);
   std::fprintf(stderr, "%s ", function.full_name().c_str());
-  std::deque<singles_worker> workers;
+  std::deque<SinglesWorker> workers;
   const unsigned count = std::max(1u, std::thread::hardware_concurrency());
   for (unsigned i = 0; i < count; ++i) workers.emplace_back(function, judged, known);
   std::atomic<uint32_t> next_chunk{0};
   std::vector<std::thread> threads;
-  for (singles_worker& worker : workers) threads.emplace_back([&] { worker.run(next_chunk); });
+  for (SinglesWorker& worker : workers) threads.emplace_back([&] { worker.run(next_chunk); });
   for (std::thread& thread : threads) thread.join();
   std::fprintf(stderr, "\n");
-  std::vector<record> records = std::move(workers.front().records);
+  std::vector<Record> records = std::move(workers.front().records);
   for (unsigned i = 1; i < count; ++i)
     for (size_t k = 0; k < records.size(); ++k) records[k].merge(workers[i].records[k]);
   return records;

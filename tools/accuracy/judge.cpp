@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr double ln2 = 0x1.62e42fefa39efp-1, log10_2 = 0x1.34413509f79ffp-2;
+constexpr double kLn2 = 0x1.62e42fefa39efp-1, kLog102 = 0x1.34413509f79ffp-2;
 
 template <int (*f)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t)>
 int unary(mpfr_ptr r, const mpfr_t* x) {
@@ -29,28 +29,28 @@ int linear_fraction(mpfr_ptr r, const mpfr_t* x) {
 }
 
 // Sums of two doubles are exact with this many bits.
-constexpr int sum_precision = 2112;
+constexpr int kSumPrecision = 2112;
 
 // The published arguments: V. Lefevre, J.-M. Muller, "Worst cases for correct rounding of the elementary
 // functions in double precision", 15th IEEE Symposium on Computer Arithmetic, 2001, and the tables that grew
 // out of it.
-const judged_function judged[] = {
+const JudgedFunction kJudged[] = {
     {"Abs", absolute, std::fabs},
-    {"Add", binary<mpfr_add>, nullptr, {}, {}, {}, sum_precision},
+    {"Add", binary<mpfr_add>, nullptr, {}, {}, {}, kSumPrecision},
     {"Exp",
      unary<mpfr_exp>,
      std::exp,
      {708.3956, 708.3964185322641, -708.3964185322641, 709.782712893384, -745.1332191019411,
       -744.4400719213812, 87.33654, -87.33654, 88.72283, -103.97208, -103.27893},
-     {ln2, ln2 / 4, ln2 / 64, ln2 / 128, ln2 / 1024},
+     {kLn2, kLn2 / 4, kLn2 / 64, kLn2 / 128, kLn2 / 1024},
      {-0x1.12d31a20fb38bp5, 0x1.83d4bcdebb3f4p2, -0x1.a2fefefd580dfp-13, 0x1.9e9cbbfd6080bp-31,
       -0x1.ed318efb627eap-27, 0x1.fffffffffffffp-53}},
     {"Expm1",
      unary<mpfr_expm1>,
      std::expm1,
      {707.703271352, -707.703271352, 709.782712893384, 88.72283, -36.7368, -37.42994775, -17.3286795, 0.5,
-      -0.5, ln2, -ln2},
-     {ln2, ln2 / 4, ln2 / 64, ln2 / 128, ln2 / 1024},
+      -0.5, kLn2, -kLn2},
+     {kLn2, kLn2 / 4, kLn2 / 64, kLn2 / 128, kLn2 / 1024},
      {-0x1.19e53fcd490d0p-23, 0x1.fffffffffffffp-54}},
     {"LinearFrac", linear_fraction, nullptr, {}, {}, {}, 256, true},
     {"Ln",
@@ -65,7 +65,7 @@ const judged_function judged[] = {
      std::log10,
      {0.5, 2, 10, 100, 1e10, 1e22, 2.0 / 3, 4.0 / 3, 1.41421356237309504, 0.70710678118654752, 1.005859375,
       0.994140625},
-     {1.0 / 512, log10_2},
+     {1.0 / 512, kLog102},
      {0x1.e12d66744ff81p429}},
     {"Log1p",
      unary<mpfr_log1p>,
@@ -75,50 +75,50 @@ const judged_function judged[] = {
      {1.0 / 512}},
     {"Mul", binary<mpfr_mul>},
     {"Sqr", unary<mpfr_sqr>, [](double x) { return x * x; }},
-    {"Sub", binary<mpfr_sub>, nullptr, {}, {}, {}, sum_precision},
+    {"Sub", binary<mpfr_sub>, nullptr, {}, {}, {}, kSumPrecision},
 };
 
 }  // namespace
 
-const judged_function* find_judge(const std::string& function) {
-  for (const judged_function& f : judged)
+const JudgedFunction* find_judge(const std::string& function) {
+  for (const JudgedFunction& f : kJudged)
     if (function == f.name) return &f;
   return nullptr;
 }
 
-judge::judge(const judged_function& function) : function_(function) {
+Judge::Judge(const JudgedFunction& function) : function_(function) {
   for (mpfr_ptr x : x_) mpfr_init2(x, DBL_MANT_DIG);
   mpfr_init2(y_, function.precision);
   mpfr_init2(units_, function.precision);
 }
 
-judge::~judge() {
+Judge::~Judge() {
   for (mpfr_ptr x : x_) mpfr_clear(x);
   mpfr_clear(y_);
   mpfr_clear(units_);
 }
 
 template <class T>
-exact_result judge::operator()(const T* x, int count) {
+ExactResult Judge::operator()(const T* x, int count) {
   for (int i = 0; i < count; ++i) mpfr_set_d(x_[i], x[i], MPFR_RNDN);
   mpfr_clear_flags();
   function_.exact(y_, x_);
 
-  exact_result e{exact_result::number, mpfr_signbit(y_) != 0, format<T>::low_unit, 0, 0};
+  ExactResult e{ExactResult::kNumber, mpfr_signbit(y_) != 0, Format<T>::kLowUnit, 0, 0};
   if (mpfr_nan_p(y_)) {
-    e.kind = exact_result::nan;
+    e.kind = ExactResult::kNan;
   } else if (mpfr_inf_p(y_) && !mpfr_overflow_p()) {
-    e.kind = exact_result::infinite;
+    e.kind = ExactResult::kInfinite;
   } else if (mpfr_inf_p(y_)) {  // beyond even MPFR's range
     e.nearest = mpfr_get_d(y_, MPFR_RNDZ);
   } else if (!mpfr_zero_p(y_)) {
     const int exponent = static_cast<int>(mpfr_get_exp(y_));
-    const int high_unit = format<T>::end - format<T>::digits;
-    e.unit = std::min(std::max(exponent - format<T>::digits, format<T>::low_unit), high_unit);
+    const int high_unit = Format<T>::kEnd - Format<T>::kDigits;
+    e.unit = std::min(std::max(exponent - Format<T>::kDigits, Format<T>::kLowUnit), high_unit);
     mpfr_mul_2si(units_, y_, -e.unit, MPFR_RNDN);
     // Rounding up may lead to the next power of two, where the places are twice as large.
     if (e.unit < high_unit &&
-        std::fabs(mpfr_get_d(units_, MPFR_RNDN)) >= std::ldexp(1.0, format<T>::digits) - 0.5) {
+        std::fabs(mpfr_get_d(units_, MPFR_RNDN)) >= std::ldexp(1.0, Format<T>::kDigits) - 0.5) {
       ++e.unit;
       mpfr_mul_2si(units_, y_, -e.unit, MPFR_RNDN);
     }
@@ -130,14 +130,14 @@ exact_result judge::operator()(const T* x, int count) {
   return e;
 }
 
-template exact_result judge::operator()(const float*, int);
-template exact_result judge::operator()(const double*, int);
+template ExactResult Judge::operator()(const float*, int);
+template ExactResult Judge::operator()(const double*, int);
 
 template <class T>
-verdict compare(const exact_result& exact, T computed) {
-  constexpr verdict right{false, true, 0}, wrong{true, false, std::numeric_limits<double>::infinity()};
-  if (exact.kind == exact_result::nan) return std::isnan(computed) ? right : wrong;
-  if (exact.kind == exact_result::infinite)
+Verdict compare(const ExactResult& exact, T computed) {
+  constexpr Verdict right{false, true, 0}, wrong{true, false, std::numeric_limits<double>::infinity()};
+  if (exact.kind == ExactResult::kNan) return std::isnan(computed) ? right : wrong;
+  if (exact.kind == ExactResult::kInfinite)
     return std::isinf(computed) && std::signbit(computed) == exact.negative ? right : wrong;
   if (std::isnan(computed)) return wrong;
   if (computed == 0 && std::signbit(computed) != exact.negative) return wrong;
@@ -145,11 +145,11 @@ verdict compare(const exact_result& exact, T computed) {
   // An infinity stands for the power of two that ends the range, and for all that is beyond.
   double units = std::ldexp(static_cast<double>(computed), -exact.unit);
   if (std::isinf(computed)) {
-    units = std::copysign(std::ldexp(1.0, format<T>::end - exact.unit), static_cast<double>(computed));
+    units = std::copysign(std::ldexp(1.0, Format<T>::kEnd - exact.unit), static_cast<double>(computed));
     if (units / exact.nearest <= 1 && (units < 0) == exact.negative) return right;
   }
   return {false, units == exact.nearest, std::fabs((units - exact.nearest) - exact.rest)};
 }
 
-template verdict compare(const exact_result&, float);
-template verdict compare(const exact_result&, double);
+template Verdict compare(const ExactResult&, float);
+template Verdict compare(const ExactResult&, double);

@@ -7,18 +7,18 @@
 #include <vector>
 
 template <class T>
-struct format;
+struct Format;
 template <>
-struct format<float> {
-  static constexpr int digits = FLT_MANT_DIG, end = FLT_MAX_EXP, low_unit = FLT_MIN_EXP - FLT_MANT_DIG;
+struct Format<float> {
+  static constexpr int kDigits = FLT_MANT_DIG, kEnd = FLT_MAX_EXP, kLowUnit = FLT_MIN_EXP - FLT_MANT_DIG;
 };
 template <>
-struct format<double> {
-  static constexpr int digits = DBL_MANT_DIG, end = DBL_MAX_EXP, low_unit = DBL_MIN_EXP - DBL_MANT_DIG;
+struct Format<double> {
+  static constexpr int kDigits = DBL_MANT_DIG, kEnd = DBL_MAX_EXP, kLowUnit = DBL_MIN_EXP - DBL_MANT_DIG;
 };
 
 // How a function is judged, and where its difficult arguments lie.
-struct judged_function {
+struct JudgedFunction {
   const char* name;
   // The exact result, rounded to the precision of r. x holds the inputs, then the scalars.
   int (*exact)(mpfr_ptr r, const mpfr_t* x);
@@ -37,42 +37,42 @@ struct judged_function {
   bool moderate_positive = false;
 };
 
-const judged_function* find_judge(const std::string& function);
+const JudgedFunction* find_judge(const std::string& function);
 
 // The exact result of one element, in the terms of a format: (nearest + rest) 2^unit, where `nearest` is an
 // integer and 2^unit the weight of the last place of the exact result rounded to the format, and the spacing
 // of denormals at least. `nearest` 2^unit is that rounded result; the range has no upper end here.
-struct exact_result {
-  enum { number, infinite, nan } kind;
+struct ExactResult {
+  enum { kNumber, kInfinite, kNan } kind;
   bool negative;
   int unit;
   double nearest, rest;
 };
 
 // Works out exact results, one at a time.
-class judge {
+class Judge {
  public:
-  explicit judge(const judged_function& function);
-  ~judge();
-  judge(const judge&) = delete;
-  judge& operator=(const judge&) = delete;
+  explicit Judge(const JudgedFunction& function);
+  ~Judge();
+  Judge(const Judge&) = delete;
+  Judge& operator=(const Judge&) = delete;
 
   // `x` holds the inputs and the scalars of one element.
   template <class T>
-  exact_result operator()(const T* x, int count);
+  ExactResult operator()(const T* x, int count);
 
  private:
-  static constexpr int most = 6;
-  const judged_function& function_;
-  mpfr_t x_[most], y_, units_;
+  static constexpr int kMost = 6;
+  const JudgedFunction& function_;
+  mpfr_t x_[kMost], y_, units_;
 };
 
 // How a computed result compares with the exact one.
-struct verdict {
+struct Verdict {
   bool wrong;    // of another kind (NaN, infinity, number) than it has to be, or a zero of the wrong sign
   bool correct;  // it is the exact result rounded to nearest
   double error;  // in units of the last place
 };
 
 template <class T>
-verdict compare(const exact_result& exact, T computed);
+Verdict compare(const ExactResult& exact, T computed);

@@ -7,21 +7,21 @@
 
 namespace {
 
-constexpr calling_shape shapes[] = {{"unary", 1, 1, 0}, {"binary", 2, 1, 0}, {"linearfrac", 2, 1, 4, true}};
+constexpr CallingShape kShapes[] = {{"unary", 1, 1, 0}, {"binary", 2, 1, 0}, {"linearfrac", 2, 1, 4, true}};
 
-const calling_shape* find_shape(std::string_view name) {
-  for (const calling_shape& shape : shapes)
+const CallingShape* find_shape(std::string_view name) {
+  for (const CallingShape& shape : kShapes)
     if (name == shape.name) return &shape;
   return nullptr;
 }
 
-struct line {
+struct Line {
   double bound, from, to;
 };
 
 // Every macro that ends a kernel file has the same arguments.
-const std::map<std::string, line>& lines() {
-  static const std::map<std::string, line> all{
+const std::map<std::string, Line>& lines() {
+  static const std::map<std::string, Line> all{
 #define ORX_KERNEL(t, Fn, code, K, bound, from, to) {#t #Fn "_" #code, {bound, from, to}},
 #define ORX_BINARY_KERNEL ORX_KERNEL
 #define ORX_LINEARFRAC_KERNEL ORX_KERNEL
@@ -30,21 +30,21 @@ const std::map<std::string, line>& lines() {
   return all;
 }
 
-struct table_row {
+struct TableRow {
   const char *shape, *type, *name;
   const char* codes[3];
   void (*entries[3])();
   float cost[3];
 };
 
-constexpr const char* class_names[3] = {"LA", "HA", "EP"};
+constexpr const char* kClassNames[3] = {"LA", "HA", "EP"};
 
-function_entry make_function(const table_row& row) {
-  function_entry f{find_shape(row.shape), *row.type, row.name, {}, {row.cost[0], row.cost[1], row.cost[2]}};
+FunctionEntry make_function(const TableRow& row) {
+  FunctionEntry f{find_shape(row.shape), *row.type, row.name, {}, {row.cost[0], row.cost[1], row.cost[2]}};
   for (int index = 0; index < 3; ++index) {
     const std::string name = f.full_name() + "_" + row.codes[index];
-    kernel_entry* kernel = nullptr;
-    for (kernel_entry& known : f.kernels)
+    KernelEntry* kernel = nullptr;
+    for (KernelEntry& known : f.kernels)
       if (known.name == name) kernel = &known;
     if (!kernel) {
       kernel = &f.kernels.emplace_back();
@@ -58,14 +58,14 @@ function_entry make_function(const table_row& row) {
       }
     }
     kernel->serves[index] = true;
-    kernel->classes += (kernel->classes.empty() ? "" : ", ") + std::string(class_names[index]);
+    kernel->classes += (kernel->classes.empty() ? "" : ", ") + std::string(kClassNames[index]);
   }
   return f;
 }
 
 }  // namespace
 
-const std::vector<function_entry>& kernel_list() {
+const std::vector<FunctionEntry>& kernel_list() {
 #define ENTRY(t, Fn, code) reinterpret_cast<void (*)()>(orx_tef_kernel_##t##Fn##_##code)
 #define ORX_FUNCTION(shape, t, Fn, la, ha, ep, ...)                      \
   make_function({#shape,                                                 \
@@ -74,7 +74,7 @@ const std::vector<function_entry>& kernel_list() {
                  {#la, #ha, #ep},                                        \
                  {ENTRY(t, Fn, la), ENTRY(t, Fn, ha), ENTRY(t, Fn, ep)}, \
                  {__VA_ARGS__}}),
-  static const std::vector<function_entry> list{
+  static const std::vector<FunctionEntry> list{
 #include "orx/tef_functions.def"
   };
 #undef ORX_FUNCTION
@@ -82,8 +82,8 @@ const std::vector<function_entry>& kernel_list() {
 }
 
 template <class T>
-void call_kernel(const function_entry& function, const kernel_entry& kernel, int n,
-                 const kernel_operands<T>& o) {
+void call_kernel(const FunctionEntry& function, const KernelEntry& kernel, int n,
+                 const KernelOperands<T>& o) {
   const std::string_view shape = function.shape->name;
   if (shape == "unary")
     reinterpret_cast<void (*)(int, const T*, T*)>(kernel.entry)(n, o.in[0], o.out[0]);
@@ -94,5 +94,5 @@ void call_kernel(const function_entry& function, const kernel_entry& kernel, int
         n, o.in[0], o.in[1], o.scalar[0], o.scalar[1], o.scalar[2], o.scalar[3], o.out[0]);
 }
 
-template void call_kernel(const function_entry&, const kernel_entry&, int, const kernel_operands<float>&);
-template void call_kernel(const function_entry&, const kernel_entry&, int, const kernel_operands<double>&);
+template void call_kernel(const FunctionEntry&, const KernelEntry&, int, const KernelOperands<float>&);
+template void call_kernel(const FunctionEntry&, const KernelEntry&, int, const KernelOperands<double>&);

@@ -5,13 +5,13 @@
 #include <vector>
 
 // How functions of one shape are called.
-struct calling_shape {
+struct CallingShape {
   const char* name;
   int inputs, outputs, scalars;
   bool formula = false;  // of several rounded operations: the limits of the classes do not bind it
 };
 
-struct kernel_entry {
+struct KernelEntry {
   std::string name;     // such as "dExp_G9HAynn"
   std::string classes;  // those it stands for in the table: "HA" or "LA, EP"
   bool serves[3] = {};  // the same by table index: LA, HA, EP
@@ -21,20 +21,20 @@ struct kernel_entry {
   double from = -1000, to = 1000;  // range of arguments on which it is timed
 };
 
-struct function_entry {
-  const calling_shape* shape;         // null: a shape that this list cannot call yet
-  char type;                          // 's' or 'd'
-  std::string name;                   // without the type letter
-  std::vector<kernel_entry> kernels;  // each once, in the order of the table
+struct FunctionEntry {
+  const CallingShape* shape;         // null: a shape that this list cannot call yet
+  char type;                         // 's' or 'd'
+  std::string name;                  // without the type letter
+  std::vector<KernelEntry> kernels;  // each once, in the order of the table
   float cost[3];
 
   std::string full_name() const { return type + name; }
 };
 
-const std::vector<function_entry>& kernel_list();
+const std::vector<FunctionEntry>& kernel_list();
 
 template <class T>
-struct kernel_operands {
+struct KernelOperands {
   const T* in[2] = {};
   T* out[2] = {};
   T scalar[4] = {};
@@ -42,5 +42,4 @@ struct kernel_operands {
 
 // Calls a kernel of element type T on n elements.
 template <class T>
-void call_kernel(const function_entry& function, const kernel_entry& kernel, int n,
-                 const kernel_operands<T>& o);
+void call_kernel(const FunctionEntry& function, const KernelEntry& kernel, int n, const KernelOperands<T>& o);

@@ -11,9 +11,9 @@ inline std::string processor_name() {
 }
 
 #if defined(__clang__)
-constexpr const char* compiler_name = __VERSION__;
+constexpr const char* kCompilerName = __VERSION__;
 #else
-constexpr const char* compiler_name = "GCC " __VERSION__;
+constexpr const char* kCompilerName = "GCC " __VERSION__;
 #endif
 
-constexpr const char* code_width = sizeof(void*) == 4 ? "32-bit" : "64-bit";
+constexpr const char* kCodeWidth = sizeof(void*) == 4 ? "32-bit" : "64-bit";

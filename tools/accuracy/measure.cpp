@@ -5,7 +5,7 @@
 #include "arguments.hpp"
 #include "call_arrays.hpp"
 
-void record::add(const verdict& v, const sample& at) {
+void Record::add(const Verdict& v, const Sample& at) {
   ++count;
   correct += v.correct;
   if (v.wrong && wrong++ == 0) wrong_at = at;
@@ -15,7 +15,7 @@ void record::add(const verdict& v, const sample& at) {
   }
 }
 
-void record::merge(const record& other) {
+void Record::merge(const Record& other) {
   if (wrong == 0) wrong_at = other.wrong_at;
   if (other.worst > worst || (other.worst == worst && other.worst_at.in[0] > worst_at.in[0])) {
     worst = other.worst;
@@ -27,12 +27,12 @@ void record::merge(const record& other) {
 }
 
 template <class T>
-std::vector<record> measure_strata(const function_entry& f, const judged_function& judged, double effort) {
-  call_arrays<T> arrays(1);
-  const columns<T> x = make_arguments<T>(f, judged, effort, arrays.random());
-  judge exactly(judged);
-  std::vector<record> records(f.kernels.size());
-  std::vector<exact_result> exact(call_arrays<T>::most);
+std::vector<Record> measure_strata(const FunctionEntry& f, const JudgedFunction& judged, double effort) {
+  CallArrays<T> arrays(1);
+  const Columns<T> x = make_arguments<T>(f, judged, effort, arrays.random());
+  Judge exactly(judged);
+  std::vector<Record> records(f.kernels.size());
+  std::vector<ExactResult> exact(CallArrays<T>::kMost);
   const int inputs = f.shape->inputs, parameters = inputs + f.shape->scalars;
 
   for (size_t done = 0, n; done < x[0].size(); done += n) {
@@ -48,7 +48,7 @@ std::vector<record> measure_strata(const function_entry& f, const judged_functio
     for (size_t k = 0; k < records.size(); ++k) {
       arrays.call(f, f.kernels[k], static_cast<int>(n), scalar);
       for (size_t i = 0; i < n; ++i) {
-        sample at{{}, arrays.at[2][i]};
+        Sample at{{}, arrays.at[2][i]};
         for (int j = 0; j < inputs; ++j) at.in[j] = arrays.at[j][i];
         records[k].add(compare(exact[i], arrays.at[2][i]), at);
       }
@@ -57,5 +57,5 @@ std::vector<record> measure_strata(const function_entry& f, const judged_functio
   return records;
 }
 
-template std::vector<record> measure_strata<float>(const function_entry&, const judged_function&, double);
-template std::vector<record> measure_strata<double>(const function_entry&, const judged_function&, double);
+template std::vector<Record> measure_strata<float>(const FunctionEntry&, const JudgedFunction&, double);
+template std::vector<Record> measure_strata<double>(const FunctionEntry&, const JudgedFunction&, double);

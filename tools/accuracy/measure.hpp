@@ -7,28 +7,28 @@
 #include "kernel_list.hpp"
 
 // One element of a call.
-struct sample {
+struct Sample {
   double in[2] = {}, out = 0;
 };
 
 // What was found of a kernel.
-struct record {
+struct Record {
   double worst = -1;  // largest error, in ulps
-  sample worst_at;
+  Sample worst_at;
   uint64_t count = 0;    // elements measured
   uint64_t correct = 0;  // of these, rounded to nearest
   uint64_t wrong = 0;    // NaN, infinity or zero of a sign where it should not be, or not where it should
-  sample wrong_at;
+  Sample wrong_at;
 
-  void add(const verdict& v, const sample& at);
-  void merge(const record& other);
+  void add(const Verdict& v, const Sample& at);
+  void merge(const Record& other);
 };
 
 // Measures all kernels of a function, in the order of the list, over the strata of its arguments.
 template <class T>
-std::vector<record> measure_strata(const function_entry& function, const judged_function& judged,
+std::vector<Record> measure_strata(const FunctionEntry& function, const JudgedFunction& judged,
                                    double effort);
 
 // The same for a function of one input over all 2^32 singles, on all processors; progress goes to standard
 // error.
-std::vector<record> measure_all_singles(const function_entry& function, const judged_function& judged);
+std::vector<Record> measure_all_singles(const FunctionEntry& function, const JudgedFunction& judged);

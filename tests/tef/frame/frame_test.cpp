@@ -10,14 +10,14 @@ using namespace orx::tef;
 
 namespace {
 
-constexpr row<double> limit = 100.0;
+constexpr Row<double> kLimit = 100.0;
 
 // a * b, rare from |a| = 100 on: there the scalar routine negates the product, and tells an overflow from
 // 1000 on.
-struct product : kernel<double, 2, 1> {
+struct Product : Kernel<double, 2, 1> {
   template <class X>
   static X rare(X a, X) {
-    return not_below(magnitude(a), limit);
+    return not_below(magnitude(a), kLimit);
   }
   template <class X>
   static X eval(X a, X b) {
@@ -28,15 +28,15 @@ struct product : kernel<double, 2, 1> {
     return *a >= 1000 ? StatusOverflow : StatusOk;
   }
 };
-struct product_with_scalar : product {
-  static constexpr bool scalar_second = true;
+struct ProductWithScalar : Product {
+  static constexpr bool kScalarSecond = true;
 };
 
-struct sum_and_square : kernel<double, 1, 2> {
-  static constexpr int together = 2;
+struct SumAndSquare : Kernel<double, 1, 2> {
+  static constexpr int kTogether = 2;
   template <class X>
   static X rare(X a) {
-    return not_below(magnitude(a), limit);
+    return not_below(magnitude(a), kLimit);
   }
   template <class X>
   static void eval(X a, X& sum, X& square) {
@@ -59,13 +59,13 @@ int record(TefErrorContext* e) {
 
 class Frame : public testing::Test {
  protected:
-  static constexpr int size = 37;
-  double a[size], b[size], r[size], s[size];
+  static constexpr int kSize = 37;
+  double a[kSize], b[kSize], r[kSize], s[kSize];
   void SetUp() override {
     seen.clear();
     _tefSetErrorCallBack(record);
     _tefSetMode(TEF_ERRMODE_CALLBACK);
-    for (int i = 0; i < size; ++i) {
+    for (int i = 0; i < kSize; ++i) {
       a[i] = i;
       b[i] = 2 + i;
     }
@@ -77,7 +77,7 @@ class Frame : public testing::Test {
 };
 
 TEST_F(Frame, TwoInputs) {
-  run_kernel<product>(size, {{a, b}, {r}, "vdProduct"});
+  run_kernel<Product>(kSize, {{a, b}, {r}, "vdProduct"});
   EXPECT_EQ(r[4], 24);
   EXPECT_EQ(r[5], -1400);
   EXPECT_EQ(r[6], -8000 + 0.5);
@@ -89,7 +89,7 @@ TEST_F(Frame, TwoInputs) {
 
 TEST_F(Frame, ScalarSecondInput) {
   const double factor = 3;
-  run_kernel<product_with_scalar>(size, {{a, &factor}, {r}, "vdScaled"});
+  run_kernel<ProductWithScalar>(kSize, {{a, &factor}, {r}, "vdScaled"});
   for (int i : {0, 4, 7, 20, 35}) EXPECT_EQ(r[i], 3 * a[i]);
   EXPECT_EQ(r[6], -3000 + 0.5);
   ASSERT_EQ(seen.size(), 2u);
@@ -98,7 +98,7 @@ TEST_F(Frame, ScalarSecondInput) {
 }
 
 TEST_F(Frame, TwoOutputs) {
-  run_kernel<sum_and_square>(size, {{a}, {r, s}, "vdBoth"});
+  run_kernel<SumAndSquare>(kSize, {{a}, {r, s}, "vdBoth"});
   EXPECT_EQ(r[10], 20);
   EXPECT_EQ(s[10], 100);
   EXPECT_EQ(r[5], -1 + 0.5);

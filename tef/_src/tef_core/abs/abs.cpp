@@ -1,7 +1,7 @@
 #include "frame/simd.hpp"
 #include "mode/mode.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 namespace {
 
 // |x| as x times 1.0 with the sign of x: unlike clearing the sign bit it quiets a signalling NaN, with its
@@ -14,13 +14,13 @@ X product_with_sign(X x) {
 
 template <class T>
 void absolute(int n, const T* a, T* r) {
-  using X = vec<T, 1>;
+  using X = Vec<T, 1>;
   int i = 0;
-  for (; i + X::lanes <= n; i += X::lanes) store_vectors(r + i, product_with_sign(load_vectors<X>(a + i)));
+  for (; i + X::kLanes <= n; i += X::kLanes) store_vectors(r + i, product_with_sign(load_vectors<X>(a + i)));
   if (i >= n) return;
   // Lanes past the end repeat the first element of the tail, so that they raise nothing of their own.
-  alignas(vector_bytes) T tail[X::lanes];
-  for (int j = 0; j < X::lanes; ++j) tail[j] = i + j < n ? a[i + j] : a[i];
+  alignas(kVectorBytes) T tail[X::kLanes];
+  for (int j = 0; j < X::kLanes; ++j) tail[j] = i + j < n ? a[i + j] : a[i];
   store_vectors(tail, product_with_sign(load_vectors<X>(tail)));
   for (int j = 0; i + j < n; ++j) r[i + j] = tail[j];
 }

@@ -17,14 +17,14 @@ static_assert(sizeof(TefErrorContext) == 140 && offsetof(TefErrorContext, arg1Im
 
 // Messages of the service layer's catalogue.
 enum {
-  message_bad_size = 735,
-  message_bad_pointer = 736,
-  message_status_1 = 737,  // 738, 739, 740 for status 2, 3, 4
-  message_unknown = 741,
-  message_values_1_1 = 742,  // one input, one result: two messages
-  message_values_1_2 = 744,  // one input, two results: three
-  message_values_2_1 = 747,  // two inputs, one result: three
-  message_values_2_2 = 750,  // two of both: four
+  kMessageBadSize = 735,
+  kMessageBadPointer = 736,
+  kMessageStatus1 = 737,  // 738, 739, 740 for status 2, 3, 4
+  kMessageUnknown = 741,
+  kMessageValues1To1 = 742,  // one input, one result: two messages
+  kMessageValues1To2 = 744,  // one input, two results: three
+  kMessageValues2To1 = 747,  // two inputs, one result: three
+  kMessageValues2To2 = 750,  // two of both: four
 };
 
 bool is_argument_error(int status) { return status == StatusBadSize || status == StatusBadPointer; }
@@ -59,8 +59,8 @@ void print_value(int message, int index, double value) {
 void print_values(const TefErrorContext& e) {
   const bool second_input = !(e.arg2 == e.arg1 || e.arg2 == 0);
   const bool second_result = !(e.res2 == e.res1 || e.res2 == 0);
-  int message = second_input ? (second_result ? message_values_2_2 : message_values_2_1)
-                             : (second_result ? message_values_1_2 : message_values_1_1);
+  int message = second_input ? (second_result ? kMessageValues2To2 : kMessageValues2To1)
+                             : (second_result ? kMessageValues1To2 : kMessageValues1To1);
   print_value(message++, e.index, e.arg1);
   if (second_input) print_value(message++, e.index, e.arg2);
   print_value(message++, e.index, e.res1);
@@ -70,15 +70,15 @@ void print_values(const TefErrorContext& e) {
 void print_error(const TefErrorContext& e) {
   if (e.status == StatusOk) return;
   if (e.status == StatusBadSize) {
-    orx_serv_print(1, message_bad_size, 2, e.funcName, e.index);
+    orx_serv_print(1, kMessageBadSize, 2, e.funcName, e.index);
     return;
   }
   if (e.status == StatusBadPointer) {
-    orx_serv_print(1, message_bad_pointer, 1, e.funcName);
+    orx_serv_print(1, kMessageBadPointer, 1, e.funcName);
     return;
   }
   const bool known = e.status >= StatusDomain && e.status <= StatusUnderflow;
-  orx_serv_print(1, known ? message_status_1 + (e.status - StatusDomain) : message_unknown, 1, e.funcName);
+  orx_serv_print(1, known ? kMessageStatus1 + (e.status - StatusDomain) : kMessageUnknown, 1, e.funcName);
   print_values(e);
 }
 
@@ -129,7 +129,7 @@ int _tefCreateFuncNameStr(char* out, const char* prefix, const char* name, const
 
 // One element in the vectors of a call: T the real type, `parts` 1 for real and 2 for complex elements.
 template <class T, int parts>
-struct element {
+struct Element {
   static void get(const T* vector, int index, double& re, double& im) {
     re = vector[static_cast<ptrdiff_t>(parts) * index];
     if (parts == 2) im = vector[static_cast<ptrdiff_t>(parts) * index + 1];
@@ -142,7 +142,7 @@ struct element {
 
 template <class T, int parts>
 void report(int status, int index, const T* a1, const T* a2, T* r1, T* r2, const char* name) {
-  using element = element<T, parts>;
+  using Element = Element<T, parts>;
   tefErrStatus = status;
   if ((mode() & TEF_ERRMODE_MASK) == TEF_ERRMODE_IGNORE) return;
 
@@ -156,17 +156,17 @@ void report(int status, int index, const T* a1, const T* a2, T* r1, T* r2, const
   }
   e.funcNameLen = _tefCreateFuncNameStr(e.funcName, "", name, "");
   if (!is_argument_error(status)) {
-    element::get(a1, index, e.arg1, e.arg1Im);
-    element::get(a2, index, e.arg2, e.arg2Im);
-    element::get(r1, index, e.res1, e.res1Im);
-    element::get(r2, index, e.res2, e.res2Im);
+    Element::get(a1, index, e.arg1, e.arg1Im);
+    Element::get(a2, index, e.arg2, e.arg2Im);
+    Element::get(r1, index, e.res1, e.res1Im);
+    Element::get(r2, index, e.res2, e.res2Im);
   }
   // The mode is read anew each time: the callback may change it.
   if ((mode() & 0xF000) && tefErrorCallBack && tefErrorCallBack(&e) != 0) return;
   if ((mode() >> 8) & 0xF) _tefStdErrorHandler(e);
   if (!is_argument_error(status)) {
-    element::put(r2, index, e.res2, e.res2Im);
-    element::put(r1, index, e.res1, e.res1Im);
+    Element::put(r2, index, e.res2, e.res2Im);
+    Element::put(r1, index, e.res1, e.res1Im);
   }
 }
 

@@ -1,28 +1,28 @@
 // e^x, double. x = (64 k + j) ln2/64 + r, |r| <= ln2/128; e^x = 2^k 2^(j/64) e^r.
 #include "exp/vdexp.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 namespace {
 
 // Magnitudes from here on (708.3956 is where results stop being normal numbers), infinities and NaN are rare.
-constexpr row<double> rare_from = 0x1.6232bp+9;
+constexpr Row<double> kRareFrom = 0x1.6232bp+9;
 
-struct dExp : kernel<double> {
+struct dExp : Kernel<double> {
   template <class X>
   static X rare(X x) {
-    return not_below(magnitude(x), rare_from);
+    return not_below(magnitude(x), kRareFrom);
   }
   static int rare_lane(const double* a, double* r) { return vdexp_cout_rare(a, r); }
 };
 
 // HA. The sum T + T (p + T_lo) rounds once more than the exact value.
 struct {
-  row<double> inv_ln2 = 0x1.71547652b82fep+6;  // 64/ln 2
-  row<double> shifter = 0x1.800000000ffcp+52;  // 1.5 * 2^52 + 64 * 1023: leaves n and the exponent's bias
-  row<double> ln2_hi = 0x1.62e42fefap-7;       // ln 2/64; short, so that its product with an integer is exact
-  row<double> ln2_lo = 0x1.cf79abc9e3b3ap-46;
+  Row<double> inv_ln2 = 0x1.71547652b82fep+6;  // 64/ln 2
+  Row<double> shifter = 0x1.800000000ffcp+52;  // 1.5 * 2^52 + 64 * 1023: leaves n and the exponent's bias
+  Row<double> ln2_hi = 0x1.62e42fefap-7;       // ln 2/64; short, so that its product with an integer is exact
+  Row<double> ln2_lo = 0x1.cf79abc9e3b3ap-46;
   // (e^r - 1 - r) / r^2
-  row<double> c[4] = {0x1.fffffffffdb3bp-2, 0x1.555555555653ep-3, 0x1.555573f218b93p-5, 0x1.111112d9f549bp-7};
+  Row<double> c[4] = {0x1.fffffffffdb3bp-2, 0x1.555555555653ep-3, 0x1.555573f218b93p-5, 0x1.111112d9f549bp-7};
 } constexpr vdexp_data{};
 
 struct dExpHA : dExp {
@@ -32,7 +32,7 @@ struct dExpHA : dExp {
     // 1. n = round(x * 64/ln2), in the low bits of N.
     const X N = x * d.inv_ln2 + d.shifter;
     const X Nf = N - d.shifter;
-    const spilled_words<X> n(N);
+    const SpilledWords<X> n(N);
 
     // 2. r = x - n ln2/64.
     const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
@@ -54,17 +54,17 @@ struct dExpHA : dExp {
 // LA. A finer table, |r| <= ln2/2048, and a shorter polynomial. The entries are the bits of 2^(j/1024), less
 // j 2^42: adding all of n, shifted, makes them right again and puts the exponent in. The polynomial's error
 // is below 2^-53.5.
-alignas(64) constexpr uint64_t powers[1024] = {
+alignas(64) constexpr uint64_t kPowers[1024] = {
 #include "exp/vdexp_la.inc"
 };
 
 struct {
-  row<double> inv_ln2 = 0x1.71547652b82fep+10;  // 1024/ln 2
-  row<double> shifter = 0x1.8p+52;
-  row<double> ln2_hi = 0x1.62e42fecp-11;  // ln 2/1024
-  row<double> ln2_lo = 0x1.d1cf79abc9e3bp-42;
-  row<double> c2 = 0x1.000000272725ep-1;
-  row<double> c3 = 0x1.5555557621dbcp-3;
+  Row<double> inv_ln2 = 0x1.71547652b82fep+10;  // 1024/ln 2
+  Row<double> shifter = 0x1.8p+52;
+  Row<double> ln2_hi = 0x1.62e42fecp-11;  // ln 2/1024
+  Row<double> ln2_lo = 0x1.d1cf79abc9e3bp-42;
+  Row<double> c2 = 0x1.000000272725ep-1;
+  Row<double> c3 = 0x1.5555557621dbcp-3;
 } constexpr vdexp_la_data{};
 
 struct dExpLA : dExp {
@@ -73,22 +73,22 @@ struct dExpLA : dExp {
     const auto& d = vdexp_la_data;
     const X N = x * d.inv_ln2 + d.shifter;
     const X Nf = N - d.shifter;
-    const spilled_words<X> n(N);
+    const SpilledWords<X> n(N);
     const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
     const X p = r + r * r * (d.c2 + r * d.c3);
-    const auto bits = gather64<X>(powers, [&](int lane) { return n.low(lane) & 1023; });
+    const auto bits = gather64<X>(kPowers, [&](int lane) { return n.low(lane) & 1023; });
     const X T = from_ints<X>(add64(bits, shift_left64<42>(n.bits())));
     return T + T * p;
   }
 };
 
 // e^x = 2^k (hi + tail), for |x| below 750.
-struct scaled_exponential {
+struct ScaledExponential {
   int k;
   double hi, tail;
 };
 
-scaled_exponential reduce_and_evaluate(double x) {
+ScaledExponential reduce_and_evaluate(double x) {
   const double shifter = 0x1.8p+52;
   const double N = x * 0x1.71547652b82fep+6 + shifter;
   const double Nf = N - shifter;
@@ -104,7 +104,7 @@ scaled_exponential reduce_and_evaluate(double x) {
 
 // A result that is denormal. It is formed 60 binary orders too high and rounded there to the grid on which it
 // will lie, with the tail still at hand; so it rounds once.
-double denormal_result(const scaled_exponential& e) {
+double denormal_result(const ScaledExponential& e) {
   const double up = power_of_two(e.k + 60);
   const double high = e.hi * up, low = e.tail * up;
   const double grid = 0x1p-962;  // 2^52 units of the last place to keep, 2^(-1074 + 60)
@@ -116,7 +116,7 @@ double denormal_result(const scaled_exponential& e) {
 }  // namespace
 
 double vdexp_moderate(double x) {
-  const scaled_exponential e = reduce_and_evaluate(x);
+  const ScaledExponential e = reduce_and_evaluate(x);
   return (e.tail + e.hi) * power_of_two(e.k);
 }
 
@@ -140,7 +140,7 @@ int vdexp_cout_rare(const double* a, double* r) {
     *r = hidden(DBL_MIN) * DBL_MIN;
     return StatusUnderflow;
   }
-  const scaled_exponential e = reduce_and_evaluate(x);
+  const ScaledExponential e = reduce_and_evaluate(x);
   if (x < -708.3964185322641) {
     *r = denormal_result(e);
     return StatusUnderflow;

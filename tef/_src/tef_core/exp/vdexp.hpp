@@ -4,7 +4,7 @@
 
 #include "frame/kernel.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 
 // 2^(j/64), j = 0 .. 63: a double, and what it lacks as a fraction of it.
 alignas(64) inline constexpr double _tefdExpHATab[64][2] = {

@@ -5,28 +5,28 @@
 
 #include "exp/vdexp.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 namespace {
 
 // Magnitudes from here on (87.33654 is where results stop being normal numbers), infinities and NaN are rare.
-constexpr row<float> rare_from = 0x1.5d58ap+6f;
+constexpr Row<float> kRareFrom = 0x1.5d58ap+6f;
 
-struct sExp : kernel<float> {
-  static constexpr int together = 2;
+struct sExp : Kernel<float> {
+  static constexpr int kTogether = 2;
   template <class X>
   static X rare(X x) {
-    return not_below(magnitude(x), rare_from);
+    return not_below(magnitude(x), kRareFrom);
   }
   static int rare_lane(const float* a, float* r) { return vsexp_cout_rare(a, r); }
 };
 
 // HA. x = (4 k + j) ln2/4 + r, |r| <= ln2/8; e^x = 2^k 2^(j/4) e^r. The four powers lie in a vector.
 struct {
-  row<float> inv_ln2 = 0x1.715476p+2f;   // 4/ln 2
-  row<float> shifter = 0x1.8003f8p+23f;  // 1.5 * 2^23 + 4 * 127: the exponent's bias is in N already
-  row<float> ln2_hi = 0x1.62ep-3f;       // ln 2/4
-  row<float> ln2_lo = 0x1.0bfbe8p-17f;
-  row<float> c[3] = {0x1.000002p-1f, 0x1.5571d8p-3f, 0x1.555654p-5f};  // (e^r - 1 - r) / r^2, to 2^-24 of r
+  Row<float> inv_ln2 = 0x1.715476p+2f;   // 4/ln 2
+  Row<float> shifter = 0x1.8003f8p+23f;  // 1.5 * 2^23 + 4 * 127: the exponent's bias is in N already
+  Row<float> ln2_hi = 0x1.62ep-3f;       // ln 2/4
+  Row<float> ln2_lo = 0x1.0bfbe8p-17f;
+  Row<float> c[3] = {0x1.000002p-1f, 0x1.5571d8p-3f, 0x1.555654p-5f};  // (e^r - 1 - r) / r^2, to 2^-24 of r
   alignas(64) float T_hi[8] = {0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f,
                                0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f};
   alignas(64) float T_lo[8] = {0.0f, 3.1934182e-08f, 1.7114271e-08f, -1.4719605e-08f,
@@ -50,13 +50,13 @@ struct sExpHA : sExp {
 
 // LA. x = k ln2 + r, |r| <= ln2/2; e^x = 2^k e^r.
 struct {
-  row<float> inv_ln2 = 0x1.715476p+0f;
-  row<float> shifter = 0x1.8000fep+23f;  // 1.5 * 2^23 + 127
-  row<float> ln2_hi = 0x1.62e4p-1f;
-  row<float> ln2_lo = 0x1.7f7d1cp-20f;
-  row<float> one = 1.0f;
+  Row<float> inv_ln2 = 0x1.715476p+0f;
+  Row<float> shifter = 0x1.8000fep+23f;  // 1.5 * 2^23 + 127
+  Row<float> ln2_hi = 0x1.62e4p-1f;
+  Row<float> ln2_lo = 0x1.7f7d1cp-20f;
+  Row<float> one = 1.0f;
   // (e^r - 1 - r) / r^2, to 2^-28 of e^r
-  row<float> c[5] = {0x1.fffffap-2f, 0x1.555492p-3f, 0x1.555a28p-5f, 0x1.12398ep-7f, 0x1.694ac4p-10f};
+  Row<float> c[5] = {0x1.fffffap-2f, 0x1.555492p-3f, 0x1.555a28p-5f, 0x1.12398ep-7f, 0x1.694ac4p-10f};
 } constexpr vsexp_la_data{};
 
 struct sExpLA : sExp {
@@ -73,9 +73,9 @@ struct sExpLA : sExp {
 
 // EP. x/ln2 = k + f, |f| <= 1/2; e^x = 2^k 2^f, with a polynomial for 2^f itself.
 struct {
-  row<float> inv_ln2 = 0x1.715476p+0f;
-  row<float> shifter = 0x1.8000fep+23f;
-  row<float> c[4] = {1.0f, 0.693178296f, 0.242028862f, 0.0555040054f};
+  Row<float> inv_ln2 = 0x1.715476p+0f;
+  Row<float> shifter = 0x1.8000fep+23f;
+  Row<float> c[4] = {1.0f, 0.693178296f, 0.242028862f, 0.0555040054f};
 } constexpr vsexp_ep_data{};
 
 struct sExpEP : sExp {

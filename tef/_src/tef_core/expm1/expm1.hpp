@@ -5,41 +5,41 @@
 #pragma once
 #include "frame/kernel.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 
 template <class X>
-struct exact_sum {
+struct ExactSum {
   X sum, error;
 };
 // Knuth's sum with its rounding error, whichever term is larger.
 template <class X>
-inline exact_sum<X> two_sum(X a, X b) {
+inline ExactSum<X> two_sum(X a, X b) {
   const X s = a + b, t = s - a;
   return {s, (a - (s - t)) + (b - t)};
 }
 // Dekker's, for |a| >= |b| or a = 0.
 template <class X>
-inline exact_sum<X> fast_two_sum(X a, X b) {
+inline ExactSum<X> fast_two_sum(X a, X b) {
   const X s = a + b;
   return {s, b - (s - a)};
 }
 
 // The common reduction: N, n in its low bits; and x - n L before its low part is taken off.
 template <class D, class X>
-struct expm1_reduction {
+struct Expm1Reduction {
   X N, Nf, r1;
-  explicit expm1_reduction(X x)
-      : N(x * D::data.inv_L + D::data.shifter), Nf(N - D::data.shifter), r1(x - Nf * D::data.L_hi) {}
+  explicit Expm1Reduction(X x)
+      : N(x * D::kData.inv_L + D::kData.shifter), Nf(N - D::kData.shifter), r1(x - Nf * D::kData.L_hi) {}
 };
 
 // HA. The powers' leading part, `high`, and r's, are short, so that their product is exact; the two sums that
 // carry the result keep their rounding errors. `rest` is what `high` lacks, as a fraction of it.
 template <class D>
-struct expm1_ha : D {
+struct Expm1HA : D {
   template <class X>
   static X eval(X x) {
-    const auto& d = D::data;
-    const expm1_reduction<D, X> n(x);
+    const auto& d = D::kData;
+    const Expm1Reduction<D, X> n(x);
     const X w = n.Nf * d.L_lo;
     const X r = n.r1 - w;
     const X r_hi = bit_and(r, constant<X>(d.leading_bits));
@@ -48,7 +48,7 @@ struct expm1_ha : D {
     const X c = r2 * polynomial(r, r2, d.c);
     X high, rest;
     D::powers(n.N, high, rest);
-    const X Ts = high * scale_from<D::b>(n.N);
+    const X Ts = high * scale_from<D::kB>(n.N);
     const auto u = two_sum(Ts, constant<X>(d.minus_one));
     const auto v = fast_two_sum(u.sum, Ts * r_hi);
     const X y = v.sum + (v.error + (u.error + Ts * (c + (r_lo + (rest + rest * (r + c))))));
@@ -58,17 +58,17 @@ struct expm1_ha : D {
 
 // LA. The same without the rounding errors.
 template <class D>
-struct expm1_la : D {
+struct Expm1LA : D {
   template <class X>
   static X eval(X x) {
-    const auto& d = D::data;
-    const expm1_reduction<D, X> n(x);
+    const auto& d = D::kData;
+    const Expm1Reduction<D, X> n(x);
     const X r = n.r1 - n.Nf * d.L_lo;
     const X r2 = r * r;
     const X p = r + r2 * polynomial(r, r2, d.c);
     X high, rest;
     D::powers(n.N, high, rest);
-    const X Ts = high * scale_from<D::b>(n.N);
+    const X Ts = high * scale_from<D::kB>(n.N);
     const X y = (Ts + d.minus_one) + Ts * (p + (rest + rest * p));
     return with_sign_of(y, x);
   }
@@ -76,14 +76,14 @@ struct expm1_la : D {
 
 // EP. The low part of n L is below the accuracy that is asked for.
 template <class D>
-struct expm1_ep : D {
+struct Expm1EP : D {
   template <class X>
   static X eval(X x) {
-    const auto& d = D::ep_data;
+    const auto& d = D::kEpData;
     const X N = x * d.inv_L + d.shifter;
     const X r = x - (N - d.shifter) * d.L;
     const X p = r + r * r * (d.c[0] + r * d.c[1]);
-    const X Ts = D::power(N) * scale_from<D::ep_b>(N);
+    const X Ts = D::power(N) * scale_from<D::kEpB>(N);
     return with_sign_of((Ts + d.minus_one) + Ts * p, x);
   }
 };

@@ -2,54 +2,54 @@
 #include "exp/vdexp.hpp"
 #include "expm1/expm1.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-alignas(64) constexpr double powers_of_two_128[128][2] = {
+alignas(64) constexpr double kPowersOfTwo128[128][2] = {
 #include "expm1/vdexpm1.inc"
 };
 
-struct vdexpm1_data_type {
-  row<double> inv_L = 0x1.71547652b82fep+7;    // 128/ln 2
-  row<double> shifter = 0x1.800000001ff8p+52;  // 1.5 * 2^52 + 128 * 1023
-  row<double> L_hi = 0x1.62e42fef8p-8;  // ln 2/128; short, so that its product with an integer is exact
-  row<double> L_lo = 0x1.1cf79abc9e3b4p-43;
+struct dExpm1Data {
+  Row<double> inv_L = 0x1.71547652b82fep+7;    // 128/ln 2
+  Row<double> shifter = 0x1.800000001ff8p+52;  // 1.5 * 2^52 + 128 * 1023
+  Row<double> L_hi = 0x1.62e42fef8p-8;  // ln 2/128; short, so that its product with an integer is exact
+  Row<double> L_lo = 0x1.1cf79abc9e3b4p-43;
   // (e^r - 1 - r) / r^2, |r| <= ln2/256, to 2^-56 of r
-  row<double> c[4] = {0x1.ffffffffffe5cp-2, 0x1.555555555545ap-3, 0x1.55555c2a552a5p-5, 0x1.1111163bd16bfp-7};
-  row<double> minus_one = -1.0;
-  row<uint64_t> leading_bits = 0xFFFFFFFFF8000000;
+  Row<double> c[4] = {0x1.ffffffffffe5cp-2, 0x1.555555555545ap-3, 0x1.55555c2a552a5p-5, 0x1.1111163bd16bfp-7};
+  Row<double> minus_one = -1.0;
+  Row<uint64_t> leading_bits = 0xFFFFFFFFF8000000;
 };
-struct vdexpm1_ep_data_type {
-  row<double> inv_L = 0x1.71547652b82fep+6;    // 64/ln 2
-  row<double> shifter = 0x1.800000000ffcp+52;  // 1.5 * 2^52 + 64 * 1023
-  row<double> L = 0x1.62e42fefap-7;
+struct dExpm1EpData {
+  Row<double> inv_L = 0x1.71547652b82fep+6;    // 64/ln 2
+  Row<double> shifter = 0x1.800000000ffcp+52;  // 1.5 * 2^52 + 64 * 1023
+  Row<double> L = 0x1.62e42fefap-7;
   // (e^r - 1 - r) / r^2, |r| <= ln2/128, to 2^-37
-  row<double> c[2] = {0x1.000021f5a388bp-1, 0x1.55557621dd3b6p-3};
-  row<double> minus_one = -1.0;
+  Row<double> c[2] = {0x1.000021f5a388bp-1, 0x1.55557621dd3b6p-3};
+  Row<double> minus_one = -1.0;
 };
 
 // |x| from 707.7033 on is rare.
-constexpr row<double> rare_from = 0x1.61da04cbafe44p+9;
+constexpr Row<double> kRareFrom = 0x1.61da04cbafe44p+9;
 
-struct dExpm1 : kernel<double> {
-  static constexpr vdexpm1_data_type data{};
-  static constexpr vdexpm1_ep_data_type ep_data{};
-  static constexpr int b = 7, ep_b = 6;
+struct dExpm1 : Kernel<double> {
+  static constexpr dExpm1Data kData{};
+  static constexpr dExpm1EpData kEpData{};
+  static constexpr int kB = 7, kEpB = 6;
 
   template <class X>
   static void powers(X N, X& high, X& rest) {
-    const spilled_words<X> n(N);
+    const SpilledWords<X> n(N);
     gather_pairs(
-        powers_of_two_128[0], [&](int lane) { return n.low(lane) & 127; }, high, rest);
+        kPowersOfTwo128[0], [&](int lane) { return n.low(lane) & 127; }, high, rest);
   }
   template <class X>
   static X power(X N) {
-    const spilled_words<X> n(N);
+    const SpilledWords<X> n(N);
     return from_ints<X>(gather64<X>(_tefdExpHATab[0], [&](int lane) { return 2 * (n.low(lane) & 63); }));
   }
   template <class X>
   static X rare(X x) {
-    return not_below(magnitude(x), rare_from);
+    return not_below(magnitude(x), kRareFrom);
   }
   // Far below 0 the result is -1, and no underflow is told. The others are so large that e^x - 1 is e^x.
   static int rare_lane(const double* a, double* r) {
@@ -59,9 +59,9 @@ struct dExpm1 : kernel<double> {
   }
 };
 
-using dExpm1HA = expm1_ha<dExpm1>;
-using dExpm1LA = expm1_la<dExpm1>;
-using dExpm1EP = expm1_ep<dExpm1>;
+using dExpm1HA = Expm1HA<dExpm1>;
+using dExpm1LA = Expm1LA<dExpm1>;
+using dExpm1EP = Expm1EP<dExpm1>;
 
 }  // namespace
 ORX_ISA_END

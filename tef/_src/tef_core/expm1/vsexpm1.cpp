@@ -2,52 +2,52 @@
 #include "exp/vsexp.hpp"
 #include "expm1/expm1.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-alignas(64) constexpr float powers_of_two_4[2][8] = {
+alignas(64) constexpr float kPowersOfTwo4[2][8] = {
 #include "expm1/vsexpm1.inc"
 };
 
-struct vsexpm1_data_type {
-  row<float> inv_L = 0x1.715476p+2f;     // 4/ln 2
-  row<float> shifter = 0x1.8003f8p+23f;  // 1.5 * 2^23 + 4 * 127
-  row<float> L_hi = 0x1.62ep-3f;         // ln 2/4; short, so that its product with an integer is exact
-  row<float> L_lo = 0x1.0bfbe8p-17f;
+struct sExpm1Data {
+  Row<float> inv_L = 0x1.715476p+2f;     // 4/ln 2
+  Row<float> shifter = 0x1.8003f8p+23f;  // 1.5 * 2^23 + 4 * 127
+  Row<float> L_hi = 0x1.62ep-3f;         // ln 2/4; short, so that its product with an integer is exact
+  Row<float> L_lo = 0x1.0bfbe8p-17f;
   // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-35
-  row<float> c[4] = {0x1.fffffep-2f, 0x1.555554p-3f, 0x1.557288p-5f, 0x1.1128ep-7f};
-  row<float> minus_one = -1.0f;
-  row<uint32_t> leading_bits = 0xFFFFF000;
+  Row<float> c[4] = {0x1.fffffep-2f, 0x1.555554p-3f, 0x1.557288p-5f, 0x1.1128ep-7f};
+  Row<float> minus_one = -1.0f;
+  Row<uint32_t> leading_bits = 0xFFFFF000;
 };
-struct vsexpm1_ep_data_type {
-  row<float> inv_L = 0x1.715476p+2f;
-  row<float> shifter = 0x1.8003f8p+23f;
-  row<float> L = 0x1.62e43p-3f;
+struct sExpm1EpData {
+  Row<float> inv_L = 0x1.715476p+2f;
+  Row<float> shifter = 0x1.8003f8p+23f;
+  Row<float> L = 0x1.62e43p-3f;
   // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-21
-  row<float> c[2] = {0x1.0021e4p-1f, 0x1.557624p-3f};
-  row<float> minus_one = -1.0f;
+  Row<float> c[2] = {0x1.0021e4p-1f, 0x1.557624p-3f};
+  Row<float> minus_one = -1.0f;
 };
 
-constexpr row<float> rare_from = 0x1.5d58ap+6f;
+constexpr Row<float> kRareFrom = 0x1.5d58ap+6f;
 
-struct sExpm1 : kernel<float> {
-  static constexpr int together = 2;
-  static constexpr vsexpm1_data_type data{};
-  static constexpr vsexpm1_ep_data_type ep_data{};
-  static constexpr int b = 2, ep_b = 2;
+struct sExpm1 : Kernel<float> {
+  static constexpr int kTogether = 2;
+  static constexpr sExpm1Data kData{};
+  static constexpr sExpm1EpData kEpData{};
+  static constexpr int kB = 2, kEpB = 2;
 
   template <class X>
   static void powers(X N, X& high, X& rest) {
-    high = select_of_4(powers_of_two_4[0], N);
-    rest = select_of_4(powers_of_two_4[1], N);
+    high = select_of_4(kPowersOfTwo4[0], N);
+    rest = select_of_4(kPowersOfTwo4[1], N);
   }
   template <class X>
   static X power(X N) {
-    return select_of_4(rounded_powers, N);
+    return select_of_4(kRoundedPowers, N);
   }
   template <class X>
   static X rare(X x) {
-    return not_below(magnitude(x), rare_from);
+    return not_below(magnitude(x), kRareFrom);
   }
   static int rare_lane(const float* a, float* r) {
     if (!(*a < 0)) return vsexp_cout_rare(a, r);
@@ -56,14 +56,14 @@ struct sExpm1 : kernel<float> {
   }
 
  private:
-  alignas(32) static constexpr float rounded_powers[8] = {0x1p+0f,        0x1.306fep+0f, 0x1.6a09e6p+0f,
+  alignas(32) static constexpr float kRoundedPowers[8] = {0x1p+0f,        0x1.306fep+0f, 0x1.6a09e6p+0f,
                                                           0x1.ae89fap+0f, 0x1p+0f,       0x1.306fep+0f,
                                                           0x1.6a09e6p+0f, 0x1.ae89fap+0f};
 };
 
-using sExpm1HA = expm1_ha<sExpm1>;
-using sExpm1LA = expm1_la<sExpm1>;
-using sExpm1EP = expm1_ep<sExpm1>;
+using sExpm1HA = Expm1HA<sExpm1>;
+using sExpm1LA = Expm1LA<sExpm1>;
+using sExpm1EP = Expm1EP<sExpm1>;
 
 }  // namespace
 ORX_ISA_END

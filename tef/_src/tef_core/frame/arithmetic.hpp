@@ -3,10 +3,10 @@
 #include "frame/control.hpp"
 #include "frame/simd.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 
 // Which input, if any, is the output array itself.
-enum class alias { none, first, second };
+enum class Alias { None, First, Second };
 
 // Elements before the first 32-byte boundary of r, or n where r never gets to one or where the rest would not
 // fill a block.
@@ -18,21 +18,21 @@ int peel_count(int n, const T* r, int block) {
   return n < peel + block ? n : peel;
 }
 
-template <class Op, alias where, class T>
+template <class Op, Alias where, class T>
 void arithmetic_scalar(int from, int to, const T* a, const T* b, T* r) {
   for (int i = from; i < to; ++i)
-    r[i] = Op::apply(where == alias::first ? r[i] : a[i], where == alias::second ? r[i] : b[i]);
+    r[i] = Op::apply(where == Alias::First ? r[i] : a[i], where == Alias::Second ? r[i] : b[i]);
 }
 
 // Blocks of `vectors` vectors W wide, from element `i` on. The operand that is r is read as r is stored.
-template <class Op, alias where, class W, int vectors, bool aligned, class T>
+template <class Op, Alias where, class W, int vectors, bool aligned, class T>
 int arithmetic_blocks(int i, int end, const T* a, const T* b, T* r) {
   constexpr int lanes = sizeof(W) / sizeof(T);
   for (; i < end; i += vectors * lanes) {
     for (int v = 0; v < vectors; ++v) {
       const int j = i + v * lanes;
-      const W x = where == alias::first ? load<W, aligned>(r + j) : load<W>(a + j);
-      const W y = where == alias::second ? load<W, aligned>(r + j) : load<W>(b + j);
+      const W x = where == Alias::First ? load<W, aligned>(r + j) : load<W>(a + j);
+      const W y = where == Alias::Second ? load<W, aligned>(r + j) : load<W>(b + j);
       store<aligned>(r + j, Op::apply(x, y));
     }
   }
@@ -41,10 +41,10 @@ int arithmetic_blocks(int i, int end, const T* a, const T* b, T* r) {
 
 // 16 elements per iteration, stores aligned; singles that do not overwrite an input go 32 at a time, without
 // peeling.
-template <class Op, alias where, class T>
+template <class Op, Alias where, class T>
 void arithmetic_copy(int n, const T* a, const T* b, T* r) {
-  constexpr bool peeled = sizeof(T) == 8 || where != alias::none || Op::unary;
-  using W = vector_of<T, 32>;
+  constexpr bool peeled = sizeof(T) == 8 || where != Alias::None || Op::kUnary;
+  using W = VectorOf<T, 32>;
   constexpr int block = peeled ? 16 : 32;
   const int p = peeled ? peel_count(n, r, block) : (n < block ? n : 0);
   const int m = n - (n - p) % block;
@@ -56,16 +56,16 @@ void arithmetic_copy(int n, const T* a, const T* b, T* r) {
 template <class Op, class T>
 __attribute__((noinline)) void arithmetic_body(int n, const T* a, const T* b, T* r) {
   if (r == a)
-    arithmetic_copy<Op, alias::first>(n, a, b, r);
+    arithmetic_copy<Op, Alias::First>(n, a, b, r);
   else if (r == b)
-    arithmetic_copy<Op, alias::second>(n, a, b, r);
+    arithmetic_copy<Op, Alias::Second>(n, a, b, r);
   else
-    arithmetic_copy<Op, alias::none>(n, a, b, r);
+    arithmetic_copy<Op, Alias::None>(n, a, b, r);
 }
 
 template <class Op, class T>
 void arithmetic(int n, const T* a, const T* b, T* r) {
-  const control_state control(control_state::from_mode());
+  const ControlState control(ControlState::from_mode());
   if (n > 0) arithmetic_body<Op>(n, a, b, r);
   zero_upper();
 }
@@ -75,8 +75,8 @@ ORX_ISA_END
 // Defines both precisions of a function of two inputs: ORX_ARITHMETIC(Add, x + y).
 #define ORX_ARITHMETIC(Fn, expression)                                                              \
   namespace {                                                                                       \
-  struct operation {                                                                                \
-    static constexpr bool unary = false;                                                            \
+  struct Operation {                                                                                \
+    static constexpr bool kUnary = false;                                                           \
     template <class V>                                                                              \
     static V apply(V x, V y) {                                                                      \
       return expression;                                                                            \
@@ -84,8 +84,8 @@ ORX_ISA_END
   };                                                                                                \
   }                                                                                                 \
   ORX_API void orx_tef_kernel_s##Fn##_G9HAynn(int n, const float* a, const float* b, float* r) {    \
-    orx::tef::arithmetic<operation>(n, a, b, r);                                                    \
+    orx::tef::arithmetic<Operation>(n, a, b, r);                                                    \
   }                                                                                                 \
   ORX_API void orx_tef_kernel_d##Fn##_G9HAynn(int n, const double* a, const double* b, double* r) { \
-    orx::tef::arithmetic<operation>(n, a, b, r);                                                    \
+    orx::tef::arithmetic<Operation>(n, a, b, r);                                                    \
   }

@@ -2,31 +2,31 @@
 #pragma once
 #include <cstdint>
 
-#include "frame/isa.hpp"
+#include "frame/simd.hpp"
 #include "mode/mode.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 
-constexpr uint32_t mxcsr_flush_bits = 0x8040;    // flush-to-zero, denormals-are-zero
-constexpr uint32_t mxcsr_checked_bits = 0xE040;  // and the two rounding bits
+constexpr uint32_t kMxcsrFlushBits = 0x8040;    // flush-to-zero, denormals-are-zero
+constexpr uint32_t kMxcsrCheckedBits = 0xE040;  // and the two rounding bits
 
 // Sets MXCSR for the life of the object. The saved image goes back whole: exception flags that were raised in
 // between are lost where the state had to be changed, and stay where it had not. The arithmetic must stand in
 // a function that is not inlined between the two writes of MXCSR, or the compiler might move it across them.
-class control_state {
+class ControlState {
  public:
-  explicit control_state(uint32_t wanted)
-      : saved_(_mm_getcsr()), changed_((saved_ & mxcsr_checked_bits) != wanted) {
-    if (changed_) _mm_setcsr((saved_ & ~mxcsr_checked_bits) | wanted);
+  explicit ControlState(uint32_t wanted)
+      : saved_(_mm_getcsr()), changed_((saved_ & kMxcsrCheckedBits) != wanted) {
+    if (changed_) _mm_setcsr((saved_ & ~kMxcsrCheckedBits) | wanted);
   }
-  ~control_state() {
+  ~ControlState() {
     if (changed_) _mm_setcsr(saved_);
   }
-  control_state(const control_state&) = delete;
-  control_state& operator=(const control_state&) = delete;
+  ControlState(const ControlState&) = delete;
+  ControlState& operator=(const ControlState&) = delete;
 
   // The flush bits that the thread's mode word asks for; "off" and "not set" are the same.
-  static uint32_t from_mode() { return (mode() & TEF_FLUSH_MASK) == TEF_FLUSH_ON ? mxcsr_flush_bits : 0; }
+  static uint32_t from_mode() { return (mode() & TEF_FLUSH_MASK) == TEF_FLUSH_ON ? kMxcsrFlushBits : 0; }
 
  private:
   uint32_t saved_;

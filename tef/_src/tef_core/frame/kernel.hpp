@@ -4,7 +4,7 @@
 //
 //   T                     element type
 //   inputs, outputs       how many vectors go in and come out
-//   scalar_second         the second input is one value, not a vector
+//   kScalarSecond         the second input is one value, not a vector
 //   safe                  padding: a value at which the function runs clean and is not rare
 //   rare(X x...)          for X any vec of T: a vec in which the sign of a lane tells that the lane's result
 //   will not be
@@ -18,27 +18,27 @@
 #include "frame/control.hpp"
 #include "frame/simd.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 
 // What most kernels have in common; a description derives from it.
 template <class Element, int in = 1, int out = 1>
-struct kernel {
+struct Kernel {
   using T = Element;
-  static constexpr int inputs = in, outputs = out;
-  static constexpr bool scalar_second = false;
-  static constexpr T safe = T(0.75);
-  static constexpr int together = 1;
+  static constexpr int kInputs = in, kOutputs = out;
+  static constexpr bool kScalarSecond = false;
+  static constexpr T kSafe = T(0.75);
+  static constexpr int kTogether = 1;
 };
 
 // The vectors of one call.
 template <class T, int in, int out>
-struct operands {
+struct Operands {
   const T* a[in];
   T* r[out];
   const char* name;
 };
 template <class K>
-using operands_of = operands<typename K::T, K::inputs, K::outputs>;
+using OperandsOf = Operands<typename K::T, K::kInputs, K::kOutputs>;
 
 inline void report_error(int status, int index, const float* a1, const float* a2, float* r1, float* r2,
                          const char* name) {
@@ -51,37 +51,37 @@ inline void report_error(int status, int index, const double* a1, const double* 
 
 // Row c has its first c lanes set.
 template <class T>
-struct mask_rows {
-  static constexpr int lanes = vector_bytes / sizeof(T);
-  bits_of<T> lane[lanes + 1][lanes];
-  constexpr mask_rows() : lane{} {
-    for (int c = 0; c <= lanes; ++c)
-      for (int i = 0; i < c; ++i) lane[c][i] = ~bits_of<T>(0);
+struct MaskRows {
+  static constexpr int kLanes = kVectorBytes / sizeof(T);
+  BitsOf<T> lane[kLanes + 1][kLanes];
+  constexpr MaskRows() : lane{} {
+    for (int c = 0; c <= kLanes; ++c)
+      for (int i = 0; i < c; ++i) lane[c][i] = ~BitsOf<T>(0);
   }
 };
 template <class T>
-alignas(64) inline constexpr mask_rows<T> bm{};
+alignas(64) inline constexpr MaskRows<T> bm{};
 
 // The first `count` elements at p, `safe` in the other lanes; and the same way out. No other element is
 // touched.
 template <class T>
-inline vec<T, 1> load_lanes(const T* p, int count, T safe) {
+inline Vec<T, 1> load_lanes(const T* p, int count, T safe) {
 #if defined(__AVX__)
-  const vector_of<T> rest = broadcast<vec<T, 1>>(safe).v[0];
+  const VectorOf<T> rest = broadcast<Vec<T, 1>>(safe).v[0];
   const __m256i mask = load<__m256i, true>(bm<T>.lane[count]);
   if constexpr (sizeof(T) == 8)
     return {{_mm256_blendv_pd(rest, _mm256_maskload_pd(p, mask), _mm256_castsi256_pd(mask))}};
   else
     return {{_mm256_blendv_ps(rest, _mm256_maskload_ps(p, mask), _mm256_castsi256_ps(mask))}};
 #else
-  alignas(16) T lane[vec<T, 1>::lanes];
-  for (int i = 0; i < vec<T, 1>::lanes; ++i) lane[i] = i < count ? p[i] : safe;
-  return load_vectors<vec<T, 1>>(lane);
+  alignas(16) T lane[Vec<T, 1>::kLanes];
+  for (int i = 0; i < Vec<T, 1>::kLanes; ++i) lane[i] = i < count ? p[i] : safe;
+  return load_vectors<Vec<T, 1>>(lane);
 #endif
 }
 
 template <class T>
-inline void store_lanes(T* p, int count, vec<T, 1> x) {
+inline void store_lanes(T* p, int count, Vec<T, 1> x) {
 #if defined(__AVX__)
   const __m256i mask = load<__m256i, true>(bm<T>.lane[count]);
   if constexpr (sizeof(T) == 8)
@@ -89,40 +89,40 @@ inline void store_lanes(T* p, int count, vec<T, 1> x) {
   else
     _mm256_maskstore_ps(p, mask, x.v[0]);
 #else
-  alignas(16) T lane[vec<T, 1>::lanes];
+  alignas(16) T lane[Vec<T, 1>::kLanes];
   store_vectors<true>(lane, x);
   for (int i = 0; i < count; ++i) p[i] = lane[i];
 #endif
 }
 
-// Vectors in flight: K::inputs arguments and K::outputs results, each of n vectors.
+// Vectors in flight: K::kInputs arguments and K::kOutputs results, each of n vectors.
 template <class K, int n>
-struct batch {
+struct Batch {
   using T = typename K::T;
-  using X = vec<T, n>;
-  X x[K::inputs], y[K::outputs];
+  using X = Vec<T, n>;
+  X x[K::kInputs], y[K::kOutputs];
 
-  void load(const operands_of<K>& o, unsigned i) {
-    for (int k = 0; k < K::inputs; ++k)
-      x[k] = k == 1 && K::scalar_second ? broadcast<X>(*o.a[1]) : load_vectors<X>(o.a[k] + i);
+  void load(const OperandsOf<K>& o, unsigned i) {
+    for (int k = 0; k < K::kInputs; ++k)
+      x[k] = k == 1 && K::kScalarSecond ? broadcast<X>(*o.a[1]) : load_vectors<X>(o.a[k] + i);
   }
-  void load_first(const operands_of<K>& o, unsigned i, int count) {
-    for (int k = 0; k < K::inputs; ++k)
-      x[k] = k == 1 && K::scalar_second ? broadcast<X>(*o.a[1]) : load_lanes(o.a[k] + i, count, K::safe);
+  void load_first(const OperandsOf<K>& o, unsigned i, int count) {
+    for (int k = 0; k < K::kInputs; ++k)
+      x[k] = k == 1 && K::kScalarSecond ? broadcast<X>(*o.a[1]) : load_lanes(o.a[k] + i, count, K::kSafe);
   }
-  void store(const operands_of<K>& o, unsigned i) const {
-    for (int k = 0; k < K::outputs; ++k) store_vectors(o.r[k] + i, y[k]);
+  void store(const OperandsOf<K>& o, unsigned i) const {
+    for (int k = 0; k < K::kOutputs; ++k) store_vectors(o.r[k] + i, y[k]);
   }
   X rare() const {
-    if constexpr (K::inputs == 1)
+    if constexpr (K::kInputs == 1)
       return K::rare(x[0]);
     else
       return K::rare(x[0], x[1]);
   }
   void eval() {
-    if constexpr (K::inputs == 1 && K::outputs == 1)
+    if constexpr (K::kInputs == 1 && K::kOutputs == 1)
       y[0] = K::eval(x[0]);
-    else if constexpr (K::inputs == 2 && K::outputs == 1)
+    else if constexpr (K::kInputs == 2 && K::kOutputs == 1)
       y[0] = K::eval(x[0], x[1]);
     else
       K::eval(x[0], y[0], y[1]);
@@ -131,18 +131,18 @@ struct batch {
 
 // The same in memory, for the scalar routine.
 template <class K, int n>
-struct spilled {
-  using X = typename batch<K, n>::X;
-  alignas(64) typename K::T x[K::inputs][X::lanes], y[K::outputs][X::lanes];
+struct Spilled {
+  using X = typename Batch<K, n>::X;
+  alignas(64) typename K::T x[K::kInputs][X::kLanes], y[K::kOutputs][X::kLanes];
 
-  explicit spilled(const batch<K, n>& b) {
-    for (int k = 0; k < K::inputs; ++k) store_vectors<true>(x[k], b.x[k]);
-    for (int k = 0; k < K::outputs; ++k) store_vectors<true>(y[k], b.y[k]);
+  explicit Spilled(const Batch<K, n>& b) {
+    for (int k = 0; k < K::kInputs; ++k) store_vectors<true>(x[k], b.x[k]);
+    for (int k = 0; k < K::kOutputs; ++k) store_vectors<true>(y[k], b.y[k]);
   }
   int rare_lane(int lane) {
-    if constexpr (K::inputs == 1 && K::outputs == 1)
+    if constexpr (K::kInputs == 1 && K::kOutputs == 1)
       return K::rare_lane(x[0] + lane, y[0] + lane);
-    else if constexpr (K::inputs == 2 && K::outputs == 1)
+    else if constexpr (K::kInputs == 2 && K::kOutputs == 1)
       return K::rare_lane(x[0] + lane, x[1] + lane, y[0] + lane);
     else
       return K::rare_lane(x[0] + lane, y[0] + lane, y[1] + lane);
@@ -153,43 +153,43 @@ struct spilled {
 // then the error layer, whose callback sees the element in the caller's vectors and may change the result
 // there.
 template <class K, int n>
-void repair(batch<K, n>& b, int base, const operands_of<K>& o) {
+void repair(Batch<K, n>& b, int base, const OperandsOf<K>& o) {
   const int mask = movemask(b.rare());
-  spilled<K, n> s(b);
-  for (int lane = 0; lane < batch<K, n>::X::lanes; ++lane) {
+  Spilled<K, n> s(b);
+  for (int lane = 0; lane < Batch<K, n>::X::kLanes; ++lane) {
     if (!(mask >> lane & 1)) continue;
     zero_upper();
     const int status = s.rare_lane(lane);
     if (status == StatusOk) continue;
     const int i = base + lane;
-    for (int k = 0; k < K::outputs; ++k) o.r[k][i] = s.y[k][lane];
+    for (int k = 0; k < K::kOutputs; ++k) o.r[k][i] = s.y[k][lane];
     // The error layer looks for the second input at index i of a vector.
-    const typename K::T* second = K::scalar_second ? o.a[1] - i : o.a[K::inputs - 1];
-    report_error(status, i, o.a[0], second, o.r[0], o.r[K::outputs - 1], o.name);
-    for (int k = 0; k < K::outputs; ++k) s.y[k][lane] = o.r[k][i];
+    const typename K::T* second = K::kScalarSecond ? o.a[1] - i : o.a[K::kInputs - 1];
+    report_error(status, i, o.a[0], second, o.r[0], o.r[K::kOutputs - 1], o.name);
+    for (int k = 0; k < K::kOutputs; ++k) s.y[k][lane] = o.r[k][i];
   }
-  for (int k = 0; k < K::outputs; ++k) b.y[k] = load_vectors<typename batch<K, n>::X>(s.y[k]);
+  for (int k = 0; k < K::kOutputs; ++k) b.y[k] = load_vectors<typename Batch<K, n>::X>(s.y[k]);
 }
 
 // Elements i to end - 1, at most a vector at a time, through masks.
 template <class K>
-__attribute__((noinline)) void masked_part(unsigned i, unsigned end, const operands_of<K>& o) {
-  constexpr unsigned lanes = vec<typename K::T, 1>::lanes;
+__attribute__((noinline)) void masked_part(unsigned i, unsigned end, const OperandsOf<K>& o) {
+  constexpr unsigned lanes = Vec<typename K::T, 1>::kLanes;
   for (; i < end; i += lanes) {
     const int count = static_cast<int>(end - i < lanes ? end - i : lanes);
-    batch<K, 1> b;
+    Batch<K, 1> b;
     b.load_first(o, i, count);
     b.eval();
     if (any(b.rare())) repair(b, static_cast<int>(i), o);
-    for (int k = 0; k < K::outputs; ++k) store_lanes(o.r[k] + i, count, b.y[k]);
+    for (int k = 0; k < K::kOutputs; ++k) store_lanes(o.r[k] + i, count, b.y[k]);
   }
 }
 
 // A block with rare elements, from its arguments on. Not inlined, so that the main loop need not keep for it
 // what it does not need itself.
 template <class K>
-__attribute__((noinline, cold)) void rare_block(unsigned i, const operands_of<K>& o) {
-  batch<K, 2> b;
+__attribute__((noinline, cold)) void rare_block(unsigned i, const OperandsOf<K>& o) {
+  Batch<K, 2> b;
   b.load(o, i);
   b.eval();
   repair(b, static_cast<int>(i), o);
@@ -198,19 +198,19 @@ __attribute__((noinline, cold)) void rare_block(unsigned i, const operands_of<K>
 
 // Elements i to end - 1, two vectors at a time.
 template <class K>
-__attribute__((noinline)) void main_part(unsigned i, unsigned end, const operands_of<K>& vectors) {
-  const operands_of<K> o = vectors;  // a copy that stores through o.r cannot be taken to change
-  for (; i < end; i += vec<typename K::T, 2>::lanes) {
-    batch<K, 2> b;
+__attribute__((noinline)) void main_part(unsigned i, unsigned end, const OperandsOf<K>& vectors) {
+  const OperandsOf<K> o = vectors;  // a copy that stores through o.r cannot be taken to change
+  for (; i < end; i += Vec<typename K::T, 2>::kLanes) {
+    Batch<K, 2> b;
     b.load(o, i);
     if (__builtin_expect(any(b.rare()), 0)) {
       rare_block<K>(i, vectors);
       continue;
     }
-    constexpr int together = K::together;
+    constexpr int together = K::kTogether;
     for (int v = 0; v < 2; v += together) {
-      const unsigned j = i + v * vec<typename K::T, 1>::lanes;
-      batch<K, together> part;
+      const unsigned j = i + v * Vec<typename K::T, 1>::kLanes;
+      Batch<K, together> part;
       part.load(o, j);
       part.eval();
       part.store(o, j);
@@ -220,9 +220,9 @@ __attribute__((noinline)) void main_part(unsigned i, unsigned end, const operand
 
 // All n elements; the count is taken as unsigned.
 template <class K>
-__attribute__((noinline)) void kernel_body(unsigned n, const operands_of<K>& o) {
-  constexpr unsigned block = vec<typename K::T, 2>::lanes;
-  const unsigned to_boundary = -reinterpret_cast<uintptr_t>(o.a[0]) % vector_bytes / sizeof(typename K::T);
+__attribute__((noinline)) void kernel_body(unsigned n, const OperandsOf<K>& o) {
+  constexpr unsigned block = Vec<typename K::T, 2>::kLanes;
+  const unsigned to_boundary = -reinterpret_cast<uintptr_t>(o.a[0]) % kVectorBytes / sizeof(typename K::T);
   const unsigned p = n < to_boundary ? n : to_boundary;
   const unsigned m = p + (n - p) / block * block;
   masked_part<K>(0, p, o);
@@ -231,8 +231,8 @@ __attribute__((noinline)) void kernel_body(unsigned n, const operands_of<K>& o) 
 }
 
 template <class K>
-inline void run_kernel(int n, const operands_of<K>& o) {
-  const control_state control(control_state::from_mode());
+inline void run_kernel(int n, const OperandsOf<K>& o) {
+  const ControlState control(ControlState::from_mode());
   kernel_body<K>(static_cast<unsigned>(n), o);
   zero_upper();
 }

@@ -7,7 +7,7 @@ namespace orx::tef {
 namespace {
 
 template <class T>
-struct fraction {
+struct Fraction {
   T scalea, shifta, scaleb, shiftb;
 
   template <class X>
@@ -18,19 +18,19 @@ struct fraction {
 };
 
 template <class T>
-__attribute__((noinline)) void linear_fraction_body(int n, const T* a, const T* b, const fraction<T>& f,
+__attribute__((noinline)) void linear_fraction_body(int n, const T* a, const T* b, const Fraction<T>& f,
                                                     T* r) {
-  using X = vec<T, 1>;
+  using X = Vec<T, 1>;
   int i = 0;
-  for (; i + X::lanes <= n; i += X::lanes)
+  for (; i + X::kLanes <= n; i += X::kLanes)
     store_vectors(r + i, f(load_vectors<X>(a + i), load_vectors<X>(b + i)));
   for (; i < n; ++i) r[i] = (a[i] * f.scalea + f.shifta) / (b[i] * f.scaleb + f.shiftb);
 }
 
 // The mode word is not asked: denormals are never flushed.
 template <class T>
-void linear_fraction(int n, const T* a, const T* b, const fraction<T>& f, T* r) {
-  const control_state control(0);
+void linear_fraction(int n, const T* a, const T* b, const Fraction<T>& f, T* r) {
+  const ControlState control(0);
   linear_fraction_body(n, a, b, f, r);
 }
 
@@ -44,5 +44,5 @@ using namespace orx::tef;
   ORX_API void orx_tef_kernel_##t##Fn##_##code ORX_PARAMETERS_linearfrac(ORX_REAL_##t) { \
     linear_fraction(n, a, b, K<ORX_REAL_##t>{scalea, shifta, scaleb, shiftb}, r);        \
   }
-ORX_LINEARFRAC_KERNEL(s, LinearFrac, N8HAynn, fraction, 5, -10, 10)
-ORX_LINEARFRAC_KERNEL(d, LinearFrac, N8HAynn, fraction, 5, -10, 10)
+ORX_LINEARFRAC_KERNEL(s, LinearFrac, N8HAynn, Fraction, 5, -10, 10)
+ORX_LINEARFRAC_KERNEL(d, LinearFrac, N8HAynn, Fraction, 5, -10, 10)

@@ -13,41 +13,41 @@
 
 #include "frame/kernel.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 
 // Masks: the fraction, the exponent field of 2^-10, the leading 26 significant bits.
-struct log_bits {
-  row<uint64_t> fraction = 0x000FFFFFFFFFFFFF;
-  row<uint64_t> exponent = 0x3F50000000000000;
-  row<uint64_t> leading = 0xFFFFFFFFFC000000;
+struct LogBits {
+  Row<uint64_t> fraction = 0x000FFFFFFFFFFFFF;
+  Row<uint64_t> exponent = 0x3F50000000000000;
+  Row<uint64_t> leading = 0xFFFFFFFFFC000000;
 };
-inline constexpr log_bits log_masks{};
+inline constexpr LogBits kLogMasks{};
 
 template <class X>
 inline X log_fraction(X x) {
-  return bit_or(bit_and(x, constant<X>(log_masks.fraction)), constant<X>(log_masks.exponent));
+  return bit_or(bit_and(x, constant<X>(kLogMasks.fraction)), constant<X>(kLogMasks.exponent));
 }
 
 template <class X>
-struct log_reduced {
+struct LogReduced {
   X e, R;
 };
 // The reduced argument and R, which comes as an index too.
 template <class D, class X>
-inline log_reduced<X> log_reduce(X m, indices<X>& index) {
-  const X R = integer_reciprocal(m, D::unit, index);
-  const X m_hi = bit_and(m, constant<X>(log_masks.leading));
+inline LogReduced<X> log_reduce(X m, Indices<X>& index) {
+  const X R = integer_reciprocal(m, D::kUnit, index);
+  const X m_hi = bit_and(m, constant<X>(kLogMasks.leading));
   const X m_lo = m - m_hi;
-  return {(m_hi * R - D::data.unit) + m_lo * R, R};
+  return {(m_hi * R - D::kData.unit) + m_lo * R, R};
 }
 
 // k L + T + e + q, the first three as an exact sum of a high part and a correction; `rest` comes with q.
 template <class D, class X>
-inline X log_ha(X k, const indices<X>& R, X e, X q) {
-  const auto& d = D::data;
+inline X log_ha(X k, const Indices<X>& R, X e, X q) {
+  const auto& d = D::kData;
   X T_hi, T_lo;
   gather_pairs(
-      D::table[0], [&](int lane) { return R.at[lane] - D::first; }, T_hi, T_lo);
+      D::kTable[0], [&](int lane) { return R.at[lane] - D::kFirst; }, T_hi, T_lo);
   const X H = k * d.L_hi + T_hi;
   const X S = H + e;
   const X c = e - (S - H);
@@ -58,24 +58,24 @@ inline X log_ha(X k, const indices<X>& R, X e, X q) {
 // The same in one double. The exponent counts from the nearest power of two, so that T is 0 near 1 and
 // nothing cancels; the table tells the bias that belongs to T.
 template <class D, class X>
-inline X log_la(X k, const indices<X>& R, X e, X q) {
+inline X log_la(X k, const Indices<X>& R, X e, X q) {
   X T, bias;
   gather_pairs(
-      D::la_table[0], [&](int lane) { return R.at[lane] - D::first; }, T, bias);
-  return ((k - bias) * D::data.L + T) + (e + q);
+      D::kLaTable[0], [&](int lane) { return R.at[lane] - D::kFirst; }, T, bias);
+  return ((k - bias) * D::kData.L + T) + (e + q);
 }
 
 // log x for finite x > 0, denormal too, as accurate as the HA kernel.
 template <class D>
 inline double log_positive(double x) {
-  using X = vec<double, 1>;
+  using X = Vec<double, 1>;
   double shift = 0.0;
   if (x < DBL_MIN) {
     x *= 0x1p60;
     shift = 60.0;
   }
   const X v = broadcast<X>(hidden(x));
-  indices<X> R;
+  Indices<X> R;
   const X e = log_reduce<D>(log_fraction(v), R).e;
   return log_ha<D>(exponent_field(v) - broadcast<X>(hidden(shift)), R, e, D::polynomial_ha(e)).v[0][0];
 }
@@ -103,30 +103,30 @@ inline int log_cout_rare(const double* a, double* r) {
 
 // Kernels on positive normal numbers; everything else is rare.
 template <class D>
-struct double_log : kernel<double> {
+struct DoubleLog : Kernel<double> {
   template <class X>
   static X rare(X x) {
-    return outside(x, smallest, largest);
+    return outside(x, kSmallest, kLargest);
   }
   static int rare_lane(const double* a, double* r) { return D::cout_rare(a, r); }
 
  private:
-  static constexpr row<double> smallest = DBL_MIN, largest = DBL_MAX;
+  static constexpr Row<double> kSmallest = DBL_MIN, kLargest = DBL_MAX;
 };
 template <class D>
-struct double_log_ha : double_log<D> {
+struct DoubleLogHA : DoubleLog<D> {
   template <class X>
   static X eval(X x) {
-    indices<X> R;
+    Indices<X> R;
     const X e = log_reduce<D>(log_fraction(x), R).e;
     return log_ha<D>(exponent_field(x), R, e, D::polynomial_ha(e));
   }
 };
 template <class D, bool ep = false>
-struct double_log_la : double_log<D> {
+struct DoubleLogLA : DoubleLog<D> {
   template <class X>
   static X eval(X x) {
-    indices<X> R;
+    Indices<X> R;
     const X e = log_reduce<D>(log_fraction(x), R).e;
     return log_la<D>(exponent_field(x), R, e, D::template polynomial_la<ep>(e));
   }

@@ -8,55 +8,55 @@
 
 #include "frame/kernel.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 
-struct single_log_constants {
-  row<float> three = 3.0f, one = 1.0f;
-  row<float> bias = 0x1p30f;  // 128 in an exponent field, as an integer
-  row<uint32_t> exponent_field = 0x7F800000;
+struct SingleLogConstants {
+  Row<float> three = 3.0f, one = 1.0f;
+  Row<float> bias = 0x1p30f;  // 128 in an exponent field, as an integer
+  Row<uint32_t> exponent_field = 0x7F800000;
 };
-inline constexpr single_log_constants slog_data{};
+inline constexpr SingleLogConstants kSlogData{};
 
 template <class X>
-struct single_log_parts {
+struct SingleLogParts {
   X k, scale, m;  // k in units of 2^-23, as an exponent field read as an integer has it; scale = 2^-k
 
-  explicit single_log_parts(X x) {
-    const auto& d = slog_data;
+  explicit SingleLogParts(X x) {
+    const auto& d = kSlogData;
     const X field = constant<X>(d.exponent_field), x3 = x * d.three;
     k = integer_bits(bit_and(x3, field)) - d.bias;
     scale = bit_andnot(x3, field);
     m = x * scale;
   }
-  X e() const { return m - slog_data.one; }
+  X e() const { return m - kSlogData.one; }
 };
 
 // For -1/3 <= e < 1/3: (ln(1 + e) - e + e^2/2) / e^3 to 2^-27 of ln(1 + e), and (ln(1 + e) - e) / e^2 to
 // 2^-25 and 2^-14
-struct vsln_data_type {
-  row<float> half = 0.5f;
-  row<float> ha[8] = {0x1.5555p-2f,   -0x1.fffea8p-3f, 0x1.99d28p-3f, -0x1.55ab8ap-3f,
+struct sLnData {
+  Row<float> half = 0.5f;
+  Row<float> ha[8] = {0x1.5555p-2f,   -0x1.fffea8p-3f, 0x1.99d28p-3f, -0x1.55ab8ap-3f,
                       0x1.1eb69cp-3f, -0x1.f184eep-4f, 0x1.1ef38p-3f, -0x1.0b775ep-3f};
-  row<float> la[8] = {-0x1.ffffd6p-2f, 0x1.5554fcp-2f, -0x1.00144ep-2f, 0x1.99d398p-3f,
+  Row<float> la[8] = {-0x1.ffffd6p-2f, 0x1.5554fcp-2f, -0x1.00144ep-2f, 0x1.99d398p-3f,
                       -0x1.5038e4p-3f, 0x1.1eaacap-3f, -0x1.3b0c36p-3f, 0x1.1f1bb8p-3f};
-  row<float> ep[4] = {-0x1.ff48d4p-2f, 0x1.5468d6p-2f, -0x1.19ad96p-2f, 0x1.cc56fep-3f};
-  row<uint32_t> leading_bits = 0xFFFFF000;  // 12 significant ones, so that a product is exact
+  Row<float> ep[4] = {-0x1.ff48d4p-2f, 0x1.5468d6p-2f, -0x1.19ad96p-2f, 0x1.cc56fep-3f};
+  Row<uint32_t> leading_bits = 0xFFFFF000;  // 12 significant ones, so that a product is exact
   // ln 2 * 2^-23; L_hi is short: its product with an exponent is exact
-  row<float> L_hi = 0x1.62e4p-24f, L_lo = 0x1.7f7d1cp-43f;
-  row<float> L = 0x1.62e43p-24f;
+  Row<float> L_hi = 0x1.62e4p-24f, L_lo = 0x1.7f7d1cp-43f;
+  Row<float> L = 0x1.62e43p-24f;
 };
-inline constexpr vsln_data_type vsln_data{};
+inline constexpr sLnData vsln_data{};
 
 // A value and what it lacks.
 template <class X>
-struct high_low {
+struct HighLow {
   X high, low;
 };
 
 // ln(1 + e) = (e - e^2/2) + e^3 Q(e). Half the square of e's leading bits is exact, and its difference from e
 // keeps its rounding error.
 template <class X>
-inline high_low<X> sln_fraction(X e) {
+inline HighLow<X> sln_fraction(X e) {
   const auto& d = vsln_data;
   const X e_hi = bit_and(e, constant<X>(d.leading_bits)), e2 = e * e;
   const X half_hi = e_hi * d.half;
@@ -69,21 +69,21 @@ inline high_low<X> sln_fraction(X e) {
 // ln(m + t) + k ln 2, t a correction to m of half a unit of its last place at most, or m = 1 and t anything
 // below.
 template <class X>
-inline X sln_ha(const single_log_parts<X>& p, X t) {
+inline X sln_ha(const SingleLogParts<X>& p, X t) {
   const auto& d = vsln_data;
-  const high_low<X> f = sln_fraction(p.e());
+  const HighLow<X> f = sln_fraction(p.e());
   const X H = p.k * d.L_hi;
   const X S = H + f.high;
   const X c = f.high - (S - H);
   return S + (c + (p.k * d.L_lo + (t + f.low)));
 }
 template <class X>
-inline X sln_la(const single_log_parts<X>& p, X e) {
+inline X sln_la(const SingleLogParts<X>& p, X e) {
   const X e2 = e * e;
   return (p.k * vsln_data.L + e) + e2 * polynomial(e, e2, vsln_data.la);
 }
 template <class X>
-inline X sln_ep(const single_log_parts<X>& p, X e) {
+inline X sln_ep(const SingleLogParts<X>& p, X e) {
   const X e2 = e * e;
   return (p.k * vsln_data.L + e) + e2 * polynomial(e, e2, vsln_data.ep);
 }
@@ -91,11 +91,11 @@ inline X sln_ep(const single_log_parts<X>& p, X e) {
 // A logarithm of singles, rare where x is not a positive normal number, or so large that 3 x overflows. F is
 // the function of double precision, for the scalar routine.
 template <int (*rare_function)(const double*, double*)>
-struct single_log : kernel<float> {
-  static constexpr int together = 2;
+struct SingleLog : Kernel<float> {
+  static constexpr int kTogether = 2;
   template <class X>
   static X rare(X x) {
-    return outside(x, smallest, largest);
+    return outside(x, kSmallest, kLargest);
   }
   static int rare_lane(const float* a, float* r) {
     const double x = *a;
@@ -106,7 +106,7 @@ struct single_log : kernel<float> {
   }
 
  private:
-  static constexpr row<float> smallest = FLT_MIN, largest = FLT_MAX / 4;
+  static constexpr Row<float> kSmallest = FLT_MIN, kLargest = FLT_MAX / 4;
 };
 
 ORX_ISA_END

@@ -6,16 +6,16 @@ namespace orx::tef {
 alignas(64) const double _tefdLnHATab[513][2] = {
 #include "ln/vdln.inc"
 };
-alignas(64) const double dln_la_table[513][2] = {
+alignas(64) const double kLnLaTable[513][2] = {
 #include "ln/vdln_la.inc"
 };
 
-int vdln_cout_rare(const double* a, double* r) { return log_cout_rare<ln_description>(a, r); }
+int vdln_cout_rare(const double* a, double* r) { return log_cout_rare<LnDescription>(a, r); }
 
 namespace {
-using dLnHA = double_log_ha<ln_description>;
-using dLnLA = double_log_la<ln_description>;
-using dLnEP = double_log_la<ln_description, true>;
+using dLnHA = DoubleLogHA<LnDescription>;
+using dLnLA = DoubleLogLA<LnDescription>;
+using dLnEP = DoubleLogLA<LnDescription, true>;
 }  // namespace
 
 }  // namespace orx::tef

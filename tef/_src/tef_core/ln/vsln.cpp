@@ -2,28 +2,28 @@
 #include "ln/slog.hpp"
 #include "ln/vdln.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-using sLn = single_log<vdln_cout_rare>;
+using sLn = SingleLog<vdln_cout_rare>;
 
 struct sLnHA : sLn {
   template <class X>
   static X eval(X x) {
-    return sln_ha(single_log_parts<X>(x), X{});
+    return sln_ha(SingleLogParts<X>(x), X{});
   }
 };
 struct sLnLA : sLn {
   template <class X>
   static X eval(X x) {
-    const single_log_parts<X> p(x);
+    const SingleLogParts<X> p(x);
     return sln_la(p, p.e());
   }
 };
 struct sLnEP : sLn {
   template <class X>
   static X eval(X x) {
-    const single_log_parts<X> p(x);
+    const SingleLogParts<X> p(x);
     return sln_ep(p, p.e());
   }
 };

@@ -2,22 +2,22 @@
 #include "ln/slog.hpp"
 #include "ln/vdln.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 namespace {
 
 // (log10(1 + e) - C e) / e^2, C = log10 e, -1/3 <= e < 1/3: to 2^-25 and 2^-14 of log10(1 + e)
-struct vslog10_data_type {
-  row<float> la[8] = {-0x1.bcb78cp-3f, 0x1.287a28p-3f, -0x1.bcdb54p-4f, 0x1.63f8cep-4f,
+struct sLog10Data {
+  Row<float> la[8] = {-0x1.bcb78cp-3f, 0x1.287a28p-3f, -0x1.bcdb54p-4f, 0x1.63f8cep-4f,
                       -0x1.24044cp-4f, 0x1.f1f50cp-5f, -0x1.11c04ap-4f, 0x1.f2ec5cp-5f};
-  row<float> ep[4] = {-0x1.bc1896p-3f, 0x1.27ad0ap-3f, -0x1.e9534ep-4f, 0x1.8fd8aep-4f};
+  Row<float> ep[4] = {-0x1.bc1896p-3f, 0x1.27ad0ap-3f, -0x1.e9534ep-4f, 0x1.8fd8aep-4f};
   // C_hi has 12 significant bits, and so has the part of the logarithm that it multiplies: their product is
   // exact
-  row<float> C_hi = 0x1.bccp-2f, C_lo = -0x1.09d5b2p-15f, C = 0x1.bcb7b2p-2f;
-  row<uint32_t> leading_bits = 0xFFFFF000;
+  Row<float> C_hi = 0x1.bccp-2f, C_lo = -0x1.09d5b2p-15f, C = 0x1.bcb7b2p-2f;
+  Row<uint32_t> leading_bits = 0xFFFFF000;
   // log10 2 * 2^-23
-  row<float> L_hi = 0x1.344p-25f, L_lo = 0x1.3509f8p-41f, L = 0x1.344136p-25f;
+  Row<float> L_hi = 0x1.344p-25f, L_lo = 0x1.3509f8p-41f, L = 0x1.344136p-25f;
 };
-constexpr vslog10_data_type vslog10_data{};
+constexpr sLog10Data vslog10_data{};
 
 int vslog10_cout_rare(const double* a, double* r) {
   const int status = vdln_cout_rare(a, r);
@@ -25,15 +25,15 @@ int vslog10_cout_rare(const double* a, double* r) {
   return status;
 }
 
-using sLog10 = single_log<vslog10_cout_rare>;
+using sLog10 = SingleLog<vslog10_cout_rare>;
 
 // The natural logarithm of the fraction, in two parts, times C in two parts.
 struct sLog10HA : sLog10 {
   template <class X>
   static X eval(X x) {
     const auto& d = vslog10_data;
-    const single_log_parts<X> p(x);
-    const high_low<X> f = sln_fraction(p.e());
+    const SingleLogParts<X> p(x);
+    const HighLow<X> f = sln_fraction(p.e());
     const X leading = bit_and(f.high, constant<X>(d.leading_bits));
     const X H = p.k * d.L_hi, product = leading * d.C_hi;
     const X S = H + product;
@@ -46,7 +46,7 @@ struct sLog10LA : sLog10 {
   template <class X>
   static X eval(X x) {
     const auto& d = vslog10_data;
-    const single_log_parts<X> p(x);
+    const SingleLogParts<X> p(x);
     const X e = p.e(), e2 = e * e;
     return (p.k * d.L_hi + e * d.C) + (p.k * d.L_lo + e2 * polynomial(e, e2, d.la));
   }
@@ -55,7 +55,7 @@ struct sLog10EP : sLog10 {
   template <class X>
   static X eval(X x) {
     const auto& d = vslog10_data;
-    const single_log_parts<X> p(x);
+    const SingleLogParts<X> p(x);
     const X e = p.e(), e2 = e * e;
     return (p.k * d.L + e * d.C) + e2 * polynomial(e, e2, d.ep);
   }

@@ -11,23 +11,23 @@ int vdlog1p_cout_rare(const double* a, double* r) {
   return vdln_cout_rare(&u, r);
 }
 
-struct vdlog1p_data_type {
-  row<double> one = 1.0;
+struct dLog1pData {
+  Row<double> one = 1.0;
 };
-constexpr vdlog1p_data_type vdlog1p_data{};
+constexpr dLog1pData vdlog1p_data{};
 
 // x + 1 taken apart: e of the rounded sum, and t, what e lacks.
 template <class X>
-struct log1p_parts {
+struct Log1pParts {
   X k, e, t;
-  indices<X> R;
+  Indices<X> R;
 
-  explicit log1p_parts(X x) {
+  explicit Log1pParts(X x) {
     const auto& one = vdlog1p_data.one;
     const X u = x + one;
     const X back = u - x;  // Knuth's error of the sum
     const X lost = (one - back) + (x - (u - back));
-    const auto reduced = log_reduce<ln_description>(log_fraction(u), R);
+    const auto reduced = log_reduce<LnDescription>(log_fraction(u), R);
     e = reduced.e;
     t = lost * (scale_to_fraction(u) * reduced.R);  // in this order nothing of a denormal x is lost
     k = exponent_field(u);
@@ -41,7 +41,7 @@ struct log1p_parts {
   }
 };
 
-struct dLog1p : kernel<double> {
+struct dLog1p : Kernel<double> {
   // -1 < x < 2^1000, by integers: an ordered comparison of NaN would raise an exception. The sign of x reads
   // as that of an integer, and for negative x larger magnitudes are larger integers.
   template <class X>
@@ -60,19 +60,19 @@ struct dLog1p : kernel<double> {
 struct dLog1pHA : dLog1p {
   template <class X>
   static X eval(X x) {
-    const log1p_parts<X> p(x);
+    const Log1pParts<X> p(x);
     // ln(1 + e + t) = ln(1 + e) + t/(1 + e), and e is small
-    const X q = ln_description::polynomial_ha(p.e) + (p.t - p.t * p.e);
-    return with_sign_of(log_ha<ln_description>(p.k, p.R, p.e, q), x);
+    const X q = LnDescription::polynomial_ha(p.e) + (p.t - p.t * p.e);
+    return with_sign_of(log_ha<LnDescription>(p.k, p.R, p.e, q), x);
   }
 };
 template <bool ep>
 struct dLog1pLow : dLog1p {
   template <class X>
   static X eval(X x) {
-    const log1p_parts<X> p(x);
+    const Log1pParts<X> p(x);
     const X e = p.e + p.t;
-    return with_sign_of(log_la<ln_description>(p.k, p.R, e, ln_description::polynomial_la<ep>(e)), x);
+    return with_sign_of(log_la<LnDescription>(p.k, p.R, e, LnDescription::polynomial_la<ep>(e)), x);
   }
 };
 using dLog1pLA = dLog1pLow<false>;

@@ -3,14 +3,14 @@
 #include "ln/slog.hpp"
 #include "ln/vdln.hpp"
 
-ORX_ISA_BEGIN
+ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-struct vslog1p_data_type {
-  row<float> one = 1.0f;
-  row<float> above_minus_one = -0x1.fffffep-1f, largest = FLT_MAX / 4;
+struct sLog1pData {
+  Row<float> one = 1.0f;
+  Row<float> above_minus_one = -0x1.fffffep-1f, largest = FLT_MAX / 4;
 };
-constexpr vslog1p_data_type vslog1p_data{};
+constexpr sLog1pData vslog1p_data{};
 
 // The double sum is exact or nearly so, and its logarithm is rounded once.
 int vslog1p_cout_rare(const double* a, double* r) {
@@ -19,16 +19,16 @@ int vslog1p_cout_rare(const double* a, double* r) {
 }
 
 template <class X>
-struct log1p_argument {
+struct Log1pArgument {
   X u, lost;
-  explicit log1p_argument(X x) : u(x + vslog1p_data.one) {
+  explicit Log1pArgument(X x) : u(x + vslog1p_data.one) {
     // Knuth's error of the sum 1 + x
     const X t = u - x;
     lost = (vslog1p_data.one - t) + (x - (u - t));
   }
 };
 
-struct sLog1p : single_log<vslog1p_cout_rare> {
+struct sLog1p : SingleLog<vslog1p_cout_rare> {
   template <class X>
   static X rare(X x) {
     return outside(x, vslog1p_data.above_minus_one, vslog1p_data.largest);
@@ -38,8 +38,8 @@ struct sLog1p : single_log<vslog1p_cout_rare> {
 struct sLog1pHA : sLog1p {
   template <class X>
   static X eval(X x) {
-    const log1p_argument<X> a(x);
-    const single_log_parts<X> p(a.u);
+    const Log1pArgument<X> a(x);
+    const SingleLogParts<X> p(a.u);
     const X t = a.lost * p.scale;
     // ln(m + t) - ln m = t/m = t - t e/m, nearly; exact where m is 1 and t is all there is
     const X correction = t - t * p.e() * approximate_reciprocal(p.m);
@@ -49,16 +49,16 @@ struct sLog1pHA : sLog1p {
 struct sLog1pLA : sLog1p {
   template <class X>
   static X eval(X x) {
-    const log1p_argument<X> a(x);
-    const single_log_parts<X> p(a.u);
+    const Log1pArgument<X> a(x);
+    const SingleLogParts<X> p(a.u);
     return with_sign_of(sln_la(p, p.e() + a.lost * p.scale), x);
   }
 };
 struct sLog1pEP : sLog1p {
   template <class X>
   static X eval(X x) {
-    const log1p_argument<X> a(x);
-    const single_log_parts<X> p(a.u);
+    const Log1pArgument<X> a(x);
+    const SingleLogParts<X> p(a.u);
     return with_sign_of(sln_ep(p, p.e() + a.lost * p.scale), x);
   }
 };

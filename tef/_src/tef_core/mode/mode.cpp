@@ -31,28 +31,28 @@ ORX_API const TefModeKeyword mapModeS_N[13] = {
 namespace orx::tef {
 namespace {
 
-constexpr uint64_t invalid = ~uint64_t{0};
-constexpr int default_mode = TEF_HA | TEF_ERRMODE_DEFAULT;
-constexpr char prefix[] = "TEF_";
-constexpr unsigned prefix_length = sizeof(prefix) - 1;
+constexpr uint64_t kInvalid = ~uint64_t{0};
+constexpr int kDefaultMode = TEF_HA | TEF_ERRMODE_DEFAULT;
+constexpr char kPrefix[] = "TEF_";
+constexpr unsigned kPrefixLength = sizeof(kPrefix) - 1;
 
 // The variable's name is kept scrambled, so that it does not show in the library's bytes.
-constexpr unsigned name_length = 12;
+constexpr unsigned kNameLength = 12;
 constexpr char scramble(char c, unsigned i) { return static_cast<char>(c ^ ((2 * i) % 5 + 1)); }
-struct scrambled_name {
-  char text[name_length + 1];
-  constexpr explicit scrambled_name(const char (&plain)[name_length + 1]) : text{} {
-    for (unsigned i = 0; i < name_length; ++i) text[i] = scramble(plain[i], i);
+struct ScrambledName {
+  char text[kNameLength + 1];
+  constexpr explicit ScrambledName(const char (&plain)[kNameLength + 1]) : text{} {
+    for (unsigned i = 0; i < kNameLength; ++i) text[i] = scramble(plain[i], i);
   }
 };
-constexpr scrambled_name variable{"ORX_TEF_MODE"};
+constexpr ScrambledName kVariable{"ORX_TEF_MODE"};
 
 const char* initial_value() {
   // Volatile, or the compiler would put the plain name together in advance.
-  const volatile char* hidden = variable.text;
-  char name[name_length + 1];
-  for (unsigned i = 0; i < name_length; ++i) name[i] = scramble(hidden[i], i);
-  name[name_length] = '\0';
+  const volatile char* hidden = kVariable.text;
+  char name[kNameLength + 1];
+  for (unsigned i = 0; i < kNameLength; ++i) name[i] = scramble(hidden[i], i);
+  name[kNameLength] = '\0';
   return std::getenv(name);
 }
 
@@ -74,14 +74,14 @@ const TefModeKeyword* find_keyword(const char* text, unsigned position) {
 uint64_t parse(const char* value) {
   uint64_t mode = 0;
   for (unsigned p = 0;; ++p) {
-    if (!begins_with(value + p, prefix, prefix_length)) return invalid;
-    p += prefix_length;
+    if (!begins_with(value + p, kPrefix, kPrefixLength)) return kInvalid;
+    p += kPrefixLength;
     const TefModeKeyword* keyword = find_keyword(value + p, p);
-    if (!keyword) return invalid;
+    if (!keyword) return kInvalid;
     mode |= keyword->value | uint64_t{keyword->value_high} << 32;
     p += keyword->length;
     if (value[p] == '\0') return mode;
-    if (value[p] != ',') return invalid;
+    if (value[p] != ',') return kInvalid;
   }
 }
 
@@ -94,7 +94,7 @@ uint32_t replace_field(uint32_t word, uint32_t mode, uint32_t mask) {
 
 int read_initial_mode() {
   const uint64_t value = orx_tef_kernel_ReadEnvVarMode();
-  tefMode = value == invalid ? static_cast<uint64_t>(default_mode) : static_cast<uint32_t>(value);
+  tefMode = value == kInvalid ? static_cast<uint64_t>(kDefaultMode) : static_cast<uint32_t>(value);
   return static_cast<int>(tefMode);
 }
 
@@ -104,7 +104,7 @@ using namespace orx::tef;
 
 ORX_API unsigned long long orx_tef_kernel_ReadEnvVarMode() {
   const char* value = initial_value();
-  return value ? parse(value) : invalid;
+  return value ? parse(value) : kInvalid;
 }
 
 ORX_API int orx_tef_kernel_GetMode() { return mode(); }

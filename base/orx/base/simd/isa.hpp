@@ -8,8 +8,8 @@
 #else
 #define ORX_ISA sse3
 #endif
-#define ORX_ISA_BEGIN  \
-  namespace orx::tef { \
+#define ORX_ISA_BEGIN(space) \
+  namespace space {          \
   inline namespace ORX_ISA {
 #define ORX_ISA_END \
   }                 \
