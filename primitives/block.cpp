@@ -10,7 +10,7 @@
 namespace {
 
 // A block of this size would push most other data out of the second-level cache.
-constexpr size_t streaming_size = size_t(4) << 20;
+constexpr size_t kStreamingSize = size_t(4) << 20;
 
 size_t bytes_to_alignment(const void* p) { return -reinterpret_cast<uintptr_t>(p) & 31; }
 
@@ -27,7 +27,7 @@ void stream_block(char* to, size_t size, Vector vector, Plain plain) {
 
 template <class T>
 void fill(T value, T* to, size_t n) {
-  if (n * sizeof(T) < streaming_size || reinterpret_cast<uintptr_t>(to) % sizeof(T) != 0) {
+  if (n * sizeof(T) < kStreamingSize || reinterpret_cast<uintptr_t>(to) % sizeof(T) != 0) {
     for (size_t i = 0; i < n; ++i) to[i] = value;
     return;
   }
@@ -44,7 +44,7 @@ void fill(T value, T* to, size_t n) {
 ORX_API void g9_ulosCopy_8u(const void* source, void* destination, size_t size) {
   const char* from = static_cast<const char*>(source);
   char* to = static_cast<char*>(destination);
-  if (size < streaming_size) {
+  if (size < kStreamingSize) {
     std::memcpy(to, from, size);
     return;
   }
@@ -55,7 +55,7 @@ ORX_API void g9_ulosCopy_8u(const void* source, void* destination, size_t size) 
 
 ORX_API void g9_ulosZero_8u(void* destination, size_t size) {
   char* to = static_cast<char*>(destination);
-  if (size < streaming_size) {
+  if (size < kStreamingSize) {
     std::memset(to, 0, size);
     return;
   }

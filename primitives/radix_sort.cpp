@@ -34,12 +34,12 @@ struct LowWord {
   uint32_t operator()(const double* element) const { return word_at(element, 0) ^ flip; }
 };
 
-// The digits of a word: `passes` of them, of `bits` bits but for the last one, which may have fewer.
+// The digits of a word: kPasses of them, of `bits` bits but for the last one, which may have fewer.
 template <int bits>
 struct Digits {
-  static constexpr int passes = (32 + bits - 1) / bits;
-  static constexpr unsigned buckets = 1u << bits;
-  static unsigned get(uint32_t word, int pass) { return word >> (pass * bits) & (buckets - 1); }
+  static constexpr int kPasses = (32 + bits - 1) / bits;
+  static constexpr unsigned kBuckets = 1u << bits;
+  static unsigned get(uint32_t word, int pass) { return word >> (pass * bits) & (kBuckets - 1); }
 };
 
 // Turns the counts of a digit into the positions at which its buckets start.
@@ -57,18 +57,18 @@ inline void make_positions(uint32_t* counts, unsigned buckets) {
 template <int bits, class T, class Word>
 __attribute__((noinline)) void sort_digits(T* data, T* work, int n, Word word) {
   using D = Digits<bits>;
-  uint32_t counts[D::passes][D::buckets];
+  uint32_t counts[D::kPasses][D::kBuckets];
   std::memset(counts, 0, sizeof counts);
   for (int i = 0; i < n; ++i) {
     const uint32_t w = word(data + i);
-    for (int pass = 0; pass < D::passes; ++pass) ++counts[pass][D::get(w, pass)];
+    for (int pass = 0; pass < D::kPasses; ++pass) ++counts[pass][D::get(w, pass)];
   }
   T *from = data, *to = work;
 #pragma GCC unroll 4
-  for (int pass = 0; pass < D::passes; ++pass) {
+  for (int pass = 0; pass < D::kPasses; ++pass) {
     uint32_t* const positions = counts[pass];
     if (positions[D::get(word(from), pass)] == uint32_t(n)) continue;
-    make_positions(positions, D::buckets);
+    make_positions(positions, D::kBuckets);
     for (int i = 0; i < n; ++i) to[positions[D::get(word(from + i), pass)]++] = from[i];
     T* const sorted = to;
     to = from;

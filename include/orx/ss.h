@@ -145,9 +145,9 @@ enum {
   KOB_SS_OK = 0,
   KOB_SS_ERROR_BAD_ID = -3, /* no such parameter, or it belongs to the other generic editor */
   KOB_SS_ERROR_MEMORY = -4000,
-  KOB_SS_ERROR_DIMENSION = -4001, /* absent or not positive */
-  KOB_SS_ERROR_OBSERVATION_COUNT = -4002,
-  KOB_SS_ERROR_STORAGE = -4003, /* not one of the storage values above */
+  KOB_SS_ERROR_DIMENSION = -4001,         /* absent, not positive, or 2^31 and more */
+  KOB_SS_ERROR_OBSERVATION_COUNT = -4002, /* absent, negative, too small for the method, or 2^31 and more */
+  KOB_SS_ERROR_STORAGE = -4003,           /* not one of the storage values above */
   KOB_SS_ERROR_INDICES = -4004, /* absent; or a stream variable is asked for that the first call left out */
   KOB_SS_ERROR_WEIGHTS = -4005,
   KOB_SS_ERROR_MEAN = -4006,
@@ -174,7 +174,7 @@ enum {
   KOB_SS_ERROR_ROBUST_MEAN = -4028,
   KOB_SS_ERROR_METHOD = -4029,        /* the method is none of this function's, or not exactly one of them */
   KOB_SS_ERROR_GROUPS_ABSENT = -4030, /* group indices, or the requested groups */
-  KOB_SS_ERROR_TASK = -4031,          /* null task or handle */
+  KOB_SS_ERROR_TASK = -4031,          /* null task or handle, or a task of the other precision */
   KOB_SS_ERROR_OBSERVATIONS = -4032,  /* absent, or too few for a robust covariance */
   KOB_SS_ERROR_NOT_POSITIVE_DEFINITE = -4033,
   KOB_SS_ERROR_POOLED_COVARIANCE = -4034,
@@ -307,7 +307,8 @@ int __kobsSSEditMtxParametrz(SSTask* task, const float* cor, const void* corStor
 /* ---- computations ----
  *
  * All take a task, estimates (or-ed), a method, and a table of threads; nothing is written before all checks
- * are through. An array that holds one value for each variable has p elements. */
+ * are through. An array that holds one value for each variable has p elements. Counts of 2^31 and more are refused
+ * as bad ones are. A null table of threads runs everything on the calling thread. */
 
 /* Mean, raw and central moments, kurtosis, skewness, variation, covariance, correlation. Exactly one method:
  * KOB_SS_FAST sums powers about 0; KOB_SS_ONE_PASS runs recurrences about the running mean, and so loses no
@@ -384,8 +385,9 @@ int _kobsSSPartialCovariance(SSTask* task, long long estimates, long long method
                              const ThreadingServices* threading);
 
 /* Running minima and maxima, method KOB_SS_FAST or KOB_SS_ONE_PASS: the arrays are read as well as written,
- * so that data may come in blocks; begin with the first observation, or with infinities. A NaN among the data
- * is passed over. */
+ * so that data may come in blocks; begin with the first observation, with infinities, or with NaN, which
+ * stands for nothing seen. A NaN among the data is passed over; where there is nothing else the minimum is
+ * infinity and the maximum -infinity. */
 int _kobdSSMinmax(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
 int _kobsSSMinmax(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
 

@@ -1,4 +1,4 @@
-// Moments, covariance and correlation against a computation in 600 bits; blocks, workers, weights, statuses.
+// Moments, covariance and correlation against a computation in 400 bits; blocks, workers, weights, statuses.
 #include "mp.hpp"
 #include "ss_test.hpp"
 

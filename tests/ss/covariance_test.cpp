@@ -340,6 +340,22 @@ TYPED_TEST(Covariance, MinimaAndMaximaRun) {
       }
 }
 
+// A first observation that is NaN serves as a seed as well as any other.
+TYPED_TEST(Covariance, MinimaAndMaximaSeededWithNan) {
+  using T = TypeParam;
+  const T inf = std::numeric_limits<T>::infinity(), nan = std::numeric_limits<T>::quiet_NaN();
+  for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS}) {
+    const std::vector<T> rows = {nan, 3, -5, nan, nan, nan};
+    std::vector<T> least(2, nan), greatest(2, nan);
+    Task<T> t(2, 3, storage, stored(rows, 2, 3, storage));
+    t.set(KOB_SS_ID_MINIMUM, least.data());
+    t.set(KOB_SS_ID_MAXIMUM, greatest.data());
+    ASSERT_EQ(Api<T>::minmax(t.task, KOB_SS_MINIMUM | KOB_SS_MAXIMUM, KOB_SS_FAST, Threads::table(1)), 0);
+    EXPECT_EQ(least, (std::vector<T>{-5, inf}));
+    EXPECT_EQ(greatest, (std::vector<T>{3, -inf}));
+  }
+}
+
 TYPED_TEST(Covariance, MinmaxStatuses) {
   using T = TypeParam;
   T result = 5;

@@ -177,6 +177,71 @@ TYPED_TEST(TaskTest, ComputationsCheckTheirData) {
   }
 }
 
+// Functions of the other precision refuse a task, whose arrays they would misread.
+TYPED_TEST(TaskTest, OfTheOtherPrecisionIsRefused) {
+  using T = TypeParam;
+  using Other = std::conditional_t<sizeof(T) == 8, float, double>;
+  Task<T> t(1, 2, KOB_SS_ROWS, {3, 5});
+  T result[2] = {-77, -77};
+  t.set(KOB_SS_ID_MEAN, result);
+  t.set(KOB_SS_ID_MINIMUM, result);
+  for (const auto compute : {Api<Other>::basic, Api<Other>::quantiles, Api<Other>::stream_quantiles,
+                             Api<Other>::pooled, Api<Other>::partial, Api<Other>::minmax})
+    EXPECT_EQ(compute(t.task, KOB_SS_MEAN, KOB_SS_ONE_PASS, Threads::table(1)), -4031);
+  EXPECT_EQ(result[0], T(-77));
+}
+
+// Without a table of threads everything is done on the calling one.
+TYPED_TEST(TaskTest, NoTableOfThreads) {
+  using T = TypeParam;
+  const int one = 1, full = KOB_SS_FULL, group = 0;
+  const T order = T(0.5), eps = T(0.1);
+  T mean = 0, quantile = 0, stream = 0, pooled_mean = 0, pooled_cov = 0;
+  Task<T> t(1, 1, KOB_SS_ROWS, {3});
+  t.set(KOB_SS_ID_MEAN, &mean);
+  EXPECT_EQ(Api<T>::basic(t.task, KOB_SS_MEAN, KOB_SS_ONE_PASS, nullptr), 0);
+  t.set(KOB_SS_ID_QUANTILE_ORDER_COUNT, &one);
+  t.set(KOB_SS_ID_QUANTILE_ORDERS, &order);
+  t.set(KOB_SS_ID_QUANTILES, &quantile);
+  EXPECT_EQ(Api<T>::quantiles(t.task, KOB_SS_QUANTILES, KOB_SS_FAST, nullptr), 0);
+  t.set(KOB_SS_ID_STREAM_ORDER_COUNT, &one);
+  t.set(KOB_SS_ID_STREAM_ORDERS, &order);
+  t.set(KOB_SS_ID_STREAM_QUANTILES, &stream);
+  t.set(KOB_SS_ID_STREAM_PARAMETER_COUNT, &one);
+  t.set(KOB_SS_ID_STREAM_PARAMETERS, &eps);
+  EXPECT_EQ(Api<T>::stream_quantiles(t.task, 0, KOB_SS_STREAM_QUANTILES, nullptr), 0);
+  t.set(KOB_SS_ID_GROUP_INDICES, &group);
+  t.set(KOB_SS_ID_POOLED_MEAN, &pooled_mean);
+  t.set(KOB_SS_ID_POOLED_COVARIANCE, &pooled_cov);
+  t.set(KOB_SS_ID_POOLED_COVARIANCE_STORAGE, &full);
+  EXPECT_EQ(Api<T>::pooled(t.task, KOB_SS_POOLED_COVARIANCE, KOB_SS_ONE_PASS, nullptr), 0);
+  for (const T result : {mean, quantile, stream, pooled_mean}) EXPECT_EQ(result, T(3));
+}
+
+// Counts that arrays of this library cannot have are refused, whatever their low words say.
+TYPED_TEST(TaskTest, WideCountsBeyondAnIntAreRefused) {
+  using T = TypeParam;
+  const T x[2] = {1, 2};
+  T mean = -77;
+  long long p = 1, n = 2, storage = KOB_SS_ROWS;
+  SSTask* task;
+  ASSERT_EQ(Api<T>::new_task(&task, &p, &n, &storage, x, nullptr, nullptr, 1), 0);
+  Api<T>::edit(task, KOB_SS_ID_MEAN, &mean);
+  const auto call = [&] { return Api<T>::basic(task, KOB_SS_MEAN, KOB_SS_ONE_PASS, Threads::table(1)); };
+  for (const long long count : {0x80000000LL, 0x100000000LL, 0x100000002LL}) {
+    n = count;
+    EXPECT_EQ(call(), -4002) << count;
+    n = 2;
+    p = count;
+    EXPECT_EQ(call(), -4001) << count;
+    p = 1;
+  }
+  EXPECT_EQ(mean, T(-77));
+  EXPECT_EQ(call(), 0);
+  EXPECT_EQ(mean, T(1.5));
+  __kobSSDeleteTask(&task);
+}
+
 TEST(Scalar, LogarithmAndRoot) {
   std::mt19937_64 random(11);
   double worst = 0;

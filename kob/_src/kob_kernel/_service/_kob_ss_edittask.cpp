@@ -12,8 +12,8 @@ struct Parameter {
 };
 
 struct Parameters {
-  static constexpr int last = 66;
-  Parameter by_id[last + 1];
+  static constexpr int kLast = 66;
+  Parameter by_id[kLast + 1];
 
   constexpr Parameters() {
 #define ORX_SS_FIELD(name, id, editor, status) by_id[id] = {&SSTask::name, status, Editor::editor};
@@ -22,12 +22,12 @@ struct Parameters {
   }
 };
 
-constexpr Parameters parameters;
+constexpr Parameters kParameters;
 
 int edit(SSTask* task, long long id, const void* pointer, Editor editor) {
   if (!task) return KOB_SS_ERROR_TASK;
-  if (id < 1 || id > Parameters::last) return KOB_SS_ERROR_BAD_ID;
-  const Parameter& parameter = parameters.by_id[id];
+  if (id < 1 || id > Parameters::kLast) return KOB_SS_ERROR_BAD_ID;
+  const Parameter& parameter = kParameters.by_id[id];
   if (parameter.editor != editor) return KOB_SS_ERROR_BAD_ID;
   if (!pointer) return parameter.status;
   task->*parameter.field = const_cast<void*>(pointer);

@@ -1,6 +1,5 @@
 // Makes and deletes tasks.
-#include <cstring>
-
+#include "orx/base/memory.hpp"
 #include "ss_task.hpp"
 
 namespace {
@@ -28,9 +27,8 @@ int check(const Request& r) {
 
 int new_task(const Request& r, bool is_double) {
   if (const int status = check(r)) return status;
-  SSTask* task = static_cast<SSTask*>(orx_serv_allocate(sizeof(SSTask), 128));
-  if (!task) return KOB_SS_ERROR_MEMORY;
-  std::memset(task, 0, sizeof *task);
+  orx::Block<SSTask> task;
+  if (!task.allocate_zeros(1)) return KOB_SS_ERROR_MEMORY;
   task->ilp64Flag = r.ilp64_flag;
   task->taskKind = 2;
   task->isDouble = is_double;
@@ -40,7 +38,7 @@ int new_task(const Request& r, bool is_double) {
   task->obsStorage = const_cast<void*>(r.storage);
   task->weights = const_cast<void*>(r.weights);
   task->indices = const_cast<void*>(r.indices);
-  *r.task = task;
+  *r.task = task.release();
   return KOB_SS_OK;
 }
 
@@ -59,7 +57,6 @@ ORX_API int __kobsSSNewTask(SSTask** task, const void* p, const void* n, const v
 ORX_API int __kobSSDeleteTask(SSTask** task) {
   if (!task || !*task) return KOB_SS_ERROR_TASK;
   if ((*task)->cleanupCount > 0) (*task)->cleanup(*task);
-  orx_serv_deallocate(*task);
-  *task = nullptr;
+  orx::free_array(*task);
   return KOB_SS_OK;
 }

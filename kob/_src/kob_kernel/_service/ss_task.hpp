@@ -69,15 +69,31 @@ inline int observation_storage(const void* storage) {
   return bits & KOB_SS_COLUMNS ? KOB_SS_COLUMNS : KOB_SS_ERROR_STORAGE;
 }
 
+// A task for data of type T: not null, and made by the constructor of that precision.
+template <class T>
+int check_task(const SSTask* task) {
+  return task && task->isDouble == (sizeof(T) == sizeof(double)) ? KOB_SS_OK : KOB_SS_ERROR_TASK;
+}
+
+// A count that is there, not negative, and not beyond the integers by which arrays are counted.
+inline int check_count(const SSTask* task, const void* count, int failure) {
+  return count && value(task, count) >= 0 && value(task, count) <= INT32_MAX ? KOB_SS_OK : failure;
+}
+inline int check_dimension(const SSTask* task) {
+  if (const int status = check_count(task, task->dimension, KOB_SS_ERROR_DIMENSION)) return status;
+  return value(task, task->dimension) == 0 ? KOB_SS_ERROR_DIMENSION : KOB_SS_OK;
+}
+
 // What every computation needs of its task: a dimension, a known storage, a count that is not negative and,
 // where the count is not 0, data.
-inline int check_data(const SSTask* task) {
-  if (!task) return KOB_SS_ERROR_TASK;
+template <class T>
+int check_data(const SSTask* task) {
+  if (const int status = check_task<T>(task)) return status;
   const int storage = observation_storage(task->obsStorage);
   if (storage < 0) return storage;
-  if (!task->dimension || value(task, task->dimension) <= 0) return KOB_SS_ERROR_DIMENSION;
-  if (!task->observationCount || value(task, task->observationCount) < 0)
-    return KOB_SS_ERROR_OBSERVATION_COUNT;
+  if (const int status = check_dimension(task)) return status;
+  if (const int status = check_count(task, task->observationCount, KOB_SS_ERROR_OBSERVATION_COUNT))
+    return status;
   if (!task->observations && value(task, task->observationCount) != 0) return KOB_SS_ERROR_OBSERVATIONS;
   return KOB_SS_OK;
 }
@@ -99,46 +115,6 @@ struct Observations {
   const T* x;
   int n, p;
   bool rows;
-};
-
-// A block of memory that is given back on every path.
-template <class T>
-class Block {
- public:
-  Block() = default;
-  explicit Block(uint64_t count) { allocate(count); }
-  ~Block() { orx_serv_deallocate(data_); }
-  Block(const Block&) = delete;
-  Block& operator=(const Block&) = delete;
-
-  bool allocate(uint64_t count) {
-    data_ = count <= SIZE_MAX / sizeof(T)
-                ? static_cast<T*>(orx_serv_allocate(static_cast<size_t>(count) * sizeof(T), 128))
-                : nullptr;
-    return data_;
-  }
-  // Allocates and clears.
-  bool allocate_zeros(uint64_t count) {
-    if (!allocate(count)) return false;
-    for (uint64_t i = 0; i < count; ++i) data_[i] = T(0);
-    return true;
-  }
-  void release() {
-    orx_serv_deallocate(data_);
-    data_ = nullptr;
-  }
-  T* get() const { return data_; }
-  // Gives the block away.
-  T* keep() {
-    T* data = data_;
-    data_ = nullptr;
-    return data;
-  }
-  explicit operator bool() const { return data_; }
-  T& operator[](intptr_t i) const { return data_[i]; }
-
- private:
-  T* data_ = nullptr;
 };
 
 }  // namespace orx::ss

@@ -6,14 +6,17 @@
 #include "basic/kernels.hpp"
 #include "blas.hpp"
 #include "matrix.hpp"
+#include "orx/base/first_failure.hpp"
+#include "orx/base/memory.hpp"
+#include "orx/base/threading.hpp"
 #include "ss_task.hpp"
 
 namespace orx::ss::basic {
 
 // ---- what is asked for ----
 
-// The arrays of results; the first ArrayCount of them are the running arrays of the kernels.
-enum { Covariance = ArrayCount, Correlation, Kurtosis, Skewness, Variation, ResultCount };
+// The arrays of results; the first kArrayCount of them are the running arrays of the kernels.
+enum { kCovariance = kArrayCount, kCorrelation, kKurtosis, kSkewness, kVariation, kResultCount };
 
 constexpr unsigned bits() { return 0; }
 template <class... Rest>
@@ -28,59 +31,61 @@ struct Estimate {
   int status;
 };
 
-constexpr Estimate estimates[ResultCount] = {
+constexpr Estimate kEstimates[kResultCount] = {
     {KOB_SS_MEAN, bits(), &SSTask::mean, KOB_SS_ERROR_MEAN},
     {KOB_SS_RAW_MOMENT_2, bits(), &SSTask::rawMoment2, KOB_SS_ERROR_RAW_MOMENT_2},
     {KOB_SS_RAW_MOMENT_3, bits(), &SSTask::rawMoment3, KOB_SS_ERROR_RAW_MOMENT_3},
     {KOB_SS_RAW_MOMENT_4, bits(), &SSTask::rawMoment4, KOB_SS_ERROR_RAW_MOMENT_4},
-    {KOB_SS_CENTRAL_MOMENT_2, bits(Mean, Raw2), &SSTask::centralMoment2, KOB_SS_ERROR_CENTRAL_MOMENT_2},
-    {KOB_SS_CENTRAL_MOMENT_3, bits(Mean, Raw2, Raw3), &SSTask::centralMoment3, KOB_SS_ERROR_CENTRAL_MOMENT_3},
-    {KOB_SS_CENTRAL_MOMENT_4, bits(Mean, Raw2, Raw3, Raw4), &SSTask::centralMoment4,
+    {KOB_SS_CENTRAL_MOMENT_2, bits(kMean, kRaw2), &SSTask::centralMoment2, KOB_SS_ERROR_CENTRAL_MOMENT_2},
+    {KOB_SS_CENTRAL_MOMENT_3, bits(kMean, kRaw2, kRaw3), &SSTask::centralMoment3,
+     KOB_SS_ERROR_CENTRAL_MOMENT_3},
+    {KOB_SS_CENTRAL_MOMENT_4, bits(kMean, kRaw2, kRaw3, kRaw4), &SSTask::centralMoment4,
      KOB_SS_ERROR_CENTRAL_MOMENT_4},
-    {KOB_SS_COVARIANCE, bits(Mean), &SSTask::cov, KOB_SS_ERROR_COVARIANCE},
-    {KOB_SS_CORRELATION, bits(Mean), &SSTask::cor, KOB_SS_ERROR_CORRELATION},
-    {KOB_SS_KURTOSIS, bits(Mean, Raw2, Raw3, Raw4, Central2, Central4), &SSTask::kurtosis,
+    {KOB_SS_COVARIANCE, bits(kMean), &SSTask::cov, KOB_SS_ERROR_COVARIANCE},
+    {KOB_SS_CORRELATION, bits(kMean), &SSTask::cor, KOB_SS_ERROR_CORRELATION},
+    {KOB_SS_KURTOSIS, bits(kMean, kRaw2, kRaw3, kRaw4, kCentral2, kCentral4), &SSTask::kurtosis,
      KOB_SS_ERROR_KURTOSIS},
-    {KOB_SS_SKEWNESS, bits(Mean, Raw2, Raw3, Central2, Central3), &SSTask::skewness, KOB_SS_ERROR_SKEWNESS},
-    {KOB_SS_VARIATION, bits(Mean, Raw2, Central2), &SSTask::variation, KOB_SS_ERROR_VARIATION},
+    {KOB_SS_SKEWNESS, bits(kMean, kRaw2, kRaw3, kCentral2, kCentral3), &SSTask::skewness,
+     KOB_SS_ERROR_SKEWNESS},
+    {KOB_SS_VARIATION, bits(kMean, kRaw2, kCentral2), &SSTask::variation, KOB_SS_ERROR_VARIATION},
 };
 
 // The arrays that the requested estimates need, as bits.
 inline unsigned widen(unsigned requested) {
   unsigned wanted = 0;
-  for (int k = 0; k < ResultCount; ++k)
-    if (requested & estimates[k].bit) wanted |= 1u << k | estimates[k].needs;
+  for (int k = 0; k < kResultCount; ++k)
+    if (requested & kEstimates[k].bit) wanted |= 1u << k | kEstimates[k].needs;
   return wanted;
 }
 
 inline int check_arrays(const SSTask* task, unsigned wanted) {
-  for (int k = 0; k < ResultCount; ++k)
-    if (wanted >> k & 1 && !(task->*estimates[k].array)) return estimates[k].status;
-  if ((wanted & bits(Covariance) && !task->covStorage) || (wanted & bits(Correlation) && !task->corStorage))
+  for (int k = 0; k < kResultCount; ++k)
+    if (wanted >> k & 1 && !(task->*kEstimates[k].array)) return kEstimates[k].status;
+  if ((wanted & bits(kCovariance) && !task->covStorage) || (wanted & bits(kCorrelation) && !task->corStorage))
     return KOB_SS_ERROR_STORAGE_ABSENT;
   return KOB_SS_OK;
 }
 
 // The kernel class that computes the wanted arrays.
 inline int fast_class(unsigned wanted) {
-  return wanted & bits(Raw4) ? 3 : wanted & bits(Raw3) ? 2 : wanted & bits(Raw2) ? 1 : 0;
+  return wanted & bits(kRaw4) ? 3 : wanted & bits(kRaw3) ? 2 : wanted & bits(kRaw2) ? 1 : 0;
 }
 inline int two_pass_class(unsigned wanted) {
-  if (wanted & bits(Raw2, Raw3, Raw4)) return 3;
-  return wanted & bits(Central4) ? 2 : wanted & bits(Central3) ? 1 : 0;
+  if (wanted & bits(kRaw2, kRaw3, kRaw4)) return 3;
+  return wanted & bits(kCentral4) ? 2 : wanted & bits(kCentral3) ? 1 : 0;
 }
 inline int one_pass_class(unsigned wanted) {
-  if (wanted & bits(Raw3, Raw4, Central3, Central4)) return 3;
-  return wanted & bits(Raw2) ? 2 : wanted & bits(Central2) ? 1 : 0;
+  if (wanted & bits(kRaw3, kRaw4, kCentral3, kCentral4)) return 3;
+  return wanted & bits(kRaw2) ? 2 : wanted & bits(kCentral2) ? 1 : 0;
 }
 
-constexpr unsigned fast_arrays[4] = {bits(Mean), bits(Mean, Raw2), bits(Mean, Raw2, Raw3),
-                                     bits(Mean, Raw2, Raw3, Raw4)};
-constexpr unsigned two_pass_arrays[4] = {bits(Central2), bits(Central2, Central3),
-                                         bits(Central2, Central3, Central4),
-                                         bits(Raw2, Raw3, Raw4, Central2, Central3, Central4)};
-constexpr unsigned one_pass_arrays[4] = {bits(Mean), bits(Mean, Central2), bits(Mean, Raw2, Central2),
-                                         (1u << ArrayCount) - 1};
+constexpr unsigned kFastArrays[4] = {bits(kMean), bits(kMean, kRaw2), bits(kMean, kRaw2, kRaw3),
+                                     bits(kMean, kRaw2, kRaw3, kRaw4)};
+constexpr unsigned kTwoPassArrays[4] = {bits(kCentral2), bits(kCentral2, kCentral3),
+                                        bits(kCentral2, kCentral3, kCentral4),
+                                        bits(kRaw2, kRaw3, kRaw4, kCentral2, kCentral3, kCentral4)};
+constexpr unsigned kOnePassArrays[4] = {bits(kMean), bits(kMean, kCentral2), bits(kMean, kRaw2, kCentral2),
+                                        (1u << kArrayCount) - 1};
 
 // The sum of squares of distances from the mean divided by this is the unbiased variance. It is 0 for a
 // single observation, of which the variance is not defined.
@@ -100,9 +105,9 @@ struct Computation {
   bool cross;       // cross-products are wanted
   Kernel<T> kernel;
   int workers;
-  int status;
+  FirstFailure failure;
 
-  T* array[ArrayCount] = {};  // worker 0's running arrays and cross-products
+  T* array[kArrayCount] = {};  // worker 0's running arrays and cross-products
   T* products = nullptr;
   T* private_arrays = nullptr;     // those of the others, one set after the other
   intptr_t private_size = 0;       // elements of a set
@@ -110,7 +115,7 @@ struct Computation {
   intptr_t accumulator_size = 0;
 
   Block<double> accumulator_block;
-  Block<T> private_block, products_block, array_block[ArrayCount];
+  Block<T> private_block, products_block, array_block[kArrayCount];
 
   Computation(SSTask* t, unsigned wanted_arrays, unsigned method_bit)
       : task(t),
@@ -153,15 +158,15 @@ void choose_kernel(Computation<T>& c, const KernelTables<T>& tables) {
   if (c.method == KOB_SS_ONE_PASS) {
     const int k = one_pass_class(c.wanted);
     c.kernel = tables.one_pass[(variant * 4 + k) * 2 + c.cross];
-    c.arrays = one_pass_arrays[k];
+    c.arrays = kOnePassArrays[k];
   } else if (c.method == KOB_SS_USER_MEAN) {
     const int k = two_pass_class(c.wanted);
     c.kernel = tables.two_pass[variant * 4 + k];
-    c.arrays = two_pass_arrays[k];
+    c.arrays = kTwoPassArrays[k];
   } else {
     const int k = fast_class(c.wanted);
     c.kernel = tables.fast[variant * 4 + k];
-    c.arrays = fast_arrays[k];
+    c.arrays = kFastArrays[k];
   }
 }
 
@@ -171,7 +176,7 @@ void choose_kernel(Computation<T>& c, const KernelTables<T>& tables) {
 // made in a copy.
 template <class T>
 bool init_array(Computation<T>& c, int k) {
-  T* callers = reals<T>(c.task->*estimates[k].array);
+  T* callers = reals<T>(c.task->*kEstimates[k].array);
   c.array[k] = callers;
   if (callers && c.selection.all()) return true;
   if (!c.array_block[k].allocate_zeros(c.p())) return false;
@@ -186,29 +191,29 @@ bool init_array(Computation<T>& c, int k) {
 template <class T>
 void rebuild_central_sums(Computation<T>& c) {
   const double W = c.W();
-  const auto given = [&](int k) { return (c.task->*estimates[k].array) != nullptr; };
+  const auto given = [&](int k) { return (c.task->*kEstimates[k].array) != nullptr; };
   for (int j = 0; j < c.p(); ++j) {
-    const double mean = c.array[Mean] ? c.array[Mean][j] : 0;
+    const double mean = c.array[kMean] ? c.array[kMean][j] : 0;
     const auto raw = [&](int k) { return double(c.array[k][j]); };
-    if (c.arrays & bits(Central2)) {
-      double sum = c.back_to_sum(c.array[Central2][j]);
-      if (!given(Central2) && c.arrays & bits(Raw2) && given(Raw2)) sum = W * (raw(Raw2) - mean * mean);
-      c.array[Central2][j] = T(sum);
+    if (c.arrays & bits(kCentral2)) {
+      double sum = c.back_to_sum(c.array[kCentral2][j]);
+      if (!given(kCentral2) && c.arrays & bits(kRaw2) && given(kRaw2)) sum = W * (raw(kRaw2) - mean * mean);
+      c.array[kCentral2][j] = T(sum);
     }
-    if (c.arrays & bits(Central3)) {
-      double sum = c.array[Central3][j] * W;
-      if (!given(Central3) && c.arrays & bits(Raw3) && given(Raw2) && given(Raw3))
-        sum = W * (raw(Raw3) + mean * (2 * mean * mean - 3 * raw(Raw2)));
-      c.array[Central3][j] = T(sum);
+    if (c.arrays & bits(kCentral3)) {
+      double sum = c.array[kCentral3][j] * W;
+      if (!given(kCentral3) && c.arrays & bits(kRaw3) && given(kRaw2) && given(kRaw3))
+        sum = W * (raw(kRaw3) + mean * (2 * mean * mean - 3 * raw(kRaw2)));
+      c.array[kCentral3][j] = T(sum);
     }
-    if (c.arrays & bits(Central4)) c.array[Central4][j] = T(c.array[Central4][j] * W);
+    if (c.arrays & bits(kCentral4)) c.array[kCentral4][j] = T(c.array[kCentral4][j] * W);
   }
 }
 
 // The earlier covariance or correlation back to sums, into the lower triangle.
 template <class T>
 void rebuild_products(Computation<T>& c) {
-  const bool from_cov = c.wanted & bits(Covariance);
+  const bool from_cov = c.wanted & bits(kCovariance);
   const SymmetricMatrix<T> earlier = from_cov ? SymmetricMatrix<T>(c.task->cov, c.task->covStorage, c.p())
                                               : SymmetricMatrix<T>(c.task->cor, c.task->corStorage, c.p());
   for (int i = 0; i < c.p(); ++i) {
@@ -224,23 +229,23 @@ void rebuild_products(Computation<T>& c) {
 // The caller's covariance serves where it is whole and all of it is wanted.
 template <class T>
 bool place_products(Computation<T>& c) {
-  const bool in_place = c.wanted & bits(Covariance) && c.selection.all() &&
+  const bool in_place = c.wanted & bits(kCovariance) && c.selection.all() &&
                         SymmetricMatrix<T>(c.task->cov, c.task->covStorage, c.p()).full();
-  if (!in_place && !c.products_block.allocate(uint64_t(c.p()) * c.p())) return false;
+  if (!in_place && !c.products_block.allocate(int64_t(c.p()) * c.p())) return false;
   c.products = in_place ? reals<T>(c.task->cov) : c.products_block.get();
   return true;
 }
 
 template <class T>
 bool allocate(Computation<T>& c) {
-  const uint64_t p = c.p(), words = 4 + work_size(c.p(), c.method == KOB_SS_ONE_PASS && c.cross);
-  const uint64_t accumulator_size = (words + 15) & ~uint64_t(15);
-  const uint64_t private_size = p * (__builtin_popcount(c.arrays) + (c.cross ? p : 0));
+  const int64_t p = c.p(), words = 4 + work_size(c.p(), c.method == KOB_SS_ONE_PASS && c.cross);
+  const int64_t accumulator_size = (words + 15) & ~int64_t(15);
+  const int64_t private_size = p * (__builtin_popcount(c.arrays) + (c.cross ? p : 0));
   if (!c.accumulator_block.allocate(accumulator_size * c.workers)) return false;
   if (c.cross && !place_products(c)) return false;
   if (c.workers > 1 && !c.private_block.allocate_zeros(private_size * (c.workers - 1))) return false;
-  for (int k = 0; k < ArrayCount; ++k)
-    if (((c.arrays | bits(Mean)) >> k & 1) && !init_array(c, k)) return false;
+  for (int k = 0; k < kArrayCount; ++k)
+    if (((c.arrays | bits(kMean)) >> k & 1) && !init_array(c, k)) return false;
   c.accumulators = c.accumulator_block.get();
   c.accumulator_size = intptr_t(accumulator_size);
   c.private_arrays = c.private_block.get();
@@ -269,7 +274,7 @@ int _vSSInitBasic(Computation<T>& c) {
 // Nothing came before: what the arrays hold does not count.
 template <class T>
 void clear(Computation<T>& c) {
-  for (int k = 0; k < ArrayCount; ++k)
+  for (int k = 0; k < kArrayCount; ++k)
     if (c.arrays >> k & 1)
       for (int j = 0; j < c.p(); ++j) c.array[k][j] = 0;
 }
@@ -317,14 +322,14 @@ int run_by_blocks(const Computation<T>& c, KernelArgs<T>& args) {
 
   Block<T> copy;
   // As large as all data whatever this worker's share is; what is not touched costs address space alone.
-  if (c.weights && !copy.allocate(uint64_t(c.data.n) * p)) return KOB_SS_ERROR_MEMORY;
-  blas::syr(p, T(args.accumulator[0]), args.array[Mean], args.cross, p);
+  if (c.weights && !copy.allocate(int64_t(c.data.n) * p)) return KOB_SS_ERROR_MEMORY;
+  blas::syr(p, T(args.accumulator[0]), args.array[kMean], args.cross, p);
   for (args.first = first; args.first < end; args.first = args.end) {
     args.end = end - args.first < block ? end : args.first + block;
     c.kernel(args);
     add_block_products(c, args.first, args.end - args.first, copy.get(), args.cross);
   }
-  blas::syr(p, -T(args.accumulator[0]), args.array[Mean], args.cross, p);
+  blas::syr(p, -T(args.accumulator[0]), args.array[kMean], args.cross, p);
   return KOB_SS_OK;
 }
 
@@ -341,12 +346,12 @@ void _vSSBasicThreader(int t, int, int, void* arguments) {
   args.weights = c.weights;
   args.accumulator = c.accumulator(t);
   args.work = args.accumulator + 4;
-  for (int k = 0; k < ArrayCount; ++k) args.array[k] = c.worker_array(t, k);
+  for (int k = 0; k < kArrayCount; ++k) args.array[k] = c.worker_array(t, k);
   args.cross = c.worker_products(t);
   if (!c.in_products())
     c.kernel(args);
   else if (const int status = run_by_blocks(c, args))
-    c.status = status;
+    c.failure.report(status);
 }
 
 // ---- merge ----
@@ -358,12 +363,12 @@ void merge_worker(Computation<T>& c, int t) {
   double *a = c.accumulator(0), *b = c.accumulator(t);
   const double Wa = a[0], Wb = b[0], s = 1 / (Wa + Wb);
   if (Wb == 0) return;
-  T* other[ArrayCount];
-  for (int k = 0; k < ArrayCount; ++k) other[k] = c.worker_array(t, k);
+  T* other[kArrayCount];
+  for (int k = 0; k < kArrayCount; ++k) other[k] = c.worker_array(t, k);
 
   if (c.cross) {
     const double h = Wa == 0 ? 0 : Wa * Wb * s;
-    const T *products = c.worker_products(t), *mean_a = c.array[Mean], *mean_b = other[Mean];
+    const T *products = c.worker_products(t), *mean_a = c.array[kMean], *mean_b = other[kMean];
     for (int j = 0; j < c.p(); ++j) {
       const double hd = h * (double(mean_b[j]) - double(mean_a[j]));
       for (int k = 0; k <= j; ++k) {
@@ -373,20 +378,23 @@ void merge_worker(Computation<T>& c, int t) {
     }
   }
   for (int j = 0; j < c.p(); ++j) {
-    const double d = double(other[Mean][j]) - double(c.array[Mean][j]), e = s * d;
+    const double d = double(other[kMean][j]) - double(c.array[kMean][j]), e = s * d;
     const auto has = [&](int k) { return c.arrays >> k & 1; };
-    const double c2a = has(Central2) ? c.array[Central2][j] : 0, c2b = has(Central2) ? other[Central2][j] : 0;
-    const double c3a = has(Central3) ? c.array[Central3][j] : 0, c3b = has(Central3) ? other[Central3][j] : 0;
-    if (has(Central4)) {
+    const double c2a = has(kCentral2) ? c.array[kCentral2][j] : 0,
+                 c2b = has(kCentral2) ? other[kCentral2][j] : 0;
+    const double c3a = has(kCentral3) ? c.array[kCentral3][j] : 0,
+                 c3b = has(kCentral3) ? other[kCentral3][j] : 0;
+    if (has(kCentral4)) {
       const double quadratic =
           Wa * (((Wa - Wb) * Wa + Wb * Wb) * (Wb * d * e) + 6 * Wa * c2b) + 6 * Wb * Wb * c2a;
-      c.array[Central4][j] =
-          T(c.array[Central4][j] + (other[Central4][j] + e * (e * quadratic + 4 * (Wa * c3b - Wb * c3a))));
+      c.array[kCentral4][j] =
+          T(c.array[kCentral4][j] + (other[kCentral4][j] + e * (e * quadratic + 4 * (Wa * c3b - Wb * c3a))));
     }
-    if (has(Central3))
-      c.array[Central3][j] = T(c3a + (c3b + Wa * Wb * (Wa - Wb) * d * e * e + 3 * e * (Wa * c2b - Wb * c2a)));
-    if (has(Central2)) c.array[Central2][j] = T(c2a + (c2b + Wa * Wb * e * d));
-    for (int k = Mean; k <= Raw4; ++k)
+    if (has(kCentral3))
+      c.array[kCentral3][j] =
+          T(c3a + (c3b + Wa * Wb * (Wa - Wb) * d * e * e + 3 * e * (Wa * c2b - Wb * c2a)));
+    if (has(kCentral2)) c.array[kCentral2][j] = T(c2a + (c2b + Wa * Wb * e * d));
+    for (int k = kMean; k <= kRaw4; ++k)
       if (has(k)) c.array[k][j] = T(s * (Wa * c.array[k][j] + Wb * other[k][j]));
   }
   for (int k = 0; k < 4; ++k) a[k] += b[k];
@@ -401,22 +409,22 @@ void write_matrices(const Computation<T>& c) {
   const auto sum = [&](int i, int j) { return double(c.products[intptr_t(i) * c.p() + j]); };
   const auto write = [&](int which, const void* storage, auto element) {
     if (!(c.wanted >> which & 1)) return;
-    const SymmetricMatrix<T> result(c.task->*estimates[which].array, storage, c.p());
+    const SymmetricMatrix<T> result(c.task->*kEstimates[which].array, storage, c.p());
     for (int i = 0; i < c.p(); ++i)
       for (int j = 0; j <= i; ++j)
         if (c.selection[i] && c.selection[j]) result.set(i, j, T(element(i, j)));
   };
-  write(Correlation, c.task->corStorage, [&](int i, int j) {
+  write(kCorrelation, c.task->corStorage, [&](int i, int j) {
     return i == j ? scale * sum(i, i) : sum(i, j) / __kobdSqrt(sum(i, i) * sum(j, j));
   });
-  write(Covariance, c.task->covStorage, [&](int i, int j) { return scale * sum(i, j); });
+  write(kCovariance, c.task->covStorage, [&](int i, int j) { return scale * sum(i, j); });
 }
 
 template <class T>
 void _vSSFinishBasic(Computation<T>& c) {
   if (c.cross) write_matrices(c);
-  for (int k = 0; k < ArrayCount; ++k) {
-    T* callers = reals<T>(c.task->*estimates[k].array);
+  for (int k = 0; k < kArrayCount; ++k) {
+    T* callers = reals<T>(c.task->*kEstimates[k].array);
     if (!(c.arrays >> k & 1) || !callers || callers == c.array[k]) continue;
     for (int j = 0; j < c.p(); ++j)
       if (c.selection[j]) callers[j] = c.array[k][j];
@@ -435,61 +443,61 @@ void convert(const Computation<T>& c) {
   const double W = c.W(), W2 = c.W2();
   const bool fast = c.method == KOB_SS_FAST;
   // Arrays that hold sums are turned into moments even if they were not asked for themselves.
-  const unsigned results = c.wanted | (fast ? 0 : c.arrays & bits(Central2, Central3, Central4));
-  T* a[ResultCount];
-  for (int k = 0; k < ResultCount; ++k)
-    a[k] = results >> k & 1 ? reals<T>(c.task->*estimates[k].array) : nullptr;
+  const unsigned results = c.wanted | (fast ? 0 : c.arrays & bits(kCentral2, kCentral3, kCentral4));
+  T* a[kResultCount];
+  for (int k = 0; k < kResultCount; ++k)
+    a[k] = results >> k & 1 ? reals<T>(c.task->*kEstimates[k].array) : nullptr;
 
   for (int j = 0; j < c.p(); ++j) {
     if (!c.selection[j]) continue;
     const auto moment = [&](int k) { return double(a[k][j]); };
-    if (a[Central2]) {
-      const double biased = fast ? moment(Raw2) - moment(Mean) * moment(Mean) : moment(Central2) / W;
-      a[Central2][j] = T(biased * (W * W / (W * W - W2)));
+    if (a[kCentral2]) {
+      const double biased = fast ? moment(kRaw2) - moment(kMean) * moment(kMean) : moment(kCentral2) / W;
+      a[kCentral2][j] = T(biased * (W * W / (W * W - W2)));
     }
-    if (a[Central3]) {
-      const double mean = fast ? moment(Mean) : 0;
-      a[Central3][j] =
-          T(fast ? mean * (2 * mean * mean - 3 * moment(Raw2)) + moment(Raw3) : moment(Central3) / W);
+    if (a[kCentral3]) {
+      const double mean = fast ? moment(kMean) : 0;
+      a[kCentral3][j] =
+          T(fast ? mean * (2 * mean * mean - 3 * moment(kRaw2)) + moment(kRaw3) : moment(kCentral3) / W);
     }
-    if (a[Central4]) {
-      const double mean = fast ? moment(Mean) : 0;
-      a[Central4][j] =
-          T(fast ? ((6 * moment(Raw2) - 3 * mean * mean) * mean - 4 * moment(Raw3)) * mean + moment(Raw4)
-                 : moment(Central4) / W);
+    if (a[kCentral4]) {
+      const double mean = fast ? moment(kMean) : 0;
+      a[kCentral4][j] =
+          T(fast ? ((6 * moment(kRaw2) - 3 * mean * mean) * mean - 4 * moment(kRaw3)) * mean + moment(kRaw4)
+                 : moment(kCentral4) / W);
     }
-    if (a[Kurtosis]) a[Kurtosis][j] = T(moment(Central4) / (moment(Central2) * moment(Central2)) - 3);
-    if (a[Skewness]) {
-      const double variance = moment(Central2);
-      a[Skewness][j] = T(moment(Central3) / __kobdSqrt(variance * variance * variance));
+    if (a[kKurtosis]) a[kKurtosis][j] = T(moment(kCentral4) / (moment(kCentral2) * moment(kCentral2)) - 3);
+    if (a[kSkewness]) {
+      const double variance = moment(kCentral2);
+      a[kSkewness][j] = T(moment(kCentral3) / __kobdSqrt(variance * variance * variance));
     }
-    if (a[Variation]) a[Variation][j] = T(__kobdSqrt(moment(Central2)) / moment(Mean));
+    if (a[kVariation]) a[kVariation][j] = T(__kobdSqrt(moment(kCentral2)) / moment(kMean));
   }
 }
 
 // ---- the whole ----
 
 template <class T>
-int compute(SSTask* task, unsigned requested, unsigned method, const ThreadingServices* threading,
+int compute(SSTask* task, unsigned requested, unsigned method, const ThreadingServices* services,
             const KernelTables<T>& tables) {
-  if (const int status = check_data(task)) return status;
+  if (const int status = check_data<T>(task)) return status;
   const unsigned wanted = widen(requested);
   if (const int status = check_arrays(task, wanted)) return status;
   method &= KOB_SS_FAST | KOB_SS_ONE_PASS | KOB_SS_USER_MEAN;
   if (__builtin_popcount(method) != 1) return KOB_SS_ERROR_METHOD;
 
   Computation<T> c(task, wanted, method);
-  c.cross = wanted & bits(Covariance, Correlation);
+  c.cross = wanted & bits(kCovariance, kCorrelation);
   choose_kernel(c, tables);
   constexpr int min_share = 1000;
+  const ThreadingServices* threading = threading_or_serial(services);
   c.workers = threading->maxThreads();
   if (c.workers < 1) c.workers = 1;
   if (c.data.n / c.workers < min_share) c.workers = c.data.n < min_share ? 1 : c.data.n / min_share;
-  c.status = KOB_SS_OK;
   if (const int status = _vSSInitBasic(c)) return status;
   if (c.W() == 0) clear(c);
   threading->parallelRun(c.workers, &c, _vSSBasicThreader<T>);
-  if (c.status) return c.status;
+  if (const int status = c.failure.status()) return status;
   for (int t = 1; t < c.workers; ++t) merge_worker(c, t);
   _vSSFinishBasic(c);
   convert(c);

@@ -14,26 +14,27 @@
 namespace orx::ss::basic {
 
 // The running arrays of a computation. Raw moments are kept as moments, central ones as sums.
-enum { Mean, Raw2, Raw3, Raw4, Central2, Central3, Central4, ArrayCount };
+enum { kMean, kRaw2, kRaw3, kRaw4, kCentral2, kCentral3, kCentral4, kArrayCount };
 
-constexpr int raw_array(int order) { return Mean + order - 1; }
-constexpr int central_array(int order) { return Central2 + order - 2; }
+constexpr int raw_array(int order) { return kMean + order - 1; }
+constexpr int central_array(int order) { return kCentral2 + order - 2; }
 
-// The orders that a kernel computes: raw moments raw_from to raw_to, central ones 2 to central_to.
-template <int raw_from_, int raw_to_, int central_to_>
+// The orders that a kernel computes: raw moments raw_from to raw_to, central ones 2 to
+// central_to.
+template <int raw_from, int raw_to, int central_to>
 struct Orders {
-  static constexpr int raw_from = raw_from_, raw_to = raw_to_, central_to = central_to_;
-  static constexpr bool raw = raw_from <= raw_to, central = central_to >= 2;
+  static constexpr int kRawFrom = raw_from, kRawTo = raw_to, kCentralTo = central_to;
+  static constexpr bool kRaw = kRawFrom <= kRawTo, kCentral = kCentralTo >= 2;
 
   // The arrays that it updates, as bits.
   static constexpr unsigned raw_arrays() {
     unsigned bits = 0;
-    for (int k = raw_from; k <= raw_to; ++k) bits |= 1u << raw_array(k);
+    for (int k = kRawFrom; k <= kRawTo; ++k) bits |= 1u << raw_array(k);
     return bits;
   }
   static constexpr unsigned arrays() {
     unsigned bits = raw_arrays();
-    for (int k = 2; k <= central_to; ++k) bits |= 1u << central_array(k);
+    for (int k = 2; k <= kCentralTo; ++k) bits |= 1u << central_array(k);
     return bits;
   }
 };
@@ -46,7 +47,7 @@ struct KernelArgs {
   const T* weights;
   double* work;         // work_size(p, ...) doubles, aligned to 32 bytes
   double* accumulator;  // W, the sum of weights; W2, the sum of their squares; two words that stay 0
-  T* array[ArrayCount];
+  T* array[kArrayCount];
   T* cross;  // p by p: the lower triangle by rows; what lies above the diagonal may be overwritten
 };
 
@@ -89,7 +90,7 @@ class State {
  private:
   template <class F>
   void each(unsigned arrays, F f) const {
-    for (int k = 0; k < ArrayCount; ++k)
+    for (int k = 0; k < kArrayCount; ++k)
       if (arrays >> k & 1) f(k, (*this)[k]);
   }
 
@@ -111,17 +112,17 @@ int first_observation(const KernelArgs<T>& args) {
 // Sums of w v^k for k = from to to, by lanes; v = x or the distance of x from a centre.
 template <int from, int to, bool weighted>
 struct PowerSums {
-  static constexpr int terms = to - from + 1;
-  __m256d sum[terms];
+  static constexpr int kTerms = to - from + 1;
+  __m256d sum[kTerms];
 
   PowerSums() {
-    for (int k = 0; k < terms; ++k) sum[k] = _mm256_setzero_pd();
+    for (int k = 0; k < kTerms; ++k) sum[k] = _mm256_setzero_pd();
   }
   void add(__m256d v, __m256d w) {
     __m256d power = weighted ? w * v : v;
     for (int k = 1; k < from; ++k) power *= v;
     sum[0] += power;
-    for (int k = 1; k < terms; ++k) sum[k] += power *= v;
+    for (int k = 1; k < kTerms; ++k) sum[k] += power *= v;
   }
 };
 
@@ -148,7 +149,7 @@ void sum_row(const T* x, const T* w, int count, double centre, double* sums, int
     const __m256d v = centred ? keep(load4(x + i, mask) - middle, mask) : load4(x + i, mask);
     running.add(v, weighted ? load4(w + i, mask) : v);
   }
-  for (int k = 0; k < running.terms; ++k) sums[intptr_t(k) * size] += sum4(running.sum[k]);
+  for (int k = 0; k < running.kTerms; ++k) sums[intptr_t(k) * size] += sum4(running.sum[k]);
 }
 
 // Four variables that lie side by side, or `lanes` of them. Two leave room for those of the next observation.
@@ -180,7 +181,7 @@ void sum_columns(const T* x, intptr_t stride, int lanes, const T* w, int count, 
   if (pairs) middle = keep(middle, mask);
   sweep(
       1, [&] { return load4(x, mask); }, weight);
-  for (int k = 0; k < running.terms; ++k, sums += size) {
+  for (int k = 0; k < running.kTerms; ++k, sums += size) {
     const __m256d sum = pairs ? fold(running.sum[k]) : running.sum[k];
     _mm256_store_pd(sums, _mm256_load_pd(sums) + sum);
   }
@@ -206,23 +207,23 @@ template <class O, bool rows, bool weighted, class T>
 void sum_block(const KernelArgs<T>& args, int first, int count, const State& state) {
   const int size = state.row_size();
   const T* w = weighted ? args.weights + first : nullptr;
-  double *mean = state[Mean], *raw = state[raw_array(O::raw_from)], *central = state[Central2];
+  double *mean = state[kMean], *raw = state[raw_array(O::kRawFrom)], *central = state[kCentral2];
   if (rows || args.p == 1) {
     const T* x = args.x + first;
     for (int j = 0; j < args.p; ++j, x += args.n) {
-      if constexpr (O::raw) sum_row<O::raw_from, O::raw_to, false, weighted>(x, w, count, 0, raw + j, size);
-      if constexpr (O::central)
-        sum_row<2, O::central_to, true, weighted>(x, w, count, mean[j], central + j, size);
+      if constexpr (O::kRaw) sum_row<O::kRawFrom, O::kRawTo, false, weighted>(x, w, count, 0, raw + j, size);
+      if constexpr (O::kCentral)
+        sum_row<2, O::kCentralTo, true, weighted>(x, w, count, mean[j], central + j, size);
     }
   } else {
     const T* x = args.x + intptr_t(first) * args.p;
     for (int j = 0; j < args.p; j += 4) {
       const int lanes = args.p - j < 4 ? args.p - j : 4;
-      if constexpr (O::raw)
-        sum_columns<O::raw_from, O::raw_to, false, weighted>(x + j, args.p, lanes, w, count, mean, raw + j,
+      if constexpr (O::kRaw)
+        sum_columns<O::kRawFrom, O::kRawTo, false, weighted>(x + j, args.p, lanes, w, count, mean, raw + j,
                                                              size);
-      if constexpr (O::central)
-        sum_columns<2, O::central_to, true, weighted>(x + j, args.p, lanes, w, count, mean + j, central + j,
+      if constexpr (O::kCentral)
+        sum_columns<2, O::kCentralTo, true, weighted>(x + j, args.p, lanes, w, count, mean + j, central + j,
                                                       size);
     }
   }
@@ -243,11 +244,13 @@ template <class T, bool rows, bool weighted, class O, bool>
 void kernel_Fast(const KernelArgs<T>& args) {
   const int begin = first_observation<weighted>(args), block = sum_block_size(args, rows);
   if (begin >= args.end) return;
-  const State state(args, O::arrays() | (O::central ? 1u << Mean : 0));
+  const State state(args, O::arrays() | (O::kCentral ? 1u << kMean : 0));
   const double& W = args.accumulator[0];
   if (W > 0) state.scale(O::raw_arrays(), W);
-  for (int first = begin; first < args.end; first += block)
-    sum_block<O, rows, weighted>(args, first, args.end - first < block ? args.end - first : block, state);
+  for (int first = begin, count; first < args.end; first += count) {
+    count = args.end - first < block ? args.end - first : block;
+    sum_block<O, rows, weighted>(args, first, count, state);
+  }
   if (W > 0) state.scale(O::raw_arrays(), 1 / W);
   state.store(args, O::arrays());
 }
@@ -275,13 +278,13 @@ void kernel_2p(const KernelArgs<T>& args) {
 
 // What the recurrences need of each observation of a block; `inverse` is 1/W, or 0 where W is 0.
 struct Coefficients {
-  static constexpr int block = 128;
-  double w[block], inverse[block], r[block], t2[block], t3[block], t4[block];
+  static constexpr int kBlock = 128;
+  double w[kBlock], inverse[kBlock], r[kBlock], t2[kBlock], t3[kBlock], t4[kBlock];
   double W_before, W_after;
 
   template <bool weighted, class T>
   void fill(const KernelArgs<T>& args, int first, int count) {
-    double before[block];
+    double before[kBlock];
     double W = args.accumulator[0], squares = args.accumulator[1];
     W_before = W;
     for (int i = 0; i < count; ++i) {
@@ -333,26 +336,26 @@ Panel data_panel(const KernelArgs<T>& args, int first, int count, int j, double*
 // of two.
 struct Distances {
   enum class Kind { None, Plain, Cross };
-  static constexpr int block = Coefficients::block;
+  static constexpr int kBlock = Coefficients::kBlock;
 
   double *panels, *scaled;
 
-  static uint64_t size(int p, Kind kind) {
-    return kind == Kind::Cross ? uint64_t(block) * (((p + 7) & ~7) + padded(p)) : uint64_t(block) * 4;
+  static int64_t size(int p, Kind kind) {
+    return kind == Kind::Cross ? int64_t(kBlock) * (((p + 7) & ~7) + padded(p)) : int64_t(kBlock) * 4;
   }
   Distances(double* memory, int p, Kind kind)
-      : panels(memory), scaled(memory + (kind == Kind::Cross ? intptr_t((p + 7) & ~7) * block : 0)) {
+      : panels(memory), scaled(memory + (kind == Kind::Cross ? intptr_t((p + 7) & ~7) * kBlock : 0)) {
     // The upper half of the last panel may have no variables.
     if (kind == Kind::Cross && padded(p) % 8 != 0)
-      for (double* x = scaled - 8 * block + 4; x < scaled; x += 8) _mm256_store_pd(x, _mm256_setzero_pd());
+      for (double* x = scaled - 8 * kBlock + 4; x < scaled; x += 8) _mm256_store_pd(x, _mm256_setzero_pd());
   }
   // Those of the four variables from j on.
   template <Kind kind>
   PanelOf<double> at(int j) const {
-    if constexpr (kind == Kind::Cross) return {panels + intptr_t(j & ~7) * block + (j & 7), 8};
+    if constexpr (kind == Kind::Cross) return {panels + intptr_t(j & ~7) * kBlock + (j & 7), 8};
     return {panels, 4};
   }
-  double* scaled_at(int j) const { return scaled + intptr_t(j) * block; }
+  double* scaled_at(int j) const { return scaled + intptr_t(j) * kBlock; }
 };
 
 // Mean and raw moments to order raw_to; the distances from the running mean are left behind.
@@ -373,7 +376,7 @@ void update_raw(Panel x, int count, const Coefficients& c, double* mean, int siz
       if constexpr (kind == Distances::Kind::Cross) {
         const __m256d e = _mm256_set1_pd(c.t2[i]) * d;
         _mm_store_pd(scaled + 2 * i, _mm256_castpd256_pd128(e));
-        _mm_store_pd(scaled + 2 * (i + Distances::block), _mm256_extractf128_pd(e, 1));
+        _mm_store_pd(scaled + 2 * (i + Distances::kBlock), _mm256_extractf128_pd(e, 1));
       }
     }
     sum[0] += weighted ? w * shifted : shifted;
@@ -445,17 +448,17 @@ template <bool rows, class T>
 class NextBlock {
  public:
   NextBlock(const KernelArgs<T>& args, int first) : stride_(args.n * intptr_t(sizeof(T))) {
-    const int left = args.end - first, count = left < Coefficients::block ? left : Coefficients::block;
+    const int left = args.end - first, count = left < Coefficients::kBlock ? left : Coefficients::kBlock;
     if (count <= 0) return;
     at_ = reinterpret_cast<const char*>(args.x + first * intptr_t(rows ? 1 : args.p));
     rows_ = rows ? args.p : 1;
     row_size_ = (rows ? 1 : args.p) * count * int(sizeof(T));
   }
-  int lines() const { return rows_ * (row_size_ / line + 1); }
+  int lines() const { return rows_ * (row_size_ / kLine + 1); }
   void ask(int count) {
     for (; count > 0 && rows_ > 0; --count) {
       _mm_prefetch(at_ + offset_, _MM_HINT_T1);
-      offset_ += line;
+      offset_ += kLine;
       if (offset_ < row_size_) continue;
       offset_ = 0;
       at_ += stride_;
@@ -464,7 +467,7 @@ class NextBlock {
   }
 
  private:
-  static constexpr int line = 64;
+  static constexpr int kLine = 64;
   const char* at_ = nullptr;
   intptr_t stride_;
   int rows_ = 0, row_size_ = 0, offset_ = 0;
@@ -497,32 +500,32 @@ template <class T, bool rows, bool weighted, class O, bool cross>
 void kernel_1p(const KernelArgs<T>& args) {
   using Kind = Distances::Kind;
   // Cross-products gain from long blocks, the sweeps alone do not.
-  constexpr int block = cross ? Coefficients::block : Coefficients::block / 2;
-  constexpr Kind kind = cross ? Kind::Cross : O::central ? Kind::Plain : Kind::None;
+  constexpr int block = cross ? Coefficients::kBlock : Coefficients::kBlock / 2;
+  constexpr Kind kind = cross ? Kind::Cross : O::kCentral ? Kind::Plain : Kind::None;
   const int begin = first_observation<weighted>(args);
   if (begin >= args.end) return;
   const State state(args, O::arrays());
-  const Distances distances(state[ArrayCount], args.p, kind);
+  const Distances distances(state[kArrayCount], args.p, kind);
   Coefficients coefficients;
   alignas(32) double copy[4 * block];
-  for (int first = begin; first < args.end; first += block) {
-    const int count = args.end - first < block ? args.end - first : block;
+  for (int first = begin, count; first < args.end; first += count) {
+    count = args.end - first < block ? args.end - first : block;
     coefficients.fill<weighted>(args, first, count);
     for (int j = 0; j < args.p; j += 4) {
-      update_raw<O::raw_to, weighted, kind>(data_panel<rows>(args, first, count, j, copy), count,
-                                            coefficients, state[Mean] + j, state.row_size(), distances, j);
-      if constexpr (O::central)
-        update_central<O::central_to>(distances.at<kind>(j), count, coefficients, state[Central2] + j,
+      update_raw<O::kRawTo, weighted, kind>(data_panel<rows>(args, first, count, j, copy), count,
+                                            coefficients, state[kMean] + j, state.row_size(), distances, j);
+      if constexpr (O::kCentral)
+        update_central<O::kCentralTo>(distances.at<kind>(j), count, coefficients, state[kCentral2] + j,
                                       state.row_size());
     }
-    if constexpr (cross) update_cross<rows>(args, count, distances, NextBlock<rows, T>(args, first + block));
+    if constexpr (cross) update_cross<rows>(args, count, distances, NextBlock<rows, T>(args, first + count));
   }
   state.store(args, O::arrays());
 }
 
 // The doubles of work that a kernel for p variables needs.
-inline uint64_t work_size(int p, bool one_pass_cross) {
-  return uint64_t(padded(p)) * ArrayCount +
+inline int64_t work_size(int p, bool one_pass_cross) {
+  return int64_t(padded(p)) * kArrayCount +
          Distances::size(p, one_pass_cross ? Distances::Kind::Cross : Distances::Kind::Plain);
 }
 

@@ -5,5 +5,5 @@ using Real = float;
 
 ORX_API int _kobsSSBasic(SSTask* task, long long estimates, long long method,
                          const ThreadingServices* threading) {
-  return compute<Real>(task, unsigned(estimates), unsigned(method), threading, kernel_tables);
+  return compute<Real>(task, unsigned(estimates), unsigned(method), threading, kKernelTables);
 }

@@ -40,7 +40,7 @@ ORX_BASIC_ALL(ORX_BASIC_FAST, ORX_BASIC_DEFINE)
 }
 
 // By storage, weights, class and, in one pass, cross-products.
-constexpr KernelTables<Real> kernel_tables = {{ORX_BASIC_ALL(ORX_BASIC_1P, ORX_BASIC_NAME)},
+constexpr KernelTables<Real> kKernelTables = {{ORX_BASIC_ALL(ORX_BASIC_1P, ORX_BASIC_NAME)},
                                               {ORX_BASIC_ALL(ORX_BASIC_2P, ORX_BASIC_NAME)},
                                               {ORX_BASIC_ALL(ORX_BASIC_FAST, ORX_BASIC_NAME)}};
 }  // namespace

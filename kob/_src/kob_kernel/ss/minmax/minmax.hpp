@@ -2,6 +2,7 @@
 #pragma once
 
 #include "lanes.hpp"
+#include "orx/base/memory.hpp"
 #include "ss_task.hpp"
 
 namespace orx::ss::minmax {
@@ -27,7 +28,7 @@ template <class T>
 void sweep_row(const T* x, int n, double* least, double* greatest) {
   Extremes e = {_mm256_set1_pd(*least), _mm256_set1_pd(*greatest)}, f = e;
   int i = 0;
-  for (; i + 8 <= n; i += 8) {
+  for (; n - i >= 8; i += 8) {
     e.take(load4(x + i));
     f.take(load4(x + i + 4));
   }
@@ -59,17 +60,22 @@ void sweep(const Observations<T>& data, double* least, double* greatest) {
   }
   int block = block_bytes / int(sizeof(T)) / p;
   if (block < 16) block = 16;
-  for (int first = 0; first < n; first += block) {
-    const int count = n - first < block ? n - first : block;
+  for (int first = 0, count; first < n; first += count) {
+    count = n - first < block ? n - first : block;
     for (int j = 0; j < p; j += 4)
       sweep_columns(data.x + intptr_t(first) * p + j, p, p - j < 4 ? p - j : 4, count, least + j,
                     greatest + j);
   }
 }
 
+constexpr double kInfinity = __builtin_inf();
+
+// A NaN among the running values, which nothing would replace, stands for nothing seen.
+inline double seed(double running, double nothing) { return running != running ? nothing : running; }
+
 template <class T>
 int compute(SSTask* task, unsigned estimates, unsigned method) {
-  if (const int status = check_data(task)) return status;
+  if (const int status = check_data<T>(task)) return status;
   T* const least = estimates & KOB_SS_MINIMUM ? reals<T>(task->minimum) : nullptr;
   T* const greatest = estimates & KOB_SS_MAXIMUM ? reals<T>(task->maximum) : nullptr;
   if (estimates & KOB_SS_MINIMUM && !least) return KOB_SS_ERROR_MINIMUM;
@@ -82,11 +88,11 @@ int compute(SSTask* task, unsigned estimates, unsigned method) {
   const Observations<T> data(task);
   const int size = (data.p + 3) & ~3;
   Block<double> running;
-  if (!running.allocate_zeros(2 * uint64_t(size))) return KOB_SS_ERROR_MEMORY;
+  if (!running.allocate_zeros(2 * int64_t(size))) return KOB_SS_ERROR_MEMORY;
   double *low = running.get(), *high = low + size;
   for (int j = 0; j < data.p; ++j) {
-    if (least) low[j] = least[j];
-    if (greatest) high[j] = greatest[j];
+    if (least) low[j] = seed(least[j], kInfinity);
+    if (greatest) high[j] = seed(greatest[j], -kInfinity);
   }
   sweep(data, low, high);
   const Selection wanted(task);

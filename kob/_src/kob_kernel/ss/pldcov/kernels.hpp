@@ -17,14 +17,14 @@ ORX_PLDCOV(I, W, R)
 ORX_PLDCOV(I, W, C)
 }
 
-constexpr KernelTable<Real> kernel_table = {
+constexpr KernelTable<Real> kKernelTable = {
     {{{_vSSPldCovKernel_i_R, _vSSPldCovKernel_i_C}, {_vSSPldCovKernel_iWR, _vSSPldCovKernel_iWC}},
      {{nullptr, _vSSPldCovKernel_I_C}, {_vSSPldCovKernel_IWR, _vSSPldCovKernel_IWC}}}};
 
 void _vSSPldCovThreader(int group, int t, int T, void* arguments) {
   Computation<Real>& c = *static_cast<Computation<Real>*>(arguments);
   const KernelArgs<Real> args = {&c, group, c.worker_values(t), c.worker_sums(t)};
-  _vSSPldCovCalculateGroup(args, kernel_table);
+  _vSSPldCovCalculateGroup(args, kKernelTable);
   if (c.estimates & KOB_SS_GROUP_COVARIANCE) write_group(c, group, args.sums);
   if (c.estimates & KOB_SS_POOLED_COVARIANCE)
     c.threading->orderedSection(group, t, T, arguments, _vSSPldCovThreaderOrdered<Real>);

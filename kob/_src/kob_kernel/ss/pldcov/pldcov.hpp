@@ -4,6 +4,8 @@
 #include <type_traits>
 
 #include "matrix.hpp"
+#include "orx/base/memory.hpp"
+#include "orx/base/threading.hpp"
 #include "ss_task.hpp"
 
 namespace orx::ss::pldcov {
@@ -15,13 +17,13 @@ struct Sums {
   int q;
 
   Sums(double* memory, int count) : weights(memory), mean(memory + 2), products(mean + count), q(count) {}
-  static uint64_t size(int q) { return 2 + uint64_t(q) * (q + 1); }
+  static int64_t size(int q) { return 2 + int64_t(q) * (q + 1); }
 
   double W() const { return weights[0]; }
   double freedom() const { return (weights[0] * weights[0] - weights[1]) / weights[0]; }
   double* row(int j) const { return products + intptr_t(j) * q; }
   void clear() const {
-    for (uint64_t i = 0; i < size(q); ++i) weights[i] = 0;
+    for (int64_t i = 0; i < size(q); ++i) weights[i] = 0;
   }
   void add_weight(double w) const {
     weights[0] += w;
@@ -221,27 +223,28 @@ inline int count_groups(const SSTask* task, unsigned estimates) {
 }
 
 template <class T>
-int compute(SSTask* task, unsigned estimates, unsigned method, const ThreadingServices* threading,
+int compute(SSTask* task, unsigned estimates, unsigned method, const ThreadingServices* services,
             orx_worker worker) {
-  if (const int status = check_data(task)) return status;
+  if (const int status = check_data<T>(task)) return status;
   if (low_word(task->observationCount) == 0) return KOB_SS_ERROR_OBSERVATION_COUNT;
   if (const int status = check(task, estimates, method)) return status;
   const int group_count = count_groups(task, estimates);
   if (group_count < 0) return group_count;
 
+  const ThreadingServices* threading = threading_or_serial(services);
   constexpr int least_for_threads = 11;
   Computation<T> c(task);
   const int threads = c.data.p >= least_for_threads ? threading->maxThreads() : 1;
   const bool pooled = estimates & KOB_SS_POOLED_COVARIANCE;
   c.estimates = estimates;
   c.threading = threading;
-  Block<int> variables(c.data.p);
+  const Block<int> variables(c.data.p);
   if (!variables) return KOB_SS_ERROR_MEMORY;
   c.variables = variables.get();
   for (int j = 0; j < c.data.p; ++j)
     if (c.selection[j]) c.variables[c.q++] = j;
-  const uint64_t size = Sums::size(c.q);
-  Block<double> work((size + c.q) * threads + (pooled ? size : 0));
+  const int64_t size = Sums::size(c.q);
+  const Block<double> work((size + c.q) * threads + (pooled ? size : 0));
   if (!work) return KOB_SS_ERROR_MEMORY;
   c.sums = work.get();
   c.values = c.sums + size * threads;

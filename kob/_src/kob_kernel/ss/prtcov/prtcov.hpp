@@ -5,13 +5,15 @@
 #include "_math/scalar.hpp"
 #include "blas.hpp"
 #include "matrix.hpp"
+#include "orx/base/memory.hpp"
 #include "ss_task.hpp"
 
 namespace orx::ss::prtcov {
 
-inline int check(const SSTask* task, unsigned estimates, unsigned method) {
-  if (!task) return KOB_SS_ERROR_TASK;
-  if (!task->dimension || value(task, task->dimension) <= 0) return KOB_SS_ERROR_DIMENSION;
+template <class T>
+int check(const SSTask* task, unsigned estimates, unsigned method) {
+  if (const int status = check_task<T>(task)) return status;
+  if (const int status = check_dimension(task)) return status;
   if (!task->cov && !task->cor) return KOB_SS_ERROR_COVARIANCE;
   if (!(task->cov ? task->covStorage : task->corStorage)) return KOB_SS_ERROR_STORAGE_ABSENT;
   if (!task->partialIndices) return KOB_SS_ERROR_PARTIAL_INDICES;
@@ -63,10 +65,10 @@ void mirror_upper(T* a, int n) {
 
 template <class T>
 int compute(SSTask* task, unsigned estimates, unsigned method) {
-  if (const int status = check(task, estimates, method)) return status;
+  if (const int status = check<T>(task, estimates, method)) return status;
   const int p = low_word(task->dimension);
   const Integers roles(task, task->partialIndices);
-  Block<int> variables(2 * uint64_t(p));
+  const Block<int> variables(2 * int64_t(p));
   if (!variables) return KOB_SS_ERROR_MEMORY;
   int *y = variables.get(), *z = y + p, ny = 0, nz = 0;
   for (int j = 0; j < p; ++j) {
@@ -75,8 +77,8 @@ int compute(SSTask* task, unsigned estimates, unsigned method) {
   }
   if (ny == 0 || nz == 0) return KOB_SS_ERROR_PARTIAL_ROLES;
 
-  const uint64_t yy_size = uint64_t(ny) * ny, zy_size = uint64_t(nz) * ny, zz_size = uint64_t(nz) * nz;
-  Block<T> work(yy_size + 2 * zy_size + zz_size);
+  const int64_t yy_size = int64_t(ny) * ny, zy_size = int64_t(nz) * ny, zz_size = int64_t(nz) * nz;
+  const Block<T> work(yy_size + 2 * zy_size + zz_size);
   if (!work) return KOB_SS_ERROR_MEMORY;
   T *yy = work.get(), *zy = yy + yy_size, *q = zy + zy_size, *zz = q + zy_size;
   const Covariance<T> s(task);

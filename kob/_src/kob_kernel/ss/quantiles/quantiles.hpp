@@ -2,6 +2,8 @@
 #pragma once
 
 #include "_math/sort.hpp"
+#include "orx/base/memory.hpp"
+#include "orx/base/threading.hpp"
 #include "radix.hpp"
 #include "ss_task.hpp"
 
@@ -30,8 +32,8 @@ int check(const SSTask* task, unsigned estimates, unsigned method, Computation<T
   if (estimates & KOB_SS_QUANTILES) {
     if (!task->quantiles) return KOB_SS_ERROR_QUANTILES;
     if (!task->quantOrders) return KOB_SS_ERROR_QUANTILE_ORDERS;
-    if (!task->quantOrderCount || value(task, task->quantOrderCount) < 0)
-      return KOB_SS_ERROR_QUANTILE_ORDER_COUNT;
+    if (const int status = check_count(task, task->quantOrderCount, KOB_SS_ERROR_QUANTILE_ORDER_COUNT))
+      return status;
     c.quantiles = reals<T>(task->quantiles);
     c.orders = reals<T>(task->quantOrders);
     c.order_count = low_word(task->quantOrderCount);
@@ -108,12 +110,13 @@ void _vSSQuantilesThreader(int i, int t, int, void* arguments) {
 }
 
 template <class T>
-int compute(SSTask* task, unsigned estimates, unsigned method, const ThreadingServices* threading) {
-  if (const int status = check_data(task)) return status;
+int compute(SSTask* task, unsigned estimates, unsigned method, const ThreadingServices* services) {
+  if (const int status = check_data<T>(task)) return status;
   if (low_word(task->observationCount) == 0) return KOB_SS_ERROR_OBSERVATION_COUNT;
   Computation<T> c(task);
   if (const int status = check(task, estimates, method, c)) return status;
 
+  const ThreadingServices* threading = threading_or_serial(services);
   constexpr uint64_t most_work = 0xA00000;
   const uint64_t affordable = most_work / (sizeof(T) * uint64_t(c.area_size()));
   int threads = threading->maxThreads();
@@ -121,8 +124,8 @@ int compute(SSTask* task, unsigned estimates, unsigned method, const ThreadingSe
   if (uint64_t(threads) > affordable) threads = affordable ? int(affordable) : 1;
 
   // Without work memory nothing is computed, which is no failure.
-  Block<T> areas(uint64_t(threads) * c.area_size());
-  Block<int> selected(c.data.p);
+  const Block<T> areas(int64_t(threads) * c.area_size());
+  const Block<int> selected(c.data.p);
   if (!areas || !selected) return KOB_SS_OK;
   c.areas = areas.get();
   c.selected = selected.get();

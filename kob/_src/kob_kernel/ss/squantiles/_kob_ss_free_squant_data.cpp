@@ -8,8 +8,7 @@ ORX_API void __kobSQuantilesFreeBuffers(SSTask* task) {
   for (int v = 0; v < state->count; ++v) {
     StreamVariable& variable = state->variables()[v];
     while (variable.blockCount > 0) drop_last_block(variable);
-    orx_serv_deallocate(variable.blocks);
+    orx::free_array(variable.blocks);
   }
-  orx_serv_deallocate(state);
-  task->streamState = nullptr;
+  orx::free_array(task->streamState);
 }

@@ -10,6 +10,9 @@
 
 #include "_math/scalar.hpp"
 #include "_math/sort.hpp"
+#include "orx/base/first_failure.hpp"
+#include "orx/base/memory.hpp"
+#include "orx/base/threading.hpp"
 #include "radix.hpp"
 #include "squantiles/state.hpp"
 #include "squantiles/summary.hpp"
@@ -21,8 +24,8 @@ namespace orx::ss::squantiles {
 template <class T>
 class Rows {
  public:
-  bool allocate(uint64_t places) {
-    if (!memory_.allocate(places * (sizeof(T) + 2 * sizeof(int)))) return false;
+  bool allocate(int64_t places) {
+    if (!memory_.allocate(places * int(sizeof(T) + 2 * sizeof(int)))) return false;
     values_ = reinterpret_cast<T*>(memory_.get());
     r_min_ = reinterpret_cast<int*>(values_ + places);
     r_max_ = r_min_ + places;
@@ -71,7 +74,7 @@ struct Addition {
   Observations<T> data;
   StreamVariable* variables;
   int first = 0, count = 0;  // the observations to be added
-  int status = KOB_SS_OK;
+  FirstFailure failure;
 };
 
 // Makes a summary of the full level 0 and carries it up to the first free level, by way of two sets of rows.
@@ -106,10 +109,10 @@ void _vSSSQuantilesAddDataThreader(int v, int, int, void* arguments) {
   const intptr_t stride = addition.data.stride();
   const T* x = addition.data.variable(v) + addition.first * stride;
   int left = addition.count;
-  const int places = half_size(block) + Summary<T>::extra;
+  const int places = half_size(block) + Summary<T>::kExtra;
   Rows<T> rows;
-  if (block.fill + left >= block.levelSize && !rows.allocate(2 * uint64_t(places))) {
-    addition.status = KOB_SS_ERROR_MEMORY;
+  if (block.fill + left >= block.levelSize && !rows.allocate(2 * int64_t(places))) {
+    addition.failure.report(KOB_SS_ERROR_MEMORY);
     return;
   }
   while (left > 0) {
@@ -182,7 +185,7 @@ void gather_pieces(const StreamVariable& variable, const Rows<T>& rows, Piece* p
   intptr_t place = 0;
   const auto add = [&](int count) {
     *piece = {place, count};
-    place += count + Summary<T>::extra;
+    place += count + Summary<T>::kExtra;
     return rows.at(piece++->place);
   };
   for (int k = 0; k < variable.blockCount; ++k) {
@@ -203,7 +206,7 @@ int query(const StreamVariable& variable, const T* orders, int order_count, T* r
   int elements, count;
   count_pieces(variable, elements, count);
   if (elements == 0) return KOB_SS_OK;
-  const uint64_t places = elements + uint64_t(count) * Summary<T>::extra;
+  const int64_t places = elements + int64_t(count) * Summary<T>::kExtra;
   Rows<T> rows, other;
   Block<Piece> pieces;
   if (!rows.allocate(places) || !other.allocate(places) || !pieces.allocate(count))
@@ -228,7 +231,7 @@ inline int block_capacity(int k, double eps) {
 // Levels hold an even number of values: of an odd one the last would be lost in the thinning, and the error
 // would exceed eps. With fewer values in a level, for eps near 1, every second one says less than eps asks
 // for, and there would be more levels than the logarithm counts.
-constexpr int least_level_size = 16;
+constexpr int kLeastLevelSize = 16;
 
 // Adds a block to a variable.
 template <class T>
@@ -240,24 +243,24 @@ bool add_block(StreamVariable& variable, double eps) {
   if (doublings / eps >= INT32_MAX) return false;
   StreamBlock block{};
   block.levelSize = (int(doublings / eps) + 1) & ~1;
-  if (block.levelSize < least_level_size) block.levelSize = least_level_size;
+  if (block.levelSize < kLeastLevelSize) block.levelSize = kLeastLevelSize;
   block.levelCount = int(doublings + 2.0);
-  const uint64_t rows = block.levelCount + 1, elements = (block.levelSize + uint64_t(1)) * rows;
+  const int64_t rows = block.levelCount + 1, elements = (block.levelSize + int64_t(1)) * rows;
   Block<char> memory;
   Block<StreamBlock> blocks;
-  if (!memory.allocate(elements * (sizeof(T) + 2 * sizeof(int)) + rows * sizeof(int)) ||
+  if (!memory.allocate(elements * int(sizeof(T) + 2 * sizeof(int)) + rows * int(sizeof(int))) ||
       !blocks.allocate(variable.blockCount + 1))
     return false;
-  block.values = memory.keep();
+  block.values = memory.release();
   block.rMin = reinterpret_cast<int*>(static_cast<T*>(block.values) + elements);
   block.rMax = block.rMin + elements;
   block.occupied = block.rMax + elements;
-  for (uint64_t l = 0; l < rows; ++l) block.occupied[l] = 0;
+  for (int64_t l = 0; l < rows; ++l) block.occupied[l] = 0;
 
   for (int k = 0; k < variable.blockCount; ++k) blocks[k] = variable.blocks[k];
   blocks[variable.blockCount++] = block;
-  orx_serv_deallocate(variable.blocks);
-  variable.blocks = blocks.keep();
+  free_array(variable.blocks);
+  variable.blocks = blocks.release();
   ++variable.currentBlock;
   return true;
 }
@@ -276,11 +279,12 @@ int add_blocks(StreamVariable* variables, int p, double eps) {
 
 // ---- the whole ----
 
-inline int check(const SSTask* task) {
-  if (!task) return KOB_SS_ERROR_TASK;
-  if (!task->dimension || value(task, task->dimension) <= 0) return KOB_SS_ERROR_DIMENSION;
-  if (!task->observationCount || value(task, task->observationCount) < 0)
-    return KOB_SS_ERROR_OBSERVATION_COUNT;
+template <class T>
+int check(const SSTask* task) {
+  if (const int status = check_task<T>(task)) return status;
+  if (const int status = check_dimension(task)) return status;
+  if (const int status = check_count(task, task->observationCount, KOB_SS_ERROR_OBSERVATION_COUNT))
+    return status;
   if (value(task, task->observationCount) != 0) {
     if (!task->observations) return KOB_SS_ERROR_OBSERVATIONS;
     const int storage = observation_storage(task->obsStorage);
@@ -293,8 +297,8 @@ template <class T>
 int check_parameters(const SSTask* task, unsigned method) {
   if (!task->streamQuantiles) return KOB_SS_ERROR_STREAM_QUANTILES;
   if (!task->streamOrders) return KOB_SS_ERROR_STREAM_ORDERS;
-  if (!task->streamOrderCount || value(task, task->streamOrderCount) < 0)
-    return KOB_SS_ERROR_STREAM_ORDER_COUNT;
+  if (const int status = check_count(task, task->streamOrderCount, KOB_SS_ERROR_STREAM_ORDER_COUNT))
+    return status;
   if (!task->streamParamCount) return KOB_SS_ERROR_STREAM_PARAMETER_COUNT;
   if (value(task, task->streamParamCount) != 1) return KOB_SS_ERROR_STREAM_PARAMETER_COUNT_VALUE;
   if (!orders_in_range(reals<T>(task->streamOrders), low_word(task->streamOrderCount)))
@@ -309,9 +313,9 @@ int check_parameters(const SSTask* task, unsigned method) {
 template <class T>
 int start(SSTask* task) {
   const int p = low_word(task->dimension);
-  Block<char> memory(sizeof(StreamState) + uint64_t(p) * sizeof(StreamVariable));
+  Block<char> memory(int64_t(sizeof(StreamState)) + p * int64_t(sizeof(StreamVariable)));
   if (!memory) return KOB_SS_ERROR_MEMORY;
-  StreamState* state = reinterpret_cast<StreamState*>(memory.keep());
+  StreamState* state = reinterpret_cast<StreamState*>(memory.release());
   state->eps = double(reals<T>(task->streamParams)[0]);
   state->count = p;
   const Selection wanted(task);
@@ -354,7 +358,7 @@ int add_data(SSTask* task, int p, const ThreadingServices* threading) {
     }
     addition.count = left < room ? left : room;
     threading->parallelFor(p, 0, &addition, _vSSSQuantilesAddDataThreader<T>);
-    if (addition.status) return addition.status;
+    if (const int status = addition.failure.status()) return status;
     addition.first += addition.count;
     left -= addition.count;
   }
@@ -362,8 +366,9 @@ int add_data(SSTask* task, int p, const ThreadingServices* threading) {
 }
 
 template <class T>
-int compute(SSTask* task, unsigned method, const ThreadingServices* threading) {
-  if (const int status = check(task)) return status;
+int compute(SSTask* task, unsigned method, const ThreadingServices* services) {
+  const ThreadingServices* threading = threading_or_serial(services);
+  if (const int status = check<T>(task)) return status;
   if (const int status = check_parameters<T>(task, method)) return status;
   const bool first_call = !task->streamState;
   if (first_call)

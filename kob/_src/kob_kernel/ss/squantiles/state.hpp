@@ -1,6 +1,7 @@
 // What a task keeps of a stream. The same records serve both precisions.
 #pragma once
 
+#include "orx/base/memory.hpp"
 #include "ss_task.hpp"
 
 namespace orx::ss::squantiles {
@@ -41,7 +42,7 @@ struct StreamState {
 inline StreamState* state_of(const SSTask* task) { return static_cast<StreamState*>(task->streamState); }
 
 inline void drop_last_block(StreamVariable& variable) {
-  orx_serv_deallocate(variable.blocks[--variable.blockCount].values);
+  free_array(variable.blocks[--variable.blockCount].values);
   --variable.currentBlock;
 }
 

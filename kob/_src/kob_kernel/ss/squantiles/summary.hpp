@@ -10,7 +10,7 @@ namespace orx::ss::squantiles {
 // and one more than the last.
 template <class T>
 struct Summary {
-  static constexpr int extra = 2;  // places beyond the elements
+  static constexpr int kExtra = 2;  // places beyond the elements
 
   T* values;
   int *r_min, *r_max;
