@@ -414,14 +414,16 @@ int __kobSkipLoadingFromMemory(void* cursor, uint32_t bytes);
  * All have the form name(method, stream, n, r, parameters...): n numbers to r, drawn from the stream. The low
  * bits of method choose an algorithm where there are several; bit 30 asks for the accurate mode. n of 0 or
  * less writes nothing. The generator's status is passed on; what was written before a failure stays. The
- * domain of parameters is the caller's to check. */
+ * domain of parameters is the caller's to check. The caller's rounding mode and treatment of denormals change no
+ * number; the thread's mode word, error call-back and error status of vector mathematics are afterwards as they
+ * were before. */
 
 /* Uniform reals on [a, b): a + (b - a) u, rounded. In the accurate mode the result is kept in [a, b]; without
  * it rounding can carry it to b or, by a last bit, past an end. */
 int _kobdRngUniform(int method, KobStream* stream, int n, double r[], double a, double b);
 int _kobsRngUniform(int method, KobStream* stream, int n, float r[], float a, float b);
 
-/* Uniform integers a to b - 1. */
+/* Uniform integers a to b - 1: the whole part of a uniform real, never b. */
 int _kobiRngUniform(int method, KobStream* stream, int n, int32_t r[], int32_t a, int32_t b);
 
 /* n words of the generator as they are. WordSize of the generator's record tells their length: one 32-bit
@@ -440,7 +442,7 @@ int _kobiRngUniformBits64(int method, KobStream* stream, int n, uint64_t r[]);
 int _kobiRngBernoulli(int method, KobStream* stream, int n, int32_t r[], double p);
 
 /* The number of failures before the first success: P(k) = p (1 - p)^k, k = 0, 1, ..., by inversion,
- * floor(ln u / ln(1 - p)) in single precision. 0 < p < 1. */
+ * floor(ln u / ln(1 - p)) in single precision; what is beyond 2^31 - 1 becomes that. 0 < p < 1. */
 int _kobiRngGeometric(int method, KobStream* stream, int n, int32_t r[], double p);
 
 #ifdef __cplusplus

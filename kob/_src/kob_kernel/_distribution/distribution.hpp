@@ -1,31 +1,54 @@
-// What distribution generators share: the block length, the accurate mode, uniforms of either precision.
+// What distribution generators share: the frame that each exported function opens, the block length, the accurate
+// mode, uniforms of either precision.
 #pragma once
 
 #include <algorithm>
 
 #include "_service/stream.hpp"
+#include "orx/base/default_arithmetic.hpp"
+#include "vector_math.hpp"
 
 namespace orx::rng {
 
 constexpr int kBlock = 1024;        // numbers in a stack buffer
 constexpr int kAccurate = 1 << 30;  // this bit of the method word asks for the accurate mode
 
-inline int uniform(KobStream* stream, int n, double* r, double a, double b) {
+// Runs worker(math, arguments...) in the processor's default arithmetic, so that a caller's rounding mode changes
+// no number, with errors of vector math going to call_back.
+template <class Worker, class... Arguments>
+int framed(TefErrorCallBack call_back, const Worker& worker, Arguments... arguments) {
+  return in_default_arithmetic([&] {
+    const VectorMath math(call_back);
+    return worker(math, arguments...);
+  });
+}
+
+inline int uniform(KobStream* stream, int n, double* r, double a = 0, double b = 1) {
   return _kobdRngUniform(0, stream, n, r, a, b);
 }
-inline int uniform(KobStream* stream, int n, float* r, float a, float b) {
+inline int uniform(KobStream* stream, int n, float* r, float a = 0, float b = 1) {
   return _kobsRngUniform(0, stream, n, r, a, b);
 }
 
-// Calls block(first, count) for stretches of at most kBlock out of n until one returns a negative status.
+// Calls block(first, count) for stretches of at most `most` out of n until one returns a negative status.
 template <class Block>
-int in_blocks(int n, Block block) {
+int in_blocks(int n, const Block& block, int most = kBlock) {
   for (int done = 0, count; done < n; done += count) {
-    count = std::min(n - done, kBlock);
+    count = std::min(n - done, most);
     const int status = block(done, count);
     if (status < 0) return status;
   }
   return KOB_STATUS_OK;
+}
+
+// One uniform on [low, high) to each element of r, all of them first; then transform(count, x) on stretches that
+// stay in the cache.
+template <class Real, class Transform>
+int transformed_uniforms(KobStream* stream, int n, Real* r, Real low, Real high, const Transform& transform) {
+  const int status = uniform(stream, n, r, low, high);
+  if (status < 0) return status;
+  for (int done = 0; done < n; done += kBlock) transform(std::min(n - done, kBlock), r + done);
+  return status;
 }
 
 }  // namespace orx::rng

@@ -1,56 +1,68 @@
-// Vector math inside a distribution generator: errors go to the generator's own handler, and what the calling
-// thread had set acts again afterwards, whichever way the generator is left.
+// Vector math inside a distribution generator: errors go to the generator's own call-back, and what the calling
+// thread had set acts again afterwards, bit for bit, whichever way the generator is left.
 #pragma once
 
-#include "orx/tef.h"
+#include "orx/base/vector_math_thread.hpp"
 
 namespace orx::rng {
 
 class VectorMath {
  public:
-  explicit VectorMath(TefErrorCallBack handler)
-      : mode_(orx_tef_kernel_SetMode(TEF_ERRMODE_CALLBACK)),
-        handler_(orx_tef_kernel_SetErrorCallBack(handler)) {}
-  ~VectorMath() {
-    orx_tef_kernel_SetErrorCallBack(handler_);
-    orx_tef_kernel_SetMode(mode_);
+  // Without a call-back the thread's own stays.
+  explicit VectorMath(TefErrorCallBack call_back) {
+    tefMode = (tefMode & ~uint64_t{TEF_ERRMODE_MASK}) | TEF_ERRMODE_CALLBACK;
+    if (call_back) tefErrorCallBack = call_back;
   }
-  VectorMath(const VectorMath&) = delete;
-  VectorMath& operator=(const VectorMath&) = delete;
 
-  // Calls the EP kernel of a function's table; denormals are not flushed.
-  template <class Kernel, class... Arguments>
-  void operator()(Kernel* const (&ttab)[3], Arguments... arguments) const {
-    call(ttab[kEP], arguments...);
+// name(n, x, r) is the fast kernel, accurate_name(x) the accurate one, for constants of which few are made.
+#define ORX_VECTOR_FUNCTION(name, Fn)                                                                     \
+  void name(int n, const double* x, double* r) const { call(orx_tef_kernel_d##Fn##_ttab[kEP], n, x, r); } \
+  void name(int n, const float* x, float* r) const { call(orx_tef_kernel_s##Fn##_ttab[kEP], n, x, r); }   \
+  double accurate_##name(double x) const {                                                                \
+    call(orx_tef_kernel_d##Fn##_ttab[kHA], 1, &x, &x);                                                    \
+    return x;                                                                                             \
   }
-  // The same with the HA kernel, for constants of which few are made.
-  template <class Kernel, class... Arguments>
-  void accurately(Kernel* const (&ttab)[3], Arguments... arguments) const {
-    call(ttab[kHA], arguments...);
-  }
+  ORX_VECTOR_FUNCTION(ln, Ln)
+  ORX_VECTOR_FUNCTION(exp, Exp)
+#undef ORX_VECTOR_FUNCTION
 
  private:
   enum { kHA = 1, kEP = 2 };
 
+  // Denormals are not flushed.
   template <class Kernel, class... Arguments>
   static void call(Kernel* kernel, Arguments... arguments) {
-    const int mode = orx_tef_kernel_SetMode(TEF_FLUSH_OFF);
+    const uint64_t mode = tefMode;
+    tefMode = (mode & ~uint64_t{TEF_FLUSH_MASK}) | TEF_FLUSH_OFF;
     kernel(arguments...);
-    orx_tef_kernel_SetMode(mode);
+    tefMode = mode;
   }
 
-  int mode_;
-  TefErrorCallBack handler_;
+  const KeepVectorMathThread thread_;
 };
 
-// What stands for ln 0: the logarithm of the smallest subnormal.
-constexpr double kLnOfZeroDouble = -0x1.74385446d71c3p+9;
-constexpr float kLnOfZeroSingle = -103.27893f;
+// What stands for ln 0: in double the logarithm of the smallest subnormal.
+template <class Real>
+constexpr double kLnOfZero = -0x1.74385446d71c3p+9;
+template <>
+constexpr double kLnOfZero<float> = -103.27893f;
 
-// Error handlers: the result of an element in error becomes `value`.
+// For error call-backs: the result of an element in error becomes `value`, the error goes no further.
 inline int substitute(TefErrorContext* error, double value) {
   error->res1 = error->res2 = value;
   return 0;
 }
 
 }  // namespace orx::rng
+
+// The call-backs of a generator that takes logarithms of uniforms, which can be exactly 0; `acts` is a condition
+// on the status. ln_call_back<Real>() chooses.
+#define ORX_LN_CALL_BACKS(acts)                                                 \
+  static int _vdLnCallBack(TefErrorContext* error) {                            \
+    const int status = error->status;                                           \
+    return acts ? orx::rng::substitute(error, orx::rng::kLnOfZero<double>) : 0; \
+  }                                                                             \
+  static int _vsLnCallBack(TefErrorContext* error) {                            \
+    const int status = error->status;                                           \
+    return acts ? orx::rng::substitute(error, orx::rng::kLnOfZero<float>) : 0;  \
+  }

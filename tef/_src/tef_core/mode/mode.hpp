@@ -3,17 +3,7 @@
 #include <cstdint>
 
 #include "orx/base/api.hpp"
-#include "orx/tef.h"
-
-extern "C" {
-// Base of the caller's whole first input vector, or null.
-extern __thread const void* tefInterfInputVecorPointer;
-// Status of the last error reported on this thread.
-extern __thread int32_t tefErrStatus;
-extern __thread TefErrorCallBack tefErrorCallBack;
-// The mode word in the low half; 0 while the environment has not been read.
-extern __thread uint64_t tefMode;
-}
+#include "orx/base/vector_math_thread.hpp"
 
 namespace orx::tef {
 

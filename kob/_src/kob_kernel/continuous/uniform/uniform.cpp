@@ -25,8 +25,8 @@ int clamped(int method, KobStream* stream, int n, Real* r, Real a, Real b) {
 }  // namespace
 
 ORX_API int _kobdRngUniform(int method, KobStream* stream, int n, double r[], double a, double b) {
-  return clamped(method, stream, n, r, a, b);
+  return orx::in_default_arithmetic([&] { return clamped(method, stream, n, r, a, b); });
 }
 ORX_API int _kobsRngUniform(int method, KobStream* stream, int n, float r[], float a, float b) {
-  return clamped(method, stream, n, r, a, b);
+  return orx::in_default_arithmetic([&] { return clamped(method, stream, n, r, a, b); });
 }

@@ -1,0 +1,191 @@
+// What all distributions have in common, for every row of their list.
+#include <cerrno>
+#include <cfenv>
+#include <cmath>
+#include <cstring>
+
+#include <xmmintrin.h>
+
+#include "orx/tef.h"
+#include "rows.hpp"
+#include "support/allocations.hpp"
+
+namespace {
+
+constexpr double kUntouched = 77;
+
+std::vector<double> drawn(const Row& row, KobStream* stream, int n) {
+  std::vector<double> r(size_t(n) + 1, kUntouched);
+  EXPECT_EQ(row.draw(stream, n, r.data()), 0) << row.name;
+  EXPECT_EQ(r.back(), kUntouched) << row.name;
+  r.pop_back();
+  return r;
+}
+
+// Bits, so that NaNs and signs of zeros count.
+bool same_bits(const std::vector<double>& a, const std::vector<double>& b) {
+  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
+}
+
+TEST(Distributions, NothingIsWrittenForNothing) {
+  for (const Row& row : all_rows()) {
+    const Stream s(KOB_BRNG_MT19937), t(KOB_BRNG_MT19937);
+    drawn(row, s, 0);
+    double r[2] = {kUntouched, kUntouched};
+    EXPECT_EQ(row.draw(s, -5, r), 0) << row.name;
+    EXPECT_EQ(r[0], kUntouched) << row.name;
+    EXPECT_TRUE(same_bits(drawn(row, s, 10), drawn(row, t, 10))) << row.name;
+  }
+}
+
+// Each number takes as many uniforms as the list says, whatever the cuts into calls, through copies and images.
+TEST(Distributions, CutsCopiesAndImagesChangeNothing) {
+  constexpr int cuts[] = {1, 2, 3, 1, 1023, 1024, 1025, 7, 2049, 5};
+  for (const Row& row : all_rows()) {
+    if (row.uniforms == 0) continue;
+    const Stream whole(KOB_BRNG_MRG32K3A), s(KOB_BRNG_MRG32K3A), uniforms(KOB_BRNG_MRG32K3A);
+    std::vector<double> pieces;
+    for (int n : cuts) {
+      const Stream copy(s);
+      std::vector<unsigned char> image(size_t(__kobGetStreamSize(s)));
+      ASSERT_EQ(__kobSaveStreamM(s, image.data()), 0);
+      KobStream* loaded = nullptr;
+      ASSERT_EQ(__kobLoadStreamM(&loaded, image.data()), 0);
+      const std::vector<double> piece = drawn(row, s, n);
+      EXPECT_TRUE(same_bits(piece, drawn(row, copy, n))) << row.name << " copied, " << n;
+      EXPECT_TRUE(same_bits(piece, drawn(row, Stream(loaded), n))) << row.name << " loaded, " << n;
+      pieces.insert(pieces.end(), piece.begin(), piece.end());
+    }
+    EXPECT_TRUE(same_bits(pieces, drawn(row, whole, int(pieces.size())))) << row.name;
+    uniforms.reals(row.uniforms * int(pieces.size()));
+    EXPECT_EQ(s.words(3), uniforms.words(3)) << row.name;
+  }
+}
+
+int handler_calls;
+int counting_handler(TefErrorContext*) { return ++handler_calls, 0; }
+
+// What vector mathematics keeps for this thread, set to values that calls could disturb.
+struct ThreadState {
+  int mode, status, error_number;
+  TefErrorCallBack call_back;
+
+  static ThreadState now() {
+    return {orx_tef_kernel_GetMode(), orx_tef_kernel_GetErrStatus(), errno,
+            orx_tef_kernel_GetErrorCallBack()};
+  }
+  bool operator==(const ThreadState& other) const {
+    return mode == other.mode && status == other.status && error_number == other.error_number &&
+           call_back == other.call_back;
+  }
+};
+
+// A registered generator whose uniforms are often 0 or the largest, which is 1 in single precision. It fails when it
+// has given so many.
+constexpr int kFailure = -1120;
+int numbers_left;
+uint32_t extreme_state;
+
+double next_extreme() {
+  extreme_state = extreme_state * 1664525 + 1013904223;
+  const uint32_t x = extreme_state >> 24;
+  return x < 32 ? 0 : x >= 224 ? 1 - 0x1p-32 : (extreme_state ^ extreme_state >> 15) * 0x1p-32;
+}
+
+template <class Real>
+int generate_extremes(KobStream*, int n, Real r[], Real a, Real b) {
+  if (n > numbers_left) return kFailure;
+  numbers_left -= std::max(n, 0);
+  for (int i = 0; i < n; ++i) r[i] = Real(next_extreme() * (double(b) - double(a)) + a);
+  return 0;
+}
+int start_extremes(int, KobStream*, int, const uint32_t*) { return 0; }
+int no_words(KobStream*, int, uint32_t*) { return kFailure; }
+
+Stream extreme_stream(int numbers) {
+  static const KobBrngProperties properties = {
+      16, 1, 1, 4, 32, start_extremes, generate_extremes<float>, generate_extremes<double>, no_words};
+  static const int id = __kobRegisterBrng(&properties);
+  numbers_left = numbers;
+  extreme_state = 12345;
+  return Stream(uint32_t(id));
+}
+
+TEST(Distributions, UniformsOfZeroAndOneGiveNumbersAndTheThreadIsAsBefore) {
+  orx_tef_kernel_SetErrorCallBack(counting_handler);
+  for (const Row& row : all_rows()) {
+    const Stream s = extreme_stream(INT32_MAX);
+    // The second word has no flush field, which SetMode could not empty again.
+    for (int mode : {TEF_HA | TEF_ERRMODE_ERRNO | TEF_ERRMODE_EXCEPT, TEF_EP | TEF_ERRMODE_CALLBACK}) {
+      orx_tef_kernel_SetMode(mode);
+      orx_tef_kernel_SetErrStatus(StatusUnderflow);
+      errno = handler_calls = 0;
+      const ThreadState before = ThreadState::now();
+      for (double x : drawn(row, s, 5000)) ASSERT_TRUE(std::isfinite(x)) << row.name;
+      EXPECT_TRUE(ThreadState::now() == before) << row.name;
+      EXPECT_EQ(handler_calls, 0) << row.name;
+    }
+  }
+  orx_tef_kernel_ClearErrStatus();
+  orx_tef_kernel_ClearErrorCallBack();
+}
+
+TEST(Distributions, FailuresArePassedOnAndTheThreadIsAsBefore) {
+  orx_tef_kernel_SetErrorCallBack(counting_handler);
+  for (const Row& row : all_rows())
+    for (int numbers : {0, 1024, 2500, 19999}) {
+      const Stream s = extreme_stream(numbers);
+      const ThreadState before = ThreadState::now();
+      std::vector<double> r(20001, kUntouched);
+      EXPECT_EQ(row.draw(s, 20000, r.data()), kFailure) << row.name;
+      EXPECT_TRUE(ThreadState::now() == before) << row.name;
+    }
+  orx_tef_kernel_ClearErrorCallBack();
+}
+
+// The caller's rounding mode and treatment of denormals change no bit, and come back.
+TEST(Distributions, ControlWordsOfTheCallerChangeNothing) {
+  const unsigned usual = _mm_getcsr();
+  for (const Row& row : all_rows()) {
+    const std::vector<double> expected = drawn(row, Stream(KOB_BRNG_MT19937), 3000);
+    for (int rounding : {FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO})
+      for (unsigned flush : {0u, 0x8040u}) {
+        const Stream s(KOB_BRNG_MT19937);
+        std::vector<double> r(3001, kUntouched);
+        std::fesetround(rounding);
+        _mm_setcsr(_mm_getcsr() | flush);
+        const unsigned before = _mm_getcsr() & ~0x3Fu;
+        row.draw(s, 3000, r.data());
+        const unsigned after = _mm_getcsr() & ~0x3Fu;
+        const int rounding_after = std::fegetround();
+        std::fesetround(FE_TONEAREST);
+        _mm_setcsr(usual);
+        r.pop_back();
+        EXPECT_TRUE(same_bits(r, expected)) << row.name << " " << rounding << " " << flush;
+        EXPECT_EQ(after, before);
+        EXPECT_EQ(rounding_after, rounding);
+      }
+  }
+}
+
+TEST(Distributions, FailedAllocationsLeaveTheStreamUsable) {
+  for (const Row& row : all_rows()) {
+    const Stream s(KOB_BRNG_MT19937), t(KOB_BRNG_MT19937);
+    const Stream tried(KOB_BRNG_MT19937);
+    double r[8];
+    const int allocations = fail_each_allocation(KOB_ERROR_MEM_FAILURE, [&] {
+      const int status = row.draw(tried, 7, r);
+      __kobDeleteChunks(tried);
+      return status;
+    });
+    EXPECT_EQ(allocations > 0, row.chunk != 0) << row.name;
+    for (long k = 1; k <= allocations; ++k) {
+      orx_serv_fail_allocation(k);
+      EXPECT_EQ(row.draw(s, 7, r), KOB_ERROR_MEM_FAILURE) << row.name;
+      orx_serv_fail_allocation(0);
+    }
+    EXPECT_TRUE(same_bits(drawn(row, s, 50), drawn(row, t, 50))) << row.name;
+  }
+}
+
+}  // namespace
