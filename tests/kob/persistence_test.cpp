@@ -180,13 +180,35 @@ TEST(Persistence, StatesAndChunksThatCannotBeUsedAreRefused) {
     uint32_t id;
     int place;
     uint32_t value;
-  } states[] = {
-      {KOB_BRNG_R250, 250, 250},    {KOB_BRNG_R250, 251, 250},        {KOB_BRNG_R250, 250, 0xFFFFFFFF},
-      {KOB_BRNG_R250, 251, 104},    {KOB_BRNG_MT19937, 624, 625},     {KOB_BRNG_MT2203, 69, 70},
-      {KOB_BRNG_WH, 0, 1u << 24},   {KOB_BRNG_WH, 7, 1u << 24},       {KOB_BRNG_SFMT19937, 624, 628},
-      {KOB_BRNG_SFMT19937, 628, 4}, {KOB_BRNG_SFMT19937, 629, 4},     {KOB_BRNG_SOBOL, 1, 41},
-      {KOB_BRNG_SOBOL, 1, 0},       {KOB_BRNG_SOBOL, 2, 1},           {KOB_BRNG_SOBOL, 3, 1},
-      {KOB_BRNG_NIEDERR, 1, 319},   {KOB_BRNG_NIEDERR, 1, 0x80000000}};
+  } states[] = {{KOB_BRNG_R250, 250, 250},
+                {KOB_BRNG_R250, 251, 250},
+                {KOB_BRNG_R250, 250, 0xFFFFFFFF},
+                {KOB_BRNG_R250, 251, 104},
+                {KOB_BRNG_MT19937, 624, 625},
+                {KOB_BRNG_MT2203, 69, 70},
+                {KOB_BRNG_WH, 0, 1u << 24},
+                {KOB_BRNG_WH, 7, 1u << 24},
+                {KOB_BRNG_SFMT19937, 624, 628},
+                {KOB_BRNG_WH, 3, 0},
+                {KOB_BRNG_WH, 4, 0},
+                {KOB_BRNG_MCG31M1, 0, 0},
+                {KOB_BRNG_MCG31M1, 0, 0x7FFFFFFF},
+                {KOB_BRNG_MCG31M1, 1, 0},
+                {KOB_BRNG_MCG31M1, 1, 0x7FFFFFFF},
+                {KOB_BRNG_MCG59, 0, 0},
+                {KOB_BRNG_MCG59, 1, 1u << 27},
+                {KOB_BRNG_MCG59, 2, 0},
+                {KOB_BRNG_MCG59, 3, 1u << 27},
+                {KOB_BRNG_MRG32K3A, 0, 4294967087u},
+                {KOB_BRNG_MRG32K3A, 5, 4294944443u},
+                {KOB_BRNG_SFMT19937, 628, 4},
+                {KOB_BRNG_SFMT19937, 629, 4},
+                {KOB_BRNG_SOBOL, 1, 41},
+                {KOB_BRNG_SOBOL, 1, 0},
+                {KOB_BRNG_SOBOL, 2, 1},
+                {KOB_BRNG_SOBOL, 3, 1},
+                {KOB_BRNG_NIEDERR, 1, 319},
+                {KOB_BRNG_NIEDERR, 1, 0x80000000}};
   for (const auto& bad : states) {
     SCOPED_TRACE(bad.id);
     const Stream s(bad.id);
@@ -211,6 +233,26 @@ TEST(Persistence, StatesAndChunksThatCannotBeUsedAreRefused) {
   expect_refused(image_of(shared));
   for (uint32_t size : {41u * 32, 1u}) add_chunk(twice, 9, Words(size));  // a copy would find the other first
   expect_refused(image_of(twice));
+}
+
+// A tampered image that comes first must not stand in for the good one.
+TEST(Persistence, TamperedDirectionsStayWithTheirImage) {
+  Words seed(3 + 32 * 50, 0x80000000);
+  seed[0] = 50, seed[1] = 1, seed[2] = 4;
+  Bytes good, bad;
+  {
+    const Stream s(KOB_BRNG_SOBOL, seed);
+    good = bad = image_of(s);
+  }
+  size_t at = 11648;
+  while (field<uint32_t>(bad, at) != 9) at += 24 + field<uint32_t>(bad, at + 20);
+  bad[at + 24 + 3] ^= 0x40;
+  KobStream *first, *second;
+  ASSERT_EQ(load_memory(bad, &first), 0);
+  ASSERT_EQ(load_memory(good, &second), 0);
+  const Stream tampered(first), honest(second);
+  EXPECT_EQ(honest.words(5000), Stream(KOB_BRNG_SOBOL, seed).words(5000));
+  EXPECT_NE(tampered.words(5000), Stream(KOB_BRNG_SOBOL, seed).words(5000));
 }
 
 TEST(Persistence, QuasiChunksOfOtherLengthsAreRefused) {
@@ -241,10 +283,16 @@ TEST(Persistence, SharedBlocksAreFoundAgain) {
     image = image_of(s);
     ASSERT_EQ(load_file(image, &loaded), 0);
     EXPECT_EQ(__kobSearchChunk(Stream(loaded), kOther), __kobSearchChunk(s, kOther));
-    // Another length under the same name would reach beyond the block that is there.
-    Bytes longer = changed(image, 16 + 16 + 20, {16});
+    // A block of another length or content is another block, whatever its name.
+    Bytes longer = changed(image, 16 + 16 + 20, {16}), other = changed(image, image.size() - 1, {99});
     longer.resize(longer.size() + 4);
-    expect_refused(longer);
+    for (const Bytes& different : {longer, other}) {
+      ASSERT_EQ(load_file(different, &loaded), 0);
+      const Stream own(loaded);
+      EXPECT_NE(__kobSearchChunk(own, kOther), __kobSearchChunk(s, kOther));
+      const Bytes back = image_of(own);
+      EXPECT_TRUE(std::equal(back.begin() + 56, back.end(), different.begin() + 56, different.end()));
+    }
   }
   KobGlobalEntry* entry;
   EXPECT_NE(__kobFindGlobRODataTableEntry(&entry, &name), 0);

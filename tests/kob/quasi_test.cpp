@@ -1,6 +1,9 @@
 // Sobol's and Niederreiter's sequences: what they make of their seeds and where they keep it, splitting, the
 // end, the quality of the points, and other people's sequences. That they follow their direction numbers
 // however they are asked is tested with the other generators.
+#include <atomic>
+#include <thread>
+
 #include "image.hpp"
 #include "models.hpp"
 #ifdef ORX_HAVE_GSL
@@ -292,6 +295,28 @@ TEST(QuasiChunks, CopiesOfSobolShareTheDirections) {
     }
     EXPECT_EQ(orx_serv_live_blocks(), before);
   } while (std::next_permutation(order, order + 3));
+}
+
+// Each thread makes streams of a matrix of its own, and gets its own points.
+TEST(QuasiChunks, MatricesOfSeveralThreads) {
+  const long before = orx_serv_live_blocks();
+  std::vector<std::thread> threads;
+  std::atomic<int> wrong{0};
+  for (uint32_t t = 1; t <= 4; ++t)
+    threads.emplace_back([&wrong, t] {
+      const Words seed = matrix_seed({Words(32, t)});
+      for (int i = 0; i < 20000; ++i) {
+        KobStream* stream = nullptr;
+        uint32_t word = 0;
+        __kobNewStreamEx(&stream, KOB_BRNG_SOBOL, int(seed.size()), seed.data());
+        __kobiBRngSobol(stream, 1, &word);
+        __kobDeleteStream(&stream);
+        wrong += word != t;
+      }
+    });
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(wrong, 0);
+  EXPECT_EQ(orx_serv_live_blocks(), before);
 }
 
 TEST(QuasiChunks, SizesAndKinds) {

@@ -1,6 +1,8 @@
 // The stream object, its chunks, the table of shared blocks, the registry.
 #include <algorithm>
+#include <atomic>
 #include <cstring>
+#include <functional>
 #include <thread>
 
 #include "stream.hpp"
@@ -218,8 +220,30 @@ TEST(Chunks, CopiedStateKeepsWhatTheStreamWasSplitBy) {
   EXPECT_EQ(content(dest, 100), 1u);
   EXPECT_EQ(__kobSearchChunk(dest, 101), nullptr);
   // Between generators of different size: what fits, and nothing beyond.
+  large.state()[0] = 12345;
   EXPECT_EQ(__kobCopyStreamState(dest, large), 0);
+  EXPECT_EQ(dest.words(1), Words{12345});
   EXPECT_EQ(__kobGetStreamStateBrng(dest), KOB_BRNG_MCG31M1);
+}
+
+// A point of many dimensions needs the direction numbers of all of them, up to the last bit of the index.
+TEST(Chunks, CopiedStateBringsTheDirectionNumbersAlong) {
+  for (const auto& [id, most] : {std::pair(KOB_BRNG_SOBOL, 40u), {KOB_BRNG_NIEDERR, 318u}}) {
+    const Stream source(id, {most}), dest(id, {2});
+    ASSERT_EQ(__kobSkipAheadStream(source, 0x7FFFFFF0 * uint64_t(most) + 3), 0);
+    ASSERT_EQ(__kobCopyStreamState(dest, source), 0);
+    EXPECT_EQ(dest.words(100 * int(most)), Stream(source).words(100 * int(most))) << id;
+  }
+}
+
+// What another generator cannot go on from is refused, and the stream is as a fresh one.
+TEST(Chunks, StatesOfOtherGenerators) {
+  const Stream wide(KOB_BRNG_NIEDERR, {318}), mt(KOB_BRNG_MT19937);
+  for (uint32_t id : {KOB_BRNG_SOBOL, KOB_BRNG_R250, KOB_BRNG_MT2203}) {
+    const Stream dest(id, {7});
+    EXPECT_EQ(__kobCopyStreamState(dest, id == KOB_BRNG_SOBOL ? wide : mt), KOB_ERROR_BAD_ARG) << id;
+    EXPECT_EQ(dest.words(50), Stream(id, {}).words(50));
+  }
 }
 
 // ---- shared blocks ----
@@ -270,6 +294,26 @@ TEST(SharedBlocks, TableLimitsAndUnknownNames) {
     EXPECT_EQ(__kobUnregisterGlobRODataReference(&name), 0);
   }
   EXPECT_EQ(orx_serv_live_blocks(), before);
+}
+
+// A name is its maker's alone, whichever threads make names at once.
+TEST(SharedBlocks, NamesAreUnique) {
+  constexpr size_t kEach = 200000, kThreads = 2;
+  std::vector<KobGlobalId> names(kEach * kThreads);
+  std::atomic<size_t> ready{0};
+  std::vector<std::thread> threads;
+  for (size_t t = 0; t < kThreads; ++t)
+    threads.emplace_back([&, t] {
+      for (++ready; ready < kThreads;) std::this_thread::yield();
+      for (size_t i = 0; i < kEach; ++i) {
+        __kobGenerateNewGlobalRODataTableEntryId(&names[t * kEach + i], 7);
+        for (volatile uint32_t pause = uint32_t(i) * (t + 3) % 61; pause > 0;) pause = pause - 1;
+      }
+    });
+  for (auto& thread : threads) thread.join();
+  const auto less = [](const KobGlobalId& x, const KobGlobalId& y) { return memcmp(&x, &y, sizeof x) < 0; };
+  std::sort(names.begin(), names.end(), less);
+  EXPECT_EQ(std::adjacent_find(names.begin(), names.end(), std::not_fn(less)), names.end());
 }
 
 // Streams that come and go in several threads, copies and others that bring a block of the same name.

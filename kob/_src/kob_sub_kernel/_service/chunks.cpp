@@ -28,6 +28,22 @@ int find_or_add_chunk(KobStream* stream, ChunkKind kind, uint32_t size, void** d
   return status;
 }
 
+// Compared when the stream has its reference: until then another thread may enter or delete the name.
+int give_loaded_chunk(KobStream* stream, uint32_t kind, const KobGlobalId& name, Block<unsigned char> data,
+                      uint32_t size) {
+  const int status = __kobAddChunk(stream, kind, &name, data.get(), size);
+  if (status != KOB_STATUS_OK) return status;
+  KobChunk& chunk = *chunks(stream);
+  const bool shares = chunk.Data != data.get();
+  if (shares && shared_size(name) == size && !memcmp(chunk.Data, data.get(), size)) return KOB_STATUS_OK;
+  if (shares) {
+    __kobUnregisterGlobRODataReference(&chunk.GlobalId);
+    chunk.GlobalId = {};
+  }
+  chunk.Data = data.release();
+  return KOB_STATUS_OK;
+}
+
 }  // namespace orx::brng
 
 ORX_API int __kobAddChunk(KobStream* stream, uint32_t chunk_id, const KobGlobalId* global_id, void* data,

@@ -37,4 +37,9 @@ int give_chunk(KobStream* stream, uint32_t kind, const KobGlobalId* name, Block<
   return status;
 }
 
+// The same for a chunk that was loaded. A block of the chunk's name may be another one here: a name says where
+// a block was made, not what has become of the image since. Then the chunk keeps its own block, without a name.
+int give_loaded_chunk(KobStream* stream, uint32_t kind, const KobGlobalId& name, Block<unsigned char> data,
+                      uint32_t size);
+
 }  // namespace orx::brng

@@ -17,6 +17,10 @@
 // and one row in generators.def.
 #pragma once
 
+#include <xmmintrin.h>
+
+#include <type_traits>
+
 #include "_service/stream.hpp"
 
 namespace orx::brng {
@@ -63,6 +67,40 @@ int init_stream(int method, KobStream* stream, int n, const uint32_t* params) {
   }
 }
 
+// ---- the control word ----
+//
+// Numbers are made under round-to-nearest, and without flushing, whatever the caller has set: the interval of
+// reals, and with some generators the sequence itself, hang on it. The caller's word goes back as it was. What
+// runs between is not inlined: arithmetic must not move across the change.
+
+constexpr unsigned kRoundingAndFlushing = 0xE040;  // bits of MXCSR
+
+template <class Body>
+__attribute__((noinline)) int called(const Body& body) {
+  return body();
+}
+
+template <class Body>
+int rounding_to_nearest(const Body& body) {
+  const unsigned callers = _mm_getcsr();
+  if (!(callers & kRoundingAndFlushing)) return called(body);
+  _mm_setcsr(callers & ~kRoundingAndFlushing);
+  const int status = called(body);
+  _mm_setcsr(callers);
+  return status;
+}
+
+// A generator that runs the caller's own code sees to its arithmetic by itself.
+struct CallsBack {};
+
+template <class Generator, class Real>
+int make_reals(KobStream* stream, int n, Real* r, Real a, Real b) {
+  if constexpr (std::is_base_of_v<CallsBack, Generator>)
+    return Generator::reals(stream, n, r, a, b);
+  else
+    return rounding_to_nearest([=] { return Generator::reals(stream, n, r, a, b); });
+}
+
 }  // namespace orx::brng
 
 // The four functions of one row of the registry, and the check of a loaded state.
@@ -71,10 +109,10 @@ int init_stream(int method, KobStream* stream, int n, const uint32_t* params) {
     return orx::brng::init_stream<Name>(method, stream, n, params);                                         \
   }                                                                                                         \
   ORX_API int __kobsBRng##Name(KobStream* stream, int n, float* r, float a, float b) {                      \
-    return Name::reals<float>(stream, n, r, a, b);                                                          \
+    return orx::brng::make_reals<Name>(stream, n, r, a, b);                                                 \
   }                                                                                                         \
   ORX_API int __kobdBRng##Name(KobStream* stream, int n, double* r, double a, double b) {                   \
-    return Name::reals<double>(stream, n, r, a, b);                                                         \
+    return orx::brng::make_reals<Name>(stream, n, r, a, b);                                                 \
   }                                                                                                         \
   ORX_API int __kobiBRng##Name(KobStream* stream, int n, uint32_t* r) { return Name::words(stream, n, r); } \
   extern "C" bool _kobAdopt##Name(KobStream* stream) { return Name::adopt(stream); }

@@ -15,6 +15,16 @@ bool is_abstract(uint32_t id) {
   return id == KOB_BRNG_IABSTRACT || id == KOB_BRNG_DABSTRACT || id == KOB_BRNG_SABSTRACT;
 }
 
+// Of a state that many bytes are carried over as the generator has seed words: what a stream was split by stays
+// its own. The direction numbers of points do not fit in there, and points of more dimensions need them all.
+size_t bytes_to_move(const KobStream* dest, const KobStream* source, const KobBrngProperties& from) {
+  const uint32_t family = (family_row(source) + 1) << 20;
+  const bool points = family == KOB_BRNG_SOBOL || family == KOB_BRNG_NIEDERR;
+  const size_t seeds = size_t(from.WordSize) * size_t(from.SeedCount);
+  return points && family_row(dest) == family_row(source) ? state_bytes(from)
+                                                          : std::min(seeds, state_bytes(from));
+}
+
 }  // namespace
 
 ORX_API int __kobAllocateStream(KobStream** stream, const KobBrngProperties* table, uint32_t id,
@@ -64,15 +74,14 @@ ORX_API int __kobCopyStream(KobStream** stream, const KobStream* source) {
 ORX_API int __kobCopyStreamState(KobStream* dest, const KobStream* source) {
   if (dest == source) return KOB_STATUS_OK;
   const KobBrngProperties& from = record(source);
-  // Seed words, not the state: what a stream was split by stays its own.
-  const size_t seeds = size_t(from.WordSize) * size_t(from.SeedCount);
-  const size_t moved = std::min({seeds, state_bytes(from), state_bytes(record(dest))});
+  const size_t moved = std::min(bytes_to_move(dest, source, from), state_bytes(record(dest)));
   memcpy(dest + 1, source + 1, moved);
   __kobDeleteChunks(dest);
   const int status = __kobCopyChunks(dest, source);
-  // A position without the chunks that it needs would lead outside the state.
-  if (status != KOB_STATUS_OK && moved > 0 && !adopt(dest)) record(dest).InitStream(0, dest, 0, nullptr);
-  return status;
+  if (moved == 0 || adopt(dest)) return status;
+  // A position without the chunks that it needs, or of another generator, would lead outside the state.
+  record(dest).InitStream(0, dest, 0, nullptr);
+  return status == KOB_STATUS_OK ? KOB_ERROR_BAD_ARG : status;
 }
 
 ORX_API int __kobLeapfrogStream(KobStream* stream, uint32_t k, int nstreams) {

@@ -8,7 +8,6 @@
 
 #include "_service/chunk_kinds.hpp"
 #include "_service/registry.hpp"
-#include "_service/shared_table.hpp"
 #include "orx/base/memory.hpp"
 
 using namespace orx;
@@ -121,12 +120,6 @@ bool file_holds(FILE* file, uint32_t size) {
          fseek(file, -long(size), SEEK_CUR) == 0;
 }
 
-// A block of a name that the process had already must be the block that it has.
-bool agrees_with_shared(const KobChunk& chunk) {
-  uint32_t size;
-  return !find_shared(chunk.GlobalId, &size) || size == chunk.Size;
-}
-
 int read_chunk_header(ChunkHeader* header, uint32_t version, Mover load, void* place) {
   *header = {};
   int status = load(&header->id, sizeof header->id, 1, place);
@@ -146,12 +139,10 @@ int read_chunk(KobStream* stream, uint32_t version, Place kind, void* place) {
   Block<unsigned char> data(std::max(header.size, 1u));
   if (!data) return KOB_ERROR_MEM_FAILURE;
   status = load(data.get(), header.size, 1, place);
-  const KobChunk chunk = {header.id, header.size, data.get(), nullptr, header.global_id};
-  if (status == KOB_STATUS_OK && !is_sound(stream, chunk)) status = KOB_ERROR_BAD_FILE_FORMAT;
-  if (status == KOB_STATUS_OK)
-    status = give_chunk(stream, header.id, &header.global_id, std::move(data), header.size);
-  // Compared when the stream has its reference: until then another thread may enter or delete the name.
-  return status == KOB_STATUS_OK && !agrees_with_shared(*chunks(stream)) ? KOB_ERROR_BAD_FILE_FORMAT : status;
+  if (status != KOB_STATUS_OK) return status;
+  if (!is_sound(stream, {header.id, header.size, data.get(), nullptr, header.global_id}))
+    return KOB_ERROR_BAD_FILE_FORMAT;
+  return give_loaded_chunk(stream, header.id, header.global_id, std::move(data), header.size);
 }
 
 int __kobReadChunks(KobStream* stream, const ImageHeader& header, Place kind, void* place) {

@@ -6,6 +6,7 @@
 #include <immintrin.h>
 #include <x86intrin.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "orx/base/memory.hpp"
@@ -25,6 +26,7 @@ int _GlobRODataTableCount;
 namespace {
 
 int lock_word;
+uint64_t last_stamp;  // under the lock
 
 class Lock {
  public:
@@ -64,11 +66,15 @@ void refer(KobChunk* chunk, KobGlobalEntry* entry) {
 
 }  // namespace
 
-bool find_shared(const KobGlobalId& id, uint32_t* size) {
+bool is_shared(const KobGlobalId& id) {
+  const Lock lock;
+  return find(&id);
+}
+
+uint32_t shared_size(const KobGlobalId& id) {
   const Lock lock;
   const KobGlobalEntry* entry = find(&id);
-  if (entry) *size = entry->Size;
-  return entry;
+  return entry ? entry->Size : 0;
 }
 
 // One lock for the look-up and the entry: two threads must not enter one name twice.
@@ -95,10 +101,13 @@ ORX_API int __kobFindGlobRODataTableEntry(KobGlobalEntry** entry, const KobGloba
 }
 
 ORX_API int __kobGenerateNewGlobalRODataTableEntryId(KobGlobalId* id, int32_t value) {
+  const Lock lock;
   do {
-    const uint64_t half[2] = {__rdtsc(), uint64_t(int64_t(value))};
+    // Never the same stamp twice: the name is the caller's alone from here on, before it is entered.
+    last_stamp = std::max<uint64_t>(__rdtsc(), last_stamp + 1);
+    const uint64_t half[2] = {last_stamp, uint64_t(int64_t(value))};
     memcpy(id, half, sizeof half);
-  } while (is_shared(*id));
+  } while (find(id));
   return KOB_STATUS_OK;
 }
 

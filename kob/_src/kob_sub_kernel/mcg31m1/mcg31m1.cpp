@@ -9,7 +9,7 @@ namespace {
 
 using namespace orx::brng;
 
-struct MCG31M1 : NothingToCheck {
+struct MCG31M1 {
   struct State {
     uint32_t X, Multiplier;
   };
@@ -44,6 +44,12 @@ struct MCG31M1 : NothingToCheck {
   static int words(KobStream* stream, int n, uint32_t* r) {
     generate(state<MCG31M1>(stream), n, Word32Sink<uint32_t>(r));
     return KOB_STATUS_OK;
+  }
+
+  // Units modulo 2^31 - 1 alone lead to units.
+  static bool adopt(KobStream* stream) {
+    const State& s = state<MCG31M1>(stream);
+    return s.X > 0 && s.X < k2p31m1 && s.Multiplier > 0 && s.Multiplier < k2p31m1;
   }
 
  private:

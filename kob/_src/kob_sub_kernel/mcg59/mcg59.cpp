@@ -8,7 +8,7 @@ namespace {
 
 using namespace orx::brng;
 
-struct MCG59 : NothingToCheck {
+struct MCG59 {
   struct State {
     uint64_t X, Multiplier;
   };
@@ -44,6 +44,12 @@ struct MCG59 : NothingToCheck {
   static int words(KobStream* stream, int n, uint32_t* r) {
     generate(state<MCG59>(stream), n, Words{r});
     return KOB_STATUS_OK;
+  }
+
+  // Even states are legal, 0 is not; powers of the multiplier are odd.
+  static bool adopt(KobStream* stream) {
+    const State& s = state<MCG59>(stream);
+    return s.X > 0 && s.X <= kMask59 && s.Multiplier <= kMask59 && s.Multiplier % 2 == 1;
   }
 
  private:

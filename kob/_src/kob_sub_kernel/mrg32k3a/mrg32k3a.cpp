@@ -77,7 +77,7 @@ struct Component {
 
 constexpr Component kX(4294967087, 0, 1403580, -810728), kY(4294944443, 527612, 0, -1370589);
 
-struct MRG32K3A : NoLeapfrog, NothingToCheck {
+struct MRG32K3A : NoLeapfrog {
   struct State {
     uint32_t S[6];  // the last three numbers of x, oldest first; the same of y
   };
@@ -107,11 +107,22 @@ struct MRG32K3A : NoLeapfrog, NothingToCheck {
   }
 
   static int words(KobStream* stream, int n, uint32_t* r) {
-    generate(state<MRG32K3A>(stream), n, Words{r});
-    return KOB_STATUS_OK;
+    return rounding_to_nearest([=] {
+      generate(state<MRG32K3A>(stream), n, Words{r});
+      return KOB_STATUS_OK;
+    });
+  }
+
+  static bool adopt(KobStream* stream) {
+    const uint32_t* s = state<MRG32K3A>(stream).S;
+    return is_component(s, uint32_t(kX.m)) && is_component(s + 3, uint32_t(kY.m));
   }
 
  private:
+  static bool is_component(const uint32_t* s, uint32_t m) {
+    return (s[0] | s[1] | s[2]) && s[0] < m && s[1] < m && s[2] < m;
+  }
+
   struct Words {
     uint32_t* r;
     void operator()(int i, __m256d z) const { store4(r + i, double_to_word(z)); }

@@ -54,15 +54,17 @@ struct WH {
   }
 
   static int words(KobStream* stream, int n, uint32_t* r) {
-    generate(state<WH>(stream), sub_generator(stream), n, Words{r});
-    return KOB_STATUS_OK;
+    return rounding_to_nearest([=] {
+      generate(state<WH>(stream), sub_generator(stream), n, Words{r});
+      return KOB_STATUS_OK;
+    });
   }
 
   static bool adopt(KobStream* stream) {
     const State& s = state<WH>(stream);
     const uint32_t* m = _kob_WH_M[sub_generator(stream)];
     for (int i = 0; i < 4; ++i)
-      if (s.X[i] >= m[i] || s.A[i] >= m[i]) return false;
+      if (s.X[i] == 0 || s.X[i] >= m[i] || s.A[i] == 0 || s.A[i] >= m[i]) return false;
     return true;
   }
 
