@@ -312,7 +312,7 @@ KOB_BRNG_FUNCTIONS(Niederr)
  *
  *   int refill(stream, &size, buffer, &wanted, &room, &position)
  *
- * from inside the block function. It writes at least `wanted`, if it can, and at most `room` new numbers into
+ * from inside the block function, under rounding to nearest. It writes at least `wanted`, if it can, and at most `room` new numbers into
  * the buffer of `size` from place `position` on, going on at place 0 behind the end, and returns how many.
  * The three words behind `wanted` are 0 and reserved.
  *

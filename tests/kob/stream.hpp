@@ -10,6 +10,7 @@
 
 #include "orx/kob.h"
 #include "orx/serv.h"
+#include "support/allocations.hpp"
 
 using Words = std::vector<uint32_t>;
 
@@ -54,26 +55,10 @@ class Stream {
   KobStream* stream_ = nullptr;
 };
 
-// Runs `call` with its first, second, ... allocation failing until it succeeds. Each failure must be reported
-// and leave nothing behind; `call` returns its status and undoes what it did when that is 0.
-template <class Call>
-void expect_clean_failures(Call call) {
-  for (long k = 1;; ++k) {
-    const long before = orx_serv_live_blocks();
-    orx_serv_fail_allocation(k);
-    const int status = call();
-    orx_serv_fail_allocation(0);
-    EXPECT_EQ(orx_serv_live_blocks(), before) << "allocation " << k;
-    if (status == KOB_STATUS_OK) return;
-    EXPECT_EQ(status, KOB_ERROR_MEM_FAILURE) << "allocation " << k;
-    ASSERT_LT(k, 1000);
-  }
-}
-
-// The same for a call that makes a stream.
+// Runs make(&stream) with each of its allocations failing, and with none.
 template <class Make>
 void expect_clean_making(Make make) {
-  expect_clean_failures([&] {
+  fail_each_allocation(KOB_ERROR_MEM_FAILURE, [&] {
     KobStream* stream = nullptr;
     const int status = make(&stream);
     __kobDeleteStream(&stream);

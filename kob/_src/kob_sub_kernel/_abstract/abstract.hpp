@@ -97,7 +97,7 @@ int read(KobStream* stream, State<Number>& s, int n, const Put& put) {
 
 // The generator of one kind: its own block function works, the others do not.
 template <class Number>
-struct Generator : NoLeapfrog, NoSkip, CallsBack {
+struct Generator : NoLeapfrog, NoSkip {
   using State = abstract::State<Number>;
 
   static State& state_of(KobStream* stream) { return *reinterpret_cast<State*>(stream + 1); }
@@ -120,12 +120,9 @@ struct Generator : NoLeapfrog, NoSkip, CallsBack {
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
     if constexpr (std::is_same_v<Real, Number>) {
       State& s = state_of(stream);
+      const Real scale = (b - a) / (s.Upper - s.Lower), lower = s.Lower;
       return read(stream, s, n, [&](const Real* from, uint32_t count) {
-        rounding_to_nearest([&] {
-          const Real scale = (b - a) / (s.Upper - s.Lower), lower = s.Lower;
-          for (uint32_t i = 0; i < count; ++i) r[i] = a + scale * (from[i] - lower);
-          return KOB_STATUS_OK;
-        });
+        for (uint32_t i = 0; i < count; ++i) r[i] = a + scale * (from[i] - lower);
         r += count;
       });
     } else {

@@ -17,11 +17,8 @@
 // and one row in generators.def.
 #pragma once
 
-#include <xmmintrin.h>
-
-#include <type_traits>
-
 #include "_service/stream.hpp"
+#include "orx/base/default_arithmetic.hpp"
 
 namespace orx::brng {
 
@@ -67,52 +64,20 @@ int init_stream(int method, KobStream* stream, int n, const uint32_t* params) {
   }
 }
 
-// ---- the control word ----
-//
-// Numbers are made under round-to-nearest, and without flushing, whatever the caller has set: the interval of
-// reals, and with some generators the sequence itself, hang on it. The caller's word goes back as it was. What
-// runs between is not inlined: arithmetic must not move across the change.
-
-constexpr unsigned kRoundingAndFlushing = 0xE040;  // bits of MXCSR
-
-template <class Body>
-__attribute__((noinline)) int called(const Body& body) {
-  return body();
-}
-
-template <class Body>
-int rounding_to_nearest(const Body& body) {
-  const unsigned callers = _mm_getcsr();
-  if (!(callers & kRoundingAndFlushing)) return called(body);
-  _mm_setcsr(callers & ~kRoundingAndFlushing);
-  const int status = called(body);
-  _mm_setcsr(callers);
-  return status;
-}
-
-// A generator that runs the caller's own code sees to its arithmetic by itself.
-struct CallsBack {};
-
-template <class Generator, class Real>
-int make_reals(KobStream* stream, int n, Real* r, Real a, Real b) {
-  if constexpr (std::is_base_of_v<CallsBack, Generator>)
-    return Generator::reals(stream, n, r, a, b);
-  else
-    return rounding_to_nearest([=] { return Generator::reals(stream, n, r, a, b); });
-}
-
 }  // namespace orx::brng
 
-// The four functions of one row of the registry, and the check of a loaded state.
+// The four functions of one row of the registry, and the check of a loaded state. Reals, and with some
+// generators the sequence itself, hang on rounding to nearest: what the caller has set for its own arithmetic
+// changes no number. Words that are made of doubles see to that by themselves.
 #define ORX_BRNG_FUNCTIONS(Name)                                                                            \
   ORX_API int __kobBRng##Name##InitStream(int method, KobStream* stream, int n, const uint32_t* params) {   \
     return orx::brng::init_stream<Name>(method, stream, n, params);                                         \
   }                                                                                                         \
   ORX_API int __kobsBRng##Name(KobStream* stream, int n, float* r, float a, float b) {                      \
-    return orx::brng::make_reals<Name>(stream, n, r, a, b);                                                 \
+    return orx::in_default_arithmetic([=] { return Name::reals(stream, n, r, a, b); });                     \
   }                                                                                                         \
   ORX_API int __kobdBRng##Name(KobStream* stream, int n, double* r, double a, double b) {                   \
-    return orx::brng::make_reals<Name>(stream, n, r, a, b);                                                 \
+    return orx::in_default_arithmetic([=] { return Name::reals(stream, n, r, a, b); });                     \
   }                                                                                                         \
   ORX_API int __kobiBRng##Name(KobStream* stream, int n, uint32_t* r) { return Name::words(stream, n, r); } \
   extern "C" bool _kobAdopt##Name(KobStream* stream) { return Name::adopt(stream); }

@@ -107,7 +107,7 @@ struct MRG32K3A : NoLeapfrog {
   }
 
   static int words(KobStream* stream, int n, uint32_t* r) {
-    return rounding_to_nearest([=] {
+    return orx::in_default_arithmetic([=] {
       generate(state<MRG32K3A>(stream), n, Words{r});
       return KOB_STATUS_OK;
     });

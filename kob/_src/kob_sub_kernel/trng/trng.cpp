@@ -49,20 +49,6 @@ int one_word_each(const State& s, int n, const Put& put) {
   });
 }
 
-// The x87 unit rounds to nearest, to extended precision, while body() runs; then as the caller had set it.
-template <class Body>
-int in_extended_precision(const Body& body) {
-  constexpr uint16_t kControl = 0x0F00, kExtendedToNearest = 0x0300;
-  uint16_t callers;
-  __asm__ volatile("fnstcw %0" : "=m"(callers));
-  if ((callers & kControl) == kExtendedToNearest) return called(body);
-  const uint16_t ours = uint16_t((callers & ~kControl) | kExtendedToNearest);
-  __asm__ volatile("fldcw %0" : : "m"(ours));
-  const int status = called(body);
-  __asm__ volatile("fldcw %0" : : "m"(callers));
-  return status;
-}
-
 struct TRNG : NoLeapfrog, NoSkip, NothingToCheck {
   using State = ::State;
 
@@ -82,12 +68,10 @@ extern "C" {
 
 // The word of a double has 64 bits; product and sum are those of extended precision, rounded at the end.
 int _vdTRNGRdRand(KobStream* stream, int n, double* r, double a, double b) {
-  return in_extended_precision([=] {
-    return draws<1>(state<TRNG>(stream), n, [=](int i, uint32_t low, uint32_t high) {
-      const uint64_t word = low | uint64_t(high) << 32;
-      const long double w = static_cast<long double>(int64_t(word)) + (word >> 63 ? 0x1p64L : 0);
-      r[i] = double(a + (static_cast<long double>(b) - a) * 5.421010862427522e-20 * w);
-    });
+  return draws<1>(state<TRNG>(stream), n, [&](int i, uint32_t low, uint32_t high) {
+    const uint64_t word = low | uint64_t(high) << 32;
+    const long double w = static_cast<long double>(int64_t(word)) + (word >> 63 ? 0x1p64L : 0);
+    r[i] = double(a + (static_cast<long double>(b) - a) * 5.421010862427522e-20 * w);
   });
 }
 

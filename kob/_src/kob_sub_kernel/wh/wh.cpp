@@ -54,7 +54,7 @@ struct WH {
   }
 
   static int words(KobStream* stream, int n, uint32_t* r) {
-    return rounding_to_nearest([=] {
+    return orx::in_default_arithmetic([=] {
       generate(state<WH>(stream), sub_generator(stream), n, Words{r});
       return KOB_STATUS_OK;
     });
