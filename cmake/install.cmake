@@ -2,9 +2,6 @@
 # installed holds no absolute path, so that the tree can be moved.
 include(CMakePackageConfigHelpers)
 
-add_library(orx::orx_g9 ALIAS orx_g9)
-add_library(orx::orx_serv ALIAS orx_serv)
-
 set(ORX_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/orx)
 set(ORX_INSTALL_PKGCONFIGDIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 

@@ -9,10 +9,8 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 if(NOT CMAKE_BUILD_TYPE)
-  set(CMAKE_BUILD_TYPE Release)
+  set(CMAKE_BUILD_TYPE Release)  # -O3, unless the user's flags say otherwise
 endif()
-set(CMAKE_C_FLAGS_RELEASE "-O3")
-set(CMAKE_CXX_FLAGS_RELEASE "-O3")
 
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   set(ORX_ARCH i386-linux-gnu)
@@ -28,13 +26,13 @@ endfunction()
 
 add_compile_options(-Wall -Wextra -ffp-contract=off)
 add_compile_options($<$<STREQUAL:${ORX_ARCH},i386-linux-gnu>:-mfpmath=sse>)
+set(ORX_SANITIZE "" CACHE STRING "sanitizers to build with: address,undefined or thread")
 if(ORX_SANITIZE)
   add_compile_options(-fsanitize=${ORX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ORX_SANITIZE})
 endif()
 
-orx_find_library(ORX_BLAS openblas)
-set(ORX_NEEDS_BLAS ON)
+orx_find_library(ORX_BLAS openblas REQUIRED)
 
 # Flags of everything that goes into liborx_g9.so. Nothing throws, and a kernel's data must not be
 # reached through symbols that another library could take over.
@@ -53,5 +51,5 @@ function(orx_layer name)
   add_library(${name} OBJECT ${sources})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/include
     ${PROJECT_SOURCE_DIR}/base ${LAYER_INCLUDES})
-  target_compile_options(${name} PRIVATE ${ORX_KERNEL_FLAGS})
+  target_compile_options(${name} PRIVATE -Wconversion -Wshadow ${ORX_KERNEL_FLAGS})
 endfunction()

@@ -15,12 +15,12 @@
 #define ORX_FORWARD_LA_EP_d(shape, Fn) ORX_FORWARD(shape, d, Fn, _50, 0) ORX_FORWARD(shape, d, Fn, _26, 2)
 
 // The tables are writable: a front layer may put an entry of its own in.
-#define ORX_FUNCTION(shape, t, Fn, la, ha, ep, cost_la, cost_ha, cost_ep)                           \
-  ORX_EXPORTED orx_tef_##t##Fn##_function* orx_tef_kernel_##t##Fn##_ttab[3] = {                     \
-      orx_tef_kernel_##t##Fn##_##la, orx_tef_kernel_##t##Fn##_##ha, orx_tef_kernel_##t##Fn##_##ep}; \
-  ORX_EXPORTED float orx_tef_kernel_##t##Fn##_ctab[3] = {cost_la, cost_ha, cost_ep};                \
-  ORX_FORWARD(shape, t, Fn, , 1)                                                                    \
-  ORX_FORWARD(shape, t, Fn, _HA, 1)                                                                 \
+#define ORX_FUNCTION(shape, t, Fn, la, ha, ep, cost_la, cost_ha, cost_ep)                                 \
+  ORX_EXPORTED orx_tef_##t##Fn##_function* orx_tef_kernel_##t##Fn##_ttab[3] = {                           \
+      orx_tef_kernel_##t##Fn##_##la, orx_tef_kernel_##t##Fn##_##ha, orx_tef_kernel_##t##Fn##_##ep};       \
+  ORX_EXPORTED float orx_tef_kernel_##t##Fn##_ctab[3] = {float(cost_la), float(cost_ha), float(cost_ep)}; \
+  ORX_FORWARD(shape, t, Fn, , 1)                                                                          \
+  ORX_FORWARD(shape, t, Fn, _HA, 1)                                                                       \
   ORX_FORWARD_LA_EP_##t(shape, Fn)
 extern "C" {
 #include "functions.def"
