@@ -1,7 +1,9 @@
-// The kernel frame in its calling shapes, with kernels whose mathematics is plain: two inputs, a scalar
-// second input, two outputs.
+// The kernel frame with kernels whose mathematics is plain, in all calling shapes: every count, place and
+// alignment, rare elements and reports among usual ones.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <vector>
 
 #include "frame/kernel.hpp"
@@ -10,101 +12,355 @@ using namespace orx::tef;
 
 namespace {
 
-constexpr Row<double> kLimit = 100.0;
+struct Named {
+  static constexpr char _TEF_THISFUNC_NAME[] = "vdTest";
+};
 
-// a * b, rare from |a| = 100 on: there the scalar routine negates the product, and tells an overflow from
-// 1000 on.
-struct Product : Kernel<double, 2, 1> {
+template <class T>
+constexpr Row<T> kHundred = T(100);
+template <class T>
+constexpr Row<T> kThousand = T(1000);
+
+// The kernels below are rare where the first argument is 100 or more, and report an overflow from 1000 on. What
+// is rare gets another result, so that it shows who made it.
+template <class T>
+int status_of(T a) {
+  return a >= 1000 ? StatusOverflow : StatusOk;
+}
+
+template <class T, class B>
+struct Product : Kernel<T(T, B)> {
   template <class X>
   static X rare(X a, X) {
-    return not_below(magnitude(a), kLimit);
+    return not_below(a, kHundred<T>);
   }
   template <class X>
   static X eval(X a, X b) {
     return a * b;
   }
-  static int rare_lane(const double* a, const double* b, double* r) {
+  static int rare_lane(const T* a, const T* b, T* r) {
     *r = -*a * *b;
-    return *a >= 1000 ? StatusOverflow : StatusOk;
+    return status_of(*a);
+  }
+  static int expected(const T* a, const T* b, T* r) {
+    *r = *a * *b;
+    return *a < 100 ? StatusOk : rare_lane(a, b, r);
   }
 };
-struct ProductWithScalar : Product {
-  static constexpr bool kScalarSecond = true;
+
+template <class T, int together>
+struct SumAndSquare : Kernel<Two<T>(T)> {
+  static constexpr int kTogether = together;
+  template <class X>
+  static X rare(X a) {
+    return not_below(a, kHundred<T>);
+  }
+  template <class X>
+  static Two<X> eval(X a) {
+    return {a + a, a * a};
+  }
+  static int rare_lane(const T* a, T* sum, T* square) {
+    *sum = -1;
+    *square = *a;
+    return status_of(*a);
+  }
+  static int expected(const T* a, T* sum, T* square) {
+    *sum = *a + *a;
+    *square = *a * *a;
+    return *a < 100 ? StatusOk : rare_lane(a, sum, square);
+  }
 };
 
-struct SumAndSquare : Kernel<double, 1, 2> {
+template <class T>
+struct ComplexProduct : Kernel<Complex<T>(Complex<T>, Complex<T>)> {
+  template <class X>
+  static X rare(Complex<X> a, Complex<X>) {
+    return not_below(a.re, kHundred<T>);
+  }
+  template <class X>
+  static Complex<X> eval(Complex<X> a, Complex<X> b) {
+    return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
+  }
+  static int rare_lane(const Complex<T>* a, const Complex<T>* b, Complex<T>* r) {
+    *r = {-a->re, b->im};
+    return status_of(a->re);
+  }
+  static int expected(const Complex<T>* a, const Complex<T>* b, Complex<T>* r) {
+    *r = eval(*a, *b);
+    return a->re < 100 ? StatusOk : rare_lane(a, b, r);
+  }
+};
+
+template <class T>
+struct Norm : Kernel<T(Complex<T>)> {
+  template <class X>
+  static X rare(Complex<X> a) {
+    return not_below(a.re, kHundred<T>);
+  }
+  template <class X>
+  static X eval(Complex<X> a) {
+    return a.re * a.re + a.im * a.im;
+  }
+  static int rare_lane(const Complex<T>* a, T* r) {
+    *r = -a->im;
+    return status_of(a->re);
+  }
+  static int expected(const Complex<T>* a, T* r) {
+    *r = eval(*a);
+    return a->re < 100 ? StatusOk : rare_lane(a, r);
+  }
+};
+
+template <class T>
+struct FromReal : Kernel<Complex<T>(T)> {
   static constexpr int kTogether = 2;
   template <class X>
   static X rare(X a) {
-    return not_below(magnitude(a), kLimit);
+    return not_below(a, kHundred<T>);
   }
   template <class X>
-  static void eval(X a, X& sum, X& square) {
-    sum = a + a;
-    square = a * a;
+  static Complex<X> eval(X a) {
+    return {a + a, a * a};
   }
-  static int rare_lane(const double* a, double* sum, double* square) {
-    *sum = -1;
-    *square = *a;
-    return StatusDomain;
+  static int rare_lane(const T* a, Complex<T>* r) {
+    *r = {-*a, 1};
+    return status_of(*a);
+  }
+  static int expected(const T* a, Complex<T>* r) {
+    *r = eval(*a);
+    return *a < 100 ? StatusOk : rare_lane(a, r);
   }
 };
 
-std::vector<TefErrorContext> seen;
+// Parts side by side; what is rare shows in the sum of either part, so eval tells it itself.
+template <class T>
+struct PairSum : Kernel<Pair<T>(Pair<T>, Pair<T>)> {
+  static constexpr int kTogether = 2;
+  template <class X>
+  static X eval(X a, X b, X& rare) {
+    const X sum = a + b;
+    rare = not_below(sum, kHundred<T>);
+    return sum;
+  }
+  static int rare_lane(const Complex<T>* a, const Complex<T>* b, Complex<T>* r) {
+    *r = {-(a->re + b->re), -(a->im + b->im)};
+    return status_of(a->re + b->re);
+  }
+  static int expected(const Complex<T>* a, const Complex<T>* b, Complex<T>* r) {
+    *r = {a->re + b->re, a->im + b->im};
+    return r->re < 100 && r->im < 100 ? StatusOk : rare_lane(a, b, r);
+  }
+};
+
+// Both tests, and a second path between: from 100 on the difference is finished there, from 1000 on it is finished
+// and reported, and from 2000 on the scalar routine is called; eval finds those out that are 50 or more.
+template <class T, int together>
+struct Staged : Kernel<T(T)> {
+  static constexpr int kTogether = together;
+  template <class X>
+  static X rare(X a) {
+    return not_below(a, kHundred<T>);
+  }
+  template <class X>
+  static X eval(X a, X& rare) {
+    rare = not_below(a, kFifty);
+    return a * a;
+  }
+  template <class X, class Left>
+  static void finish(X a, Left& left) {
+    const X enormous = not_below(a, kTwoThousand), large = not_below(a, kThousand<T>);
+    left.finish(bit_andnot(enormous, large), a - kThousand<T>, StatusUnderflow);
+    left.finish(bit_andnot(large, not_below(a, kHundred<T>)), a - kHundred<T>);
+  }
+  static int rare_lane(const T* a, T* r) {
+    *r = -*a;
+    return *a >= 2000 ? StatusDomain : StatusOk;
+  }
+  static int expected(const T* p, T* r) {
+    const T a = *p;
+    *r = a < 50 ? a * a : a < 100 ? -a : a < 1000 ? a - 100 : a < 2000 ? a - 1000 : -a;
+    return a < 1000 ? StatusOk : a < 2000 ? StatusUnderflow : StatusDomain;
+  }
+
+ private:
+  static constexpr Row<T> kFifty = T(50), kTwoThousand = T(2000);
+};
+
+// No vector code, and nothing rare.
+template <class E>
+struct Elementwise : ElementKernel<E(E)> {
+  static constexpr Control kControl = Control::kExtended;
+  static int rare_lane(const double* a, double* r) {
+    *r = 3 * *a;
+    return status_of(*a);
+  }
+  static int rare_lane(const Complex<float>* a, Complex<float>* r) {
+    *r = {-a->im, a->re};
+    return status_of(a->re);
+  }
+  static int expected(const E* a, E* r) { return rare_lane(a, r); }
+};
+
+// ---- calls, and what they are to give, by shape; arrays of reals for elements of all kinds
+template <class T>
+constexpr T kScalar = 3;
+
+template <class K, class Signature = typename K::Signature>
+struct Caller;
+template <class K, class R, class A>
+struct Caller<K, R(A)> {
+  using T = typename K::Real;
+  static constexpr int kInParts = Element<A>::kParts, kOutParts = Element<R>::kParts;
+  static constexpr bool kSecondInput = false, kTwoResults = false;
+  static void call(int n, const T* a, const T*, T* r, T*) { run_kernel<K, Named>(n, a, r); }
+  static int expected(const T* a, const T*, T* r, T*) {
+    return K::expected(reinterpret_cast<const typename Element<A>::Memory*>(a),
+                       reinterpret_cast<typename Element<R>::Memory*>(r));
+  }
+};
+template <class K, class T>
+struct Caller<K, Two<T>(T)> : Caller<K, T(T)> {
+  static constexpr bool kTwoResults = true;
+  static void call(int n, const T* a, const T*, T* r, T* s) { run_kernel<K, Named>(n, a, r, s); }
+  static int expected(const T* a, const T*, T* r, T* s) { return K::expected(a, r, s); }
+};
+template <class K, class R, class A, class B>
+struct Caller<K, R(A, B)> : Caller<K, R(A)> {
+  using T = typename K::Real;
+  static constexpr bool kSecondInput = true;
+  static void call(int n, const T* a, const T* b, T* r, T*) { run_kernel<K, Named>(n, a, b, r); }
+  static int expected(const T* a, const T* b, T* r, T*) {
+    using M = typename Element<A>::Memory;
+    return K::expected(reinterpret_cast<const M*>(a), reinterpret_cast<const M*>(b), reinterpret_cast<M*>(r));
+  }
+};
+template <class K, class T>
+struct Caller<K, T(T, Scalar<T>)> : Caller<K, T(T)> {
+  static constexpr bool kSecondInput = true;
+  static void call(int n, const T* a, const T*, T* r, T*) { run_kernel<K, Named>(n, a, kScalar<T>, r); }
+  static int expected(const T* a, const T*, T* r, T*) { return K::expected(a, &kScalar<T>, r); }
+};
+
+// ---- every count and place
+struct Report {
+  int status, index;
+  double arg1, arg1Im, arg2, arg2Im, res2;
+  bool operator==(const Report& o) const {
+    return status == o.status && index == o.index && arg1 == o.arg1 && arg1Im == o.arg1Im && arg2 == o.arg2 &&
+           arg2Im == o.arg2Im && res2 == o.res2;
+  }
+};
+std::vector<Report> reports;
+
+// Leaves its mark on the results.
 int record(TefErrorContext* e) {
-  seen.push_back(*e);
+  reports.push_back({e->status, e->index, e->arg1, e->arg1Im, e->arg2, e->arg2Im, e->res2});
   e->res1 += 0.5;
+  e->res1Im += 0.25;
   return 0;
 }
 
+// Small numbers, with values between them that are rare in various ways.
+double value(int i) {
+  constexpr double kRare[] = {60, 100, 250, 1000, 1500, 2000, 1e6};
+  return i % 5 == 3 || i % 16 > 12 ? kRare[i % 7] : i % 9 - 4;
+}
+
+template <class K>
+class Trial {
+  using C = Caller<K>;
+  using T = typename K::Real;
+  static constexpr int kRoom = 700, kMargin = 16;
+
+ public:
+  // n elements from places `from` and `to` of the arrays on.
+  void run(int n, int from, int to, bool in_place) {
+    for (int i = 0; i < kRoom; ++i) {
+      a[i] = static_cast<T>(value(i));
+      b[i] = static_cast<T>(value(i) / 4);
+      r[i] = s[i] = expected_r[i] = expected_s[i] = in_place ? a[i] : T(-77);
+    }
+    T *const in = (in_place ? r : a) + kMargin + from, *const second = b + kMargin + from;
+    const int out = kMargin + (in_place ? from : to);
+    const std::vector<Report> expected = expect(n, a + kMargin + from, second, out, in_place);
+    reports.clear();
+    C::call(n, in, second, r + out, s + out);
+    for (int i = 0; i < kRoom; ++i) {
+      ASSERT_EQ(r[i], expected_r[i]) << i - out << " of " << n << " from " << from << " to " << to;
+      ASSERT_EQ(s[i], expected_s[i]) << i - out << " of " << n;
+    }
+    ASSERT_TRUE(reports == expected) << n << " from " << from << " to " << to << ": " << reports.size()
+                                     << " reports, expected " << expected.size();
+  }
+
+ private:
+  std::vector<Report> expect(int n, const T* a_, const T* b_, int out, bool in_place) {
+    std::vector<Report> all;
+    for (int i = 0; i < n; ++i) {
+      const T* const x = a_ + C::kInParts * i;
+      const T* const y = b_ + C::kInParts * i;
+      T* const first = expected_r + out + C::kOutParts * i;
+      T* const other = expected_s + out + C::kOutParts * i;
+      const int status = C::expected(x, y, first, other);
+      if (status == StatusOk) continue;
+      const bool scalar = C::kSecondInput && std::is_same_v<typename K::Signature, T(T, Scalar<T>)>;
+      // In place the error layer finds the result for the argument.
+      const T* const seen = in_place ? first : x;
+      const double re = seen[0], im = C::kInParts == 2 ? seen[1] : 0;
+      all.push_back({status, i, re, im,
+                     !C::kSecondInput ? re
+                     : scalar         ? kScalar<T>
+                                      : y[0],
+                     !C::kSecondInput   ? im
+                     : C::kInParts == 2 ? y[1]
+                                        : 0,
+                     C::kTwoResults ? other[0] : first[0]});
+      first[0] += T(0.5);
+      if (C::kOutParts == 2) first[1] += T(0.25);
+    }
+    return all;
+  }
+
+  alignas(64) T a[kRoom], b[kRoom], r[kRoom], s[kRoom], expected_r[kRoom], expected_s[kRoom];
+};
+
+template <class K>
 class Frame : public testing::Test {
  protected:
-  static constexpr int kSize = 37;
-  double a[kSize], b[kSize], r[kSize], s[kSize];
   void SetUp() override {
-    seen.clear();
     _tefSetErrorCallBack(record);
     _tefSetMode(TEF_ERRMODE_CALLBACK);
-    for (int i = 0; i < kSize; ++i) {
-      a[i] = i;
-      b[i] = 2 + i;
-    }
-    a[5] = 200;
-    a[6] = 1000;
-    a[36] = 2000;
   }
   void TearDown() override { _tefClearErrorCallBack(); }
 };
 
-TEST_F(Frame, TwoInputs) {
-  run_kernel<Product>(kSize, {{a, b}, {r}, "vdProduct"});
-  EXPECT_EQ(r[4], 24);
-  EXPECT_EQ(r[5], -1400);
-  EXPECT_EQ(r[6], -8000 + 0.5);
-  EXPECT_EQ(r[36], -76000 + 0.5);
-  ASSERT_EQ(seen.size(), 2u);
-  EXPECT_EQ(seen[0].index, 6);
-  EXPECT_EQ(seen[0].arg2, 8);
-}
+using Kernels =
+    testing::Types<Product<double, double>, Product<float, float>, Product<double, Scalar<double>>,
+                   Product<float, Scalar<float>>, SumAndSquare<double, 1>, SumAndSquare<double, 2>,
+                   SumAndSquare<float, 4>, ComplexProduct<double>, ComplexProduct<float>, Norm<double>,
+                   Norm<float>, FromReal<double>, FromReal<float>, PairSum<double>, PairSum<float>,
+                   Staged<double, 1>, Staged<double, 4>, Staged<float, 2>, Elementwise<double>,
+                   Elementwise<Complex<float>>>;
+TYPED_TEST_SUITE(Frame, Kernels);
 
-TEST_F(Frame, ScalarSecondInput) {
-  const double factor = 3;
-  run_kernel<ProductWithScalar>(kSize, {{a, &factor}, {r}, "vdScaled"});
-  for (int i : {0, 4, 7, 20, 35}) EXPECT_EQ(r[i], 3 * a[i]);
-  EXPECT_EQ(r[6], -3000 + 0.5);
-  ASSERT_EQ(seen.size(), 2u);
-  EXPECT_EQ(seen[1].index, 36);
-  EXPECT_EQ(seen[1].arg2, 3);
+TYPED_TEST(Frame, EveryCountAndPlace) {
+  Trial<TypeParam> trial;
+  for (int n = 0; n < 280; n += n < 40 ? 1 : 60)
+    for (int from = 0; from < 9; ++from)
+      for (int to : {0, 1, 6}) {
+        trial.run(n, from, to, false);
+        if (this->HasFatalFailure()) return;
+      }
 }
-
-TEST_F(Frame, TwoOutputs) {
-  run_kernel<SumAndSquare>(kSize, {{a}, {r, s}, "vdBoth"});
-  EXPECT_EQ(r[10], 20);
-  EXPECT_EQ(s[10], 100);
-  EXPECT_EQ(r[5], -1 + 0.5);
-  EXPECT_EQ(s[5], 200);
-  ASSERT_EQ(seen.size(), 3u);
-  EXPECT_EQ(seen[1].res2, 1000);
+TYPED_TEST(Frame, InPlace) {
+  if constexpr (Caller<TypeParam>::kInParts == Caller<TypeParam>::kOutParts) {
+    Trial<TypeParam> trial;
+    for (int n = 0; n < 280; n += n < 40 ? 1 : 60)
+      for (int from = 0; from < 9; ++from) {
+        trial.run(n, from, from, true);
+        if (this->HasFatalFailure()) return;
+      }
+  }
 }
 
 }  // namespace

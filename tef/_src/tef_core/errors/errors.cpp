@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "errors/report.hpp"
 #include "mode/mode.hpp"
 #include "orx/serv.h"
 
@@ -127,56 +128,66 @@ int _tefCreateFuncNameStr(char* out, const char* prefix, const char* name, const
   return static_cast<int>(end - out);
 }
 
-// One element in the vectors of a call: T the real type, `parts` 1 for real and 2 for complex elements.
-template <class T, int parts>
-struct Element {
-  static void get(const T* vector, int index, double& re, double& im) {
-    re = vector[static_cast<ptrdiff_t>(parts) * index];
-    if (parts == 2) im = vector[static_cast<ptrdiff_t>(parts) * index + 1];
-  }
-  static void put(T* vector, int index, double re, double im) {
-    vector[static_cast<ptrdiff_t>(parts) * index] = static_cast<T>(re);
-    if (parts == 2) vector[static_cast<ptrdiff_t>(parts) * index + 1] = static_cast<T>(im);
-  }
-};
+// A part of an element, 0 where the operand has none.
+double get(const Operand& o, int index, int part) {
+  if (part >= o.parts) return 0;
+  const ptrdiff_t at = (o.is_vector ? ptrdiff_t{o.parts} * index : 0) + part;
+  return o.real_bytes == 4 ? static_cast<const float*>(o.vector)[at]
+                           : static_cast<const double*>(o.vector)[at];
+}
+void put(const Operand& o, int index, int part, double value) {
+  if (part >= o.parts) return;
+  const ptrdiff_t at = ptrdiff_t{o.parts} * index + part;
+  if (o.real_bytes == 4)
+    static_cast<float*>(o.vector)[at] = static_cast<float>(value);
+  else
+    static_cast<double*>(o.vector)[at] = value;
+}
 
-template <class T, int parts>
-void report(int status, int index, const T* a1, const T* a2, T* r1, T* r2, const char* name) {
-  using Element = Element<T, parts>;
+// The index of the element in the whole vector, of which the caller may have told where it begins.
+int whole_index(int index, const Operand& a1) {
+  if (!tefInterfInputVecorPointer) return index;
+  const intptr_t bytes =
+      reinterpret_cast<intptr_t>(a1.vector) - reinterpret_cast<intptr_t>(tefInterfInputVecorPointer);
+  return index + static_cast<int>(bytes / (a1.parts * a1.real_bytes));
+}
+
+}  // namespace
+
+void report(int status, int index, const Operand& a1, const Operand& a2, const Operand& r1, const Operand& r2,
+            const char* name) {
   tefErrStatus = status;
   if ((mode() & TEF_ERRMODE_MASK) == TEF_ERRMODE_IGNORE) return;
 
   TefErrorContext e;
   e.status = status;
-  e.index = index;
-  if (tefInterfInputVecorPointer) {
-    const intptr_t bytes =
-        reinterpret_cast<intptr_t>(a1) - reinterpret_cast<intptr_t>(tefInterfInputVecorPointer);
-    e.index += static_cast<int>(bytes / static_cast<intptr_t>(parts * sizeof(T)));
-  }
+  e.index = whole_index(index, a1);
   e.funcNameLen = _tefCreateFuncNameStr(e.funcName, "", name, "");
-  if (!is_argument_error(status)) {
-    Element::get(a1, index, e.arg1, e.arg1Im);
-    Element::get(a2, index, e.arg2, e.arg2Im);
-    Element::get(r1, index, e.res1, e.res1Im);
-    Element::get(r2, index, e.res2, e.res2Im);
+  const bool has_elements = !is_argument_error(status);
+  if (has_elements) {
+    e.arg1 = get(a1, index, 0), e.arg1Im = get(a1, index, 1);
+    e.arg2 = get(a2, index, 0), e.arg2Im = get(a2, index, 1);
+    e.res1 = get(r1, index, 0), e.res1Im = get(r1, index, 1);
+    e.res2 = get(r2, index, 0), e.res2Im = get(r2, index, 1);
   }
   // The mode is read anew each time: the callback may change it.
   if ((mode() & 0xF000) && tefErrorCallBack && tefErrorCallBack(&e) != 0) return;
   if ((mode() >> 8) & 0xF) _tefStdErrorHandler(e);
-  if (!is_argument_error(status)) {
-    Element::put(r2, index, e.res2, e.res2Im);
-    Element::put(r1, index, e.res1, e.res1Im);
+  if (has_elements) {
+    put(r2, index, 0, e.res2), put(r2, index, 1, e.res2Im);
+    put(r1, index, 0, e.res1), put(r1, index, 1, e.res1Im);
   }
 }
 
-}  // namespace
 }  // namespace orx::tef
 
 #define ORX_ERROR_ENTRY(letter, T, parts)                                                                    \
   ORX_API void orx_tef_kernel_##letter##Error(int status, int index, const T* a1, const T* a2, T* r1, T* r2, \
                                               const char* name) {                                            \
-    orx::tef::report<T, parts>(status, index, a1, a2, r1, r2, name);                                         \
+    const auto operand = [](const T* vector) {                                                               \
+      return orx::tef::Operand{const_cast<T*>(vector), sizeof(T), parts};                                    \
+    };                                                                                                       \
+    orx::tef::report(status, index, operand(a1), operand(a2), operand(r1), operand(r2), name);               \
   }
 ORX_ERROR_ENTRY(s, float, 1)
 ORX_ERROR_ENTRY(d, double, 1)

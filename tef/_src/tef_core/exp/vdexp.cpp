@@ -7,7 +7,7 @@ namespace {
 // Magnitudes from here on (708.3956 is where results stop being normal numbers), infinities and NaN are rare.
 constexpr Row<double> kRareFrom = 0x1.6232bp+9;
 
-struct dExp : Kernel<double> {
+struct dExp : Kernel<double(double)> {
   template <class X>
   static X rare(X x) {
     return not_below(magnitude(x), kRareFrom);

@@ -11,7 +11,7 @@ namespace {
 // Magnitudes from here on (87.33654 is where results stop being normal numbers), infinities and NaN are rare.
 constexpr Row<float> kRareFrom = 0x1.5d58ap+6f;
 
-struct sExp : Kernel<float> {
+struct sExp : Kernel<float(float)> {
   static constexpr int kTogether = 2;
   template <class X>
   static X rare(X x) {

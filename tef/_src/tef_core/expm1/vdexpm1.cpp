@@ -31,7 +31,7 @@ struct dExpm1EpData {
 // |x| from 707.7033 on is rare.
 constexpr Row<double> kRareFrom = 0x1.61da04cbafe44p+9;
 
-struct dExpm1 : Kernel<double> {
+struct dExpm1 : Kernel<double(double)> {
   static constexpr dExpm1Data kData{};
   static constexpr dExpm1EpData kEpData{};
   static constexpr int kB = 7, kEpB = 6;

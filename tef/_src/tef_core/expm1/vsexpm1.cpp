@@ -30,7 +30,7 @@ struct sExpm1EpData {
 
 constexpr Row<float> kRareFrom = 0x1.5d58ap+6f;
 
-struct sExpm1 : Kernel<float> {
+struct sExpm1 : Kernel<float(float)> {
   static constexpr int kTogether = 2;
   static constexpr sExpm1Data kData{};
   static constexpr sExpm1EpData kEpData{};

@@ -61,13 +61,12 @@ __attribute__((noinline)) void arithmetic_body(int n, const T* a, const T* b, T*
     arithmetic_copy<Op, Alias::Second>(n, a, b, r);
   else
     arithmetic_copy<Op, Alias::None>(n, a, b, r);
+  zero_upper();
 }
 
 template <class Op, class T>
 void arithmetic(int n, const T* a, const T* b, T* r) {
-  const ControlState control(ControlState::from_mode());
-  if (n > 0) arithmetic_body<Op>(n, a, b, r);
-  zero_upper();
+  if (n > 0) run_under<Control::kMode, arithmetic_body<Op, T>>(n, a, b, r);
 }
 
 ORX_ISA_END

@@ -1,4 +1,4 @@
-// The floating-point control state of a kernel: round to nearest, denormals as asked for.
+// The floating-point control state that a kernel works in.
 #pragma once
 #include <cstdint>
 
@@ -7,36 +7,76 @@
 
 ORX_ISA_BEGIN(orx::tef)
 
+enum class Control {
+  kMode,       // MXCSR: round to nearest, denormals flushed as the thread's mode word asks
+  kNearest,    // MXCSR: round to nearest, denormals kept; the mode word is not asked
+  kUntouched,  // the caller's
+  kExtended,   // the x87 control word: round to nearest, 64-bit significand; MXCSR is the caller's
+};
+
 constexpr uint32_t kMxcsrFlushBits = 0x8040;    // flush-to-zero, denormals-are-zero
 constexpr uint32_t kMxcsrCheckedBits = 0xE040;  // and the two rounding bits
 
-// Sets MXCSR for the life of the object. The saved image goes back whole: exception flags that were raised in
-// between are lost where the state had to be changed, and stay where it had not. The arithmetic must stand in
-// a function that is not inlined between the two writes of MXCSR, or the compiler might move it across them.
-class ControlState {
- public:
-  explicit ControlState(uint32_t wanted)
-      : saved_(_mm_getcsr()), changed_((saved_ & kMxcsrCheckedBits) != wanted) {
-    if (changed_) _mm_setcsr((saved_ & ~kMxcsrCheckedBits) | wanted);
-  }
-  ~ControlState() {
-    if (changed_) _mm_setcsr(saved_);
-  }
-  ControlState(const ControlState&) = delete;
-  ControlState& operator=(const ControlState&) = delete;
+constexpr uint16_t kX87CheckedBits = 0xF00;  // precision and rounding control
+constexpr uint16_t kX87Extended = 0x300;
 
-  // The flush bits that the thread's mode word asks for; "off" and "not set" are the same.
-  static uint32_t from_mode() { return (mode() & TEF_FLUSH_MASK) == TEF_FLUSH_ON ? kMxcsrFlushBits : 0; }
+// Sets the x87 control word for the life of the object.
+class X87Control {
+ public:
+  X87Control() {
+    asm volatile("fnstcw %0" : "=m"(saved_));
+    if (changed()) set(static_cast<uint16_t>((saved_ & ~kX87CheckedBits) | kX87Extended));
+  }
+  ~X87Control() {
+    if (changed()) set(saved_);
+  }
+  X87Control(const X87Control&) = delete;
+  X87Control& operator=(const X87Control&) = delete;
 
  private:
-  uint32_t saved_;
-  bool changed_;
+  bool changed() const { return (saved_ & kX87CheckedBits) != kX87Extended; }
+  static void set(uint16_t word) { asm volatile("fldcw %0" : : "m"(word)); }
+  uint16_t saved_;
 };
 
 inline void zero_upper() {
 #if defined(__AVX__)
   _mm256_zeroupper();
 #endif
+}
+
+// The bits under kMxcsrCheckedBits. Of the mode's flush field "off" and "not set" are the same.
+template <Control control>
+inline uint32_t wanted_mxcsr() {
+  if constexpr (control == Control::kNearest) return 0;
+  return (mode() & TEF_FLUSH_MASK) == TEF_FLUSH_ON ? kMxcsrFlushBits : 0;
+}
+
+// The saved image goes back whole: exception flags that were raised in between are lost where MXCSR had to be
+// changed, and stay where it had not.
+template <auto body, class... P>
+__attribute__((noinline)) void run_under_mxcsr(uint32_t saved, uint32_t wanted, P... p) {
+  _mm_setcsr((saved & ~kMxcsrCheckedBits) | wanted);
+  body(p...);
+  _mm_setcsr(saved);
+}
+
+// body(p...) under the control state. The body must not be inlined, or the compiler might move its arithmetic
+// across the change. As a rule nothing needs changing, and the caller's frame becomes the body's.
+template <Control control, auto body, class... P>
+[[gnu::always_inline]] inline void run_under(P... p) {
+  if constexpr (control == Control::kUntouched) {
+    body(p...);
+  } else if constexpr (control == Control::kExtended) {
+    const X87Control guard;
+    body(p...);
+  } else {
+    const uint32_t wanted = wanted_mxcsr<control>(), found = _mm_getcsr();
+    if (__builtin_expect((found & kMxcsrCheckedBits) == wanted, 1))
+      body(p...);
+    else
+      run_under_mxcsr<body>(found, wanted, p...);
+  }
 }
 
 ORX_ISA_END

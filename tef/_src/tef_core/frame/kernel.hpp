@@ -1,241 +1,526 @@
-// The loop and the rare path that all mathematical kernels share.
+// How a kernel is described, and the loop and the rare path that all kernels share.
 //
-// A kernel is described by a struct K:
+// A kernel file holds mathematics alone. It describes each kernel by a struct, and ends with a line that makes
+// the entry point of it:
 //
-//   T                     element type
-//   inputs, outputs       how many vectors go in and come out
-//   kScalarSecond         the second input is one value, not a vector
-//   safe                  padding: a value at which the function runs clean and is not rare
-//   rare(X x...)          for X any vec of T: a vec in which the sign of a lane tells that the lane's result
-//   will not be
-//                         right
-//   eval(X x...)          the mathematics; returns y, or, with two outputs, takes X& y1, X& y2
-//   rare_lane(x*..., y*...)  the scalar routine: writes the right result, returns the status to report or 0
+//   struct dLnHA : Kernel<double(double)> {
+//     template <class X> static X rare(X x);                      // lanes that eval cannot be trusted with
+//     template <class X> static X eval(X x);                      // the mathematics
+//     template <class X, class Left> static void finish(X x, Left& left);  // rare lanes, still as vectors
+//     static int rare_lane(const double* a, double* r);           // one rare element; its status
+//   };
+//   ORX_KERNEL(d, Ln, G9HAynn, dLnHA, 0.51, 1e-300, 1e300)
 //
-// The frame reads the inputs up to an aligned address through a mask, then two vectors at a time, then the
-// rest through a mask; and has rare lanes repaired, in ascending order, before the results are stored.
+// The signature. Kernel<R(A)> and Kernel<R(A, B)> name the types of the elements; all have the same precision:
+//
+//   in the signature         in memory              in the kernel, for X a Vec<T, n>
+//   T (float or double)      T                      X
+//   Complex<T>               real, imaginary part   Complex<X>: .re, .im, deinterleaved; a lane for an element
+//   Pair<T>                  real, imaginary part   X: the parts side by side, two lanes for an element; in all
+//                                                   operands or in none (for sums, where parts keep apart)
+//   Scalar<T>, as B          one value of the call  X, the value in all lanes
+//   Two<T>, as R             two vectors            Two<X>: .first, .second
+//
+// so that Kernel<Two<double>(double)> is dSinCos, Kernel<float(Complex<float>)> cAbs,
+// Kernel<Complex<double>(double)> zCIS, Kernel<double(double, Scalar<double>)> dPowx. Members take and return what
+// stands in the right column, one parameter for each argument. They are templates over X: n is kTogether in the
+// main part and 1 elsewhere, and a lane's result must not depend on n nor on what stands in other lanes.
+//
+// Members. Only eval is needed.
+//
+//   eval(x [, y] [, X& rare])
+//       The results. It must be right, and raise exactly the exceptions that belong to the results, for all
+//       arguments that `rare` does not name; for others it is never asked. A kernel that knows only from
+//       intermediate values what it cannot do (x^y, from y log x) takes a last parameter and sets the lanes' mask
+//       there; it must then not raise exceptions for such lanes on its way (clamp), and gets the same arguments
+//       again in the rare path, with all lanes that `rare` names replaced.
+//   rare(x [, y])
+//       A mask X of lanes by their arguments; the sign of a lane tells. It must be quiet for NaN: integer
+//       operations on the bits, or the comparisons of the vocabulary that are quiet. Padding (kSafe) is not rare.
+//   finish(x [, y], left)
+//       The second path: blends, or other formulas (the digit table of large arguments of Sin). `x` holds the rare
+//       lanes' arguments, the others being kSafe; left.lanes is the full mask of the lanes still to be finished and
+//       left.y the results so far. left.finish(mask, value) settles lanes of left.lanes, left.finish(mask, value,
+//       status) settles and reports them: so a vector kernel reports a constant status without a scalar routine.
+//       Mask by select what is computed on: exceptions raised in finish count. X has one vector here.
+//   rare_lane(const A* a [, const B* b], R* r [, R* r2])
+//       What finish has left, or all that is rare where there is no finish: writes the result, returns the status
+//       to report or StatusOk. Elements are as in memory: Complex<T> for complex ones, also where the signature
+//       says Pair. Without it finish settles all.
+//
+//   kSafe       (0.75) what stands in padding lanes and for rare elements in eval: a value, of all arguments and
+//               their parts, for which eval runs clean and raises nothing, nor inexact where the function never does
+//   kTogether   (1) vectors that eval takes at once: 1, 2 or 4. A constant then is loaded once for all of them; more
+//               than 2 is for what shares more than constants
+//   kControl    (Control::kMode) what is done about the control words, frame/control.hpp
+//
+// A kernel without vector code (gamma functions; PX kernels, with kControl = Control::kExtended) derives from
+// ElementKernel<signature> and has rare_lane alone, which is called for every element.
+//
+// Singles that are computed in doubles: eval widens, computes in Vec<double, 2n> and narrows; see the vocabulary.
+//
+// What the frame does. Short vectors begin with the main part; long ones with the elements up to an aligned
+// address. The main part takes a block of two vectors (or kTogether) at a time: asks rare for all of them, then
+// evaluates and stores; what is left over is taken by vectors whose absent lanes are kSafe. Where a lane is rare the
+// block goes, a vector at a time, through the rare path: eval with kSafe in the rare lanes, finish, stores, then the
+// scalar routine and the reports in ascending order. Results, exceptions and reports do not depend on where an
+// element stands. Errors go to the error layer in the types of the signature; a real operand of a complex function
+// has imaginary parts 0. Every call of code that may be compiled for another instruction set follows a vzeroupper.
+//
+// Code that depends on the instruction set (ORX_ISA_BEGIN) includes the rare path: a kernel in a file for another
+// instruction set must not call a scalar routine that is compiled for AVX; instantiate its template in the file.
+//
+// A complete example, with all the members:
+//
+//   // 1/sqrt(x), where the processor's root is good enough.
+//   struct dInvSqrt : Kernel<double(double)> {
+//     static constexpr double kSafe = 1.0;
+//     template <class X>
+//     static X rare(X x) {  // zero, denormals, negative numbers, infinities, NaN
+//       return outside(x, kSmallest, kLargest);
+//     }
+//     template <class X>
+//     static X eval(X x) {
+//       return kOne / sqrt(x);
+//     }
+//     template <class X, class Left>
+//     static void finish(X x, Left& left) {
+//       const X denormal = ...;                                     // 0 < x < DBL_MIN, by integers
+//       const X scaled = select(denormal, x, broadcast<X>(1)) * k2To100;
+//       left.finish(denormal, eval(scaled) * k2To50);               // nothing to report
+//       const X zero = ...;
+//       left.finish(zero, kOne / select(zero, x, broadcast<X>(1)), StatusSingularity);  // raises divide-by-zero
+//     }
+//     static int rare_lane(const double* a, double* r) {            // what is left: negative, infinite, NaN
+//       ...
+//       return StatusDomain;
+//     }
+//    private:
+//     static constexpr Row<double> kSmallest = DBL_MIN, kLargest = DBL_MAX, kOne = 1.0, ...;
+//   };
+//   ORX_KERNEL(d, InvSqrt, G9HAynn, dInvSqrt, 0.9, 1e-300, 1e300)
+//
+// Stability: the interface above is settled, and 300 kernels may lean on it; what is added will be optional.
 #pragma once
+#include <tuple>
+#include <type_traits>
+
+#include "errors/report.hpp"
 #include "frame/control.hpp"
-#include "frame/simd.hpp"
+#include "frame/element.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
-// What most kernels have in common; a description derives from it.
-template <class Element, int in = 1, int out = 1>
-struct Kernel {
-  using T = Element;
-  static constexpr int kInputs = in, kOutputs = out;
-  static constexpr bool kScalarSecond = false;
-  static constexpr T kSafe = T(0.75);
+struct Absent {};
+
+template <class Signature>
+struct Kernel;
+template <class R, class... A>
+struct Kernel<R(A...)> {
+  using Signature = R(A...);
+  using Real = typename Element<R>::Real;
+  static constexpr Real kSafe = Real(0.75);
   static constexpr int kTogether = 1;
+  static constexpr Control kControl = Control::kMode;
+  static constexpr bool kElementwise = false;
+  static constexpr Absent eval{}, rare{}, finish{}, rare_lane{};
+};
+template <class Signature>
+struct ElementKernel : Kernel<Signature> {
+  static constexpr bool kElementwise = true;
 };
 
-// The vectors of one call.
-template <class T, int in, int out>
-struct Operands {
-  const T* a[in];
-  T* r[out];
-  const char* name;
+// Whether K has a member of the name, be it a template or not.
+#define ORX_HAS_MEMBER(Name, name)                                                         \
+  template <class K, class = void>                                                         \
+  struct Lacks##Name : std::false_type {};                                                 \
+  template <class K>                                                                       \
+  struct Lacks##Name<K, std::enable_if_t<std::is_same_v<decltype(K::name), const Absent>>> \
+      : std::true_type {};                                                                 \
+  template <class K>                                                                       \
+  constexpr bool kHas##Name = !Lacks##Name<K>::value;
+ORX_HAS_MEMBER(Rare, rare)
+ORX_HAS_MEMBER(Finish, finish)
+ORX_HAS_MEMBER(RareLane, rare_lane)
+#undef ORX_HAS_MEMBER
+
+// ---- the vectors of a call
+// What goes in and out, from the parameters of a kernel in their order.
+template <class E>
+struct Input {
+  using Memory = typename Element<E>::Memory;
+  using Real = typename Element<E>::Real;
+  const Real* vector;
+
+  const Memory* at(unsigned i) const { return reinterpret_cast<const Memory*>(vector) + i; }
+  template <int n>
+  auto load(unsigned i) const {
+    return Element<E>::template load<n>(at(i));
+  }
+  auto load_first(unsigned i, int count, Real fill) const {
+    return Element<E>::load_first(at(i), count, fill);
+  }
+  Operand operand() const { return {const_cast<Real*>(vector), sizeof(Real), Element<E>::kParts}; }
 };
-template <class K>
-using OperandsOf = Operands<typename K::T, K::kInputs, K::kOutputs>;
+template <class E>
+struct Input<Scalar<E>> {
+  using Memory = typename Element<E>::Memory;
+  using Real = typename Element<E>::Real;
+  Memory value;
 
-inline void report_error(int status, int index, const float* a1, const float* a2, float* r1, float* r2,
-                         const char* name) {
-  orx_tef_kernel_sError(status, index, a1, a2, r1, r2, name);
-}
-inline void report_error(int status, int index, const double* a1, const double* a2, double* r1, double* r2,
-                         const char* name) {
-  orx_tef_kernel_dError(status, index, a1, a2, r1, r2, name);
-}
-
-// Row c has its first c lanes set.
-template <class T>
-struct MaskRows {
-  static constexpr int kLanes = kVectorBytes / sizeof(T);
-  BitsOf<T> lane[kLanes + 1][kLanes];
-  constexpr MaskRows() : lane{} {
-    for (int c = 0; c <= kLanes; ++c)
-      for (int i = 0; i < c; ++i) lane[c][i] = ~BitsOf<T>(0);
+  const Memory* at(unsigned) const { return &value; }
+  template <int n>
+  auto load(unsigned) const {
+    return Element<E>::template fill<Vec<Real, n>>(value);
   }
-};
-template <class T>
-alignas(64) inline constexpr MaskRows<T> bm{};
-
-// The first `count` elements at p, `safe` in the other lanes; and the same way out. No other element is
-// touched.
-template <class T>
-inline Vec<T, 1> load_lanes(const T* p, int count, T safe) {
-#if defined(__AVX__)
-  const VectorOf<T> rest = broadcast<Vec<T, 1>>(safe).v[0];
-  const __m256i mask = load<__m256i, true>(bm<T>.lane[count]);
-  if constexpr (sizeof(T) == 8)
-    return {{_mm256_blendv_pd(rest, _mm256_maskload_pd(p, mask), _mm256_castsi256_pd(mask))}};
-  else
-    return {{_mm256_blendv_ps(rest, _mm256_maskload_ps(p, mask), _mm256_castsi256_ps(mask))}};
-#else
-  alignas(16) T lane[Vec<T, 1>::kLanes];
-  for (int i = 0; i < Vec<T, 1>::kLanes; ++i) lane[i] = i < count ? p[i] : safe;
-  return load_vectors<Vec<T, 1>>(lane);
-#endif
-}
-
-template <class T>
-inline void store_lanes(T* p, int count, Vec<T, 1> x) {
-#if defined(__AVX__)
-  const __m256i mask = load<__m256i, true>(bm<T>.lane[count]);
-  if constexpr (sizeof(T) == 8)
-    _mm256_maskstore_pd(p, mask, x.v[0]);
-  else
-    _mm256_maskstore_ps(p, mask, x.v[0]);
-#else
-  alignas(16) T lane[Vec<T, 1>::kLanes];
-  store_vectors<true>(lane, x);
-  for (int i = 0; i < count; ++i) p[i] = lane[i];
-#endif
-}
-
-// Vectors in flight: K::kInputs arguments and K::kOutputs results, each of n vectors.
-template <class K, int n>
-struct Batch {
-  using T = typename K::T;
-  using X = Vec<T, n>;
-  X x[K::kInputs], y[K::kOutputs];
-
-  void load(const OperandsOf<K>& o, unsigned i) {
-    for (int k = 0; k < K::kInputs; ++k)
-      x[k] = k == 1 && K::kScalarSecond ? broadcast<X>(*o.a[1]) : load_vectors<X>(o.a[k] + i);
-  }
-  void load_first(const OperandsOf<K>& o, unsigned i, int count) {
-    for (int k = 0; k < K::kInputs; ++k)
-      x[k] = k == 1 && K::kScalarSecond ? broadcast<X>(*o.a[1]) : load_lanes(o.a[k] + i, count, K::kSafe);
-  }
-  void store(const OperandsOf<K>& o, unsigned i) const {
-    for (int k = 0; k < K::kOutputs; ++k) store_vectors(o.r[k] + i, y[k]);
-  }
-  X rare() const {
-    if constexpr (K::kInputs == 1)
-      return K::rare(x[0]);
-    else
-      return K::rare(x[0], x[1]);
-  }
-  void eval() {
-    if constexpr (K::kInputs == 1 && K::kOutputs == 1)
-      y[0] = K::eval(x[0]);
-    else if constexpr (K::kInputs == 2 && K::kOutputs == 1)
-      y[0] = K::eval(x[0], x[1]);
-    else
-      K::eval(x[0], y[0], y[1]);
-  }
+  auto load_first(unsigned i, int, Real) const { return load<1>(i); }
+  Operand operand() const { return {const_cast<Memory*>(&value), sizeof(Real), Element<E>::kParts, false}; }
 };
 
-// The same in memory, for the scalar routine.
-template <class K, int n>
+template <class E>
+struct Output {
+  using Memory = typename Element<E>::Memory;
+  using Real = typename Element<E>::Real;
+  Real* vector;
+
+  Memory* at(unsigned i) const { return reinterpret_cast<Memory*>(vector) + i; }
+  template <int n, class Y>
+  void store(unsigned i, Y y) const {
+    Element<E>::template store<n>(at(i), y);
+  }
+  template <class Y>
+  void store_first(unsigned i, int count, Y y) const {
+    Element<E>::store_first(at(i), count, y);
+  }
+  template <class F>
+  auto into(unsigned i, F f) const {
+    return f(at(i));
+  }
+  Operand operand() const { return {vector, sizeof(Real), Element<E>::kParts}; }
+  Operand second_operand() const { return operand(); }
+};
+template <class E>
+struct Output<Two<E>> {
+  Output<E> first, second;
+
+  template <int n, class Y>
+  void store(unsigned i, Y y) const {
+    first.template store<n>(i, y.first);
+    second.template store<n>(i, y.second);
+  }
+  template <class Y>
+  void store_first(unsigned i, int count, Y y) const {
+    first.store_first(i, count, y.first);
+    second.store_first(i, count, y.second);
+  }
+  template <class F>
+  auto into(unsigned i, F f) const {
+    return f(first.at(i), second.at(i));
+  }
+  Operand operand() const { return first.operand(); }
+  Operand second_operand() const { return second.operand(); }
+};
+
+// One or two things of a kind, one for each argument, that are passed to functions together.
+template <class... V>
+struct Pack;
+template <class V>
+struct Pack<V> {
+  V a;
+  const V& last() const { return a; }
+  template <class F>
+  auto into(F f) const {
+    return f(a);
+  }
+};
+template <class V, class W>
+struct Pack<V, W> {
+  V a;
+  W b;
+  const W& last() const { return b; }
+  template <class F>
+  auto into(F f) const {
+    return f(a, b);
+  }
+};
+template <class M, class V>
+inline Pack<V> select(M mask, const Pack<V>& x, const Pack<V>& y) {
+  return {select(mask, x.a, y.a)};
+}
+template <class M, class V, class W>
+inline Pack<V, W> select(M mask, const Pack<V, W>& x, const Pack<V, W>& y) {
+  return {select(mask, x.a, y.a), select(mask, x.b, y.b)};
+}
+
+// An argument's elements of one vector in memory, for the scalar routine.
+template <class E>
 struct Spilled {
-  using X = typename Batch<K, n>::X;
-  alignas(64) typename K::T x[K::kInputs][X::kLanes], y[K::kOutputs][X::kLanes];
-
-  explicit Spilled(const Batch<K, n>& b) {
-    for (int k = 0; k < K::kInputs; ++k) store_vectors<true>(x[k], b.x[k]);
-    for (int k = 0; k < K::kOutputs; ++k) store_vectors<true>(y[k], b.y[k]);
-  }
-  int rare_lane(int lane) {
-    if constexpr (K::kInputs == 1 && K::kOutputs == 1)
-      return K::rare_lane(x[0] + lane, y[0] + lane);
-    else if constexpr (K::kInputs == 2 && K::kOutputs == 1)
-      return K::rare_lane(x[0] + lane, x[1] + lane, y[0] + lane);
-    else
-      return K::rare_lane(x[0] + lane, y[0] + lane, y[1] + lane);
+  using Real = typename Element<E>::Real;
+  alignas(64) typename Element<E>::Memory element[Vec<Real, 1>::kLanes / Element<E>::kLanes];
+  template <class X>
+  explicit Spilled(X x) {
+    Element<E>::template store<1>(element, x);
   }
 };
 
-// The rare lanes of a batch whose first element is `base`, in ascending order: the scalar routine for each,
-// then the error layer, whose callback sees the element in the caller's vectors and may change the result
-// there.
-template <class K, int n>
-void repair(Batch<K, n>& b, int base, const OperandsOf<K>& o) {
-  const int mask = movemask(b.rare());
-  Spilled<K, n> s(b);
-  for (int lane = 0; lane < Batch<K, n>::X::kLanes; ++lane) {
-    if (!(mask >> lane & 1)) continue;
+template <class Signature>
+struct Call;
+template <class R, class... A>
+struct Call<R(A...)> {
+  template <int n>
+  using Arguments = Pack<typename Element<A>::template Vectors<n>...>;
+  template <int n>
+  using Results = typename Element<R>::template Vectors<n>;
+  using Real = typename Element<R>::Real;
+  // Elements in a vector.
+  static constexpr unsigned kLanes = Vec<Real, 1>::kLanes / Element<R>::kLanes;
+  static_assert((... && (Element<A>::kLanes == Element<R>::kLanes)),
+                "parts side by side in all operands or in none");
+  static_assert((... && std::is_same_v<typename Element<A>::Real, Real>), "operands of one precision");
+
+  Pack<Input<A>...> in;
+  Output<R> out;
+
+  template <int n>
+  Arguments<n> load(unsigned i) const {
+    return in.into([&](const auto&... a) { return Arguments<n>{a.template load<n>(i)...}; });
+  }
+  Arguments<1> load_first(unsigned i, int count, Real fill) const {
+    return in.into([&](const auto&... a) { return Arguments<1>{a.load_first(i, count, fill)...}; });
+  }
+  static Arguments<1> filled(Real x) { return {Element<A>::template fill<Vec<Real, 1>>(x)...}; }
+  // Tells the error layer of an element.
+  void tell(int status, unsigned i, const char* name) const {
+    report(status, static_cast<int>(i), in.a.operand(), in.last().operand(), out.operand(),
+           out.second_operand(), name);
+  }
+  Pack<typename Element<A>::Memory...> copy(unsigned i) const {
+    return in.into([&](const auto&... a) { return Pack<typename Element<A>::Memory...>{*a.at(i)...}; });
+  }
+  static Pack<Spilled<A>...> spill(const Arguments<1>& x) {
+    return x.into([](const auto&... a) { return Pack<Spilled<A>...>{Spilled<A>(a)...}; });
+  }
+};
+
+// ---- the rare lanes of a vector, while they are being finished
+template <class X, class Y>
+class RareLanes {
+ public:
+  X lanes;  // a mask of those that are still to be finished
+  Y y;      // results
+
+  RareLanes(X mask, Y results) : lanes(mask), y(results) {}
+
+  // Lanes of `which` have their result now; `status` is reported for each of them.
+  void finish(X which, Y value, int status = StatusOk) {
+    which = bit_and(which, lanes);
+    y = select(which, value, y);
+    lanes = bit_andnot(which, lanes);
+    if (status != StatusOk) reported_[status - 1] |= movemask(which);
+  }
+
+  bool any_reported() const {
+    int all = 0;
+    for (int lanes_of_status : reported_) all |= lanes_of_status;
+    return all != 0;
+  }
+  // The status with which lanes of the given bits have been finished.
+  int status(int bits) const {
+    for (int s = StatusDomain; s <= StatusUnderflow; ++s)
+      if (reported_[s - 1] & bits) return s;
+    return StatusOk;
+  }
+
+ private:
+  int reported_[StatusUnderflow] = {};
+};
+
+// ---- the loop
+// Whether K's eval takes a mask beside its arguments.
+template <class K, class M, class Arguments, class = void>
+struct TakesMask : std::false_type {};
+template <class K, class M, class... V>
+struct TakesMask<K, M, Pack<V...>, std::void_t<decltype(K::eval(std::declval<V>()..., std::declval<M&>()))>>
+    : std::true_type {};
+
+template <class K, class Function>
+class Loop {
+  using Call = tef::Call<typename K::Signature>;
+  template <int n>
+  using Arguments = typename Call::template Arguments<n>;
+  template <int n>
+  using Results = typename Call::template Results<n>;
+  template <int n>
+  using Mask = Vec<typename K::Real, n>;
+  static constexpr unsigned kLanes = Call::kLanes;
+  // The main part takes a block at a time: two vectors, or more where more are evaluated together.
+  static_assert(K::kTogether == 1 || K::kTogether == 2 || K::kTogether == 4, "a power of two that Vec knows");
+  static constexpr int kBlockVectors = K::kTogether > 2 ? K::kTogether : 2;
+  static constexpr unsigned kBlock = kBlockVectors * kLanes;
+  // Vectors from here on are worth being aligned.
+  static constexpr unsigned kLong = 16 * kBlock;
+  static_assert(!kHasRare<K> || kHasRareLane<K> || kHasFinish<K>, "rare lanes that nobody finishes");
+
+ public:
+  static void run(unsigned n, const Call& call) {
+    unsigned i = 0, end = n < kLong ? 0 : to_boundary(call);
+    for (;;) {
+      while (i < end) {
+        const unsigned count = end - i < kLanes ? end - i : kLanes;
+        some(i, static_cast<int>(count), call);
+        i += count;
+      }
+      if (i == n) return;
+      for (; n - i >= kBlock; i += kBlock) block(i, call);
+      end = n;
+    }
+  }
+
+ private:
+  static unsigned to_boundary(const Call& call) {
+    const auto* first = call.in.a.at(0);
+    return static_cast<unsigned>(-reinterpret_cast<uintptr_t>(first) % kVectorBytes / sizeof *first);
+  }
+
+  template <int n>
+  static Mask<n> rare(const Arguments<n>& x) {
+    if constexpr (kHasRare<K>)
+      return x.into([](const auto&... a) { return K::rare(a...); });
+    else
+      return {};
+  }
+  // The results, and as `late` the lanes that eval itself found to be rare.
+  template <int n>
+  static Results<n> eval(const Arguments<n>& x, Mask<n>& late) {
+    return x.into([&](const auto&... a) -> Results<n> {
+      if constexpr (TakesMask<K, Mask<n>, Arguments<n>>::value) {
+        return K::eval(a..., late);
+      } else {
+        static_cast<void>(late);
+        return K::eval(a...);
+      }
+    });
+  }
+
+  static void block(unsigned first, const Call& call) {
+    if (kHasRare<K> &&
+        __builtin_expect(any(rare<kBlockVectors>(call.template load<kBlockVectors>(first))), 0)) {
+      careful(first, first + kBlock, call);
+      return;
+    }
+    constexpr unsigned step = K::kTogether * kLanes;
+    for (unsigned i = first; i < first + kBlock; i += step) {
+      Mask<K::kTogether> late{};
+      const auto y = eval<K::kTogether>(call.template load<K::kTogether>(i), late);
+      if (__builtin_expect(any(late), 0))
+        careful(i, i + step, call);
+      else
+        call.out.template store<K::kTogether>(i, y);
+    }
+  }
+
+  // A vector or less.
+  static void some(unsigned i, int count, const Call& call) {
+    const auto x = call.load_first(i, count, K::kSafe);
+    if (!__builtin_expect(any(rare<1>(x)), 0)) {
+      Mask<1> late{};
+      const auto y = eval<1>(x, late);
+      if (!__builtin_expect(any(late), 0)) {
+        call.out.store_first(i, count, y);
+        return;
+      }
+    }
+    careful(i, i + static_cast<unsigned>(count), call);
+  }
+
+  // Elements with rare ones among them, a vector at a time. Not inlined, and given a copy of the call, so that
+  // the main part need not keep for it what it does not need itself.
+  __attribute__((noinline)) static void careful(unsigned i, unsigned end, Call call) {
+    for (; i < end; i += kLanes)
+      careful_vector(i, static_cast<int>(end - i < kLanes ? end - i : kLanes), call);
+  }
+
+  // Rare lanes pass through the usual path as the safe value, so that they raise nothing there.
+  static void careful_vector(unsigned i, int count, const Call& call) {
+    using X = Mask<1>;
+    constexpr int all = (1 << X::kLanes) - 1;
+    const auto x = call.load_first(i, count, K::kSafe), safe = Call::filled(K::kSafe);
+    X mask = spread_signs(rare<1>(x));
+    Results<1> y{};
+    if (movemask(mask) != all) {
+      X late{};
+      y = eval<1>(select(mask, safe, x), late);
+      mask = bit_or(mask, spread_signs(late));
+    }
+    RareLanes<X, Results<1>> left(bit_and(mask, first_lanes<X>(count * kLanesOfElement)), y);
+    if constexpr (kHasFinish<K>)
+      select(left.lanes, x, safe).into([&](const auto&... a) { K::finish(a..., left); });
+    call.out.store_first(i, count, left.y);
+    repair(i, count, x, left, call);
+  }
+  static constexpr int kLanesOfElement = static_cast<int>(Mask<1>::kLanes / kLanes);
+
+  // What has no result yet, or is to be reported, in ascending order.
+  template <class Left>
+  static void repair(unsigned i, int count, const Arguments<1>& x, const Left& left, const Call& call) {
+    const int pending = movemask(left.lanes);
+    if (!pending && !left.any_reported()) return;
+    const auto spilled = Call::spill(x);
+    for (int lane = 0; lane < count; ++lane, ++i) {
+      const int bits = ((1 << kLanesOfElement) - 1) << (lane * kLanesOfElement);
+      int status = left.status(bits);
+      zero_upper();
+      if constexpr (kHasRareLane<K>)
+        if (pending & bits)
+          status = spilled.into([&](const auto&... a) {
+            return call.out.into(i, [&](auto*... r) { return K::rare_lane(&a.element[lane]..., r...); });
+          });
+      if (status != StatusOk) call.tell(status, i, Function::_TEF_THISFUNC_NAME);
+    }
+  }
+};
+
+// The loop of kernels that have no vector code.
+template <class K, class Function>
+class ElementLoop {
+  using Call = tef::Call<typename K::Signature>;
+
+ public:
+  static void run(unsigned n, const Call& call) {
     zero_upper();
-    const int status = s.rare_lane(lane);
-    if (status == StatusOk) continue;
-    const int i = base + lane;
-    for (int k = 0; k < K::kOutputs; ++k) o.r[k][i] = s.y[k][lane];
-    // The error layer looks for the second input at index i of a vector.
-    const typename K::T* second = K::kScalarSecond ? o.a[1] - i : o.a[K::kInputs - 1];
-    report_error(status, i, o.a[0], second, o.r[0], o.r[K::kOutputs - 1], o.name);
-    for (int k = 0; k < K::kOutputs; ++k) s.y[k][lane] = o.r[k][i];
-  }
-  for (int k = 0; k < K::kOutputs; ++k) b.y[k] = load_vectors<typename Batch<K, n>::X>(s.y[k]);
-}
-
-// Elements i to end - 1, at most a vector at a time, through masks.
-template <class K>
-__attribute__((noinline)) void masked_part(unsigned i, unsigned end, const OperandsOf<K>& o) {
-  constexpr unsigned lanes = Vec<typename K::T, 1>::kLanes;
-  for (; i < end; i += lanes) {
-    const int count = static_cast<int>(end - i < lanes ? end - i : lanes);
-    Batch<K, 1> b;
-    b.load_first(o, i, count);
-    b.eval();
-    if (any(b.rare())) repair(b, static_cast<int>(i), o);
-    for (int k = 0; k < K::kOutputs; ++k) store_lanes(o.r[k] + i, count, b.y[k]);
-  }
-}
-
-// A block with rare elements, from its arguments on. Not inlined, so that the main loop need not keep for it
-// what it does not need itself.
-template <class K>
-__attribute__((noinline, cold)) void rare_block(unsigned i, const OperandsOf<K>& o) {
-  Batch<K, 2> b;
-  b.load(o, i);
-  b.eval();
-  repair(b, static_cast<int>(i), o);
-  b.store(o, i);
-}
-
-// Elements i to end - 1, two vectors at a time.
-template <class K>
-__attribute__((noinline)) void main_part(unsigned i, unsigned end, const OperandsOf<K>& vectors) {
-  const OperandsOf<K> o = vectors;  // a copy that stores through o.r cannot be taken to change
-  for (; i < end; i += Vec<typename K::T, 2>::kLanes) {
-    Batch<K, 2> b;
-    b.load(o, i);
-    if (__builtin_expect(any(b.rare()), 0)) {
-      rare_block<K>(i, vectors);
-      continue;
-    }
-    constexpr int together = K::kTogether;
-    for (int v = 0; v < 2; v += together) {
-      const unsigned j = i + v * Vec<typename K::T, 1>::kLanes;
-      Batch<K, together> part;
-      part.load(o, j);
-      part.eval();
-      part.store(o, j);
+    for (unsigned i = 0; i < n; ++i) {
+      const auto x = call.copy(i);  // the result may be written over the argument
+      const int status = x.into([&](const auto&... a) {
+        return call.out.into(i, [&](auto*... r) { return K::rare_lane(&a..., r...); });
+      });
+      if (status != StatusOk) call.tell(status, i, Function::_TEF_THISFUNC_NAME);
     }
   }
-}
+};
 
-// All n elements; the count is taken as unsigned.
-template <class K>
-__attribute__((noinline)) void kernel_body(unsigned n, const OperandsOf<K>& o) {
-  constexpr unsigned block = Vec<typename K::T, 2>::kLanes;
-  const unsigned to_boundary = -reinterpret_cast<uintptr_t>(o.a[0]) % kVectorBytes / sizeof(typename K::T);
-  const unsigned p = n < to_boundary ? n : to_boundary;
-  const unsigned m = p + (n - p) / block * block;
-  masked_part<K>(0, p, o);
-  main_part<K>(p, m, o);
-  masked_part<K>(m, n, o);
-}
-
-template <class K>
-inline void run_kernel(int n, const OperandsOf<K>& o) {
-  const ControlState control(ControlState::from_mode());
-  kernel_body<K>(static_cast<unsigned>(n), o);
+template <class K, class Function, class... P>
+__attribute__((noinline)) void kernel_body(int count, P... p) {
+  const Call<typename K::Signature> call{p...};
+  if constexpr (K::kElementwise)
+    ElementLoop<K, Function>::run(static_cast<unsigned>(count), call);
+  else
+    Loop<K, Function>::run(static_cast<unsigned>(count), call);
   zero_upper();
 }
+
+// A call of kernel K: `p` are the vectors, and the value of a scalar argument, in the order of the entry point.
+template <class K, class Function, class... P>
+[[gnu::always_inline]] inline void run_kernel(int n, P... p) {
+  if (n != 0) run_under<K::kControl, kernel_body<K, Function, P...>>(n, p...);
+}
+
+template <class F>
+struct Parameters;
+template <class... P>
+struct Parameters<void(P...)> {
+  template <int i>
+  using At = std::tuple_element_t<i, std::tuple<P...>>;
+};
 
 ORX_ISA_END
 
@@ -249,11 +534,20 @@ namespace orx::tef::function {
 #undef ORX_FUNCTION
 }  // namespace orx::tef::function
 
-// Defines the entry point of a kernel of one input and one output.
+// Define the entry point of a kernel: its result is one vector, of one argument,
 //   ORX_KERNEL(type, function, code, description, bound, from, to)
+// or of two, of which the second may be a scalar, or there are two results of one argument.
 // `bound` is the kernel's largest error in ulps over all arguments, which the accuracy meter holds it to;
 // [from, to] is the range of arguments on which it is timed. Meter and benchmark read these lines.
-#define ORX_KERNEL(t, Fn, code, K, bound, from, to)                                             \
-  ORX_API void orx_tef_kernel_##t##Fn##_##code(int n, const ORX_REAL_##t* a, ORX_REAL_##t* r) { \
-    orx::tef::run_kernel<K>(n, {{a}, {r}, orx::tef::function::t##Fn::_TEF_THISFUNC_NAME});      \
+#define ORX_PARAMETER(t, Fn, code, i) orx::tef::Parameters<decltype(orx_tef_kernel_##t##Fn##_##code)>::At<i>
+#define ORX_KERNEL(t, Fn, code, K, bound, from, to)                                    \
+  ORX_API void orx_tef_kernel_##t##Fn##_##code(int n, ORX_PARAMETER(t, Fn, code, 1) a, \
+                                               ORX_PARAMETER(t, Fn, code, 2) r) {      \
+    orx::tef::run_kernel<K, orx::tef::function::t##Fn>(n, a, r);                       \
+  }
+#define ORX_BINARY_KERNEL(t, Fn, code, K, bound, from, to)                             \
+  ORX_API void orx_tef_kernel_##t##Fn##_##code(int n, ORX_PARAMETER(t, Fn, code, 1) a, \
+                                               ORX_PARAMETER(t, Fn, code, 2) b,        \
+                                               ORX_PARAMETER(t, Fn, code, 3) r) {      \
+    orx::tef::run_kernel<K, orx::tef::function::t##Fn>(n, a, b, r);                    \
   }

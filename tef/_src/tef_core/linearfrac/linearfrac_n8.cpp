@@ -18,8 +18,7 @@ struct Fraction {
 };
 
 template <class T>
-__attribute__((noinline)) void linear_fraction_body(int n, const T* a, const T* b, const Fraction<T>& f,
-                                                    T* r) {
+__attribute__((noinline)) void linear_fraction_body(int n, const T* a, const T* b, Fraction<T> f, T* r) {
   using X = Vec<T, 1>;
   int i = 0;
   for (; i + X::kLanes <= n; i += X::kLanes)
@@ -29,9 +28,8 @@ __attribute__((noinline)) void linear_fraction_body(int n, const T* a, const T* 
 
 // The mode word is not asked: denormals are never flushed.
 template <class T>
-void linear_fraction(int n, const T* a, const T* b, const Fraction<T>& f, T* r) {
-  const ControlState control(0);
-  linear_fraction_body(n, a, b, f, r);
+void linear_fraction(int n, const T* a, const T* b, Fraction<T> f, T* r) {
+  if (n > 0) run_under<Control::kNearest, linear_fraction_body<T>>(n, a, b, f, r);
 }
 
 }  // namespace

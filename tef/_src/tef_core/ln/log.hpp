@@ -103,7 +103,7 @@ inline int log_cout_rare(const double* a, double* r) {
 
 // Kernels on positive normal numbers; everything else is rare.
 template <class D>
-struct DoubleLog : Kernel<double> {
+struct DoubleLog : Kernel<double(double)> {
   template <class X>
   static X rare(X x) {
     return outside(x, kSmallest, kLargest);

@@ -91,7 +91,7 @@ inline X sln_ep(const SingleLogParts<X>& p, X e) {
 // A logarithm of singles, rare where x is not a positive normal number, or so large that 3 x overflows. F is
 // the function of double precision, for the scalar routine.
 template <int (*rare_function)(const double*, double*)>
-struct SingleLog : Kernel<float> {
+struct SingleLog : Kernel<float(float)> {
   static constexpr int kTogether = 2;
   template <class X>
   static X rare(X x) {

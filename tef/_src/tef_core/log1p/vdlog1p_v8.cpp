@@ -41,7 +41,7 @@ struct Log1pParts {
   }
 };
 
-struct dLog1p : Kernel<double> {
+struct dLog1p : Kernel<double(double)> {
   // -1 < x < 2^1000, by integers: an ordered comparison of NaN would raise an exception. The sign of x reads
   // as that of an integer, and for negative x larger magnitudes are larger integers.
   template <class X>
