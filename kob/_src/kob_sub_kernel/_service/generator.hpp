@@ -17,8 +17,8 @@
 // and one row in generators.def.
 #pragma once
 
+#include "_service/interval.hpp"
 #include "_service/stream.hpp"
-#include "orx/base/default_arithmetic.hpp"
 
 namespace orx::brng {
 
@@ -64,20 +64,29 @@ int init_stream(int method, KobStream* stream, int n, const uint32_t* params) {
   }
 }
 
+// Reals, and with some generators the sequence itself, hang on rounding to nearest: what the caller has set for
+// its own arithmetic changes no number. Words that are made of doubles see to that by themselves.
+template <class Generator, class Real>
+[[gnu::noinline]] int reals_of(KobStream* stream, int n, Real* r, Real a, Real b) {
+  return Generator::reals(stream, n, r, a, b);
+}
+template <class Generator, class Real>
+int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
+  return make_reals(a, b, [=] { return reals_of<Generator>(stream, n, r, a, b); });
+}
+
 }  // namespace orx::brng
 
-// The four functions of one row of the registry, and the check of a loaded state. Reals, and with some
-// generators the sequence itself, hang on rounding to nearest: what the caller has set for its own arithmetic
-// changes no number. Words that are made of doubles see to that by themselves.
+// The four functions of one row of the registry, and the check of a loaded state.
 #define ORX_BRNG_FUNCTIONS(Name)                                                                            \
   ORX_API int __kobBRng##Name##InitStream(int method, KobStream* stream, int n, const uint32_t* params) {   \
     return orx::brng::init_stream<Name>(method, stream, n, params);                                         \
   }                                                                                                         \
   ORX_API int __kobsBRng##Name(KobStream* stream, int n, float* r, float a, float b) {                      \
-    return orx::in_default_arithmetic([=] { return Name::reals(stream, n, r, a, b); });                     \
+    return orx::brng::reals<Name>(stream, n, r, a, b);                                                      \
   }                                                                                                         \
   ORX_API int __kobdBRng##Name(KobStream* stream, int n, double* r, double a, double b) {                   \
-    return orx::in_default_arithmetic([=] { return Name::reals(stream, n, r, a, b); });                     \
+    return orx::brng::reals<Name>(stream, n, r, a, b);                                                      \
   }                                                                                                         \
   ORX_API int __kobiBRng##Name(KobStream* stream, int n, uint32_t* r) { return Name::words(stream, n, r); } \
   extern "C" bool _kobAdopt##Name(KobStream* stream) { return Name::adopt(stream); }

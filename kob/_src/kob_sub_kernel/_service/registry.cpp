@@ -12,8 +12,6 @@ extern "C" {
 namespace orx::brng {
 namespace {
 
-constexpr uint32_t kSlots = 512;
-
 struct Family {
   KobBrngProperties record;
   int32_t sub_generators;
@@ -33,11 +31,6 @@ static_assert(sizeof kFamily / sizeof *kFamily == kFamilies);
 
 // The row of the family table that a row of the older numbering stands for.
 constexpr uint32_t family_of_legacy(uint32_t row) { return row < 4 ? row : row < 277 ? 4 : row - 272; }
-
-template <class Value>
-struct Slots {
-  Value row[kSlots];
-};
 
 constexpr Slots<KobBrngProperties> legacy_rows() {
   Slots<KobBrngProperties> table{};

@@ -7,11 +7,22 @@
 
 namespace orx::brng {
 
+constexpr uint32_t kSlots = 512;
+
+template <class Value>
+struct Slots {
+  Value row[kSlots];
+};
+
+extern "C" Slots<KobBrngProperties> __RegBrngsNew;
+
 constexpr uint32_t kFamilies = 14;      // rows that are built in
 constexpr uint32_t kNewIds = 0x100000;  // ids below are the older numbering
 constexpr uint32_t kLegacyRows = 279;
 
+// The row of a stream that was made: its id is a valid one.
 inline const KobBrngProperties& record(const KobStream* stream) {
+  if (stream->BrngId >= kNewIds) return __RegBrngsNew.row[(stream->BrngId >> 20) - 1];
   uint32_t index, offset;
   const KobBrngProperties* table = __kobGetBrngBaseOffset(stream->BrngId, &index, &offset);
   return table[index];

@@ -4,7 +4,8 @@
 //   P. L'Ecuyer, Good parameters and implementations for combined multiple recursive random number
 //   generators, Operations Research 47 (1999).
 //
-// Products and sums are done in double, where they are exact, with residues balanced around 0.
+// Few numbers are made one after the other in integers. Many are made by sixteen lanes, each of them 32 numbers
+// ahead of the one before, in doubles: all products and sums are exact there, and no rounding mode changes one.
 #include <algorithm>
 
 #include "_math/modular.hpp"
@@ -15,67 +16,117 @@ namespace {
 
 using namespace orx::brng;
 
-constexpr int kLanes = 8;             // numbers made side by side
-constexpr int kHistory = 3 * kLanes;  // what they are made from
-constexpr int kBlock = 256;
+constexpr int kLanes = 16, kSteps = 32, kBlock = kLanes * kSteps;
+constexpr int kFew = 64;  // from there on a block costs less than numbers made singly
 
-// One component: s(n) = c[0] s(n-1) + c[1] s(n-2) + c[2] s(n-3) mod m. Residues are of size below m, of
-// either sign.
+struct Matrix {
+  uint64_t e[3][3];
+};
+
+constexpr Matrix multiply(const Matrix& f, const Matrix& g, uint64_t m) {
+  Matrix product{};
+  for (int i = 0; i < 3; ++i)
+    for (int j = 0; j < 3; ++j)
+      for (int k = 0; k < 3; ++k) product.e[i][j] = (product.e[i][j] + f.e[i][k] * g.e[k][j] % m) % m;
+  return product;
+}
+
+template <int direction>
+__m256d whole(__m256d x) {
+  return _mm256_round_pd(x, direction | _MM_FROUND_NO_EXC);
+}
+
+// The last three numbers of each lane, oldest first, and those that it makes.
+struct alignas(64) Numbers {
+  double s[3 + kSteps][kLanes];
+
+  __m256d load(int row, int lane) const { return _mm256_load_pd(&s[row][lane]); }
+};
+
+// One component: s(n) = near s(n - lag) - far s(n - 3) mod m.
 struct Component {
-  double m, c[3];
-  // The recursion of every kLanes-th number, of order three again. Its coefficients are high + low, high a
-  // multiple of 2^15 and low at most 2^14 in size, so that products with residues, and their sums, are exact.
-  double high[3], low[3];
+  uint32_t m;
+  int lag;
+  uint32_t near, far;
+  double modulus, inverse;
+  // The three numbers of lane j come from the first lane's by the recursion's matrix to the power j kSteps. Its
+  // balanced elements are 2^15 high + low with low at most 2^14 in size.
+  alignas(64) double high[3][3][kLanes], low[3][3][kLanes];
 
-  constexpr Component(uint32_t modulus, int64_t c1, int64_t c2, int64_t c3)
-      : m(modulus), c{double(c1), double(c2), double(c3)}, high{}, low{} {
-    // Going to every second number squares the roots of the characteristic polynomial x^3 - e1 x^2 + e2 x -
-    // e3 (Graeffe).
-    const int64_t p = modulus;
-    uint64_t e1 = (c1 % p + p) % p, e2 = (-c2 % p + p) % p, e3 = (c3 % p + p) % p;
-    for (int stride = 1; stride < kLanes; stride *= 2) {
-      const uint64_t f1 = (e1 * e1 % p + 2 * (p - e2)) % p;
-      const uint64_t f2 = (e2 * e2 % p + 2 * (p - e1 * e3 % p)) % p;
-      e3 = e3 * e3 % p;
-      e1 = f1;
-      e2 = f2;
+  constexpr Component(uint32_t m_, int lag_, uint32_t near_, uint32_t far_)
+      : m(m_), lag(lag_), near(near_), far(far_), modulus(m_), inverse(1 / modulus), high{}, low{} {
+    Matrix step = {{{0, 1, 0}, {0, 0, 1}, {m - far, 0, 0}}}, ahead = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+    step.e[2][3 - lag] = near;
+    for (int steps = 1; steps < kSteps; steps *= 2) step = multiply(step, step, m);
+    for (int lane = 0; lane < kLanes; ++lane, ahead = multiply(step, ahead, m))
+      for (int i = 0; i < 3; ++i)
+        for (int j = 0; j < 3; ++j) {
+          const int64_t e = int64_t(ahead.e[i][j]), balanced = e > m / 2 ? e - m : e;
+          high[i][j][lane] = double((balanced + 0x4000) >> 15);
+          low[i][j][lane] = double(balanced - ((balanced + 0x4000) >> 15) * 0x8000);
+        }
+  }
+
+  // The remainder of least size, up to one unit, of an integer of size below 2^52.5: its quotient by m is below
+  // 2^20.5 and computed to within 2^-32.
+  __m256d reduced(__m256d p) const {
+    return p - whole<_MM_FROUND_TO_NEAREST_INT>(p * _mm256_set1_pd(inverse)) * _mm256_set1_pd(modulus);
+  }
+  // The remainder from 0 up of an integer of size below 2 m. The factor is a little below 1 / m: however it is
+  // rounded, the quotient of a multiple does not come out below the integer that it is.
+  __m256d canonical(__m256d p) const {
+    const __m256d below = _mm256_set1_pd(inverse * (1 - 0x1p-50));
+    return p - whole<_MM_FROUND_TO_NEG_INF>(p * below) * _mm256_set1_pd(modulus);
+  }
+  // The same of one that is reduced.
+  __m256d canonical_of_reduced(__m256d r) const {
+    const __m256d negative = _mm256_cmp_pd(r, _mm256_setzero_pd(), _CMP_LT_OQ);
+    return r + _mm256_and_pd(negative, _mm256_set1_pd(modulus));
+  }
+
+  void start(const uint32_t* last, Numbers& numbers) const {
+    __m256d s[3];
+    for (int j = 0; j < 3; ++j) s[j] = reduced(_mm256_set1_pd(word_to_double(last[j])));
+    for (int i = 0; i < 3; ++i)
+      for (int lane = 0; lane < kLanes; lane += 4) {
+        const auto row = [&](const double(&e)[3][3][kLanes]) {
+          return _mm256_load_pd(&e[i][0][lane]) * s[0] + _mm256_load_pd(&e[i][1][lane]) * s[1] +
+                 _mm256_load_pd(&e[i][2][lane]) * s[2];
+        };
+        const __m256d upper = reduced(row(high));
+        _mm256_store_pd(&numbers.s[i][lane], reduced(upper * _mm256_set1_pd(0x1p15) + row(low)));
+      }
+  }
+
+  // Makes number k of four lanes.
+  __m256d next(Numbers& numbers, int k, int lane) const {
+    const __m256d made = reduced(numbers.load(k + 3 - lag, lane) * _mm256_set1_pd(near) -
+                                 numbers.load(k, lane) * _mm256_set1_pd(far));
+    _mm256_store_pd(&numbers.s[k + 3][lane], made);
+    return made;
+  }
+
+  // The last three of the first n numbers of a block.
+  void finish(const Numbers& numbers, int n, uint32_t* last) const {
+    const int lane = std::min(n / kSteps, kLanes - 1), row = n - lane * kSteps;
+    for (int j = 0; j < 3; ++j) {
+      const double s = numbers.s[row + j][lane];
+      last[j] = double_to_word(s < 0 ? s + modulus : s);
     }
-    const uint64_t far[3] = {e1, (p - e2) % p, e3};
-    for (int i = 0; i < 3; ++i) {
-      const int64_t balanced = int64_t(far[i]) > p / 2 ? int64_t(far[i]) - p : int64_t(far[i]);
-      const int64_t upper = ((balanced + 0x4000) >> 15) * 0x8000;
-      high[i] = double(upper);
-      low[i] = double(balanced - upper);
-    }
   }
 
-  // A residue of p + rest. 2^32 is worth 2^32 - m, at most 2^14.5: p is split into a multiple of 2^32, by
-  // adding and taking away 3 * 2^83, and what is left. For |p| < 2^48 and no rest the result is of size at
-  // most 2^31 + 2^30.5 < m.
-  template <class V>
-  V fold(V p, V rest) const {
-    const V top = (p + 0x3p83) - 0x3p83;
-    return top * (1 - m * 0x1p-32) + ((p - top) + rest);
-  }
-
-  // The next number, and the next four of those kLanes apart; s points at it in the sequence.
-  double next(const double* s) const {
-    return fold(fold(c[1] * s[-2] + c[2] * s[-3] + c[0] * s[-1], 0.), 0.);
-  }
-  __m256d next4(const double* s) const {
-    const __m256d s1 = _mm256_load_pd(s - kLanes), s2 = _mm256_load_pd(s - 2 * kLanes),
-                  s3 = _mm256_load_pd(s - 3 * kLanes);
-    const __m256d lower = low[1] * s2 + low[2] * s3 + low[0] * s1;
-    return fold(fold(high[1] * s2 + high[2] * s3 + high[0] * s1, lower), _mm256_setzero_pd());
-  }
-
-  double canonical(double s) const { return s < 0 ? s + m : s; }
-  __m256d canonical(__m256d s) const {
-    return s + _mm256_and_pd(_mm256_cmp_pd(s, _mm256_setzero_pd(), _CMP_LT_OQ), _mm256_set1_pd(m));
+  // The next number, in integers; 2^32 is worth 2^32 - m, so that two folds and a subtraction make the remainder.
+  uint32_t next(uint32_t* last) const {
+    const auto fold = [this](uint64_t p) { return (p >> 32) * (0u - m) + uint32_t(p); };
+    const uint64_t once = fold(uint64_t(near) * last[3 - lag] + uint64_t(far) * (m - last[0]));
+    const uint64_t twice = fold(once), made = twice >= m ? twice - m : twice;
+    last[0] = last[1];
+    last[1] = last[2];
+    return last[2] = uint32_t(made);
   }
 };
 
-constexpr Component kX(4294967087, 0, 1403580, -810728), kY(4294944443, 527612, 0, -1370589);
+constexpr Component kX(4294967087, 2, 1403580, 810728), kY(4294944443, 1, 527612, 1370589);
 
 struct MRG32K3A : NoLeapfrog {
   struct State {
@@ -85,37 +136,32 @@ struct MRG32K3A : NoLeapfrog {
   static int seed(KobStream* stream, int n, const uint32_t* params) {
     uint32_t* s = state<MRG32K3A>(stream).S;
     for (int i = 0; i < 6; ++i) s[i] = i < n ? params[i] : 1;
-    seed_component(s, uint32_t(kX.m));
-    seed_component(s + 3, uint32_t(kY.m));
+    seed_component(s, kX.m);
+    seed_component(s + 3, kY.m);
     return KOB_STATUS_OK;
   }
 
   static int skip(KobStream* stream, int, const uint32_t* params) {
-    constexpr uint32_t kRowX[3] = {0, 1403580, 4294967087u - 810728},
-                       kRowY[3] = {527612, 0, 4294944443u - 1370589};
+    constexpr uint32_t kRowX[3] = {0, kX.near, kX.m - kX.far}, kRowY[3] = {kY.near, 0, kY.m - kY.far};
     uint32_t* s = state<MRG32K3A>(stream).S;
-    jump(s, kRowX, uint32_t(kX.m), params);
-    jump(s + 3, kRowY, uint32_t(kY.m), params);
+    jump(s, kRowX, kX.m, params);
+    jump(s + 3, kRowY, kY.m, params);
     return KOB_STATUS_OK;
   }
 
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
     constexpr double kInverse = 0x1.000000d10000bp-32;  // 1 / m1
-    generate(state<MRG32K3A>(stream), n, RealSink<Real>(r, a, (double(b) - double(a)) * kInverse));
-    return KOB_STATUS_OK;
+    return generate(state<MRG32K3A>(stream), n, RealSink<Real>(r, a, (double(b) - double(a)) * kInverse));
   }
 
   static int words(KobStream* stream, int n, uint32_t* r) {
-    return orx::in_default_arithmetic([=] {
-      generate(state<MRG32K3A>(stream), n, Words{r});
-      return KOB_STATUS_OK;
-    });
+    return generate(state<MRG32K3A>(stream), n, Words{r});
   }
 
   static bool adopt(KobStream* stream) {
     const uint32_t* s = state<MRG32K3A>(stream).S;
-    return is_component(s, uint32_t(kX.m)) && is_component(s + 3, uint32_t(kY.m));
+    return is_component(s, kX.m) && is_component(s + 3, kY.m);
   }
 
  private:
@@ -142,49 +188,67 @@ struct MRG32K3A : NoLeapfrog {
   }
 
   template <class Sink>
-  static void generate(State& s, int n, Sink sink) {
-    alignas(32) double x_memory[kHistory + kBlock], y_memory[kHistory + kBlock];
-    double *const x = x_memory + kHistory, *const y = y_memory + kHistory;
-    for (int j = 0; j < 3; ++j) {
-      x[j - 3] = s.S[j];
-      y[j - 3] = s.S[3 + j];
-    }
-    int count = 0;
-    for (int done = 0; done < n; done += count) {
-      if (done) {  // the end of the last block is the history of this one
-        std::copy_n(x + kBlock - kHistory, kHistory, x_memory);
-        std::copy_n(y + kBlock - kHistory, kHistory, y_memory);
-      }
-      count = std::min(n - done, kBlock);
-      extend(x, y, done ? 0 : kHistory, count);
-      emit(x, y, done, count, sink);
-    }
-    for (int j = 0; j < 3; ++j) {
-      s.S[j] = double_to_word(kX.canonical(x[count + j - 3]));
-      s.S[3 + j] = double_to_word(kY.canonical(y[count + j - 3]));
-    }
-  }
-
-  // Makes x[0 .. n) and y[0 .. n): the first of them singly, the others, which have a full history, in lanes.
-  static void extend(double* x, double* y, int singly, int n) {
-    int i = 0;
-    for (; i < std::min(n, singly); ++i) {
-      x[i] = kX.next(x + i);
-      y[i] = kY.next(y + i);
-    }
-    for (; i < n; i += kLanes)
-      for (int lane = i; lane < i + kLanes; lane += 4) {
-        _mm256_store_pd(x + lane, kX.next4(x + lane));
-        _mm256_store_pd(y + lane, kY.next4(y + lane));
-      }
+  static int generate(State& s, int n, const Sink& sink) {
+    if (n < kFew)
+      singly(s, n, sink);
+    else
+      in_blocks(s, n, sink);
+    return KOB_STATUS_OK;
   }
 
   template <class Sink>
-  static void emit(const double* x, const double* y, int done, int n, Sink sink) {
+  static void singly(State& s, int n, const Sink& sink) {
+    for (int i = 0; i < n; ++i) {
+      const uint32_t x = kX.next(s.S), y = kY.next(s.S + 3);
+      sink(i, word_to_double(x >= y ? x - y : x - y + kX.m));
+    }
+  }
+
+  template <class Sink>
+  [[gnu::noinline]] static void in_blocks(State& s, int n, const Sink& sink) {
+    int done = 0;
+    for (; n - done >= kBlock; done += kBlock) block(s, kBlock, sink, done);
+    if (done == n) return;
+    alignas(32) double rest[kBlock];  // of a block of which not all is wanted
+    block(s, n - done, RealSink<double>(rest, 0, 1), 0);
     int i = 0;
-    for (; i + 4 <= n; i += 4)
-      sink(done + i, kX.canonical(kX.canonical(_mm256_load_pd(x + i)) - kY.canonical(_mm256_load_pd(y + i))));
-    for (; i < n; ++i) sink(done + i, kX.canonical(kX.canonical(x[i]) - kY.canonical(y[i])));
+    for (; done + i + 4 <= n; i += 4) sink(done + i, _mm256_load_pd(rest + i));
+    for (; done + i < n; ++i) sink(done + i, rest[i]);
+  }
+
+  // Makes a whole block, of which the state moves on by n numbers.
+  template <class Sink>
+  static void block(State& s, int n, const Sink& sink, int at) {
+    Numbers x, y;
+    kX.start(s.S, x);
+    kY.start(s.S + 3, y);
+    for (int k = 0; k < kSteps; k += 4) {
+      alignas(64) double z[4][kLanes];
+      for (int i = 0; i < 4; ++i) {
+        for (int lane = 0; lane < kLanes; lane += 4) {
+          const __m256d y_made = kY.next(y, k + i, lane), x_made = kX.next(x, k + i, lane);
+          _mm256_store_pd(&z[i][lane], kX.canonical(x_made - kY.canonical_of_reduced(y_made)));
+        }
+        // The compiler would carry the last three numbers of all lanes through registers that there are not.
+        __asm__ volatile("" : : : "memory");
+      }
+      for (int lane = 0; lane < kLanes; lane += 4) emit(&z[0][lane], sink, at + lane * kSteps + k);
+    }
+    kX.finish(x, n, s.S);
+    kY.finish(y, n, s.S + 3);
+  }
+
+  // Four numbers of each of four lanes, in rows across the lanes, to where the lanes put them.
+  template <class Sink>
+  static void emit(const double* z, const Sink& sink, int at) {
+    const __m256d z0 = _mm256_load_pd(z), z1 = _mm256_load_pd(z + kLanes),
+                  z2 = _mm256_load_pd(z + 2 * kLanes), z3 = _mm256_load_pd(z + 3 * kLanes);
+    const __m256d even01 = _mm256_unpacklo_pd(z0, z1), odd01 = _mm256_unpackhi_pd(z0, z1),
+                  even23 = _mm256_unpacklo_pd(z2, z3), odd23 = _mm256_unpackhi_pd(z2, z3);
+    sink(at, _mm256_permute2f128_pd(even01, even23, 0x20));
+    sink(at + kSteps, _mm256_permute2f128_pd(odd01, odd23, 0x20));
+    sink(at + 2 * kSteps, _mm256_permute2f128_pd(even01, even23, 0x31));
+    sink(at + 3 * kSteps, _mm256_permute2f128_pd(odd01, odd23, 0x31));
   }
 };
 

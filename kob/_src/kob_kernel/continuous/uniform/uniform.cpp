@@ -15,18 +15,25 @@ int generate(KobStream* stream, int n, float* r, float a, float b) {
 
 // a + (b - a) u is rounded, so that it can come out as b, or beyond an end by a last bit.
 template <class Real>
-int clamped(int method, KobStream* stream, int n, Real* r, Real a, Real b) {
+int clamped(KobStream* stream, int n, Real* r, Real a, Real b) {
   const int status = generate(stream, n, r, a, b);
-  if (status >= 0 && method & kAccurate)
+  if (status >= 0)
     for (int i = 0; i < n; ++i) r[i] = std::min(b, std::max(a, r[i]));
   return status;
+}
+
+// The generator sees to its own arithmetic.
+template <class Real>
+int uniforms(int method, KobStream* stream, int n, Real* r, Real a, Real b) {
+  if (!(method & kAccurate)) return generate(stream, n, r, a, b);
+  return orx::in_default_arithmetic([=] { return clamped(stream, n, r, a, b); });
 }
 
 }  // namespace
 
 ORX_API int _kobdRngUniform(int method, KobStream* stream, int n, double r[], double a, double b) {
-  return orx::in_default_arithmetic([&] { return clamped(method, stream, n, r, a, b); });
+  return uniforms(method, stream, n, r, a, b);
 }
 ORX_API int _kobsRngUniform(int method, KobStream* stream, int n, float r[], float a, float b) {
-  return orx::in_default_arithmetic([&] { return clamped(method, stream, n, r, a, b); });
+  return uniforms(method, stream, n, r, a, b);
 }
