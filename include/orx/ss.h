@@ -217,6 +217,7 @@ enum {
   KOB_SS_ERROR_PARAMETRIZED_CORRELATION = -4071,
   KOB_SS_ERROR_EIGENVALUES = -4072,
   KOB_SS_ERROR_PARTIAL_ROLES = -4073, /* no variable of one of the two roles */
+  KOB_SS_ERROR_STREAM_IMAGE = -4074,  /* null, cut short, damaged, or of the other precision */
   KOB_SS_ERROR_ROBUST_EIGEN = -5000,
   KOB_SS_ERROR_PARTIAL_FACTOR = -5010, /* the covariance of the conditioning variables does not factor */
   KOB_SS_ERROR_PARTIAL_INVERSE = -5011,
@@ -339,14 +340,15 @@ int _kobdSSQuantiles(SSTask* task, long long estimates, long long method, const 
 int _kobsSSQuantiles(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
 
 /* Quantiles of data that come in blocks, each call folding the task's present observations into a summary
- * that the task owns. A result is a value among the data whose rank is off by at most eps N + 2, N being the
- * number of values seen. Methods: KOB_SS_STREAM_QUANTILES adds the data and writes results,
- * KOB_SS_STREAM_UPDATE only adds. With a count of 0 results are written of what has been seen. `streamParams`
- * holds one number, eps, above 0 and at most 1.
+ * that the task owns. A result is a value among the data whose rank is off by at most eps N + 1, N being the
+ * number of values seen; orders 0 and 1 give the least and the greatest of them. Methods: KOB_SS_STREAM_QUANTILES
+ * adds the data and writes results, KOB_SS_STREAM_UPDATE only adds. With a count of 0 results are written of what has
+ * been seen. `streamParams` holds one number, eps, above 0 and at most 1.
  *
- * The first call fixes eps and the followed variables for the life of the task. Results are rows as above,
- * for the followed variables. At most 2^31 - 1 values can be followed. After a failure for lack of memory
- * some variables may have taken data that others have not. */
+ * The first call fixes eps and the followed variables for the life of the summary. Each variable has a summary of its
+ * own: where the dimension is edited in between, those beyond it see nothing and have a smaller N. Results are rows as
+ * above, for the followed variables. N may go beyond 2^31. After a failure for lack of memory some variables may have
+ * taken data that others have not; the summary is whole and goes on. */
 int _kobdSSStreamQuantiles(SSTask* task, long long estimates, long long method,
                            const ThreadingServices* threading);
 int _kobsSSStreamQuantiles(SSTask* task, long long estimates, long long method,
@@ -354,6 +356,19 @@ int _kobsSSStreamQuantiles(SSTask* task, long long estimates, long long method,
 
 /* Releases a task's summary; the next stream call starts afresh. Deleting the task does it too. */
 void __kobSQuantilesFreeBuffers(SSTask* task);
+
+/* Adds what the summary of `other` has seen to that of `task`, all of it or nothing: summaries of parts of the data
+ * that threads, processes or machines have made become one. Ranks are off by at most eps times the sum of both
+ * numbers of values, plus 1. Both tasks are of one precision and follow the same variables with the same eps:
+ * KOB_SS_ERROR_DIMENSION, _INDICES or _STREAM_EPS otherwise. A task that has no summary yet gets a copy. */
+int __kobSSJoinStreams(SSTask* task, const SSTask* other);
+
+/* The summary as bytes: their number (0 without a summary, or a negative status), writing them, and taking them into a
+ * task of the same precision and dimension in place of the summary that it had. Images may be kept, sent and read by
+ * another process; a damaged one is refused with KOB_SS_ERROR_STREAM_IMAGE and leaves the task as it was. */
+long long __kobSSGetStreamSize(const SSTask* task);
+int __kobSSSaveStream(const SSTask* task, void* image);
+int __kobSSLoadStream(SSTask* task, const void* image, long long size);
 
 /* The k-th smallest of n numbers, counted from 0, by quickselect. It is moved to its place, with no larger
  * one before it and no smaller one after it. */

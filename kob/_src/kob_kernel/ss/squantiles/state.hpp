@@ -6,30 +6,27 @@
 
 namespace orx::ss::squantiles {
 
-// Level l of a block is row l of the three arrays, which have levelSize + 1 elements in a row and levelCount
-// + 1 rows.
-struct StreamBlock {
-  int observed;   // observations that it has taken
-  int levelSize;  // of level 0, which collects raw values
-  int levelCount;
-  int topLevel;   // the highest level ever occupied
-  int fill;       // values in level 0
-  int* occupied;  // whether level l holds a summary
-  void* values;   // the start of the one block of memory that holds all four arrays
-  int* rMin;
-  int* rMax;
+// Values of a stream in order, each of which stands for 2^level of them. The number of values up to some x that a
+// run tells is not below the true one, and exceeds it by not more than 2 error.
+struct Run {
+  void* values;
+  int count;
+  int level;
+  double error;
 };
 
+// The runs of finished blocks come first, then those of the present one, by falling level.
 struct StreamVariable {
-  int blockCount;
-  int currentBlock;  // -1 before there is one
-  int active;        // 0 if the first call did not ask for this variable
-  StreamBlock* blocks;
+  int64_t observed;
+  double greatest;  // of the values in runs
+  void* raw;        // room for `size` values, of which `fill` are there
+  Run* runs;
+  int size, fill;
+  int run_count, run_room;
+  int first_run;  // of the present block
+  int block;      // number of the present block
+  int active;     // 0 if the first call did not ask for this variable
 };
-
-#if defined(__i386__)
-static_assert(sizeof(StreamVariable) == 16);
-#endif
 
 // What the first call fixes: the task may be edited later, but the sizes of blocks may not change.
 struct StreamState {
@@ -37,13 +34,41 @@ struct StreamState {
   int count;  // of the variables, whose records follow
 
   StreamVariable* variables() { return reinterpret_cast<StreamVariable*>(this + 1); }
+  const StreamVariable* variables() const { return reinterpret_cast<const StreamVariable*>(this + 1); }
 };
+static_assert(sizeof(StreamState) % alignof(StreamVariable) == 0);
 
 inline StreamState* state_of(const SSTask* task) { return static_cast<StreamState*>(task->streamState); }
 
-inline void drop_last_block(StreamVariable& variable) {
-  free_array(variable.blocks[--variable.blockCount].values);
-  --variable.currentBlock;
+inline void free_variable(StreamVariable& variable) {
+  for (int k = 0; k < variable.run_count; ++k) free_array(variable.runs[k].values);
+  free_array(variable.runs);
+  free_array(variable.raw);
+}
+
+// A state of `count` variables that have seen nothing.
+inline StreamState* new_state(double eps, int count) {
+  Block<char> memory;
+  if (!memory.allocate_zeros(int64_t(sizeof(StreamState)) + count * int64_t(sizeof(StreamVariable))))
+    return nullptr;
+  StreamState* state = reinterpret_cast<StreamState*>(memory.release());
+  state->eps = eps;
+  state->count = count;
+  return state;
+}
+
+inline void free_state(StreamState*& state) {
+  if (!state) return;
+  for (int v = 0; v < state->count; ++v) free_variable(state->variables()[v]);
+  free_array(state);
+}
+
+// The task owns the state from now on.
+inline void adopt_state(SSTask* task, StreamState* state) {
+  __kobSQuantilesFreeBuffers(task);
+  task->streamState = state;
+  task->cleanup = __kobSQuantilesFreeBuffers;
+  task->cleanupCount = 1;
 }
 
 }  // namespace orx::ss::squantiles
