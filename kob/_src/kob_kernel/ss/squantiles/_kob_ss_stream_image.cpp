@@ -92,12 +92,12 @@ bool is_sound(const VariableImage& v, double eps) {
   constexpr int most_blocks = 50;
   return v.observed >= 0 && (v.active == 0 || v.active == 1) && v.block >= 0 && v.block < most_blocks &&
          v.run_count >= 0 && v.first_run >= 0 && v.first_run <= v.run_count && v.fill >= 0 &&
-         v.fill <= run_size(v.block, eps);
+         v.fill <= 2 * run_size(v.block, eps);
 }
 bool is_sound(const RunImage& run, bool present, int block, double eps) {
   constexpr int most_levels = 62;
   if (run.count < 1 || run.level < 0 || run.level > most_levels || !(run.error >= 0)) return false;
-  return !present || (run.count == run_size(block, eps) && run.level < block_levels(block));
+  return !present || (run.count == run_size(block, eps) && run.level >= 1 && run.level < block_levels(block));
 }
 
 template <class T>
@@ -112,7 +112,7 @@ int read_variable(Reader& from, StreamVariable& variable, double eps) {
   variable.block = image.block;
   variable.first_run = image.first_run;
   if (image.fill) {
-    variable.size = run_size(image.block, eps);
+    variable.size = 2 * run_size(image.block, eps);
     variable.raw = allocate_array<T>(variable.size);
     if (!variable.raw) return KOB_SS_ERROR_MEMORY;
     variable.fill = image.fill;

@@ -8,7 +8,7 @@
 // quantiles in one pass and with limited memory, SIGMOD 1998; Zhang & Wang, A fast algorithm for approximate
 // quantiles in high speed data streams, SSDBM 2007, for the blocks.)
 //
-// A block of h 2^L values is collected h at a time and ends as one run of h. Each of its levels thins
+// A block of h 2^L values is collected 2h at a time and ends as one run of h. Each of its levels thins
 // h 2^L / (2 h 2^l) times, so that the error of the whole is L/(4h) of its number of values: h = L/(3 eps) makes it
 // 3/4 eps, and leaves a quarter for joining summaries. As L grows by one from block to block, the number of blocks
 // and of runs is logarithmic.
@@ -106,27 +106,19 @@ inline bool reserve_runs(StreamVariable& variable, int count) {
 
 // ---- adding values ----
 
-// Room of which a merge has no more need takes the next raw values.
-inline void recycle(StreamVariable& variable, void* room) {
-  if (!variable.raw)
-    variable.raw = room;
-  else
-    free_array(room);
-}
-
 // Carries: as long as the last two runs of the block are of one level they become one of the next. False where there
 // is no memory; all is whole then, and the next call goes on.
 template <class T>
 bool settle(StreamVariable& variable) {
   while (variable.run_count - variable.first_run >= 2) {
     Run& a = variable.runs[variable.run_count - 2];
-    const Run s = variable.runs[variable.run_count - 1];
+    Run& s = variable.runs[variable.run_count - 1];
     if (a.level != s.level) break;
     Block<T> thinned(a.count);
     if (!thinned) return false;
     merge_and_thin(values_of<T>(a), values_of<T>(s), a.count, thinned.get());
-    recycle(variable, a.values);
-    recycle(variable, s.values);
+    free_array(a.values);
+    free_array(s.values);
     a = {thinned.release(), a.count, a.level + 1, a.error + s.error + 0.5 * weight_of(a.level)};
     --variable.run_count;
   }
@@ -139,16 +131,18 @@ bool settle(StreamVariable& variable) {
   return true;
 }
 
-// The raw values, of which there are enough, become a run.
+// The raw values, of which there are enough for two runs, become one that is thinned.
 template <class T>
 bool close_raw(StreamVariable& variable) {
-  if (!reserve_runs(variable, variable.run_count + 1)) return false;
+  const int size = variable.size / 2;
+  Block<T> thinned(size);
+  if (!thinned || !reserve_runs(variable, variable.run_count + 1)) return false;
   T* const values = static_cast<T*>(variable.raw);
   sort_values(values, variable.size);
+  for (int i = 0; i < size; ++i) thinned[i] = values[2 * i];
   const double last = values[variable.size - 1];
   if (variable.run_count == 0 || last > variable.greatest) variable.greatest = last;
-  variable.runs[variable.run_count++] = {values, variable.size, 0, 0};
-  variable.raw = nullptr;
+  variable.runs[variable.run_count++] = {thinned.release(), size, 1, 0.5};
   variable.fill = 0;
   return true;
 }
@@ -157,12 +151,11 @@ bool close_raw(StreamVariable& variable) {
 template <class T>
 bool add(StreamVariable& variable, double eps, const T* x, intptr_t stride, int count) {
   for (;;) {
-    if (variable.raw && variable.size > 0 && variable.fill == variable.size && !close_raw<T>(variable))
-      return false;
+    if (variable.raw && variable.fill == variable.size && !close_raw<T>(variable)) return false;
     if (!settle<T>(variable)) return false;
     if (count == 0) return true;
     if (!variable.raw) {
-      variable.size = run_size(variable.block, eps);
+      variable.size = 2 * run_size(variable.block, eps);
       variable.raw = allocate_array<T>(variable.size);
       if (!variable.raw) return false;
     }
