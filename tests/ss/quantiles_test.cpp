@@ -1,6 +1,7 @@
 // Exact quantiles and order statistics against a plain sort with the same interpolation.
 #include <cmath>
 
+#include "orders.hpp"
 #include "ss_test.hpp"
 
 namespace {
@@ -10,7 +11,7 @@ T plain_quantile(const std::vector<T>& sorted, T order) {
   const int n = int(sorted.size());
   const double f = (n - 1) * double(order), below = std::floor(f);
   const int k = int(below), next = std::min(k + 1, n - 1);
-  return T((1 - (f - below)) * sorted[k] + (f - below) * sorted[next]);
+  return T(double(sorted[k]) + (f - below) * (double(sorted[next]) - double(sorted[k])));
 }
 
 template <class T>
@@ -82,6 +83,62 @@ TYPED_TEST(Quantiles, InfiniteNeighboursDoNotSpoilAnExactPlace) {
   EXPECT_EQ(q, (std::vector<T>{-inf, 7, inf}));
 }
 
+template <class T>
+std::vector<T> quantiles_of(const std::vector<T>& x, const std::vector<T>& orders) {
+  const int order_count = int(orders.size());
+  std::vector<T> q(orders.size(), T(-77));
+  Task<T> t(1, int(x.size()), KOB_SS_ROWS, x);
+  t.set(KOB_SS_ID_QUANTILE_ORDER_COUNT, &order_count);
+  t.set(KOB_SS_ID_QUANTILE_ORDERS, orders.data());
+  t.set(KOB_SS_ID_QUANTILES, q.data());
+  EXPECT_EQ(Api<T>::quantiles(t.task, KOB_SS_QUANTILES, KOB_SS_FAST, Threads::table(1)), 0);
+  return q;
+}
+
+// Quantiles lie between the least and the greatest number and never fall as the order rises, also where numbers that
+// have no short form are repeated, or neighbours lie far apart.
+TYPED_TEST(Quantiles, RiseWithTheOrder) {
+  using T = TypeParam;
+  const T big = std::numeric_limits<T>::max();
+  std::vector<T> orders;
+  for (int k = 0; k <= 2000; ++k) orders.push_back(T(k / 2000.));
+  std::vector<T> few;
+  for (int i = 0; i < 997; ++i) few.push_back(T(1 / (3. + scrambled(uint32_t(i)) % 4)));
+  for (const std::vector<T>& x : {std::vector<T>(1000, T(1 / 3.)),
+                                  few,
+                                  {-big, T(0.1), big},
+                                  {T(0.1), std::nextafter(T(0.1), T(1)), T(0.7)}}) {
+    const std::vector<T> q = quantiles_of(x, orders);
+    EXPECT_EQ(q.front(), *std::min_element(x.begin(), x.end()));
+    EXPECT_EQ(q.back(), *std::max_element(x.begin(), x.end()));
+    for (size_t k = 1; k < q.size(); ++k) ASSERT_LE(q[k - 1], q[k]) << k;
+  }
+}
+
+// Few orders are selected, many sorted; the data in orders that are hard on a selection.
+TYPED_TEST(Quantiles, FewAndManyOrdersOfAnyData) {
+  using T = TypeParam;
+  const int n = 5000;
+  for (const auto& data : data_orders) {
+    std::vector<T> x(n);
+    for (int i = 0; i < n; ++i) x[i] = T(data.value(i, n));
+    std::vector<T> sorted = x;
+    std::sort(sorted.begin(), sorted.end());
+    for (const int count : {1, 2, 9, 32, 33, 99}) {
+      std::vector<T> orders;
+      for (int k = count - 1; k >= 0; --k) orders.push_back(T((k + 0.5) / count));
+      const std::vector<T> q = quantiles_of(x, orders);
+      for (int k = 0; k < count; ++k)
+        ASSERT_EQ(q[k], plain_quantile(sorted, orders[k]))
+            << data.name << " order " << orders[k] << " of " << count;
+    }
+  }
+  const T nan = std::numeric_limits<T>::quiet_NaN();
+  std::vector<T> spoiled(n, T(1));
+  for (int i = 0; i < n; i += 3) spoiled[i] = nan;
+  quantiles_of(spoiled, {T(0.1), T(0.5)});  // undefined, but it ends
+}
+
 TYPED_TEST(Quantiles, WorkersAndWorkMemory) {
   using T = TypeParam;
   const T order = T(0.3);
@@ -109,7 +166,7 @@ TYPED_TEST(Quantiles, WorkersAndWorkMemory) {
                                    EXPECT_EQ(status, 0);
                                    EXPECT_EQ(quantiles, std::vector<T>(p, T(-77)));
                                  }),
-            2);
+            4);
 }
 
 TYPED_TEST(Quantiles, StatusesInTheirOrder) {
