@@ -43,13 +43,14 @@ inline __m256 join(__m128 low, __m128 high) {
   return _mm256_insertf128_ps(_mm256_castps128_ps256(low), high, 1);
 }
 
+// Not by blends, which the compiler would take apart lane by lane.
 inline __m256 load_few(const float* p, int count, __m256 fill) {
-  const __m256i mask = load<__m256i, true>(kMaskRows<float>.lane[count]);
-  return _mm256_blendv_ps(fill, _mm256_maskload_ps(p, mask), _mm256_castsi256_ps(mask));
+  const __m256 mask = load<__m256, true>(kMaskRows<float>.lane[count]);
+  return _mm256_or_ps(_mm256_maskload_ps(p, _mm256_castps_si256(mask)), _mm256_andnot_ps(mask, fill));
 }
 inline __m256d load_few(const double* p, int count, __m256d fill) {
-  const __m256i mask = load<__m256i, true>(kMaskRows<double>.lane[count]);
-  return _mm256_blendv_pd(fill, _mm256_maskload_pd(p, mask), _mm256_castsi256_pd(mask));
+  const __m256d mask = load<__m256d, true>(kMaskRows<double>.lane[count]);
+  return _mm256_or_pd(_mm256_maskload_pd(p, _mm256_castpd_si256(mask)), _mm256_andnot_pd(mask, fill));
 }
 template <class T, class V>
 inline void store_few(T* p, int count, V x) {
@@ -153,19 +154,10 @@ inline void store_zipped(T* p, V a, V b) {
 // Every lane all ones or zero by its sign.
 template <class T, int n>
 inline Vec<T, n> spread_signs(Vec<T, n> x) {
-  return map(x, [](auto v) {
-    using V = decltype(v);
-#if defined(__AVX__)
-    const V ones = reinterpret_cast<V>(_mm256_set1_epi32(-1));
-    if constexpr (sizeof(T) == 8)
-      return _mm256_blendv_pd(V{}, ones, v);
-    else
-      return _mm256_blendv_ps(V{}, ones, v);
-#else
-    const __m128i signs = _mm_srai_epi32(reinterpret_cast<__m128i>(v), 31);
-    return reinterpret_cast<V>(sizeof(T) == 8 ? _mm_shuffle_epi32(signs, 0xF5) : signs);
-#endif
-  });
+  return from_ints<Vec<T, n>>(map(to_ints(x), [](__m128i v) {
+    const __m128i signs = _mm_srai_epi32(v, 31);
+    return sizeof(T) == 8 ? _mm_shuffle_epi32(signs, 0xF5) : signs;
+  }));
 }
 // Lanes of `a` where the mask's lane is all ones, of `b` where it is zero.
 template <class T, int n>

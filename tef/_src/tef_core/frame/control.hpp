@@ -61,8 +61,9 @@ __attribute__((noinline)) void run_under_mxcsr(uint32_t saved, uint32_t wanted, 
   _mm_setcsr(saved);
 }
 
-// body(p...) under the control state. The body must not be inlined, or the compiler might move its arithmetic
-// across the change. As a rule nothing needs changing, and the caller's frame becomes the body's.
+// body(p...) under the control state. The arithmetic must stand in functions that are not inlined, or the
+// compiler might move it across the change. As a rule nothing needs changing, and the caller's frame becomes the
+// body's.
 template <Control control, auto body, class... P>
 [[gnu::always_inline]] inline void run_under(P... p) {
   if constexpr (control == Control::kUntouched) {

@@ -343,7 +343,8 @@ template <class K, class M, class... V>
 struct TakesMask<K, M, Pack<V...>, std::void_t<decltype(K::eval(std::declval<V>()..., std::declval<M&>()))>>
     : std::true_type {};
 
-template <class K, class Function>
+// P are the parameters of the entry point behind the count.
+template <class K, class Function, class... P>
 class Loop {
   using Call = tef::Call<typename K::Signature>;
   template <int n>
@@ -362,21 +363,27 @@ class Loop {
   static_assert(!kHasRare<K> || kHasRareLane<K> || kHasFinish<K>, "rare lanes that nobody finishes");
 
  public:
-  static void run(unsigned n, const Call& call) {
-    unsigned i = 0, end = n < kLong ? 0 : to_boundary(call);
-    for (;;) {
-      while (i < end) {
-        const unsigned count = end - i < kLanes ? end - i : kLanes;
-        some(i, static_cast<int>(count), call);
-        i += count;
-      }
-      if (i == n) return;
-      for (; n - i >= kBlock; i += kBlock) block(i, call);
-      end = n;
-    }
+  // The count is taken as unsigned.
+  [[gnu::always_inline]] static void run(int count, P... p) {
+    if (static_cast<unsigned>(count) <= kLanes)
+      some(0, count, p...);
+    else
+      all(static_cast<unsigned>(count), p...);
   }
 
  private:
+  __attribute__((noinline, flatten)) static void all(unsigned n, P... p) {
+    const Call call{p...};
+    unsigned i = 0;
+    if (n >= kLong) {
+      i = to_boundary(call);
+      if (i) some(0, static_cast<int>(i), p...);
+    }
+    for (; n - i >= kBlock; i += kBlock) block(i, call);
+    for (; i < n; i += kLanes) some(i, static_cast<int>(n - i < kLanes ? n - i : kLanes), p...);
+    zero_upper();
+  }
+
   static unsigned to_boundary(const Call& call) {
     const auto* first = call.in.a.at(0);
     return static_cast<unsigned>(-reinterpret_cast<uintptr_t>(first) % kVectorBytes / sizeof *first);
@@ -408,34 +415,36 @@ class Loop {
       careful(first, first + kBlock, call);
       return;
     }
-    constexpr unsigned step = K::kTogether * kLanes;
-    for (unsigned i = first; i < first + kBlock; i += step) {
+    for (int v = 0; v < kBlockVectors; v += K::kTogether) {
+      const unsigned i = first + static_cast<unsigned>(v) * kLanes;
       Mask<K::kTogether> late{};
       const auto y = eval<K::kTogether>(call.template load<K::kTogether>(i), late);
       if (__builtin_expect(any(late), 0))
-        careful(i, i + step, call);
+        careful(i, i + K::kTogether * kLanes, call);
       else
         call.out.template store<K::kTogether>(i, y);
     }
   }
 
-  // A vector or less.
-  static void some(unsigned i, int count, const Call& call) {
+  // A vector or less. Not inlined: the calls of few elements need not set up the main part's constants.
+  __attribute__((noinline, flatten)) static void some(unsigned i, int count, P... p) {
+    const Call call{p...};
+    if (!usual(i, count, call)) careful(i, i + static_cast<unsigned>(count), call);
+    zero_upper();
+  }
+  static bool usual(unsigned i, int count, const Call& call) {
     const auto x = call.load_first(i, count, K::kSafe);
-    if (!__builtin_expect(any(rare<1>(x)), 0)) {
-      Mask<1> late{};
-      const auto y = eval<1>(x, late);
-      if (!__builtin_expect(any(late), 0)) {
-        call.out.store_first(i, count, y);
-        return;
-      }
-    }
-    careful(i, i + static_cast<unsigned>(count), call);
+    if (__builtin_expect(any(rare<1>(x)), 0)) return false;
+    Mask<1> late{};
+    const auto y = eval<1>(x, late);
+    if (__builtin_expect(any(late), 0)) return false;
+    call.out.store_first(i, count, y);
+    return true;
   }
 
   // Elements with rare ones among them, a vector at a time. Not inlined, and given a copy of the call, so that
   // the main part need not keep for it what it does not need itself.
-  __attribute__((noinline)) static void careful(unsigned i, unsigned end, Call call) {
+  __attribute__((noinline, flatten)) static void careful(unsigned i, unsigned end, Call call) {
     for (; i < end; i += kLanes)
       careful_vector(i, static_cast<int>(end - i < kLanes ? end - i : kLanes), call);
   }
@@ -481,14 +490,15 @@ class Loop {
 };
 
 // The loop of kernels that have no vector code.
-template <class K, class Function>
+template <class K, class Function, class... P>
 class ElementLoop {
   using Call = tef::Call<typename K::Signature>;
 
  public:
-  static void run(unsigned n, const Call& call) {
+  __attribute__((noinline)) static void run(int count, P... p) {
+    const Call call{p...};
     zero_upper();
-    for (unsigned i = 0; i < n; ++i) {
+    for (unsigned i = 0; i < static_cast<unsigned>(count); ++i) {
       const auto x = call.copy(i);  // the result may be written over the argument
       const int status = x.into([&](const auto&... a) {
         return call.out.into(i, [&](auto*... r) { return K::rare_lane(&a..., r...); });
@@ -498,20 +508,11 @@ class ElementLoop {
   }
 };
 
-template <class K, class Function, class... P>
-__attribute__((noinline)) void kernel_body(int count, P... p) {
-  const Call<typename K::Signature> call{p...};
-  if constexpr (K::kElementwise)
-    ElementLoop<K, Function>::run(static_cast<unsigned>(count), call);
-  else
-    Loop<K, Function>::run(static_cast<unsigned>(count), call);
-  zero_upper();
-}
-
 // A call of kernel K: `p` are the vectors, and the value of a scalar argument, in the order of the entry point.
 template <class K, class Function, class... P>
 [[gnu::always_inline]] inline void run_kernel(int n, P... p) {
-  if (n != 0) run_under<K::kControl, kernel_body<K, Function, P...>>(n, p...);
+  using L = std::conditional_t<K::kElementwise, ElementLoop<K, Function, P...>, Loop<K, Function, P...>>;
+  if (n != 0) run_under<K::kControl, L::run>(n, p...);
 }
 
 template <class F>

@@ -12,8 +12,8 @@ int read_initial_mode();
 
 // The thread's mode word: a load and a test, but for the first time on a thread.
 inline int mode() {
-  const uint64_t word = tefMode;
-  return __builtin_expect(word != 0, 1) ? static_cast<int>(word) : read_initial_mode();
+  const int word = static_cast<int>(tefMode);
+  return __builtin_expect(word != 0, 1) ? word : read_initial_mode();
 }
 
 }  // namespace orx::tef
