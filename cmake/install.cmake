@@ -7,7 +7,7 @@ set(ORX_INSTALL_PKGCONFIGDIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 set_target_properties(orx_g9 PROPERTIES INSTALL_RPATH "$ORIGIN")  # the service library lies beside it
 install(TARGETS orx_g9 orx_serv EXPORT orx-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(DIRECTORY include/orx ${PROJECT_BINARY_DIR}/include/orx DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/orx DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT orx-targets NAMESPACE orx:: DESTINATION ${ORX_INSTALL_CMAKEDIR})
 
 configure_package_config_file(cmake/orx-config.cmake.in ${PROJECT_BINARY_DIR}/orx-config.cmake

@@ -48,8 +48,9 @@ function(orx_layer name)
   cmake_parse_arguments(LAYER "" "" "SOURCES;INCLUDES" ${ARGN})
   list(TRANSFORM LAYER_SOURCES APPEND /*.cpp OUTPUT_VARIABLE patterns)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${patterns})
+  list(FILTER sources EXCLUDE REGEX /descriptor\\.cpp$)  # for the tools alone (tools/functions)
   add_library(${name} OBJECT ${sources})
-  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/include
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/include
     ${PROJECT_SOURCE_DIR}/base ${LAYER_INCLUDES})
   target_compile_options(${name} PRIVATE -Wconversion -Wshadow ${ORX_KERNEL_FLAGS})
 endfunction()

@@ -1,20 +1,30 @@
-// What the vector kernels race against: what a compiler makes of a plain loop over the C library's function
-// or the arithmetic, and SLEEF's vector functions for AVX.
+// What the vector kernels race against: a plain loop over the C library's function, or over the arithmetic itself as the
+// compiler builds it, and SLEEF's vector functions for AVX. All but the arithmetic are found by the name in the
+// function's descriptor.
 #pragma once
+#include <functional>
+#include <string>
 #include <vector>
 
-#include "kernel_list.hpp"
-
-enum class PeerKind { Loop, Sleef10, Sleef35 };
-constexpr int kPeerKinds = 3;
+#include "functions/list.hpp"
 
 // A vector function like the kernels; n is a multiple of a vector's length.
-template <class T>
+template <class R>
+using VectorCall = std::function<void(int n, const orx::Operands<R>& o)>;
+
+enum class PeerKind { Loop, SleefBest, SleefFast };
+inline constexpr int kPeerKinds = 3;
+inline constexpr const char* kPeerNames[kPeerKinds] = {"loop", "SLEEF 1.0", "SLEEF 3.5"};
+
+template <class R>
 struct Peer {
-  const char* function;  // without the type letter
   PeerKind kind;
-  void (*run)(int n, const KernelOperands<T>& o);
+  VectorCall<R> run;
 };
 
-template <class T>
-const std::vector<Peer<T>>& peers();
+template <class R>
+std::vector<Peer<R>> peers(const orx::Function& f);
+
+// The loop where the compiler's own code is the peer; empty for other functions. (loops.cpp)
+template <class R>
+VectorCall<R> compiled_loop(const orx::Function& f);

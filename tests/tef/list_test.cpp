@@ -1,77 +1,98 @@
 // The tables and the forwarders of every function.
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <utility>
+
+#include "functions/list.hpp"
 #include "orx/tef.h"
 
 namespace {
 
-void* called;
+using namespace orx;
 
-// Puts a kernel of the test's own into the three entries in turn and looks which forwarders reach it.
-template <class F>
-void check_forwarders(F* (&ttab)[3], F* stand_in, void (*call)(int which)) {
-  const int expected[4] = {0, 1, 1, 2};  // LA, plain, HA, EP
-  for (int index = 0; index < 3; ++index) {
-    F* const kernel = ttab[index];
-    ttab[index] = stand_in;
-    for (int which = 0; which < 4; ++which) {
-      if (expected[which] != index) continue;
-      called = nullptr;
-      call(which);
-      EXPECT_EQ(called, reinterpret_cast<void*>(stand_in));
-    }
-    ttab[index] = kernel;
+// A kernel of the test's own takes the place of each entry in turn; the forwarders that lead there must reach it with
+// their arguments. It is called with counts and pointers to nothing.
+const void* called;
+template <class... P>
+std::tuple<P...> passed;
+template <class... P>
+void stand_in(P... p) {
+  called = &called;
+  passed<P...> = {p...};
+}
+
+template <class... P, class... Q>
+void check_forwarders(void (*(&ttab)[3])(P...), void (*const (&forwarders)[4])(Q...),
+                      std::tuple<Q...> arguments, std::tuple<P...> expected) {
+  const int entries[4] = {kIndexLA, kIndexHA, kIndexHA, kIndexEP};
+  for (int which = 0; which < 4; ++which) {
+    auto* const kernel = std::exchange(ttab[entries[which]], stand_in<P...>);
+    called = nullptr;
+    passed<P...> = {};
+    std::apply(forwarders[which], arguments);
+    ttab[entries[which]] = kernel;
+    EXPECT_NE(called, nullptr);
+    EXPECT_EQ(passed<P...>, expected);
   }
 }
 
-template <class T>
-void stand_in_unary(int n, const T* a, T* r) {
-  if (n == 3 && *a == 5 && *r == 7) called = reinterpret_cast<void*>(stand_in_unary<T>);
+// Arguments that differ from each other.
+template <class P>
+P distinct(int i) {
+  if constexpr (std::is_pointer_v<P>)
+    return reinterpret_cast<P>(static_cast<uintptr_t>(64 * (i + 1)));
+  else
+    return static_cast<P>(i + 3);
 }
-template <class T>
-void stand_in_binary(int n, const T* a, const T* b, T* r) {
-  if (n == 3 && *a == 5 && *b == 6 && *r == 7) called = reinterpret_cast<void*>(stand_in_binary<T>);
-}
-template <class T>
-void stand_in_linearfrac(int n, const T* a, const T* b, T sa, T ha, T sb, T hb, T* r) {
-  if (n == 3 && *a == 5 && *b == 6 && *r == 7 && sa == 1 && ha == 2 && sb == 3 && hb == 4)
-    called = reinterpret_cast<void*>(stand_in_linearfrac<T>);
+template <class... Q, int... i>
+std::tuple<Q...> arguments(void (*)(Q...), std::integer_sequence<int, i...>) {
+  return {distinct<Q>(i)...};
 }
 
-#define ORX_TEST_ARGUMENTS_unary (3, &a, &r)
-#define ORX_TEST_ARGUMENTS_binary (3, &a, &b, &r)
-#define ORX_TEST_ARGUMENTS_linearfrac (3, &a, &b, 1, 2, 3, 4, &r)
-#define ORX_TEST_CALLS_s(shape, Fn)                          \
-  if (which == 0) _tefs##Fn##_21 ORX_TEST_ARGUMENTS_##shape; \
-  if (which == 1) _tefs##Fn ORX_TEST_ARGUMENTS_##shape;      \
-  if (which == 2) _tefs##Fn##_HA ORX_TEST_ARGUMENTS_##shape; \
-  if (which == 3) _tefs##Fn##_11 ORX_TEST_ARGUMENTS_##shape;
-#define ORX_TEST_CALLS_d(shape, Fn)                          \
-  if (which == 0) _tefd##Fn##_50 ORX_TEST_ARGUMENTS_##shape; \
-  if (which == 1) _tefd##Fn ORX_TEST_ARGUMENTS_##shape;      \
-  if (which == 2) _tefd##Fn##_HA ORX_TEST_ARGUMENTS_##shape; \
-  if (which == 3) _tefd##Fn##_26 ORX_TEST_ARGUMENTS_##shape;
+template <class... P, class... Q>
+void check(void (*(&ttab)[3])(P...), void (*const (&forwarders)[4])(Q...)) {
+  const auto given = arguments(forwarders[0], std::make_integer_sequence<int, sizeof...(Q)>());
+  if constexpr (sizeof...(P) > sizeof...(Q))  // packing: the flag follows
+    check_forwarders(ttab, forwarders, given, std::tuple_cat(given, std::make_tuple(1)));
+  else
+    check_forwarders(ttab, forwarders, given, given);
+}
 
-TEST(List, ForwardersReachTheirEntryWithTheirArguments) {
-#define ORX_FUNCTION(shape, t, Fn, la, ha, ep, cost_la, cost_ha, cost_ep)                         \
-  check_forwarders(orx_tef_kernel_##t##Fn##_ttab, stand_in_##shape<ORX_REAL_##t>, [](int which) { \
-    static ORX_REAL_##t a = 5, b = 6, r = 7;                                                      \
-    static_cast<void>(b);                                                                         \
-    ORX_TEST_CALLS_##t(shape, Fn)                                                                 \
-  });
+#define FORWARDERS_s(Fn) \
+  { _tefs##Fn##_21, _tefs##Fn, _tefs##Fn##_HA, _tefs##Fn##_11 }
+#define FORWARDERS_d(Fn) \
+  { _tefd##Fn##_50, _tefd##Fn, _tefd##Fn##_HA, _tefd##Fn##_26 }
+#define FORWARDERS_c(Fn) \
+  { _tefc##Fn##_21, _tefc##Fn, _tefc##Fn##_HA, _tefc##Fn##_11 }
+#define FORWARDERS_z(Fn) \
+  { _tefz##Fn##_50, _tefz##Fn, _tefz##Fn##_HA, _tefz##Fn##_26 }
+
+TEST(List, ForwardersReachTheirEntryWithTheirArguments){
+#define ORX_FUNCTION(shape, t, Fn, ...)                                          \
+  {                                                                              \
+    SCOPED_TRACE(#t #Fn);                                                        \
+    static orx_tef_##t##Fn##_function* const forwarders[4] = FORWARDERS_##t(Fn); \
+    check(orx_tef_kernel_##t##Fn##_ttab, forwarders);                            \
+  }
 #include "orx/tef_functions.def"
 #undef ORX_FUNCTION
 }
 
-TEST(List, OneKernelHasOneCost) {
-#define ORX_FUNCTION(shape, t, Fn, la, ha, ep, cost_la, cost_ha, cost_ep)                      \
-  for (int i = 0; i < 3; ++i) {                                                                \
-    EXPECT_GT(orx_tef_kernel_##t##Fn##_ctab[i], 0.0f);                                         \
-    for (int j = 0; j < i; ++j) {                                                              \
-      if (orx_tef_kernel_##t##Fn##_ttab[i] != orx_tef_kernel_##t##Fn##_ttab[j]) continue;      \
-      EXPECT_EQ(orx_tef_kernel_##t##Fn##_ctab[i], orx_tef_kernel_##t##Fn##_ctab[j]) << #t #Fn; \
-    }                                                                                          \
-  }
+TEST(List, TablesHoldTheListsKernelsAndOneKernelHasOneCost) {
+  auto f = functions().begin();
+#define ORX_FUNCTION(shape, t, Fn, ...)                                                                 \
+  for (int i = 0; i < kClassCount; ++i) {                                                               \
+    EXPECT_EQ(reinterpret_cast<void (*)()>(orx_tef_kernel_##t##Fn##_ttab[i]), f->kernel_of(i).entry)    \
+        << #t #Fn;                                                                                      \
+    EXPECT_GT(orx_tef_kernel_##t##Fn##_ctab[i], 0.0f);                                                  \
+    for (int j = 0; j < i; ++j) {                                                                       \
+      const bool same_kernel = &f->kernel_of(i) == &f->kernel_of(j);                                    \
+      EXPECT_TRUE(!same_kernel || orx_tef_kernel_##t##Fn##_ctab[i] == orx_tef_kernel_##t##Fn##_ctab[j]) \
+          << #t #Fn;                                                                                    \
+    }                                                                                                   \
+  }                                                                                                     \
+  ++f;
 #include "orx/tef_functions.def"
 #undef ORX_FUNCTION
 }
@@ -84,6 +105,10 @@ TEST(List, TellingRows) {
   const float exp_costs[3] = {4.02f, 4.53f, 2.34f};
   for (int i = 0; i < 3; ++i) EXPECT_EQ(orx_tef_kernel_sExp_ctab[i], exp_costs[i]);
   EXPECT_EQ(orx_tef_kernel_dLinearFrac_ctab[1], 6.05f);
+}
+
+TEST(List, EveryFunctionHasADescriptor) {
+  for (const Function& f : functions()) EXPECT_TRUE(f.descriptor || !f.shape->elementwise) << f.full_name();
 }
 
 }  // namespace

@@ -5,37 +5,51 @@
 #include <random>
 #include <vector>
 
-#include "kernel_list.hpp"
+#include "functions/list.hpp"
 
-// Arrays for calls whose alignments and lengths vary, so that the first, middle and last parts of a kernel's
-// loop are all met.
-template <class T>
+namespace orx {
+
+// Arrays for calls of a function whose alignments and lengths vary, so that the first, middle and last parts of a
+// kernel's loop are all met.
+template <class R>
 class CallArrays {
  public:
   static constexpr int kMost = 4096;  // elements of a call
 
-  explicit CallArrays(uint64_t seed) : random_(seed) {
-    for (auto& array : arrays_) array.resize(kMost + 32);
+  CallArrays(const Function& f, uint64_t seed) : f_(f), random_(seed) {
+    for (auto& array : arrays_) array.resize(2 * (kMost + 32));
   }
 
   // Places the arrays of the next call anew; returns how many elements it may take.
   int shuffle() {
-    for (int i = 0; i < 3; ++i) at[i] = arrays_[i].data() + random_() % 32;
+    for (int j = 0; j < 2; ++j) {
+      operands_.in[j] = in_[j] = arrays_[j].data() + random_() % 32;
+      operands_.out[j] = arrays_[j + 2].data() + random_() % 32;
+    }
     return kMost - static_cast<int>(random_() % 64);
   }
 
-  // Runs a kernel on the first n elements of the inputs at[0] and at[1]; the result is in at[2].
-  void call(const FunctionEntry& f, const KernelEntry& k, int n, const std::array<T, 4>& scalar) {
-    KernelOperands<T> o{{at[0], at[1]}, {at[2]}, {}};
-    std::copy(scalar.begin(), scalar.end(), o.scalar);
-    std::fill_n(at[2], n, T(-12345));
-    call_kernel(f, k, n, o);
+  // The numbers of element i.
+  R& in(int column, int i) { return in_[column / f_.in_width()][i * f_.in_width() + column % f_.in_width()]; }
+  const R& out(int column, int i) const {
+    return operands_.out[column / f_.out_width()][i * f_.out_width() + column % f_.out_width()];
+  }
+
+  // Runs a kernel on the first n elements.
+  void call(const Kernel& k, int n, const R* scalars) {
+    std::copy_n(scalars, f_.shape->scalars, operands_.scalar);
+    for (int j = 0; j < f_.shape->outputs; ++j) std::fill_n(operands_.out[j], n * f_.out_width(), R(-12345));
+    kernel_call<R>(f_)(k.entry, n, operands_);
   }
 
   std::mt19937_64& random() { return random_; }
-  T* at[3];
 
  private:
-  std::vector<T> arrays_[3];
+  const Function& f_;
+  std::vector<R> arrays_[4];
+  R* in_[2];
+  Operands<R> operands_;
   std::mt19937_64 random_;
 };
+
+}  // namespace orx

@@ -1,5 +1,7 @@
 // All 2^32 singles. A quick judge, whose own error does not matter, passes nearly all elements; those that
 // might set a record, or that it cannot judge, go to MPFR.
+#include <dlfcn.h>
+
 #include <atomic>
 #include <cmath>
 #include <cstdio>
@@ -11,6 +13,7 @@
 #include "measure.hpp"
 #include "orx/tef.h"
 
+namespace orx {
 namespace {
 
 constexpr int kMost = CallArrays<float>::kMost;
@@ -28,8 +31,12 @@ class SinglesWorker {
  public:
   // `known` errors are those to beat: without them half of all elements might be the largest so far in their
   // turn.
-  SinglesWorker(const FunctionEntry& function, const JudgedFunction& judged, const std::vector<Record>& known)
-      : records(known.size()), f_(function), quick_(judged.quick), exactly_(judged), arrays_(1) {
+  SinglesWorker(const Function& function, const std::vector<Record>& known)
+      : records(known.size()),
+        f_(function),
+        quick_(quick_judge(function)),
+        exactly_(function),
+        arrays_(function, 1) {
     for (size_t k = 0; k < known.size(); ++k) {
       records[k].worst = known[k].worst;
       records[k].worst_at = known[k].worst_at;
@@ -37,18 +44,20 @@ class SinglesWorker {
   }
 
   void run(std::atomic<uint32_t>& next_chunk) {
+    const float no_scalars[4] = {};
     orx_tef_kernel_SetMode(TEF_HA | TEF_ERRMODE_IGNORE | TEF_FLUSH_OFF);
     for (uint32_t chunk; (chunk = next_chunk++) < kChunks;) {
       if (chunk % (kChunks / 64) == 0) std::fprintf(stderr, ".");
       arrays_.shuffle();
       for (uint32_t i = 0; i < kMost; ++i) {
         const uint32_t bits = chunk * kMost + i;
-        std::memcpy(arrays_.at[0] + i, &bits, sizeof bits);
+        std::memcpy(&arrays_.in(0, static_cast<int>(i)), &bits, sizeof bits);
       }
-      if (quick_) judge_quickly();
+      judge_quickly();
       for (size_t k = 0; k < records.size(); ++k) {
-        arrays_.call(f_, f_.kernels[k], kMost, {});
-        quick_ ? measure_quickly(records[k]) : measure_slowly(records[k]);
+        arrays_.call(f_.kernels[k], kMost, no_scalars);
+        measure_ = measure_of(f_, f_.kernels[k]);
+        measure_quickly(records[k]);
       }
     }
   }
@@ -57,7 +66,7 @@ class SinglesWorker {
 
  private:
   void judge_quickly() {
-    for (int i = 0; i < kMost; ++i) exact_[i] = quick_(arrays_.at[0][i]);
+    for (int i = 0; i < kMost; ++i) exact_[i] = quick_(arrays_.in(0, i));
     for (int i = 0; i < kMost; ++i) {
       nearest_[i] = static_cast<float>(exact_[i]);
       const uint32_t exponent = std::max(bits_of(nearest_[i]) >> 23 & 0xFF, 1u);
@@ -67,7 +76,7 @@ class SinglesWorker {
   }
 
   void measure_quickly(Record& r) {
-    const float* y = arrays_.at[2];
+    const float* y = &arrays_.out(0, 0);
     uint32_t sign_differs = 0;
     for (int i = 0; i < kMost; ++i) {
       error_[i] = std::fabs(y[i] - exact_[i]) * places_[i];
@@ -89,16 +98,15 @@ class SinglesWorker {
     }
   }
 
-  void measure_slowly(Record& r) {
-    for (int i = 0; i < kMost; ++i) measure(r, i);
-  }
-
   void measure(Record& r, int i) {
-    const float x = arrays_.at[0][i], y = arrays_.at[2][i];
-    r.add(compare(exactly_(&x, 1), y), {{x}, y});
+    const float x = arrays_.in(0, i), y = arrays_.out(0, i);
+    ExactResult exact;
+    exactly_(&x, &exact);
+    r.add(compare(&exact, &y, 1, measure_), {{x}, {y}});
   }
 
-  const FunctionEntry& f_;
+  const Function& f_;
+  Measure measure_;
   double (*quick_)(double);
   Judge exactly_;
   CallArrays<float> arrays_;
@@ -108,12 +116,17 @@ class SinglesWorker {
 
 }  // namespace
 
-std::vector<Record> measure_all_singles(const FunctionEntry& function, const JudgedFunction& judged) {
-  const std::vector<Record> known = measure_strata<float>(function, judged, 10);
+double (*quick_judge(const Function& f))(double) {
+  if (f.descriptor->quick_judge) return f.descriptor->quick_judge;
+  return reinterpret_cast<double (*)(double)>(dlsym(RTLD_DEFAULT, f.descriptor->c_name));
+}
+
+std::vector<Record> measure_all_singles(const Function& function) {
+  const std::vector<Record> known = measure_strata<float>(function, 10);
   std::fprintf(stderr, "%s ", function.full_name().c_str());
   std::deque<SinglesWorker> workers;
   const unsigned count = std::max(1u, std::thread::hardware_concurrency());
-  for (unsigned i = 0; i < count; ++i) workers.emplace_back(function, judged, known);
+  for (unsigned i = 0; i < count; ++i) workers.emplace_back(function, known);
   std::atomic<uint32_t> next_chunk{0};
   std::vector<std::thread> threads;
   for (SinglesWorker& worker : workers) threads.emplace_back([&] { worker.run(next_chunk); });
@@ -124,3 +137,5 @@ std::vector<Record> measure_all_singles(const FunctionEntry& function, const Jud
     for (size_t k = 0; k < records.size(); ++k) records[k].merge(workers[i].records[k]);
   return records;
 }
+
+}  // namespace orx

@@ -4,11 +4,12 @@
 #include <vector>
 
 #include "judge.hpp"
-#include "kernel_list.hpp"
+
+namespace orx {
 
 // One element of a call.
 struct Sample {
-  double in[2] = {}, out = 0;
+  double in[kMostColumns] = {}, out[4] = {};
 };
 
 // What was found of a kernel.
@@ -25,10 +26,15 @@ struct Record {
 };
 
 // Measures all kernels of a function, in the order of the list, over the strata of its arguments.
-template <class T>
-std::vector<Record> measure_strata(const FunctionEntry& function, const JudgedFunction& judged,
-                                   double effort);
+template <class R>
+std::vector<Record> measure_strata(const Function& function, double effort);
 
-// The same for a function of one input over all 2^32 singles, on all processors; progress goes to standard
-// error.
-std::vector<Record> measure_all_singles(const FunctionEntry& function, const JudgedFunction& judged);
+// What judges nearly all of 2^32 singles in no time: the function in double, good to about 1 ulp of double. From the
+// descriptor, or the C library's function of the descriptor's name; null if there is none.
+double (*quick_judge(const Function& function))(double);
+
+// The same over all 2^32 singles for a function of one input and one result that has a quick judge, on all processors; progress goes to
+// standard error.
+std::vector<Record> measure_all_singles(const Function& function);
+
+}  // namespace orx

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "orx/tef.h"
+#include "orx/tef_mode.h"
 
 extern "C" {
 // Base of the caller's whole first input vector, or null.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "orx/base/vector_math_thread.hpp"
+#include "orx/tef.h"
 
 namespace orx::rng {
 

@@ -154,5 +154,5 @@ int vdexp_cout_rare(const double* a, double* r) {
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(d, Exp, G9HAynn, dExpHA, 0.525, -700, 700)
-ORX_KERNEL(d, Exp, G9LAynn, dExpLA, 2.0, -700, 700)
+ORX_KERNEL(d, Exp, G9HAynn, dExpHA)
+ORX_KERNEL(d, Exp, G9LAynn, dExpLA)

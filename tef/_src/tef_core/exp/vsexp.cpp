@@ -115,6 +115,6 @@ int vsexp_cout_rare(const float* a, float* r) {
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(s, Exp, G9HAynn, sExpHA, 0.9, -80, 80)
-ORX_KERNEL(s, Exp, G9LAynn, sExpLA, 1.2, -80, 80)
-ORX_KERNEL(s, Exp, G9EPnnn, sExpEP, 4096, -80, 80)
+ORX_KERNEL(s, Exp, G9HAynn, sExpHA)
+ORX_KERNEL(s, Exp, G9LAynn, sExpLA)
+ORX_KERNEL(s, Exp, G9EPnnn, sExpEP)

@@ -67,6 +67,6 @@ using dExpm1EP = Expm1EP<dExpm1>;
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(d, Expm1, G9HAynn, dExpm1HA, 0.6, -700, 700)
-ORX_KERNEL(d, Expm1, G9LAynn, dExpm1LA, 2.5, -700, 700)
-ORX_KERNEL(d, Expm1, G9EPnnn, dExpm1EP, 0x1p26, -700, 700)
+ORX_KERNEL(d, Expm1, G9HAynn, dExpm1HA)
+ORX_KERNEL(d, Expm1, G9LAynn, dExpm1LA)
+ORX_KERNEL(d, Expm1, G9EPnnn, dExpm1EP)

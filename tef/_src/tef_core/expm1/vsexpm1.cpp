@@ -69,6 +69,6 @@ using sExpm1EP = Expm1EP<sExpm1>;
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(s, Expm1, G9HAynn, sExpm1HA, 0.61, -80, 80)
-ORX_KERNEL(s, Expm1, G9LAynn, sExpm1LA, 2.0, -80, 80)
-ORX_KERNEL(s, Expm1, G9EPnnn, sExpm1EP, 4096, -80, 80)
+ORX_KERNEL(s, Expm1, G9HAynn, sExpm1HA)
+ORX_KERNEL(s, Expm1, G9LAynn, sExpm1LA)
+ORX_KERNEL(s, Expm1, G9EPnnn, sExpm1EP)

@@ -9,7 +9,7 @@
 //     template <class X, class Left> static void finish(X x, Left& left);  // rare lanes, still as vectors
 //     static int rare_lane(const double* a, double* r);           // one rare element; its status
 //   };
-//   ORX_KERNEL(d, Ln, G9HAynn, dLnHA, 0.51, 1e-300, 1e300)
+//   ORX_KERNEL(d, Ln, G9HAynn, dLnHA)
 //
 // The signature. Kernel<R(A)> and Kernel<R(A, B)> name the types of the elements; all have the same precision:
 //
@@ -98,7 +98,7 @@
 //    private:
 //     static constexpr Row<double> kSmallest = DBL_MIN, kLargest = DBL_MAX, kOne = 1.0, ...;
 //   };
-//   ORX_KERNEL(d, InvSqrt, G9HAynn, dInvSqrt, 0.9, 1e-300, 1e300)
+//   ORX_KERNEL(d, InvSqrt, G9HAynn, dInvSqrt)
 //
 // Stability: the interface above is settled, and 300 kernels may lean on it; what is added will be optional.
 #pragma once
@@ -108,6 +108,7 @@
 #include "errors/report.hpp"
 #include "frame/control.hpp"
 #include "frame/element.hpp"
+#include "orx/tef_shapes.h"
 
 ORX_ISA_BEGIN(orx::tef)
 
@@ -515,40 +516,24 @@ template <class K, class Function, class... P>
   if (n != 0) run_under<K::kControl, L::run>(n, p...);
 }
 
-template <class F>
-struct Parameters;
-template <class... P>
-struct Parameters<void(P...)> {
-  template <int i>
-  using At = std::tuple_element_t<i, std::tuple<P...>>;
-};
-
 ORX_ISA_END
 
-// The functions' names, from the list.
-namespace orx::tef::function {
-#define ORX_FUNCTION(shape, t, Fn, la, ha, ep, cost_la, cost_ha, cost_ep) \
-  struct t##Fn {                                                          \
-    static constexpr char _TEF_THISFUNC_NAME[] = "v" #t #Fn;              \
-  };
-#include "functions.def"
-#undef ORX_FUNCTION
-}  // namespace orx::tef::function
+// Defines the entry point of a kernel; the shape is that of the function's row in the list:
+//   ORX_KERNEL_OF(shape, type, function, code, description)
+// ORX_KERNEL is for one argument and one result (shapes unary, from_real, to_real).
+#define ORX_KERNEL_OF(shape, t, Fn, code, K)                                                    \
+  namespace orx::tef::function {                                                                \
+  struct t##Fn##_##code {                                                                       \
+    static constexpr char _TEF_THISFUNC_NAME[] = "v" #t #Fn;                                    \
+  };                                                                                            \
+  }                                                                                             \
+  ORX_API void orx_tef_kernel_##t##Fn##_##code ORX_TEF_PARAMETERS_##shape(ORX_TEF_REAL_##t, ) { \
+    orx::tef::run_kernel<K, orx::tef::function::t##Fn##_##code> ORX_KERNEL_ARGUMENTS_##shape;   \
+  }
+#define ORX_KERNEL(t, Fn, code, K) ORX_KERNEL_OF(unary, t, Fn, code, K)
 
-// Define the entry point of a kernel: its result is one vector, of one argument,
-//   ORX_KERNEL(type, function, code, description, bound, from, to)
-// or of two, of which the second may be a scalar, or there are two results of one argument.
-// `bound` is the kernel's largest error in ulps over all arguments, which the accuracy meter holds it to;
-// [from, to] is the range of arguments on which it is timed. Meter and benchmark read these lines.
-#define ORX_PARAMETER(t, Fn, code, i) orx::tef::Parameters<decltype(orx_tef_kernel_##t##Fn##_##code)>::At<i>
-#define ORX_KERNEL(t, Fn, code, K, bound, from, to)                                    \
-  ORX_API void orx_tef_kernel_##t##Fn##_##code(int n, ORX_PARAMETER(t, Fn, code, 1) a, \
-                                               ORX_PARAMETER(t, Fn, code, 2) r) {      \
-    orx::tef::run_kernel<K, orx::tef::function::t##Fn>(n, a, r);                       \
-  }
-#define ORX_BINARY_KERNEL(t, Fn, code, K, bound, from, to)                             \
-  ORX_API void orx_tef_kernel_##t##Fn##_##code(int n, ORX_PARAMETER(t, Fn, code, 1) a, \
-                                               ORX_PARAMETER(t, Fn, code, 2) b,        \
-                                               ORX_PARAMETER(t, Fn, code, 3) r) {      \
-    orx::tef::run_kernel<K, orx::tef::function::t##Fn>(n, a, b, r);                    \
-  }
+#define ORX_KERNEL_ARGUMENTS_unary (n, a, r)
+#define ORX_KERNEL_ARGUMENTS_binary (n, a, b, r)
+#define ORX_KERNEL_ARGUMENTS_two_results (n, a, r1, r2)
+#define ORX_KERNEL_ARGUMENTS_scalar_second (n, a, b, r)
+#define ORX_KERNEL_ARGUMENTS_complex_scalar_second (n, a, orx::tef::Complex<decltype(b_re)>{b_re, b_im}, r)

@@ -2,6 +2,7 @@
 // is reported.
 #include "frame/control.hpp"
 #include "frame/simd.hpp"
+#include "orx/tef_shapes.h"
 
 namespace orx::tef {
 namespace {
@@ -37,10 +38,9 @@ void linear_fraction(int n, const T* a, const T* b, Fraction<T> f, T* r) {
 
 using namespace orx::tef;
 
-// As ORX_KERNEL (frame/kernel.hpp). The bound is that of five roundings where neither sum cancels.
-#define ORX_LINEARFRAC_KERNEL(t, Fn, code, K, bound, from, to)                           \
-  ORX_API void orx_tef_kernel_##t##Fn##_##code ORX_PARAMETERS_linearfrac(ORX_REAL_##t) { \
-    linear_fraction(n, a, b, K<ORX_REAL_##t>{scalea, shifta, scaleb, shiftb}, r);        \
+#define ORX_LINEARFRAC_KERNEL(t)                                                                          \
+  ORX_API void orx_tef_kernel_##t##LinearFrac_N8HAynn ORX_TEF_PARAMETERS_linearfrac(ORX_TEF_REAL_##t, ) { \
+    linear_fraction(n, a, b, Fraction<ORX_TEF_REAL_##t>{scalea, shifta, scaleb, shiftb}, r);              \
   }
-ORX_LINEARFRAC_KERNEL(s, LinearFrac, N8HAynn, Fraction, 5, -10, 10)
-ORX_LINEARFRAC_KERNEL(d, LinearFrac, N8HAynn, Fraction, 5, -10, 10)
+ORX_LINEARFRAC_KERNEL(s)
+ORX_LINEARFRAC_KERNEL(d)

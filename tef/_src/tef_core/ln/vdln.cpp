@@ -21,6 +21,6 @@ using dLnEP = DoubleLogLA<LnDescription, true>;
 }  // namespace orx::tef
 
 using namespace orx::tef;
-ORX_KERNEL(d, Ln, G9HAynn, dLnHA, 0.51, 1e-300, 1e300)
-ORX_KERNEL(d, Ln, G9LAynn, dLnLA, 2.0, 1e-300, 1e300)
-ORX_KERNEL(d, Ln, G9EPnnn, dLnEP, 0x1p26, 1e-300, 1e300)
+ORX_KERNEL(d, Ln, G9HAynn, dLnHA)
+ORX_KERNEL(d, Ln, G9LAynn, dLnLA)
+ORX_KERNEL(d, Ln, G9EPnnn, dLnEP)

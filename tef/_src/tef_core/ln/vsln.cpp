@@ -32,6 +32,6 @@ struct sLnEP : sLn {
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(s, Ln, G9HAynn, sLnHA, 0.7, 1e-37, 1e37)
-ORX_KERNEL(s, Ln, G9LAynn, sLnLA, 2.2, 1e-37, 1e37)
-ORX_KERNEL(s, Ln, G9EPnnn, sLnEP, 8192, 1e-37, 1e37)
+ORX_KERNEL(s, Ln, G9HAynn, sLnHA)
+ORX_KERNEL(s, Ln, G9LAynn, sLnLA)
+ORX_KERNEL(s, Ln, G9EPnnn, sLnEP)

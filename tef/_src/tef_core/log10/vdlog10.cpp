@@ -53,5 +53,5 @@ using dLog10LA = DoubleLogLA<Log10Description>;
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(d, Log10, G9HAynn, dLog10HA, 0.53, 1e-300, 1e300)
-ORX_KERNEL(d, Log10, G9LAynn, dLog10LA, 2.0, 1e-300, 1e300)
+ORX_KERNEL(d, Log10, G9HAynn, dLog10HA)
+ORX_KERNEL(d, Log10, G9LAynn, dLog10LA)

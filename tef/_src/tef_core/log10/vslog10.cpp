@@ -65,6 +65,6 @@ struct sLog10EP : sLog10 {
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(s, Log10, G9HAynn, sLog10HA, 0.8, 1e-37, 1e37)
-ORX_KERNEL(s, Log10, G9LAynn, sLog10LA, 3.0, 1e-37, 1e37)
-ORX_KERNEL(s, Log10, G9EPnnn, sLog10EP, 8192, 1e-37, 1e37)
+ORX_KERNEL(s, Log10, G9HAynn, sLog10HA)
+ORX_KERNEL(s, Log10, G9LAynn, sLog10LA)
+ORX_KERNEL(s, Log10, G9EPnnn, sLog10EP)

@@ -82,6 +82,6 @@ using dLog1pEP = dLog1pLow<true>;
 }  // namespace orx::tef
 
 using namespace orx::tef;
-ORX_KERNEL(d, Log1p, V8HAynn, dLog1pHA, 0.7, -0.99, 1e6)
-ORX_KERNEL(d, Log1p, V8LAynn, dLog1pLA, 3.0, -0.99, 1e6)
-ORX_KERNEL(d, Log1p, V8EPnnn, dLog1pEP, 0x1p26, -0.99, 1e6)
+ORX_KERNEL(d, Log1p, V8HAynn, dLog1pHA)
+ORX_KERNEL(d, Log1p, V8LAynn, dLog1pLA)
+ORX_KERNEL(d, Log1p, V8EPnnn, dLog1pEP)

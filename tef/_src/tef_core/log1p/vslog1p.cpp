@@ -67,6 +67,6 @@ struct sLog1pEP : sLog1p {
 ORX_ISA_END
 
 using namespace orx::tef;
-ORX_KERNEL(s, Log1p, G9HAynn, sLog1pHA, 0.7, -0.99, 1e6)
-ORX_KERNEL(s, Log1p, G9LAynn, sLog1pLA, 2.5, -0.99, 1e6)
-ORX_KERNEL(s, Log1p, G9EPnnn, sLog1pEP, 8192, -0.99, 1e6)
+ORX_KERNEL(s, Log1p, G9HAynn, sLog1pHA)
+ORX_KERNEL(s, Log1p, G9LAynn, sLog1pLA)
+ORX_KERNEL(s, Log1p, G9EPnnn, sLog1pEP)
