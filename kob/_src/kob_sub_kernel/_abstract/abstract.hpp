@@ -97,7 +97,7 @@ int read(KobStream* stream, State<Number>& s, int n, const Put& put) {
 
 // The generator of one kind: its own block function works, the others do not.
 template <class Number>
-struct Generator : NoLeapfrog, NoSkip {
+struct Generator : NoLeapfrog, NoSkip, ByBlocks {
   using State = abstract::State<Number>;
 
   static State& state_of(KobStream* stream) { return *reinterpret_cast<State*>(stream + 1); }

@@ -274,6 +274,17 @@ int generate(const Sequence& stream, int n, const Sink& sink) {
   return KOB_STATUS_OK;
 }
 
+// generate() of one word.
+inline int next_word(const Sequence& stream, uint32_t* w) {
+  Position& p = *stream.position;
+  if (p.Index == 0xFFFFFFFF) return KOB_ERROR_QRNG_PERIOD_ELAPSED;
+  const Sequence s = stream.delivered();
+  if (p.Remaining == 0) p.Remaining = uint32_t(s.dimension);
+  *w = s.x[(uint32_t(s.dimension) - p.Remaining) * s.x_step];
+  if (--p.Remaining == 0) s.move_to(p.Index + 1);
+  return KOB_STATUS_OK;
+}
+
 template <class Real>
 int generate_reals(const Sequence& s, int n, Real* r, Real a, Real b) {
   return with_sink(r, a, b, [&](const auto& sink) { return generate(s, n, sink); });
@@ -327,12 +338,20 @@ struct Operations {
     if (n < 1) return KOB_ERROR_SKIPAHEAD_UNSUPPORTED;
     return skip_numbers(Generator::sequence(stream).delivered(), n > 1 ? word64(params) : params[0]);
   }
+  static constexpr double kUnit = 0x1p-32;
+  static int number(KobStream* stream, double* number) {
+    uint32_t w = 0;
+    const int status = next_word(Generator::sequence(stream), &w);
+    *number = word_to_double(w);
+    return status;
+  }
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
     return generate_reals(Generator::sequence(stream), n, r, a, b);
   }
   static int words(KobStream* stream, int n, uint32_t* r) {
-    return generate(Generator::sequence(stream), n, Word32Sink<uint32_t>(r));
+    const Sequence s = Generator::sequence(stream);
+    return n == 1 ? next_word(s, r) : generate(s, n, Word32Sink<uint32_t>(r));
   }
 };
 

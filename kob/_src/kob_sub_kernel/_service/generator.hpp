@@ -10,6 +10,8 @@
 //     static int skip(KobStream*, int n, const uint32_t* params);             // method 2, or base NoSkip
 //     template <class Real> static int reals(KobStream*, int n, Real* r, Real a, Real b);
 //     static int words(KobStream*, int n, uint32_t* r);
+//     static constexpr double kUnit;                 // a real is a + (b - a) kUnit number
+//     static int number(KobStream*, double* number); // the next one, for calls of one; or base ByBlocks
 //     static bool adopt(KobStream*);                                          // or base NothingToCheck
 //   };
 //   ORX_BRNG_FUNCTIONS(MCG31M1)
@@ -29,6 +31,7 @@ typename Generator::State& state(KobStream* stream) {
 
 // The number of the sub-generator that the stream was made for.
 inline uint32_t sub_generator(const KobStream* stream) {
+  if (stream->BrngId >= kNewIds) return stream->BrngId & 0xFFFFF;
   uint32_t index, offset;
   __kobGetBrngBaseOffset(stream->BrngId, &index, &offset);
   return offset;
@@ -64,15 +67,32 @@ int init_stream(int method, KobStream* stream, int n, const uint32_t* params) {
   }
 }
 
+// A generator that makes single numbers in no other way than many.
+struct ByBlocks {
+  static constexpr double kUnit = 0;
+};
+
+template <class Generator, class Real>
+int one_real(KobStream* stream, Real* r, Real a, Real b) {
+  double number;
+  const int status = Generator::number(stream, &number);
+  if (status == KOB_STATUS_OK) *r = Real(number * ((double(b) - double(a)) * Generator::kUnit) + a);
+  return status;
+}
+
 // Reals, and with some generators the sequence itself, hang on rounding to nearest: what the caller has set for
-// its own arithmetic changes no number. Words that are made of doubles see to that by themselves.
+// its own arithmetic changes no number. Words see to that by themselves.
 template <class Generator, class Real>
 [[gnu::noinline]] int reals_of(KobStream* stream, int n, Real* r, Real a, Real b) {
   return Generator::reals(stream, n, r, a, b);
 }
 template <class Generator, class Real>
 int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
-  return make_reals(a, b, [=] { return reals_of<Generator>(stream, n, r, a, b); });
+  if (!rounds_to_nearest() || !is_far_from_denormals(a, b))
+    return in_default_arithmetic([=] { return reals_of<Generator>(stream, n, r, a, b); });
+  if constexpr (Generator::kUnit != 0)
+    if (n == 1) return one_real<Generator>(stream, r, a, b);
+  return reals_of<Generator>(stream, n, r, a, b);
 }
 
 }  // namespace orx::brng

@@ -19,11 +19,4 @@ bool is_far_from_denormals(Real a, Real b) {
   return __builtin_fabs(a) + __builtin_fabs(b) >= 0x1p-60;
 }
 
-// body(), whose only arithmetic makes reals on [a, b), under rounding to nearest and with denormals.
-template <class Real, class Body>
-int make_reals(Real a, Real b, const Body& body) {
-  if (rounds_to_nearest() && is_far_from_denormals(a, b)) return body();
-  return in_default_arithmetic(body);
-}
-
 }  // namespace orx::brng

@@ -16,8 +16,7 @@ struct Slots {
 
 extern "C" Slots<KobBrngProperties> __RegBrngsNew;
 
-constexpr uint32_t kFamilies = 14;      // rows that are built in
-constexpr uint32_t kNewIds = 0x100000;  // ids below are the older numbering
+constexpr uint32_t kFamilies = 14;  // rows that are built in
 constexpr uint32_t kLegacyRows = 279;
 
 // The row of a stream that was made: its id is a valid one.

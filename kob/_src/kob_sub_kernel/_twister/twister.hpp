@@ -91,6 +91,11 @@ class Twister {
 // What generators on a twister share; theirs are State, with Mt and Index, engine(stream), and seed.
 template <class Generator>
 struct TwisterGenerator : NoLeapfrog, NoSkip {
+  static constexpr double kUnit = 0x1p-32;
+  static int number(KobStream* stream, double* number) {
+    *number = word_to_double(next_word(stream));
+    return KOB_STATUS_OK;
+  }
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
     return with_sink(r, a, b, [&](const auto& sink) {
@@ -99,8 +104,16 @@ struct TwisterGenerator : NoLeapfrog, NoSkip {
     });
   }
   static int words(KobStream* stream, int n, uint32_t* r) {
-    draw(Generator::engine(stream), n, Word32Sink<uint32_t>(r));
+    if (n == 1)
+      *r = next_word(stream);
+    else
+      draw(Generator::engine(stream), n, Word32Sink<uint32_t>(r));
     return KOB_STATUS_OK;
+  }
+  static uint32_t next_word(KobStream* stream) {
+    if (Generator::engine(stream).index() == Generator::Engine::kWords) renew_all<Generator>(stream);
+    const auto engine = Generator::engine(stream);
+    return engine.tempered(engine.words()[engine.index()++]);
   }
   static bool adopt(KobStream* stream) { return state<Generator>(stream).Index <= Generator::Engine::kWords; }
 };

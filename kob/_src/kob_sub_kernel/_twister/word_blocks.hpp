@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "_service/reals.hpp"
+#include "orx/kob.h"
 
 namespace orx::brng {
 
@@ -35,6 +36,14 @@ struct NoSink {
   template <class Word>
   void operator()(int, Word) const {}
 };
+
+// All words of a generator's source anew, for single numbers.
+template <class Generator>
+[[gnu::noinline]] void renew_all(KobStream* stream) {
+  const auto source = Generator::engine(stream);
+  source.renew(0, source.kWords, NoSink{});
+  source.index() = 0;
+}
 
 // The next n words of a source to the places from `at` on of a sink. A source has kWords words at words(), of
 // which those from index() on are not used yet; renew(from, to, sink) makes new ones of them, in fours or to

@@ -33,10 +33,16 @@ struct MCG31M1 {
     return KOB_STATUS_OK;
   }
 
+  static constexpr double kUnit = 0x1.00000002p-31;  // 1 / (2^31 - 1)
+  static int number(KobStream* stream, double* number) {
+    State& s = state<MCG31M1>(stream);
+    *number = int32_t(s.X);
+    s.X = multiply_2p31m1(s.X, s.Multiplier);
+    return KOB_STATUS_OK;
+  }
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
-    constexpr double kInverse = 0x1.00000002p-31;  // 1 / (2^31 - 1)
-    const RealSink<Real> sink(r, a, (double(b) - double(a)) * kInverse);
+    const RealSink<Real> sink(r, a, (double(b) - double(a)) * kUnit);
     generate(state<MCG31M1>(stream), n, Convert<Real>{sink});
     return KOB_STATUS_OK;
   }

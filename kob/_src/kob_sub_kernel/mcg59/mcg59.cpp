@@ -34,9 +34,16 @@ struct MCG59 {
     return KOB_STATUS_OK;
   }
 
+  static constexpr double kUnit = 0x1p-59;
+  static int number(KobStream* stream, double* number) {
+    State& s = state<MCG59>(stream);
+    *number = to_double(s.X);
+    s.X = s.X * s.Multiplier & kMask59;
+    return KOB_STATUS_OK;
+  }
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
-    const RealSink<Real> sink(r, a, (double(b) - double(a)) * 0x1p-59);
+    const RealSink<Real> sink(r, a, (double(b) - double(a)) * kUnit);
     generate(state<MCG59>(stream), n, Convert<Real>{sink});
     return KOB_STATUS_OK;
   }
@@ -56,6 +63,8 @@ struct MCG59 {
   static uint64_t power(uint64_t a, uint64_t n) {
     return __kobiPowMod2P59(uint32_t(a), uint32_t(a >> 32), uint32_t(n), uint32_t(n >> 32));
   }
+
+  static double to_double(uint64_t x) { return int32_t(x >> 32) * 0x1p32 + word_to_double(uint32_t(x)); }
 
   struct Words {
     uint32_t* r;
@@ -83,7 +92,7 @@ struct MCG59 {
                        _mm256_set1_pd(0x1p84));
       sink(i, high - _mm256_set1_pd(0x1p84 + 0x1p52) + low);
     }
-    void operator()(int i, uint64_t x) const { sink(i, uint32_t(x >> 32) * 0x1p32 + uint32_t(x)); }
+    void operator()(int i, uint64_t x) const { sink(i, to_double(x)); }
 
     static __m256i pair(__m128i first, __m128i second) {
       return _mm256_insertf128_si256(_mm256_castsi128_si256(first), second, 1);

@@ -149,14 +149,21 @@ struct MRG32K3A : NoLeapfrog {
     return KOB_STATUS_OK;
   }
 
+  static constexpr double kUnit = 0x1.000000d10000bp-32;  // 1 / m1
+  static int number(KobStream* stream, double* number) {
+    *number = word_to_double(next(state<MRG32K3A>(stream)));
+    return KOB_STATUS_OK;
+  }
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
-    constexpr double kInverse = 0x1.000000d10000bp-32;  // 1 / m1
-    return generate(state<MRG32K3A>(stream), n, RealSink<Real>(r, a, (double(b) - double(a)) * kInverse));
+    return generate(state<MRG32K3A>(stream), n, RealSink<Real>(r, a, (double(b) - double(a)) * kUnit));
   }
 
   static int words(KobStream* stream, int n, uint32_t* r) {
-    return generate(state<MRG32K3A>(stream), n, Words{r});
+    State& s = state<MRG32K3A>(stream);
+    if (n != 1) return generate(s, n, Words{r});
+    *r = next(s);
+    return KOB_STATUS_OK;
   }
 
   static bool adopt(KobStream* stream) {
@@ -198,10 +205,11 @@ struct MRG32K3A : NoLeapfrog {
 
   template <class Sink>
   static void singly(State& s, int n, const Sink& sink) {
-    for (int i = 0; i < n; ++i) {
-      const uint32_t x = kX.next(s.S), y = kY.next(s.S + 3);
-      sink(i, word_to_double(x >= y ? x - y : x - y + kX.m));
-    }
+    for (int i = 0; i < n; ++i) sink(i, word_to_double(next(s)));
+  }
+  static uint32_t next(State& s) {
+    const uint32_t x = kX.next(s.S), y = kY.next(s.S + 3);
+    return x >= y ? x - y : x - y + kX.m;
   }
 
   template <class Sink>

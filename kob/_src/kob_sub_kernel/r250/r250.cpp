@@ -30,6 +30,14 @@ struct R250 : NoLeapfrog, NoSkip {
     return KOB_STATUS_OK;
   }
 
+  static constexpr double kUnit = 0x1p-32;
+  static int number(KobStream* stream, double* number) {
+    State& s = state<R250>(stream);
+    *number = word_to_double(s.X[s.I] ^= s.X[s.J]);
+    s.I = s.I + 1 == kLength ? 0 : s.I + 1;
+    s.J = s.J + 1 == kLength ? 0 : s.J + 1;
+    return KOB_STATUS_OK;
+  }
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
     return with_sink(r, a, b, [&](const auto& sink) {

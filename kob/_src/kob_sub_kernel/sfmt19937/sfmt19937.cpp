@@ -126,6 +126,25 @@ struct SFMT19937 : NoLeapfrog, NoSkip {
     return KOB_STATUS_OK;
   }
 
+  static Engine engine(KobStream* stream) { return Engine(state<SFMT19937>(stream)); }
+
+  static constexpr double kUnit = 0x1p-32;
+  static int number(KobStream* stream, double* number) {
+    State& s = state<SFMT19937>(stream);
+    if (s.PendingPos < s.PendingCount) {
+      *number = word_to_double(s.Pending[s.PendingPos++]);
+      return KOB_STATUS_OK;
+    }
+    if (s.Index == kSize) renew_all<SFMT19937>(stream);
+    const uint32_t* group = s.W + s.Index;
+    *number = word_to_double(group[0]);
+    std::copy_n(group + 1, 3, s.Pending);
+    s.Index += 4;
+    s.PendingPos = 0;
+    s.PendingCount = 3;
+    return KOB_STATUS_OK;
+  }
+
   // Reals take whole 128-bit words; what is left of the last one waits for the next call for reals.
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {

@@ -49,7 +49,7 @@ int one_word_each(const State& s, int n, const Put& put) {
   });
 }
 
-struct TRNG : NoLeapfrog, NoSkip, NothingToCheck {
+struct TRNG : NoLeapfrog, NoSkip, ByBlocks, NothingToCheck {
   using State = ::State;
 
   static int seed(KobStream* stream, int n, const uint32_t* params) {

@@ -45,6 +45,14 @@ struct WH {
     return KOB_STATUS_OK;
   }
 
+  static constexpr double kUnit = 1;
+  static int number(KobStream* stream, double* number) {
+    const uint32_t row = sub_generator(stream);
+    const __m256d u = step(state<WH>(stream), row) * _mm256_load_pd(_kobdWH_IM_Tab[row]);
+    const double sum = ((u[0] + u[1]) + u[2]) + u[3];
+    *number = sum - whole(sum);
+    return KOB_STATUS_OK;
+  }
   template <class Real>
   static int reals(KobStream* stream, int n, Real* r, Real a, Real b) {
     const uint32_t row = sub_generator(stream);
@@ -54,10 +62,15 @@ struct WH {
   }
 
   static int words(KobStream* stream, int n, uint32_t* r) {
-    return orx::in_default_arithmetic([=] {
-      generate(state<WH>(stream), sub_generator(stream), n, Words{r});
-      return KOB_STATUS_OK;
-    });
+    State& s = state<WH>(stream);
+    const uint32_t row = sub_generator(stream);
+    if (n == 1) {
+      store4(r, load4(s.X));
+      step(s, row);
+    } else {
+      generate(s, row, n, Words{r});
+    }
+    return KOB_STATUS_OK;
   }
 
   static bool adopt(KobStream* stream) {
@@ -102,7 +115,7 @@ struct WH {
     }
   };
 
-  // x a mod m for x and a below m < 2^24, in double. The product is exact. Its quotient by m is no integer
+  // Whatever the rounding mode: x a mod m for x and a below m < 2^24, in double. The product is exact. Its quotient by m is no integer
   // unless the product is 0, so it lies at least 1/m > 2^-24 away from any; the computed quotient, below
   // 2^24, errs by less than 2^-27 and has the same whole part.
   template <class V, class C>
@@ -110,6 +123,14 @@ struct WH {
     const V product = x * a;
     return product - whole(product * inverse) * m;
   }
+  // One step of all four components; what they were before.
+  static __m256d step(State& s, uint32_t row) {
+    const __m256d x = _mm256_cvtepi32_pd(load4(s.X)), a = _mm256_cvtepi32_pd(load4(s.A)),
+                  m = _mm256_cvtepi32_pd(load4(_kob_WH_M[row]));
+    store4(s.X, _mm256_cvttpd_epi32(multiply(x, a, m, _mm256_load_pd(_kobdWH_IM_Tab[row]))));
+    return x;
+  }
+
   template <class Sink>
   static void generate(State& s, uint32_t row, int n, Sink sink) {
     constexpr int kLanes = 8;
