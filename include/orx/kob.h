@@ -136,6 +136,15 @@ int __kobGetNumRegBrngs(void);
 
 /* ---- creating, copying, splitting ---- */
 
+/* n seed words from a key of any length, zero words included, such as {year, experiment, process, thread}: by
+ * SplitMix64 (Steele, Lea, Flood, OOPSLA 2014), over which each word of the key changes half the bits of each
+ * seed word. Keys that differ, be it by a zero at the end, have unrelated seeds; that two have the same is as
+ * likely as one in 2^64. Small consecutive numbers are poor seeds for MCG31M1, MCG59, MRG32K3A, WH and R250:
+ * their streams stay related for long or for ever. So: one key per stream, spread over as many words as the
+ * generator has (make the first odd for MCG59). KOB_ERROR_BAD_ARG for a negative count. A function of this
+ * library's own. */
+int orx_kob_spread_seed(int key_count, const uint32_t key[], int n, uint32_t seed[]);
+
 /* A new stream of generator `id`, seeded from n words at params; what a generator makes of them stands with
  * its functions below. KOB_ERROR_BRNG_INDEX for an id that is not valid or of an abstract stream,
  * KOB_ERROR_MEM_FAILURE, or what the seeding returned; in the last case *stream is allocated and is to be
@@ -425,6 +434,17 @@ int _kobsRngUniform(int method, KobStream* stream, int n, float r[], float a, fl
 
 /* Uniform integers a to b - 1: the whole part of a uniform real, never b. */
 int _kobiRngUniform(int method, KobStream* stream, int n, int32_t r[], int32_t a, int32_t b);
+
+/* Uniform doubles of 53 random bits on [a, b), never b: a + (b - a) u, u a multiple of 2^-53 made of two words
+ * of 32 bits, or of the upper bits of two of MCG59. From MCG59, R250, MT19937, MT2203, SFMT19937 and true random
+ * streams, else KOB_ERROR_UNSUPPORTED_WORD_BITS; KOB_ERROR_BAD_ARG unless a < b. `method` is 0. A function of
+ * this library's own, as is the next. */
+int orx_kob_dRngUniform53(int method, KobStream* stream, int n, double r[], double a, double b);
+
+/* Uniform integers a to b - 1 without any bias, by Lemire's method (ACM Trans. Model. Comput. Simul. 29, 2019),
+ * two words of 32 bits each; words are refused less than once in 2^32. Generators and statuses as above;
+ * KOB_ERROR_BAD_ARG also when nothing but refused words comes, as from a register of R250 that is all zeros. */
+int orx_kob_iRngUniformExact(int method, KobStream* stream, int n, int32_t r[], int32_t a, int32_t b);
 
 /* n words of the generator as they are. WordSize of the generator's record tells their length: one 32-bit
  * word each (MCG31M1: 31 bits), two for MCG59 (59 bits in the low end), four for SFMT19937 and WH. */

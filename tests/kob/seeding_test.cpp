@@ -122,4 +122,76 @@ TEST(ModularPowers, AgreeWithStepping) {
   EXPECT_NE(__kobiPowMod2P59(5, 0, 0, 1u << 24), 1u);
 }
 
+// ---- seeds from keys ----
+
+uint64_t splitmix64(uint64_t& state) {
+  uint64_t z = state += 0x9E3779B97F4A7C15;
+  z = (z ^ z >> 30) * 0xBF58476D1CE4E5B9;
+  z = (z ^ z >> 27) * 0x94D049BB133111EB;
+  return z ^ z >> 31;
+}
+
+Words spread(const Words& key, int n) {
+  Words seed(size_t(n) + 1, 77);
+  EXPECT_EQ(orx_kob_spread_seed(int(key.size()), key.data(), n, seed.data()), 0);
+  EXPECT_EQ(seed.back(), 77u);
+  seed.pop_back();
+  return seed;
+}
+
+TEST(SpreadSeed, IsSplitMix64) {
+  uint64_t published = 1234567;  // five numbers in J. S. Vigna's publication
+  for (uint64_t number : {6457827717110365317u, 3203168211198807973u, 9817491932198370423u,
+                          4593380528125082431u, 16408922859458223821u})
+    EXPECT_EQ(splitmix64(published), number);
+  for (const Words& key : {Words{}, {5}, {5, 0}, {1, 2, 3}, random_rows(7)[0]}) {
+    uint64_t state = key.size();
+    for (size_t i = 0; i < key.size(); i += 2)
+      state = splitmix64(state) ^ (key[i] | uint64_t(i + 1 < key.size() ? key[i + 1] : 0) << 32);
+    state = splitmix64(state);
+    Words expected;
+    for (uint64_t w; expected.size() < 12; expected.push_back(uint32_t(w >> 32)))
+      w = splitmix64(state), expected.push_back(uint32_t(w));
+    for (int n = 0; n <= 12; ++n) EXPECT_EQ(spread(key, n), Words(expected.begin(), expected.begin() + n));
+  }
+  uint32_t word = 77;
+  EXPECT_EQ(orx_kob_spread_seed(-1, &word, 1, &word), KOB_ERROR_BAD_ARG);
+  EXPECT_EQ(orx_kob_spread_seed(1, &word, -1, &word), KOB_ERROR_BAD_ARG);
+  EXPECT_EQ(word, 77u);
+}
+
+// Each bit of the key, and each step of a small number in it, changes each bit of the seed in half of the cases,
+// to five standard deviations.
+TEST(SpreadSeed, Avalanche) {
+  constexpr int kKeys = 400, kWords = 6;
+  std::mt19937 random(11);
+  for (uint32_t length : {1u, 2u, 3u, 8u}) {
+    std::vector<std::vector<int>> flips(32 * length, std::vector<int>(32 * kWords));
+    for (int k = 0; k < kKeys; ++k) {
+      Words key(length);
+      // Small numbers of an even number of bits: no two of them differ by one.
+      for (uint32_t& w : key) w = k % 2 ? uint32_t(random()) : uint32_t(k + __builtin_parity(uint32_t(k)));
+      const Words seed = spread(key, kWords);
+      for (uint32_t bit = 0; bit < 32 * length; ++bit) {
+        key[bit / 32] ^= 1u << bit % 32;
+        const Words other = spread(key, kWords);
+        key[bit / 32] ^= 1u << bit % 32;
+        for (size_t i = 0; i < 32 * kWords; ++i)
+          flips[bit][i] += (seed[i / 32] ^ other[i / 32]) >> i % 32 & 1;
+      }
+    }
+    double chi2 = 0;
+    int most = 0;
+    for (const auto& row : flips)
+      for (int count : row) {
+        const int off = std::abs(count - kKeys / 2);
+        most = std::max(most, off);
+        chi2 += 4.0 * off * off / kKeys;
+      }
+    const double cells = 32.0 * length * 32 * kWords;
+    EXPECT_LT(most, 6 * std::sqrt(kKeys) / 2) << length;
+    EXPECT_LT(std::fabs(chi2 - cells), 6 * std::sqrt(2 * cells)) << length;
+  }
+}
+
 }  // namespace
