@@ -1,7 +1,13 @@
-# Words of a generator in a pipe, for test batteries.
-add_executable(raw_words kob/raw_words.cpp)
-target_link_libraries(raw_words PRIVATE orx_g9 orx_serv)
-target_compile_options(raw_words PRIVATE -msse2)
+# Words of a generator in a pipe, for test batteries, and a short battery of our own.
+add_library(kob_battery STATIC kob/split_streams.cpp kob/statistical_tests.cpp)
+target_include_directories(kob_battery PUBLIC ${CMAKE_CURRENT_SOURCE_DIR}/kob)
+target_compile_options(kob_battery PRIVATE -msse2)
+target_link_libraries(kob_battery PUBLIC orx_g9 orx_serv)
+foreach(program raw_words short_battery)
+  add_executable(${program} kob/${program}.cpp)
+  target_compile_options(${program} PRIVATE -msse2)
+  target_link_libraries(${program} PRIVATE kob_battery)
+endforeach()
 
 # Programs that find and check the generators' parameter tables. The tables are in the tree, so they are built by
 # name alone, and for x86_64: the search multiplies polynomials over GF(2) without carry, the check of its rows wants
