@@ -30,16 +30,16 @@ struct dExpHA : dExp {
   static X eval(X x) {
     const auto& d = vdexp_data;
     // 1. n = round(x * 64/ln2), in the low bits of N.
-    const X N = x * d.inv_ln2 + d.shifter;
+    const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
     const SpilledWords<X> n(N);
 
     // 2. r = x - n ln2/64.
-    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
+    const X r = subtract_product(subtract_product(x, Nf, d.ln2_hi), Nf, d.ln2_lo);
 
     // 3. p = e^r - 1.
     const X r2 = r * r;
-    const X p = r + r2 * polynomial(r, r2, d.c);
+    const X p = multiply_add(r2, polynomial(r, r2, d.c), r);
 
     // 4. The table row is n mod 64; the rest of n is the exponent of a scale factor.
     X T, T_lo;
@@ -47,7 +47,7 @@ struct dExpHA : dExp {
         _tefdExpHATab[0], [&](int lane) { return n.low(lane) & 63; }, T, T_lo);
 
     // 5. e^x = 2^k T (1 + p).
-    return (T + T * (p + T_lo)) * scale_from<6>(n.vector());
+    return multiply_add(T, p + T_lo, T) * scale_from<6>(n.vector());
   }
 };
 
@@ -71,14 +71,14 @@ struct dExpLA : dExp {
   template <class X>
   static X eval(X x) {
     const auto& d = vdexp_la_data;
-    const X N = x * d.inv_ln2 + d.shifter;
+    const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
     const SpilledWords<X> n(N);
-    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
-    const X p = r + r * r * (d.c2 + r * d.c3);
-    const auto bits = gather64<X>(kPowers, [&](int lane) { return n.low(lane) & 1023; });
-    const X T = from_ints<X>(add64(bits, shift_left64<42>(n.bits())));
-    return T + T * p;
+    const X r = subtract_product(subtract_product(x, Nf, d.ln2_hi), Nf, d.ln2_lo);
+    const X p = multiply_add(r * r, multiply_add(r, d.c3, d.c2), r);
+    const auto powers = gather_bits<X>(kPowers, [&](int lane) { return n.low(lane) & 1023; });
+    const X T = reals<X>(powers + shift_left<42>(n.bits()));
+    return multiply_add(T, p, T);
   }
 };
 

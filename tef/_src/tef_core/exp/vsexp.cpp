@@ -37,14 +37,14 @@ struct sExpHA : sExp {
   template <class X>
   static X eval(X x) {
     const auto& d = vsexp_data;
-    const X N = x * d.inv_ln2 + d.shifter;
+    const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
-    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
+    const X r = subtract_product(subtract_product(x, Nf, d.ln2_hi), Nf, d.ln2_lo);
     const X T_hi = select_of_4(d.T_hi, N), T_lo = select_of_4(d.T_lo, N);
     const X r2 = r * r;
-    const X p = r + r2 * polynomial(r, r2, d.c);
+    const X p = multiply_add(r2, polynomial(r, r2, d.c), r);
     const X scale = scale_from<2>(N);
-    return ((p * T_hi + T_lo) + T_hi) * scale;
+    return (multiply_add(p, T_hi, T_lo) + T_hi) * scale;
   }
 };
 
@@ -63,11 +63,11 @@ struct sExpLA : sExp {
   template <class X>
   static X eval(X x) {
     const auto& d = vsexp_la_data;
-    const X N = x * d.inv_ln2 + d.shifter;
+    const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
-    const X r = (x - Nf * d.ln2_hi) - Nf * d.ln2_lo;
+    const X r = subtract_product(subtract_product(x, Nf, d.ln2_hi), Nf, d.ln2_lo);
     const X r2 = r * r;
-    return (d.one + (r + r2 * polynomial(r, r2, d.c))) * scale_from<0>(N);
+    return (d.one + multiply_add(r2, polynomial(r, r2, d.c), r)) * scale_from<0>(N);
   }
 };
 

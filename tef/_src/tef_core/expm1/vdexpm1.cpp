@@ -45,7 +45,7 @@ struct dExpm1 : Kernel<double(double)> {
   template <class X>
   static X power(X N) {
     const SpilledWords<X> n(N);
-    return from_ints<X>(gather64<X>(_tefdExpHATab[0], [&](int lane) { return 2 * (n.low(lane) & 63); }));
+    return gather<X>(_tefdExpHATab[0], [&](int lane) { return 2 * (n.low(lane) & 63); });
   }
   template <class X>
   static X rare(X x) {

@@ -15,17 +15,16 @@
 
 ORX_ISA_BEGIN(orx::tef)
 
-// Masks: the fraction, the exponent field of 2^-10, the leading 26 significant bits.
+// Masks: the fraction, the exponent field of 2^-10.
 struct LogBits {
   Row<uint64_t> fraction = 0x000FFFFFFFFFFFFF;
   Row<uint64_t> exponent = 0x3F50000000000000;
-  Row<uint64_t> leading = 0xFFFFFFFFFC000000;
 };
 inline constexpr LogBits kLogMasks{};
 
 template <class X>
 inline X log_fraction(X x) {
-  return bit_or(bit_and(x, constant<X>(kLogMasks.fraction)), constant<X>(kLogMasks.exponent));
+  return bit_or(bit_and(x, kLogMasks.fraction), kLogMasks.exponent);
 }
 
 template <class X>
@@ -36,9 +35,7 @@ struct LogReduced {
 template <class D, class X>
 inline LogReduced<X> log_reduce(X m, Indices<X>& index) {
   const X R = integer_reciprocal(m, D::kUnit, index);
-  const X m_hi = bit_and(m, constant<X>(kLogMasks.leading));
-  const X m_lo = m - m_hi;
-  return {(m_hi * R - D::kData.unit) + m_lo * R, R};
+  return {product_residue(m, R, D::kData.unit), R};
 }
 
 // k L + T + e + q, the first three as an exact sum of a high part and a correction; `rest` comes with q.
@@ -47,12 +44,10 @@ inline X log_ha(X k, const Indices<X>& R, X e, X q) {
   const auto& d = D::kData;
   X T_hi, T_lo;
   gather_pairs(
-      D::kTable[0], [&](int lane) { return R.at[lane] - D::kFirst; }, T_hi, T_lo);
-  const X H = k * d.L_hi + T_hi;
-  const X S = H + e;
-  const X c = e - (S - H);
-  const X Lo = k * d.L_lo + T_lo;
-  return S + ((Lo + c) + q);
+      D::kTable[0], [&](int lane) { return R(lane) - D::kFirst; }, T_hi, T_lo);
+  const auto S = fast_two_sum(multiply_add(k, d.L_hi, T_hi), e);
+  const X Lo = multiply_add(k, d.L_lo, T_lo);
+  return S.high + ((Lo + S.low) + q);
 }
 
 // The same in one double. The exponent counts from the nearest power of two, so that T is 0 near 1 and
@@ -61,8 +56,8 @@ template <class D, class X>
 inline X log_la(X k, const Indices<X>& R, X e, X q) {
   X T, bias;
   gather_pairs(
-      D::kLaTable[0], [&](int lane) { return R.at[lane] - D::kFirst; }, T, bias);
-  return ((k - bias) * D::kData.L + T) + (e + q);
+      D::kLaTable[0], [&](int lane) { return R(lane) - D::kFirst; }, T, bias);
+  return multiply_add(k - bias, D::kData.L, T) + (e + q);
 }
 
 // log x for finite x > 0, denormal too, as accurate as the HA kernel.

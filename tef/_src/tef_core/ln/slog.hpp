@@ -58,7 +58,7 @@ struct HighLow {
 template <class X>
 inline HighLow<X> sln_fraction(X e) {
   const auto& d = vsln_data;
-  const X e_hi = bit_and(e, constant<X>(d.leading_bits)), e2 = e * e;
+  const X e_hi = bit_and(e, d.leading_bits), e2 = e * e;
   const X half_hi = e_hi * d.half;
   const X square = e_hi * half_hi;
   const X high = e - square;

@@ -34,7 +34,7 @@ struct sLog10HA : sLog10 {
     const auto& d = vslog10_data;
     const SingleLogParts<X> p(x);
     const HighLow<X> f = sln_fraction(p.e());
-    const X leading = bit_and(f.high, constant<X>(d.leading_bits));
+    const X leading = bit_and(f.high, d.leading_bits);
     const X H = p.k * d.L_hi, product = leading * d.C_hi;
     const X S = H + product;
     const X c = product - (S - H);

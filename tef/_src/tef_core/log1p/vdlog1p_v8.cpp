@@ -37,7 +37,7 @@ struct Log1pParts {
   // What brings u to its fraction in [2^-10, 2^-9).
   static X scale_to_fraction(X u) {
     const X field = bit_and(u, broadcast_bits<X>(0x7FF0000000000000));
-    return from_ints<X>(sub_from64(_mm_set1_epi64x(int64_t{2036} << 52), to_ints(field)));
+    return reals<X>((uint64_t{2036} << 52) - bits(field));
   }
 };
 
@@ -46,13 +46,8 @@ struct dLog1p : Kernel<double(double)> {
   // as that of an integer, and for negative x larger magnitudes are larger integers.
   template <class X>
   static X rare(X x) {
-    return map(x, [](__m128d v) {
-      const __m128i bits = _mm_castpd_si128(v);
-      const __m128i large = _mm_cmpgt_epi32(bits, _mm_set1_epi32(0x7E6FFFFF));
-      const __m128i low =
-          _mm_and_si128(bits, _mm_cmpgt_epi32(bits, _mm_set1_epi32(static_cast<int>(0xBFEFFFFF))));
-      return _mm_castsi128_pd(_mm_or_si128(large, low));
-    });
+    const auto words = as<int32_t>(bits(x));
+    return reals<X>(greater(words, 0x7E6FFFFF) | (words & greater(words, static_cast<int32_t>(0xBFEFFFFF))));
   }
   static int rare_lane(const double* a, double* r) { return vdlog1p_cout_rare(a, r); }
 };
