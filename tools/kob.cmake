@@ -19,3 +19,13 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 8)
   add_executable(mt2203_verify EXCLUDE_FROM_ALL kob/mt2203_verify.cpp)
   target_link_libraries(mt2203_verify PRIVATE ntl gmp)
 endif()
+
+# The laws of the distributions, by GSL's distribution functions where they are there.
+orx_find_library(ORX_GSL gsl)
+if(ORX_GSL)
+  orx_find_library(ORX_GSLCBLAS gslcblas)
+  add_executable(distributions EXCLUDE_FROM_ALL kob/distributions.cpp ${PROJECT_SOURCE_DIR}/tests/distributions/laws.cpp)
+  target_include_directories(distributions PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_options(distributions PRIVATE -msse2)
+  target_link_libraries(distributions PRIVATE orx_g9 orx_serv ${ORX_GSL} ${ORX_GSLCBLAS})
+endif()

@@ -465,6 +465,65 @@ int _kobiRngBernoulli(int method, KobStream* stream, int n, int32_t r[], double 
  * floor(ln u / ln(1 - p)) in single precision; what is beyond 2^31 - 1 becomes that. 0 < p < 1. */
 int _kobiRngGeometric(int method, KobStream* stream, int n, int32_t r[], double p);
 
+/* ---- continuous distributions ----
+ *
+ * Each has a double and a single form, _kobdRng... and _kobsRng..., which differ in nothing but the precision of
+ * numbers, parameters and arithmetic. a displaces and beta > 0 scales: the density is that of a + beta x. Where x has
+ * a lower end, no number falls below it. A uniform of exactly 0 counts as the smallest positive number, so that
+ * nothing is infinite. Logarithms and the like are of the fast class: values are right to 26 bits in double and 11
+ * in single precision. docs/generators.md has the table of laws, methods, costs and papers.
+ *
+ * Unless it is said otherwise, method has no meaning, a number takes one uniform of the stream, and the numbers do
+ * not depend on the cuts into calls. */
+
+/* Exponential: density e^-x for x >= 0. */
+int _kobdRngExponential(int method, KobStream* stream, int n, double r[], double a, double beta);
+int _kobsRngExponential(int method, KobStream* stream, int n, float r[], float a, float beta);
+
+/* Laplace: density e^-|x| / 2. Two uniforms a number. */
+int _kobdRngLaplace(int method, KobStream* stream, int n, double r[], double a, double beta);
+int _kobsRngLaplace(int method, KobStream* stream, int n, float r[], float a, float beta);
+
+/* Rayleigh: density 2 x e^(-x^2) for x >= 0; the deviation of the normal numbers behind it is beta / sqrt(2). */
+int _kobdRngRayleigh(int method, KobStream* stream, int n, double r[], double a, double beta);
+int _kobsRngRayleigh(int method, KobStream* stream, int n, float r[], float a, float beta);
+
+/* Weibull: density alpha x^(alpha - 1) e^(-x^alpha) for x >= 0, alpha > 0. */
+int _kobdRngWeibull(int method, KobStream* stream, int n, double r[], double alpha, double a, double beta);
+int _kobsRngWeibull(int method, KobStream* stream, int n, float r[], float alpha, float a, float beta);
+
+/* Gumbel, of smallest values: density e^(x - e^x). */
+int _kobdRngGumbel(int method, KobStream* stream, int n, double r[], double a, double beta);
+int _kobsRngGumbel(int method, KobStream* stream, int n, float r[], float a, float beta);
+
+/* Beta with shapes p and q: density x^(p - 1) (1 - x)^(q - 1) / B(p, q) on [0, 1]; no number is beyond a + beta. Both
+ * below 1: Johnk (1964) or Atkinson and Whittaker (1976), whichever is faster; one below: Atkinson and Whittaker
+ * (1979); both above: Cheng (1978), all with two uniforms a try; one or both equal to 1: inversion, one uniform, and bit
+ * 30 of method acts on the uniform of p = q = 1. KOB_ERROR_BAD_ARG where a shape is not positive and finite. */
+int _kobdRngBeta(int method, KobStream* stream, int n, double r[], double p, double q, double a, double beta);
+int _kobsRngBeta(int method, KobStream* stream, int n, float r[], float p, float q, float a, float beta);
+
+/* ---- discrete distributions ----
+ *
+ * What is made ready for a set of parameters is kept in the stream, and used as long as they stay; numbers do not depend
+ * on that. Numbers by inversion take one uniform each and do not depend on the cuts into calls, those by rejection take
+ * two uniforms of single precision a try. A law that has one value only takes no uniform. Numbers beyond 2^31 - 1
+ * become that. KOB_ERROR_MEM_FAILURE. */
+
+/* Successes in so many trials, each with probability p: C(trials, k) p^k (1 - p)^(trials - k). min(p, 1 - p) trials of
+ * 30 or more: algorithm BTPE (Kachitvichyanukul and Schmeiser 1988); below: inversion. */
+int _kobiRngBinomial(int method, KobStream* stream, int n, int32_t r[], int32_t trials, double p);
+
+/* Poisson with that mean: e^-mean mean^k / k!. Method 0: exact, by inversion below a mean of 27, by algorithm PTPE
+ * (Schmeiser and Kachitvichyanukul 1981) from there on. A mean below 0 counts as 0. Other methods: KOB_ERROR_METHOD. */
+int _kobiRngPoisson(int method, KobStream* stream, int n, int32_t r[], double mean);
+
+/* Marked items in a sample without replacement from a lot with so many marked ones: C(marked, k) C(lot - marked,
+ * sample - k) / C(lot, sample). Mode 40 or more above the least number, after folding: algorithm H2PE
+ * (Kachitvichyanukul and Schmeiser 1985); else inversion. */
+int _kobiRngHypergeometric(int method, KobStream* stream, int n, int32_t r[], int32_t lot, int32_t sample,
+                           int32_t marked);
+
 #ifdef __cplusplus
 }
 #endif

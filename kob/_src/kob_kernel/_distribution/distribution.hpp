@@ -30,6 +30,18 @@ inline int uniform(KobStream* stream, int n, float* r, float a = 0, float b = 1)
   return _kobsRngUniform(0, stream, n, r, a, b);
 }
 
+// Exponential with mean 1.
+inline int exponential(KobStream* stream, int n, double* r) {
+  return _kobdRngExponential(0, stream, n, r, 0, 1);
+}
+inline int exponential(KobStream* stream, int n, float* r) {
+  return _kobsRngExponential(0, stream, n, r, 0, 1);
+}
+
+// The processor's square root, correctly rounded and as fast as a kernel could be.
+inline double root(double x) { return __builtin_sqrt(x); }
+inline float root(float x) { return __builtin_sqrtf(x); }
+
 // Calls block(first, count) for stretches of at most `most` out of n until one returns a negative status.
 template <class Block>
 int in_blocks(int n, const Block& block, int most = kBlock) {

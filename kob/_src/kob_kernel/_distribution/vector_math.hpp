@@ -54,16 +54,18 @@ inline int substitute(TefErrorContext* error, double value) {
   return 0;
 }
 
+// Call-backs of generators that take logarithms of uniforms, which can be exactly 0.
+template <class Real>
+int on_any_error(TefErrorContext* error) {
+  return substitute(error, kLnOfZero<Real>);
+}
+template <class Real>
+int on_pole(TefErrorContext* error) {
+  return error->status == StatusSingularity ? substitute(error, kLnOfZero<Real>) : 0;
+}
+
 }  // namespace orx::rng
 
-// The call-backs of a generator that takes logarithms of uniforms, which can be exactly 0; `acts` is a condition
-// on the status. ln_call_back<Real>() chooses.
-#define ORX_LN_CALL_BACKS(acts)                                                 \
-  static int _vdLnCallBack(TefErrorContext* error) {                            \
-    const int status = error->status;                                           \
-    return acts ? orx::rng::substitute(error, orx::rng::kLnOfZero<double>) : 0; \
-  }                                                                             \
-  static int _vsLnCallBack(TefErrorContext* error) {                            \
-    const int status = error->status;                                           \
-    return acts ? orx::rng::substitute(error, orx::rng::kLnOfZero<float>) : 0;  \
-  }
+#define ORX_LN_CALL_BACKS(on_error)                                                              \
+  static int _vdLnCallBack(TefErrorContext* error) { return orx::rng::on_error<double>(error); } \
+  static int _vsLnCallBack(TefErrorContext* error) { return orx::rng::on_error<float>(error); }

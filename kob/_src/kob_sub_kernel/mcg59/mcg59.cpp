@@ -4,8 +4,6 @@
 #include "_service/generator.hpp"
 #include "_service/reals.hpp"
 
-#include <cstddef>
-
 namespace {
 
 using namespace orx::brng;

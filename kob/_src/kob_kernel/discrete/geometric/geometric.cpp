@@ -10,7 +10,7 @@
 using namespace orx::rng;
 
 // A uniform can be exactly 0.
-static int _vsLnCallBack(TefErrorContext* error) { return substitute(error, kLnOfZero<float>); }
+static int _vsLnCallBack(TefErrorContext* error) { return on_any_error<float>(error); }
 
 namespace {
 

@@ -1,0 +1,64 @@
+// Rejection by blocks: a block of tries is worked on as a whole, and what is accepted moves up.
+#pragma once
+
+#include "distribution.hpp"
+
+namespace orx::rng {
+
+// Fills r with n accepted numbers. try_block(count, x, margin) makes `count` tries: x[i] is accepted when margin[i]
+// is not negative. What was accepted stays in the order of its tries, since the order may hang on the numbers
+// themselves otherwise. There are never more tries in a block than numbers wanted, so that none is lost.
+template <class Number, class TryBlock>
+int by_rejection(int n, Number* r, int most, const TryBlock& try_block) {
+  Number x[kBlock];
+  double margin[kBlock];
+  for (int done = 0; done < n;) {
+    const int count = std::min(n - done, most);
+    const int status = try_block(count, x, margin);
+    if (status < 0) return status;
+    for (int i = 0; i < count; ++i) {
+      r[done] = x[i];
+      done += margin[i] >= 0;
+    }
+  }
+  return KOB_STATUS_OK;
+}
+
+// Splits `count` pairs of uniforms.
+template <class Real>
+int uniform_pairs(KobStream* stream, int count, Real* first, Real* second) {
+  Real u[2 * kBlock];
+  const int status = uniform(stream, 2 * count, u);
+  if (status < 0) return status;
+  for (int i = 0; i < count; ++i) {
+    first[i] = u[2 * i];
+    second[i] = u[2 * i + 1];
+  }
+  return status;
+}
+
+// With a shape that is no positive number rejection might go on for ever.
+inline bool is_shape(double x) { return x > 0 && x < __builtin_inf(); }
+
+// The indices of elements that test(i) holds of; their number.
+template <class Test>
+int where(int count, int* index, const Test& test) {
+  int found = 0;
+  for (int i = 0; i < count; ++i) {
+    index[found] = i;
+    found += test(i);
+  }
+  return found;
+}
+
+// e^(2 x) for half of an exponent, 0 where it is too small for any double: without the rare path that e^x itself
+// takes near the end of its range. Overwrites x.
+template <class Real>
+void exp_of_halves(const VectorMath& math, int count, Real* x) {
+  constexpr Real lowest = sizeof(Real) == 8 ? -700 : -80, highest = sizeof(Real) == 8 ? 350 : 44;
+  for (int i = 0; i < count; ++i) x[i] = std::min(std::max(x[i], lowest), highest);
+  math.exp(count, x, x);
+  for (int i = 0; i < count; ++i) x[i] *= x[i];
+}
+
+}  // namespace orx::rng

@@ -1,0 +1,11 @@
+// The law of every distribution on a grid of parameters: few numbers and fixed seeds; tools/kob/distributions has
+// the long form.
+#include "kob/stream.hpp"
+#include "laws.hpp"
+
+TEST(Laws, HoldForEveryBranch) {
+  for (const Law& law : all_laws()) {
+    const Verdict verdict = judge(law, Stream(KOB_BRNG_MT19937, {20261, 5}), 20000);
+    EXPECT_GT(verdict.p_value, 1e-4) << law.name << ", " << verdict.test;
+  }
+}
