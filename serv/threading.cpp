@@ -28,6 +28,7 @@ void parallel_for(int count, int threads, void* args, orx_worker fn) {
 #pragma omp parallel num_threads(team(count, threads))
   {
     const int t = omp_get_thread_num(), T = omp_get_num_threads();
+    // NOLINTNEXTLINE(clang-analyzer-deadcode.DeadStores): the schedule reads it
     const int run = std::max(1, count / (kRunsPerWorker * T));
 #pragma omp for schedule(dynamic, run) nowait
     for (int i = 0; i < count; ++i) fn(i, t, T, args);

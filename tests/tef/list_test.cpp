@@ -97,16 +97,6 @@ TEST(List, TablesHoldTheListsKernelsAndOneKernelHasOneCost) {
 #undef ORX_FUNCTION
 }
 
-TEST(List, TellingRows) {
-  EXPECT_EQ(orx_tef_kernel_dExp_ttab[0], orx_tef_kernel_dExp_ttab[2]);
-  EXPECT_NE(orx_tef_kernel_dExp_ttab[0], orx_tef_kernel_dExp_ttab[1]);
-  EXPECT_EQ(orx_tef_kernel_dLog10_ttab[0], orx_tef_kernel_dLog10_ttab[2]);
-  EXPECT_EQ(orx_tef_kernel_sAdd_ttab[0], orx_tef_kernel_sAdd_ttab[2]);
-  const float exp_costs[3] = {4.02f, 4.53f, 2.34f};
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(orx_tef_kernel_sExp_ctab[i], exp_costs[i]);
-  EXPECT_EQ(orx_tef_kernel_dLinearFrac_ctab[1], 6.05f);
-}
-
 TEST(List, EveryFunctionHasADescriptor) {
   for (const Function& f : functions()) EXPECT_TRUE(f.descriptor || !f.shape->elementwise) << f.full_name();
 }

@@ -179,20 +179,4 @@ TEST(SpecialValues, EveryFunctionHasSome) {
   });
 }
 
-// With flushing on, a denormal argument is zero.
-TEST(SpecialValues, DenormalArgumentsUnderFlush) {
-  const test::TefState state;
-  _tefSetMode(TEF_FLUSH_ON | TEF_ERRMODE_IGNORE);
-  const double denormal = 4.9406564584124654e-324, a[2] = {denormal, -denormal};
-  double r[2];
-  _tefdLn(2, a, r);
-  EXPECT_EQ(r[0], -HUGE_VAL);
-  EXPECT_EQ(r[1], -HUGE_VAL);
-  EXPECT_EQ(_tefGetErrStatus(), StatusSingularity);
-  const double b[1] = {-720};
-  _tefdExp(1, b, r);
-  EXPECT_EQ(r[0], 0.0);
-  _tefSetMode(TEF_FLUSH_OFF);
-}
-
 }  // namespace

@@ -200,8 +200,8 @@ template <class Sink>
 void emit_in_rows(uint32_t* x, const Rows& rows, int width, uint32_t q, int points, const Sink& sink,
                   int at) {
   // Numbers: a cache line of the output that two columns share is still near when the second one comes.
-  constexpr int kTile = 8192;
-  const int most = std::max(8, kTile / width & ~7);
+  constexpr int tile = 8192;
+  const int most = std::max(8, tile / width & ~7);
   for (int count; points > 0; points -= count, q += uint32_t(count), at += count * width) {
     count = std::min(points, most);
     Octets<Sink> last(x, rows, width - 8);

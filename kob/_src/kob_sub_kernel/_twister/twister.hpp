@@ -44,11 +44,11 @@ class Twister {
     const auto four = [&](int i) { return load<Words4>(mt + i); };
     const auto last3_first1 = [&] { return __builtin_shufflevector(four(N - 4), four(0), 1, 2, 3, 4); };
 
-    constexpr int kAstride = (N - M) & ~3, kLast = (N - 1) & ~3;
-    static_assert(N - M - kAstride == 3 && N % 4 <= 1);
-    for (; k < std::min(end, kAstride); k += 4) step(four(k + 1), four(k + M));
-    if (k == kAstride && k < end) step(four(k + 1), last3_first1()), k += 4;
-    for (; k < std::min(end, kLast); k += 4) step(four(k + 1), four(k + M - N));
+    constexpr int astride = (N - M) & ~3, last = (N - 1) & ~3;
+    static_assert(N - M - astride == 3 && N % 4 <= 1);
+    for (; k < std::min(end, astride); k += 4) step(four(k + 1), four(k + M));
+    if (k == astride && k < end) step(four(k + 1), last3_first1()), k += 4;
+    for (; k < std::min(end, last); k += 4) step(four(k + 1), four(k + M - N));
     if (k >= end) return;
     if constexpr (N % 4 == 0)
       step(last3_first1(), four(k + M - N));

@@ -50,7 +50,7 @@ template <class Generator>
 // the end, and tempered(w) makes outputs of them.
 template <class Source, class Sink>
 void draw(const Source source, int n, const Sink sink, int at = 0) {
-  constexpr int kWords = Source::kWords;
+  constexpr int all = Source::kWords;
   const auto hand_out = [&](int count) {
     const uint32_t* w = source.words() + source.index();
     const SinkAt<Sink> to{sink, at};
@@ -61,14 +61,14 @@ void draw(const Source source, int n, const Sink sink, int at = 0) {
     at += count;
     n -= count;
   };
-  const int left = kWords - int(source.index());
+  const int left = all - int(source.index());
   if (n > left) {
     hand_out(left);
-    for (; n >= kWords; n -= kWords, at += kWords) source.renew(0, kWords, SinkAt<Sink>{sink, at});
+    for (; n >= all; n -= all, at += all) source.renew(0, all, SinkAt<Sink>{sink, at});
     if (n == 0) return;
     const int direct = n & ~3;
     source.renew(0, direct, SinkAt<Sink>{sink, at});
-    source.renew(direct, kWords, NoSink{});
+    source.renew(direct, all, NoSink{});
     source.index() = uint32_t(direct);
     at += direct;
     n -= direct;

@@ -4,6 +4,8 @@
 #include "_service/generator.hpp"
 #include "_service/reals.hpp"
 
+#include <cstddef>
+
 namespace {
 
 using namespace orx::brng;

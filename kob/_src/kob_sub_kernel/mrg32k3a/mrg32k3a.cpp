@@ -142,10 +142,10 @@ struct MRG32K3A : NoLeapfrog {
   }
 
   static int skip(KobStream* stream, int, const uint32_t* params) {
-    constexpr uint32_t kRowX[3] = {0, kX.near, kX.m - kX.far}, kRowY[3] = {kY.near, 0, kY.m - kY.far};
+    constexpr uint32_t row_x[3] = {0, kX.near, kX.m - kX.far}, row_y[3] = {kY.near, 0, kY.m - kY.far};
     uint32_t* s = state<MRG32K3A>(stream).S;
-    jump(s, kRowX, kX.m, params);
-    jump(s + 3, kRowY, kY.m, params);
+    jump(s, row_x, kX.m, params);
+    jump(s + 3, row_y, kY.m, params);
     return KOB_STATUS_OK;
   }
 

@@ -76,7 +76,7 @@ void certify_period(uint32_t* w) {
 }
 
 void _InitStateVector(State& s, const uint32_t* key, int n) {
-  constexpr int kLag = 11, kMid = (kSize - kLag) / 2;
+  constexpr int lag = 11, mid = (kSize - lag) / 2;
   std::fill(s.W, s.W + kSize, 0x8B8B8B8B);
   int i = 0;
   const auto at = [&](int ahead) -> uint32_t& {
@@ -87,11 +87,11 @@ void _InitStateVector(State& s, const uint32_t* key, int n) {
   };
 
   const auto add = [&](uint32_t more) {
-    uint32_t r = s.W[i] ^ at(kMid) ^ at(kSize - 1);
+    uint32_t r = s.W[i] ^ at(mid) ^ at(kSize - 1);
     r = (r ^ (r >> 27)) * 1664525;
-    at(kMid) += r;
+    at(mid) += r;
     r += more;
-    at(kMid + kLag) += r;
+    at(mid + lag) += r;
     s.W[i] = r;
     next();
   };
@@ -100,11 +100,11 @@ void _InitStateVector(State& s, const uint32_t* key, int n) {
   for (int64_t j = 1; j < count; ++j) add((j <= n ? key[j - 1] : 0) + i);
 
   for (int j = 0; j < kSize; ++j, next()) {
-    uint32_t r = s.W[i] + at(kMid) + at(kSize - 1);
+    uint32_t r = s.W[i] + at(mid) + at(kSize - 1);
     r = (r ^ (r >> 27)) * 1566083941;
-    at(kMid) ^= r;
+    at(mid) ^= r;
     r -= i;
-    at(kMid + kLag) ^= r;
+    at(mid + lag) ^= r;
     s.W[i] = r;
   }
   certify_period(s.W);
@@ -174,9 +174,9 @@ struct SFMT19937 : NoLeapfrog, NoSkip {
 
   // n 128-bit words, in parts that an int can count in 32-bit words. The waiting words are not looked at.
   static int words(KobStream* stream, int n, uint32_t* r) {
-    constexpr int kMost = 1 << 26;
-    for (; n > kMost; n -= kMost, r += 4 * kMost)
-      draw(Engine(state<SFMT19937>(stream)), 4 * kMost, Word32Sink<uint32_t>(r));
+    constexpr int most = 1 << 26;
+    for (; n > most; n -= most, r += 4 * most)
+      draw(Engine(state<SFMT19937>(stream)), 4 * most, Word32Sink<uint32_t>(r));
     if (n > 0) draw(Engine(state<SFMT19937>(stream)), 4 * n, Word32Sink<uint32_t>(r));
     return KOB_STATUS_OK;
   }

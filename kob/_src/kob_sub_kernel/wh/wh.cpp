@@ -9,6 +9,8 @@
 #include "_service/generator.hpp"
 #include "_service/reals.hpp"
 
+#include <cstddef>
+
 namespace {
 
 using namespace orx::brng;
@@ -133,7 +135,7 @@ struct WH {
 
   template <class Sink>
   static void generate(State& s, uint32_t row, int n, Sink sink) {
-    constexpr int kLanes = 8;
+    constexpr int at_once = 8;
     const double* inverse = _kobdWH_IM_Tab[row];
     double x[4], a[4], m[4];
     for (int c = 0; c < 4; ++c) {
@@ -142,7 +144,7 @@ struct WH {
       m[c] = _kob_WH_M[row][c];
     }
     int i = 0;
-    if (n >= kLanes) {
+    if (n >= at_once) {
       __m256d lanes[2][4];
       double jump[4];
       for (int c = 0; c < 4; ++c) {
@@ -154,7 +156,7 @@ struct WH {
         lanes[1][c] = multiply(first, a4, m[c], inverse[c]);
         jump[c] = square(a4);
       }
-      for (; i <= n - kLanes; i += kLanes)
+      for (; i <= n - at_once; i += at_once)
         for (int j = 0; j < 2; ++j) {
           sink(i + 4 * j, lanes[j]);
           for (int c = 0; c < 4; ++c) lanes[j][c] = multiply(lanes[j][c], jump[c], m[c], inverse[c]);

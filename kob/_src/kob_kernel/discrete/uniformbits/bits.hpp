@@ -22,12 +22,12 @@ int unsupported(int, KobStream*, int, uint32_t*) {
 
 // Calls _kobiRngUniformBits for total words of 32 bits, which may be more than an int counts.
 inline int raw_bits(int method, KobStream* stream, int64_t total, uint32_t* r) {
-  constexpr int kMost = 1 << 30;
+  constexpr int most = 1 << 30;
   int64_t done = 0;
   int status;
   do {
-    status = _kobiRngUniformBits(method, stream, int(std::min<int64_t>(total - done, kMost)), r + done);
-    done += kMost;
+    status = _kobiRngUniformBits(method, stream, int(std::min<int64_t>(total - done, most)), r + done);
+    done += most;
   } while (status >= 0 && done < total);
   return status;
 }
@@ -41,14 +41,14 @@ int words32(int method, KobStream* stream, int n, uint32_t* r) {
 // MCG59: the upper 32 of a word's 59 bits.
 template <int W>
 int words59(int method, KobStream* stream, int n, uint32_t* r) {
-  constexpr int kBlock = 2048, kLowBits = 59 - 32;
-  alignas(32) uint64_t buffer[kBlock];
+  constexpr int block = 2048, low_bits = 59 - 32;
+  alignas(32) uint64_t buffer[block];
   const int64_t total = int64_t(n) * W;
-  for (int64_t done = 0; done < total; done += kBlock) {
-    const int count = int(std::min<int64_t>(total - done, kBlock));
+  for (int64_t done = 0; done < total; done += block) {
+    const int count = int(std::min<int64_t>(total - done, block));
     const int status = _kobiRngUniformBits(method, stream, count, reinterpret_cast<uint32_t*>(buffer));
     if (status < 0) return status;
-    for (int i = 0; i < count; ++i) r[done + i] = uint32_t(buffer[i] >> kLowBits);
+    for (int i = 0; i < count; ++i) r[done + i] = uint32_t(buffer[i] >> low_bits);
   }
   return KOB_STATUS_OK;
 }
@@ -56,15 +56,15 @@ int words59(int method, KobStream* stream, int n, uint32_t* r) {
 // SFMT19937: 128-bit words are cut up; what a call leaves of its last one waits in a chunk for the next call.
 template <int W>
 int words128(int method, KobStream* stream, int n, uint32_t* r) {
-  constexpr int kPer = 4 / W;  // output words in a generator word
+  constexpr int per_word = 4 / W;  // output words in a generator word
   struct LeftOver {
     uint32_t word[4 - W];
     uint32_t count;  // of output words
   };
-  constexpr orx::brng::ChunkKind kKind = W == 1 ? orx::brng::kChunkSfmtWords32 : orx::brng::kChunkSfmtWords64;
+  constexpr orx::brng::ChunkKind kind = W == 1 ? orx::brng::kChunkSfmtWords32 : orx::brng::kChunkSfmtWords64;
   if (n <= 0) return KOB_STATUS_OK;
   void* data;
-  int status = orx::brng::find_or_add_chunk(stream, kKind, sizeof(LeftOver), &data);
+  int status = orx::brng::find_or_add_chunk(stream, kind, sizeof(LeftOver), &data);
   if (status != KOB_STATUS_OK) return status;
   LeftOver& left = *static_cast<LeftOver*>(data);
 
@@ -75,15 +75,15 @@ int words128(int method, KobStream* stream, int n, uint32_t* r) {
   r += ptrdiff_t(waiting) * W;
   n -= waiting;
 
-  const int whole = n / kPer, rest = n % kPer;
+  const int whole = n / per_word, rest = n % per_word;
   status = _kobiRngUniformBits(method, stream, whole, r);
   if (status < 0 || rest == 0) return status;
   alignas(16) uint32_t last[4];
   status = _kobiRngUniformBits(method, stream, 1, last);
   if (status < 0) return status;
   std::copy_n(last, rest * W, r + ptrdiff_t(whole) * 4);
-  std::copy_n(last + rest * W, (kPer - rest) * W, left.word);
-  left.count = uint32_t(kPer - rest);
+  std::copy_n(last + rest * W, (per_word - rest) * W, left.word);
+  left.count = uint32_t(per_word - rest);
   return KOB_STATUS_OK;
 }
 

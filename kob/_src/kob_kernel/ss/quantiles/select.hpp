@@ -12,7 +12,7 @@ class Sample {
  public:
   // Of elements l to r, for place k among them.
   void draw(const T* x, intptr_t l, intptr_t r, intptr_t k) {
-    const uint64_t range = uint64_t(r - l + 1);
+    const uint64_t range = uint64_t(r) - uint64_t(l) + 1;
     for (int i = 0; i < kSize; ++i) sample_[i] = x[l + intptr_t((range * next()) >> 32)];
     sorting::sort(sample_, kSize, sorting::Contiguous());
     const int place = int((k - l) * kSize / (r - l + 1));
