@@ -43,7 +43,34 @@
  * "Table-driven implementation of the exponential function in IEEE floating-point arithmetic", ACM TOMS 15,
  * 1989). Ln, Log10, Log1p: reduction by a short rounded reciprocal that serves as table index and exact
  * multiplier at once (after W.-F. Wong and E. Goto, "Fast hardware-based algorithms for elementary function
- * computations using rectangular multipliers", IEEE Trans. Computers 43, 1994). */
+ * computations using rectangular multipliers", IEEE Trans. Computers 43, 1994).
+ *
+ * The functions follow: name, types, arguments, what they compute on which domain, and the errors that they report. Bounds and
+ * special values stand in docs/vector-math.md. */
+/* begin functions: written by script/reference */
+/*
+ *   Abs         s, d   (n, a, r)  |x|
+ *   Add         s, d   (n, a, b, r)  a + b
+ *   Exp         s, d   (n, a, r)  e^x
+ *                       overflow (3): result above the largest number
+ *                       underflow (4): result denormal or 0
+ *   Expm1       s, d   (n, a, r)  e^x - 1
+ *                       overflow (3): result above the largest number
+ *   LinearFrac  s, d   (n, a, b, scalea, shifta, scaleb, shiftb, r)  (a scalea + shifta) / (b scaleb + shiftb)
+ *   Ln          s, d   (n, a, r)  ln x, x >= 0
+ *                       domain error (1): x < 0
+ *                       singularity (2): x = 0
+ *   Log10       s, d   (n, a, r)  log10 x, x >= 0
+ *                       domain error (1): x < 0
+ *                       singularity (2): x = 0
+ *   Log1p       s, d   (n, a, r)  ln(1 + x), x >= -1
+ *                       domain error (1): x < -1
+ *                       singularity (2): x = -1
+ *   Mul         s, d   (n, a, b, r)  a b
+ *   Sqr         s, d   (n, a, r)  a^2
+ *   Sub         s, d   (n, a, b, r)  a - b
+ */
+/* end functions */
 #ifndef ORX_TEF_H
 #define ORX_TEF_H
 

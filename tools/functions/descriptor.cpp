@@ -1,6 +1,7 @@
 #include "descriptor.hpp"
 
 #include <deque>
+#include <sstream>
 
 namespace orx::descriptor {
 namespace {
@@ -11,6 +12,17 @@ std::deque<Descriptor>& all() {
 }
 
 }  // namespace
+
+std::string Number::name() const {
+  static constexpr const char* kinds[] = {"", "least", "smallest", "largest", "signalling NaN", "finite"};
+  const std::string sign = std::signbit(value_) ? "-" : "";
+  if (kind_ != kValue) return sign + kinds[kind_];
+  if (std::isinf(value_)) return sign + "∞";
+  if (std::isnan(value_)) return "NaN";
+  std::ostringstream s;
+  s << value_;
+  return s.str();
+}
 
 Stratum everywhere() { return {Stratum::Kind::Everywhere, {}, 0, 0}; }
 Stratum around(std::vector<double> points) { return {Stratum::Kind::Around, std::move(points), 0, 0}; }

@@ -29,6 +29,7 @@ class Number {
   }
 
   bool any_finite() const { return kind_ == kFinite; }
+  std::string name() const;  // as documents write it
 
   template <class T>
   T as() const {

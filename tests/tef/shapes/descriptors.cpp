@@ -92,3 +92,8 @@ static const Entry kLinearFrac{{
     .keep_control_word = kMXCSR,
     .s = {.bounds = {5, 5, 5}, .timed = {-10, 10}},
 }};
+static const Type kPacked = {.timed = {-1, 1}};
+static const Entry kPackI{{.name = "PackI", .d = kPacked}};
+static const Entry kPackM{{.name = "PackM", .s = kPacked}};
+static const Entry kUnpackI{{.name = "UnpackI", .z = kPacked}};
+static const Entry kUnpackV{{.name = "UnpackV", .c = kPacked}};

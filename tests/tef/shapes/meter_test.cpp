@@ -23,7 +23,7 @@ TEST(Meter, FindsNoFaultThatIsNotThere) {
     if (!f.shape->elementwise || f.full_name() == "sExp" || !Judge(f).known()) continue;
     const std::vector<Record> found = measure(f.full_name());
     for (size_t k = 0; k < found.size(); ++k) {
-      EXPECT_GT(found[k].count, 1000u) << f.kernels[k].name;
+      EXPECT_GE(found[k].count, 1000u) << f.kernels[k].name;
       EXPECT_EQ(found[k].wrong, 0u) << f.kernels[k].name << " at " << found[k].wrong_at.in[0] << ", "
                                     << found[k].wrong_at.in[1] << " gives " << found[k].wrong_at.out[0]
                                     << ", " << found[k].wrong_at.out[1];

@@ -23,7 +23,7 @@ static const Entry kEntry{{
     .strata = {around({0.5, 2, 10, 100, 1e10, 1e22, 2.0 / 3, 4.0 / 3, 1.41421356237309504,
                        0.70710678118654752, 1.005859375, 0.994140625}),
                multiples({1.0 / 512, kLog10Of2}, 0, 1000)},
-    .s = {.bounds = {.la = 3.0, .ha = 0.8, .ep = 8192}, .timed = {1e-37, 1e37}},
+    .s = {.bounds = {.la = 3.0, .ha = 0.8}, .timed = {1e-37, 1e37}},
     .d = {.bounds = {.la = 2.0, .ha = 0.53},
           .timed = {1e-300, 1e300},
           .strata = {hard({0x1.e12d66744ff81p429})}},
