@@ -241,6 +241,30 @@ void evaluation() {
           [] { uniform_1e3().evaluate(random_1e3(), result, 0, threads()); });
 }
 
+// Calls for a few sites each, at random places.
+constexpr size_t kShort[] = {1, 2, 4, 6, 16};
+std::string short_name(size_t sites) { return "values, calls of " + std::to_string(sites) + " 1e4 points"; }
+std::string short_uniform_name(size_t sites) {
+  return "values, calls of " + std::to_string(sites) + " uniform 1000 points";
+}
+
+void short_calls() {
+  const auto run = [](Pair& pair, const std::vector<double>& sites, size_t n) {
+    for (size_t i = 0; i + n <= kPairs; i += n)
+      orx_df_kernel_dDFInterpolate1D(pair.task, ORX_DF_VALUES, 0, int64_t(n), &sites[i], 0, 0, nullptr,
+                                     nullptr, &result[i], 0, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                     nullptr, nullptr, nullptr, nullptr, serial());
+  };
+  for (const size_t n : kShort) {
+    measure(short_name(n), kPairs, [=] { run(points_1e4(), random_1e4(), n); });
+    measure(short_uniform_name(n), kPairs, [=] { run(uniform_1e3(), random_1e3(), n); });
+  }
+  measure(short_name(1) + " gsl", kPairs, [] {
+    Pair& pair = points_1e4();
+    for (size_t i = 0; i < kPairs; ++i) result[i] = gsl_spline_eval(pair.gsl, random_1e4()[i], pair.accel);
+  });
+}
+
 void search() {
   const auto find = [](Pair& pair, const std::vector<double>& sites, int64_t hint) {
     orx_df_kernel_dDFSearch1D(pair.task, 0, kMillion, sites.data(), hint, nullptr, cells.data(), nullptr,
@@ -287,6 +311,7 @@ int main(int argc, char** argv) {
   construction();
   kinds();
   evaluation();
+  short_calls();
   search();
   integration();
   benchmark::Initialize(&argc, argv);
@@ -304,6 +329,10 @@ int main(int argc, char** argv) {
   row("search uniform 1e5 points", "search std::upper_bound 1e5 points");
   row("search sorted 1e5 points", "search std::upper_bound 1e5 points");
   row("search hybrid 1e5 points", "search std::upper_bound 1e5 points");
+  for (const size_t n : kShort) {
+    row(short_name(n), short_name(1) + " gsl");
+    row(short_uniform_name(n));
+  }
   for (const Kind* kind : kKinds) {
     row(build_name(*kind));
     row(values_name(*kind));

@@ -10,6 +10,10 @@
  * for. Integers are 64 bits wide on all platforms. Functions return ORX_DF_OK or a negative status and do not
  * print.
  *
+ * What a call needs and was not given has a status: null values or coefficients of any function FUNCS or COEFFS, a
+ * spline of another order METHOD, and nothing is written then. A null table of threads runs everything on the
+ * calling thread.
+ *
  * A built task is only read by search, interpolation and integration, so threads may share it. */
 #ifndef ORX_DF_H
 #define ORX_DF_H
@@ -27,15 +31,15 @@ typedef struct DFTask DFTask;
 /* Status codes. */
 enum {
   ORX_DF_OK = 0,
-  ORX_DF_ERROR_TASK = -1000,              /* null task */
-  ORX_DF_ERROR_MEMORY = -1001,            /* memory could not be allocated */
-  ORX_DF_ERROR_METHOD = -1002,            /* the method or order is not supported */
-  ORX_DF_ERROR_GRID_SIZE = -1004,         /* too few breakpoints */
-  ORX_DF_ERROR_GRID = -1005,              /* null breakpoints */
-  ORX_DF_ERROR_GRID_HINT = -1006,         /* unknown partition hint */
-  ORX_DF_ERROR_FUNC_COUNT = -1007,        /* bad count of functions, or none where some are needed */
-  ORX_DF_ERROR_FUNCS = -1008,             /* null function values */
-  ORX_DF_ERROR_FUNC_HINT = -1009,         /* unknown storage hint of function values */
+  ORX_DF_ERROR_TASK = -1000,       /* null task, or a task of the other precision */
+  ORX_DF_ERROR_MEMORY = -1001,     /* memory could not be allocated, or arrays so long that none holds them */
+  ORX_DF_ERROR_METHOD = -1002,     /* the method, or the task's spline order, is not this builder's */
+  ORX_DF_ERROR_GRID_SIZE = -1004,  /* too few breakpoints, or more than 2^31 - 1 */
+  ORX_DF_ERROR_GRID = -1005,       /* null breakpoints */
+  ORX_DF_ERROR_GRID_HINT = -1006,  /* unknown partition hint */
+  ORX_DF_ERROR_FUNC_COUNT = -1007, /* bad count of functions, or none where some are needed */
+  ORX_DF_ERROR_FUNCS = -1008,      /* null function values */
+  ORX_DF_ERROR_FUNC_HINT = -1009,  /* unknown storage hint of function values */
   ORX_DF_ERROR_SPLINE_ORDER = -1010,      /* bad spline order */
   ORX_DF_ERROR_SPLINE_KIND = -1011,       /* bad spline kind, or nothing evaluates this order and kind */
   ORX_DF_ERROR_INT_COND_KIND = -1012,     /* bad kind of internal conditions */
@@ -54,7 +58,8 @@ enum {
   ORX_DF_ERROR_INTERPOLATION = -1028,     /* bad argument of interpolation */
   ORX_DF_ERROR_RESULT_HINT = -1034,       /* unknown result hint of integration */
   ORX_DF_ERROR_CHECK_FLAG = -1036,        /* check flag neither 0 nor 1 */
-  ORX_DF_ERROR_SINGULAR = -1500           /* the system of a cubic spline has a pivot of 0 */
+  ORX_DF_ERROR_SINGULAR = -1500,          /* the system of a cubic spline has a pivot of 0 */
+  ORX_DF_ERROR_BREAKPOINT = -1000000      /* and below: a bad breakpoint, see ORX_DF_CHECK_FLAG */
 };
 
 /* Partition hints. */
@@ -135,15 +140,21 @@ enum {
   ORX_DF_CHECK_FLAG = 23
 };
 
+/* With ORX_DF_CHECK_FLAG set to 1, builders, searches, interpolation and integration check first that breakpoints
+ * are finite and each is above the one before it, in time proportional to their count. The status of a task that
+ * fails is ORX_DF_ERROR_BREAKPOINT less the index of the first bad one (on a uniform partition 0 or 1, which of the
+ * two ends), and this gives the index back. The flag is 0 in a new task: no check. */
+#define ORX_DF_BAD_BREAKPOINT(status) (ORX_DF_ERROR_BREAKPOINT - (status))
+
 /* ---- Task and editors ---- */
 
-/* Makes a task. gridSize: at least 2. grid: gridSize ascending breakpoints, or, with
+/* Makes a task. gridSize: 2 to 2^31 - 1. grid: gridSize ascending breakpoints, or, with
  * ORX_DF_UNIFORM_PARTITION, the first and the last one. funcs: the values of funcCount functions, stored as
  * funcHint says; null if and only if funcCount is 0. ilp64Flag: 0 if the arrays of cell indices and
  * derivative orders that later calls take hold 32-bit integers, else 64-bit.
  *
  * Where memory runs out half way the unfinished task stays in *task, to be deleted.
- * Errors, in the order of the checks: GRID_SIZE, GRID, GRID_HINT, FUNCS or FUNC_COUNT, FUNC_HINT, MEMORY. */
+ * Errors, in the order of the checks: TASK (`task` is null), GRID_SIZE, GRID, GRID_HINT, FUNCS or FUNC_COUNT, FUNC_HINT, MEMORY. */
 int32_t orx_df_kernel_dNewTask1D(DFTask** task, int64_t gridSize, const double* grid, int64_t gridHint,
                                  int64_t funcCount, const double* funcs, int64_t funcHint, int32_t ilp64Flag);
 int32_t orx_df_kernel_sNewTask1D(DFTask** task, int64_t gridSize, const float* grid, int64_t gridHint,
@@ -172,12 +183,13 @@ int32_t orx_df_kernel_dEditPtr(DFTask* task, int64_t parameter, const double* po
 int32_t orx_df_kernel_sEditPtr(DFTask* task, int64_t parameter, const float* pointer);
 
 /* Replaces the values (ORX_DF_FUNCS) or the coefficients (ORX_DF_COEFFS) of function `index`. Values stored
- * in columns have one pointer, so that only index 0 is safe then. Errors: TASK, PARAMETER, INDEX, FUNCS or
- * COEFFS. */
+ * in columns have one pointer, that of index 0. Errors: TASK, PARAMETER, INDEX, FUNCS or COEFFS (null), MEMORY (the
+ * count of functions has been raised, and there is no room for more pointers). */
 int32_t orx_df_kernel_dEditIdxPtr(DFTask* task, int64_t parameter, int64_t index, const double* pointer);
 int32_t orx_df_kernel_sEditIdxPtr(DFTask* task, int64_t parameter, int64_t index, const float* pointer);
 
-/* Replaces a value; for both precisions. Arrays made from the old value stay as they are. Setting
+/* Replaces a value; for both precisions. Arrays made from the old value stay as they are: functions beyond them
+ * have no pointers yet, and a table of the cell search for another count of breakpoints is not used. Setting
  * ORX_DF_GRID_HINT to ORX_DF_NON_UNIFORM_PARTITION also builds the table of the cell search anew.
  * ORX_DF_SPLINE_KIND takes 0 to 5 here. Errors: TASK, PARAMETER, or the parameter's own. */
 int32_t orx_df_kernel_iEditVal(DFTask* task, int64_t parameter, int64_t value);
@@ -211,9 +223,12 @@ int32_t orx_df_kernel_sDFQuadraticSpline1D(DFTask* task, int64_t order, int64_t 
                                            const ThreadingServices* threading);
 
 /* The cubic spline with two continuous derivatives (C. de Boor, A Practical Guide to Splines, ch. IV), at
- * least 3 breakpoints. Boundary kinds: NOT_A_KNOT, FREE_END, the two-sided ones, PERIODIC. On a uniform
- * partition the row of NOT_A_KNOT is 2 d[0] + d[1] = (y[2] - y[0]) / 2h, which is not the textbook condition;
- * use another hint for that. Errors: METHOD, GRID_SIZE, FUNC_HINT, BND_COND_KIND, BND_CONDS, MEMORY,
+ * least 3 breakpoints. Boundary kinds: NOT_A_KNOT (3 breakpoints: the parabola), FREE_END, the two-sided ones,
+ * PERIODIC.
+ *
+ * ON A UNIFORM PARTITION, NOT_A_KNOT IS NOT THE TEXTBOOK'S: its row is 2 d[0] + d[1] = (y[2] - y[0]) / 2h, which does
+ * not even reproduce a straight line. Give the breakpoints one by one with another hint, where NOT_A_KNOT is what the
+ * name says, or the derivatives at the ends. Errors: METHOD, GRID_SIZE, FUNC_HINT, BND_COND_KIND, BND_CONDS, MEMORY,
  * NOT_PERIODIC, SINGULAR. */
 int32_t orx_df_kernel_dDFNaturalCubicSpline1D(DFTask* task, int64_t type, int64_t method,
                                               const ThreadingServices* threading);
@@ -245,8 +260,9 @@ int32_t orx_df_kernel_dDFBesselCubicSpline1D(DFTask* task, int64_t type, int64_t
 int32_t orx_df_kernel_sDFBesselCubicSpline1D(DFTask* task, int64_t type, int64_t method,
                                              const ThreadingServices* threading);
 
-/* H. Akima's cubic (J. ACM 17, 1970), at least 5 breakpoints; where the neighbouring slopes agree to 1e-10
- * the derivative is their mean. Boundary kinds and errors as for the Hermite spline, and besides kind 0, no
+/* H. Akima's cubic (J. ACM 17, 1970), at least 5 breakpoints; where the neighbouring slopes agree to 1e-10,
+ * an absolute bound, the derivative is their mean: scale data whose slopes are that small, by a power of two for
+ * the same bits. Boundary kinds and errors as for the Hermite spline, and besides kind 0, no
  * condition: the derivative at the left end is then what stands in c[1] of the first cell, that at the right
  * end the one of the breakpoint before it. */
 int32_t orx_df_kernel_dDFAkimaCubicSpline1D(DFTask* task, int64_t type, int64_t method,
@@ -334,7 +350,8 @@ typedef int32_t (*orx_df_sinterp_cb)(const int64_t* count, const int64_t* cells,
  * ORX_DF_COLUMNS, result[(f n + i) D + d]  for ORX_DF_ROWS or ORX_DF_FIRST_ONLY. A site outside the partition
  * takes the polynomial of the nearest cell unless there is a call-back for it. Derivatives past the degree
  * are 0. Steps have derivative 0 everywhere. A look-up interpolant is defined at its breakpoints only: on a
- * uniform partition within 2^-40 of one, else exactly there.
+ * uniform partition within 2^-40 of one, an absolute distance (scale breakpoints that lie closer together than some
+ * 2^-38), else exactly there.
  *
  * One site with nothing but values of at most one function of order 2, 3 or 4 takes a short path that checks
  * no result hint and returns what its call-back returned. Errors: SPLINE_KIND (also: order 0 of another kind,

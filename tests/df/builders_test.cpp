@@ -215,6 +215,21 @@ TYPED_TEST(Builders, Natural) {
     });
 }
 
+// Three breakpoints without a knot carry one cubic and three values: the parabola, as SciPy 1.14 takes it
+// (scipy.interpolate.CubicSpline(x, y, bc_type="not-a-knot")).
+TYPED_TEST(Builders, NaturalThroughThreePointsIsTheParabola) {
+  using Real = TypeParam;
+  for (const size_t count : {1u, 3u}) {
+    Spline<Real> s({0, 1, 3}, 1, std::vector<std::vector<Real>>(count, {1, 2, -1}));
+    s.describe(4, ORX_DF_NATURAL, ORX_DF_NOT_A_KNOT);
+    ASSERT_EQ(Api<Real>::natural(s.task, 0, 0, nullptr), 0);
+    const double expected[] = {1, 11.0 / 6, -5.0 / 6, 0,
+                               2, 1.0 / 6,  -5.0 / 6, 0};  // c of SciPy, lowest first
+    for (int64_t f = 0; f < s.count; ++f)
+      for (int i = 0; i < 8; ++i) EXPECT_NEAR(s.cell(f, 0)[i], expected[i], 10 * kEps<Real>) << i;
+  }
+}
+
 TYPED_TEST(Builders, DefaultWithTheSecondDerivativesOfANaturalSpline) {
   using Real = TypeParam;
   for (const int64_t kind : kBoundaries)
@@ -406,7 +421,7 @@ TYPED_TEST(Builders, Statuses) {
 }
 
 // Errors that are found with scratch in hand: knots that do not lie one between each two breakpoints; equal
-// breakpoints; values that do not close, found by a worker.
+// breakpoints.
 TYPED_TEST(Builders, ErrorsLeaveNoScratch) {
   using Real = TypeParam;
   using A = Api<Real>;

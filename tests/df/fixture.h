@@ -144,6 +144,14 @@ std::vector<Real> make_grid(int64_t n, double jitter, unsigned seed = 1) {
 }
 
 template <class Real>
+std::vector<Real> even_sites(Real first, Real last, int64_t n) {
+  std::vector<Real> sites(static_cast<size_t>(n));
+  for (int64_t i = 0; i < n; ++i)
+    sites[size_t(i)] = n > 1 ? first + Real(i) * ((last - first) / Real(n - 1)) : first;
+  return sites;
+}
+
+template <class Real>
 std::vector<Real> random_values(int64_t n, double low, double high, unsigned seed) {
   std::mt19937 random(seed);
   std::uniform_real_distribution<double> value(low, high);

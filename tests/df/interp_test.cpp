@@ -1,5 +1,9 @@
 // Interpolation of coefficients that come from nowhere, beside the polynomials evaluated in extended
 // precision; steps, look-up, call-backs, statuses.
+#if defined(__x86_64__)
+#include <sys/mman.h>
+#endif
+
 #include "fixture.h"
 
 namespace {
@@ -15,14 +19,6 @@ int64_t polynomial_of(const std::vector<Real>& x, Real site, bool subbotin, cons
   const int64_t cell = std::upper_bound(x.begin(), x.end(), site) - x.begin();
   const int64_t p = std::clamp<int64_t>(cell - 1, 0, nx - 2);
   return subbotin && site >= knots[size_t(p + 1)] ? p + 1 : p;
-}
-
-template <class Real>
-std::vector<Real> even_sites(Real first, Real last, int64_t n) {
-  std::vector<Real> sites(static_cast<size_t>(n));
-  for (int64_t i = 0; i < n; ++i)
-    sites[size_t(i)] = n > 1 ? first + Real(i) * ((last - first) / Real(n - 1)) : first;
-  return sites;
 }
 
 // One spline with random coefficients, all the ways to evaluate it.
@@ -237,6 +233,88 @@ TYPED_TEST(Interpolation, OneSite) {
         }
       }
 }
+
+// A few sites come by another road than many: the same results, on every partition and in every layout.
+TYPED_TEST(Interpolation, FewSites) {
+  using Real = TypeParam;
+  for (const int64_t nx : {2, 16, 17, 23, 24, 25, 1000, 30000})
+    for (const int64_t grid_hint : {0, 2, 4})
+      for (const int64_t order : {2, 3, 4}) {
+        const auto x = make_grid<Real>(nx, grid_hint == 4 ? 0 : 0.3);
+        Spline<Real> s(x, grid_hint, {std::vector<Real>(size_t(nx))});
+        s.describe(order, 0);
+        s.coeffs = random_values<Real>(int64_t(s.coeffs.size()), -1, 1, 9);
+        Api<Real>::edit_pointer(s.task, ORX_DF_COEFFS, s.coeffs.data());
+        auto sites = random_values<Real>(40, -1, double(nx), 6);
+        for (size_t i = 0; i < 20; ++i) sites[i] = x[i * 7919 % x.size()];
+        sites[20] = x[0], sites[21] = x.back();
+        for (const int64_t layout : {0, 16}) {
+          std::vector<Real> many, few;
+          ASSERT_EQ(s.interpolate(sites, {1, 1, 1, 1}, many, layout), 0);
+          for (const size_t n : {1u, 2u, 5u, 8u, 9u}) {
+            for (size_t first = 0; first + n <= 40; first += n) {
+              const std::vector<Real> some(sites.begin() + int(first), sites.begin() + int(first + n));
+              ASSERT_EQ(s.interpolate(some, {1, 1, 1, 1}, few, layout, 0, nullptr), 0);
+              for (size_t i = 0; i < n; ++i)
+                for (size_t d = 0; d < 4; ++d)
+                  ASSERT_EQ(few[layout ? i * 4 + d : d * n + i],
+                            many[layout ? (first + i) * 4 + d : d * 40 + first + i])
+                      << nx << " points, hint " << grid_hint << ", site " << some[i] << ", derivative " << d;
+            }
+          }
+        }
+      }
+}
+
+// Ranges whose width overflows, or whose reciprocal does.
+TYPED_TEST(Interpolation, OneSiteInAnExtremeRange) {
+  using Real = TypeParam;
+  for (const Real unit : {std::numeric_limits<Real>::max() / 10, std::numeric_limits<Real>::denorm_min()})
+    for (const int64_t grid_hint : {0, 2}) {
+      std::vector<Real> x(20), y(20, Real(3)), one;
+      for (size_t i = 0; i < 20; ++i) x[i] = unit * (Real(i) - 10);
+      Spline<Real> s(x, grid_hint, {y});
+      s.describe(2, 0);
+      for (size_t i = 0; i < s.coeffs.size(); i += 2) s.coeffs[i] = Real(i / 2);
+      for (size_t i = 0; i < 19; ++i) {
+        ASSERT_EQ(s.interpolate({x[i]}, {}, one, 0, 0, nullptr), 0);
+        EXPECT_EQ(one[0], Real(i));
+      }
+    }
+}
+
+#if defined(__x86_64__)
+// Coefficients beyond 2^31 elements: memory that is never touched but at its end.
+TYPED_TEST(Interpolation, MoreCoefficientsThan32BitsCount) {
+  using Real = TypeParam;
+  const struct { int64_t nx, order; } cases[] = {{600000000, 4}, {100000, 30000}};
+  for (const auto& [nx, order] : cases) {
+    const size_t bytes = size_t(nx - 1) * size_t(order) * sizeof(Real);
+    void* const memory =
+        mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (memory == MAP_FAILED) GTEST_SKIP() << "no address space";
+    auto* const coeffs = static_cast<Real*>(memory);
+    Real* const last = coeffs + (nx - 2) * order;
+    last[0] = 3, last[1] = Real(0.5);
+    const Real ends[] = {0, Real(nx - 1)}, y = 0;
+    DFTask* task;
+    ASSERT_EQ(Api<Real>::new_task(&task, nx, ends, 4, 1, &y, ORX_DF_FIRST_ONLY, 0), 0);
+    ASSERT_EQ(Api<Real>::edit_spline(task, order, 0, 0, nullptr, 0, nullptr, coeffs, 0), 0);
+    const std::vector<Real> sites(40, Real(nx)), up(40, Real(nx + 2));  // one cell beyond the end, and more
+    std::vector<Real> result(40);
+    for (const int64_t n : {1, 40}) {
+      ASSERT_EQ(Api<Real>::interpolate(task, 1, 0, n, sites.data(), 0, 0, nullptr, nullptr, result.data(), 0,
+                                       nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                       nullptr, nullptr),
+                0);
+      EXPECT_NEAR(double(result[size_t(n - 1)]), 3 + 0.5 * (double(sites[0]) - double(nx - 2)), 40);
+      EXPECT_GE(result[size_t(n - 1)], Real(3));
+    }
+    EXPECT_EQ(orx_df_kernel_DeleteTask(&task), 0);
+    munmap(memory, bytes);
+  }
+}
+#endif
 
 // A search of the caller's own that fails, or answers rightly.
 template <class Real>

@@ -99,32 +99,50 @@ TYPED_TEST(Searches, AllMethodsCountBreakpoints) {
     }
 }
 
-// On a uniform grid the breakpoints are nowhere in memory: sites stay away from them, but for the ends.
+// On a uniform grid the breakpoints are nowhere in memory: they are what the formula gives, and the ends.
 TYPED_TEST(Searches, UniformGrid) {
   using Real = TypeParam;
-  for (const int64_t nx : {2, 3, 100, 5000})
-    for (const size_t n : {5u, 31u, 64u, 6001u}) {
-      std::vector<Real> ends(size_t(nx), Real(2.9));
-      ends[0] = Real(-1.7);
-      Spline<Real> s(ends, 4, {});
-      const long double step = ((long double)ends.back() - ends[0]) / (long double)(nx - 1);
-      auto sites = random_values<Real>(int64_t(n), -2, 3.2, 8);
-      const Real infinity = std::numeric_limits<Real>::infinity();
-      const Real special[] = {ends[0], ends.back(), std::nextafter(ends[0], -infinity),
-                              std::nextafter(ends.back(), -infinity), infinity};
-      std::copy(special, special + 5, sites.begin());
+  const Real infinity = std::numeric_limits<Real>::infinity();
+  std::vector<int64_t> sizes = {2, 700, 5000};
+  for (int64_t n = 3; n < 400; ++n) sizes.push_back(n);
+  const std::pair<Real, Real> ranges[] = {
+      {0, 1}, {Real(-1.7), Real(2.9)}, {1000, 1001}, {Real(-1e-30), Real(2e-30)}, {0, Real(1e30)}};
+  for (const auto& [first, last] : ranges)
+    for (const int64_t nx : sizes) {
+      std::vector<Real> x = even_sites(first, last, nx);
+      x.back() = last;
+      Spline<Real> s(x, 4, {});
+      auto sites = random_values<Real>(50, double(first) - 1, double(last) + 1, 8);
+      sites.insert(sites.end(), {infinity, -infinity, std::nextafter(last, -infinity)});
+      for (const Real point : x)
+        sites.insert(sites.end(), {point, std::nextafter(point, infinity), std::nextafter(point, -infinity)});
       const auto cells = search(s, sites, 0, (const Real*)nullptr, CountingThreads::with(2));
-      EXPECT_EQ(std::vector<int32_t>(cells.begin(), cells.begin() + 5),
-                (std::vector<int32_t>{1, int32_t(nx), 0, int32_t(nx - 1), int32_t(nx)}));
-      for (size_t i = 5; i < n; ++i) {
-        const long double place = (sites[i] - (long double)ends[0]) / step,
-                          slack = 4 * kEps<Real> * (double)nx;
-        const int32_t low =
-            sites[i] < ends[0] ? 0 : std::min<int32_t>(int32_t(place - slack) + 1, int32_t(nx));
-        const int32_t high =
-            sites[i] < ends[0] ? 0 : std::min<int32_t>(int32_t(place + slack) + 1, int32_t(nx));
-        ASSERT_TRUE(low <= cells[i] && cells[i] <= high) << sites[i] << ' ' << cells[i];
-      }
+      for (size_t i = 0; i < sites.size(); ++i)
+        ASSERT_EQ(cells[i], std::upper_bound(x.begin(), x.end(), sites[i]) - x.begin())
+            << nx << " points, site " << sites[i];
+    }
+}
+
+// Sizes at which not every count is a float, ranges whose width is infinite or has no reciprocal: the ends hold.
+TYPED_TEST(Searches, UniformGridsAtTheLimits) {
+  using Real = TypeParam;
+  const Real infinity = std::numeric_limits<Real>::infinity(), most = std::numeric_limits<Real>::max();
+  const Real least = std::numeric_limits<Real>::denorm_min();
+  for (const auto& [first, last] :
+       std::vector<std::pair<Real, Real>>{{0, 1}, {-most, most}, {0, least}, {-least, 3 * least}})
+    for (const int64_t nx : {3, 17000001, INT32_MAX}) {
+      const Real ends[] = {first, last};
+      DFTask* task;
+      ASSERT_EQ(Api<Real>::new_task(&task, nx, ends, 4, 0, nullptr, 0, 0), 0);
+      std::vector<Real> sites(40, first);
+      sites[3] = -infinity, sites[4] = infinity, sites[5] = last, sites[6] = NAN;
+      std::vector<int32_t> cells(40);
+      ASSERT_EQ(
+          Api<Real>::search(task, 0, 40, sites.data(), 0, nullptr, cells.data(), nullptr, nullptr, nullptr),
+          0);
+      EXPECT_TRUE(cells[3] == 0 && cells[4] == nx && cells[5] == nx && cells[6] == 0) << nx;
+      for (const int32_t cell : cells) ASSERT_TRUE(0 <= cell && cell <= nx);
+      EXPECT_EQ(orx_df_kernel_DeleteTask(&task), 0);
     }
 }
 

@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "_service/checks.hpp"
 #include "_service/simd.hpp"
 #include "_service/task.hpp"
+#include "orx/base/threading.hpp"
 
 namespace orx::df {
 
@@ -78,15 +80,29 @@ int32_t boundary_number(const Task<Real>* task) {
   return ORX_DF_ERROR_BND_COND_KIND;
 }
 
-// The same for a cubic spline, with its other checks: a periodic default or Hermite spline takes a value too.
+// What differs between the builders of cubic splines in what they ask of a task.
+struct CubicNeeds {
+  int64_t breakpoints;  // at least
+  bool inner_values;    // conditions at the inner breakpoints, and one for a periodic end
+  bool open_ends;       // whether there need be no boundary conditions
+};
+
+// The boundary number for a cubic spline, or a status when the task is not ready for its builder. A task said
+// to be a default or Hermite spline has a value for a periodic end, whoever builds it.
 template <class Real>
-int32_t cubic_boundary_number(const Task<Real>* task, int64_t least_size) {
-  if (task->gridSize < least_size) return ORX_DF_ERROR_GRID_SIZE;
+int32_t cubic_boundary_number(const Task<Real>* task, const CubicNeeds& needs) {
+  if (!task) return ORX_DF_ERROR_TASK;
+  if (task->gridSize < needs.breakpoints) return ORX_DF_ERROR_GRID_SIZE;
   if (const int32_t bad = check_func_hint(task)) return bad;
-  const int32_t number = boundary_number(task);
-  const bool takes_value = task->splineKind == ORX_DF_DEFAULT || task->splineKind == ORX_DF_HERMITE;
-  if (number == kBoundaryPeriodic && takes_value && !task->bndConds) return ORX_DF_ERROR_BND_CONDS;
-  return number;
+  const int32_t number =
+      needs.open_ends && task->bndCondKind == 0 ? int32_t(kBoundaryNotSet) : boundary_number(task);
+  if (number < 0) return number;
+  const bool periodic = number == kBoundaryPeriodic;
+  const bool has_value = task->splineKind == ORX_DF_DEFAULT || task->splineKind == ORX_DF_HERMITE;
+  if (periodic && has_value && !task->bndConds) return ORX_DF_ERROR_BND_CONDS;
+  if (const int32_t bad = check_construction(task, ORX_DF_CUBIC)) return bad;
+  if (needs.inner_values && periodic && !task->bndConds) return ORX_DF_ERROR_BND_CONDS;
+  return needs.inner_values && !task->intConds ? int32_t(ORX_DF_ERROR_INT_CONDS) : number;
 }
 
 // Breakpoints: h(i) is the width of cell i, inverse(i) its reciprocal; vectors take a cell for each lane.
@@ -112,8 +128,8 @@ class Grid<Real, kUniformGrid> {
  public:
   explicit Grid(const Task<Real>* task)
       : first_(task->grid[0]),
-        h_((task->grid[1] - task->grid[0]) / Real(task->gridSize - 1)),
-        inverse_(Real(task->gridSize - 1) / (task->grid[1] - task->grid[0])) {}
+        h_((task->grid[1] - task->grid[0]) / Real(int32_t(task->gridSize) - 1)),
+        inverse_(Real(int32_t(task->gridSize) - 1) / (task->grid[1] - task->grid[0])) {}
   Real x(Index i) const { return first_ + Real(i) * h_; }
   Real h(Index = 0) const { return h_; }
   Real inverse(Index = 0) const { return inverse_; }
@@ -154,19 +170,6 @@ class Values<Real, kYCols> {
   const Real* y_;
   Index stride_;
 };
-
-template <class Real, Storage S>
-bool closes(const Task<Real>* task, Index function) {
-  const Values<Real, S> y(task, function);
-  return y[0] == y[task->size() - 1];
-}
-
-template <class Real, Storage S>
-bool all_close(const Task<Real>* task) {
-  for (Index f = 0; f < task->functions(); ++f)
-    if (!closes<Real, S>(task, f)) return false;
-  return true;
-}
 
 inline Index ceiling_quotient(Index a, Index b) { return (a + b - 1) / b; }
 

@@ -10,10 +10,10 @@
 namespace orx::df {
 
 constexpr int32_t kCellTableBytes = 8192;
-constexpr int64_t kCellTableMaxBins = kCellTableBytes / int64_t(2 * sizeof(int32_t));
+constexpr int32_t kCellTableMaxBins = kCellTableBytes / int32_t(2 * sizeof(int32_t));
 
-inline int32_t cell_table_bins(int64_t grid_size) {
-  return int32_t(std::clamp<int64_t>(grid_size / 16, 16, kCellTableMaxBins));
+inline int32_t cell_table_bins(int32_t grid_size) {
+  return std::clamp(grid_size / 16, 16, kCellTableMaxBins);
 }
 
 // One bin for the whole grid: what a table holds until it is built.
@@ -22,6 +22,7 @@ void reset_cell_table(Task<Real>* task) {
   task->cellTable[0] = 0;
   task->cellTable[1] = int32_t(task->gridSize - 1);
   task->cellTableScale = 0;
+  task->table_size = task->gridSize;
 }
 
 template <class Real>
@@ -33,6 +34,7 @@ void build_cell_table(Task<Real>* task) {
   const auto n = int32_t(task->gridSize), bins = cell_table_bins(n);
   const Real* x = task->grid;
   const Real scale = task->cellTableScale = 1 / ((x[n - 1] - x[0]) / Real(bins));
+  task->table_size = n;
   std::fill_n(pairs, bins, Pair{-1, -1});
   pairs[0].lower = 0;
   for (int32_t i = 1; i < n; ++i) {

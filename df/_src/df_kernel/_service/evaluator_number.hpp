@@ -1,6 +1,7 @@
 // Which evaluator, and which integrator, serves a task.
 #pragma once
 
+#include "_service/checks.hpp"
 #include "_service/task.hpp"
 
 namespace orx::df {
@@ -40,11 +41,10 @@ int32_t evaluator_number(const Task<Real>* task, bool all_callbacks) {
 // Whether the coefficients, or the values of a step function, are there.
 template <class Real>
 int32_t check_spline_data(const Task<Real>* task, EvaluatorNumber evaluator) {
-  if (evaluator == kStepLeft || evaluator == kStepRight) return task->funcs ? ORX_DF_OK : ORX_DF_ERROR_FUNCS;
-  if (!task->coeffs) return ORX_DF_ERROR_COEFFS;
-  for (Index f = 0; f < task->functions(); ++f)
-    if (!task->coeffs[f]) return ORX_DF_ERROR_COEFFS;
-  return ORX_DF_OK;
+  if (evaluator == kStepLeft || evaluator == kStepRight || evaluator == kLookUp) return check_values(task);
+  if (evaluator == kArbitrary && task->splineOrder > PTRDIFF_MAX / int64_t(sizeof(Real)) / task->gridSize)
+    return ORX_DF_ERROR_MEMORY;
+  return check_coeffs(task);
 }
 
 }  // namespace orx::df

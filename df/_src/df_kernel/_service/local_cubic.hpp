@@ -126,9 +126,8 @@ class LocalCubic {
       LocalCubic(w, f, w.rows + t * kRowLength).build_cells(from, to);
   }
 
-  static int32_t build(const Task<Real>* task, EndRoutine<Real>* left, EndRoutine<Real>* right, bool periodic,
+  static int32_t build(const Task<Real>* task, EndRoutine<Real>* left, EndRoutine<Real>* right,
                        const ThreadingServices* threading, orx_worker threader) {
-    if (periodic && !all_close<Real, S>(task)) return ORX_DF_ERROR_NOT_PERIODIC;
     const Index n = task->size(), count = task->functions();
     const Index across = std::max<Index>(ceiling_quotient(n - 3, kLocalTileCells), 1);
     const auto items = int32_t(across * ceiling_quotient(count, kLocalTileFunctions));
@@ -269,15 +268,15 @@ class LocalCubic {
       _vCubicSpline1DBCNotAKnot##Side, _vCubicSpline1DBCFreeEnd##Side,  _vCubicSpline1DBC1stDer##Side, \
       _vCubicSpline1DBC##First##Side,  _vCubicSpline1DBC##Second##Side, _vCubicSpline1DBC2ndDer##Side, \
       _vCubicSpline1DBCPeriodic##Side, _vCubicSpline1DBCNotSet##Side};
-#define ORX_DF_LOCAL_VARIANT(Family, S, G)                                                       \
-  static void _v1DCS##Family##S##G##Threader(int i, int t, int, void* work) {                    \
-    LocalCubic<Real, Family##Rule, k##S, k##G>::worker(i, t, work);                              \
-  }                                                                                              \
-  static int32_t _v1DCS##Family##S##G(const Task<Real>* task, int boundary,                      \
-                                      const ThreadingServices* threading) {                      \
-    return LocalCubic<Real, Family##Rule, k##S, k##G>::build(                                    \
-        task, _vCubicSpline1DLeftBCDispatch[boundary], _vCubicSpline1DRightBCDispatch[boundary], \
-        boundary == kBoundaryPeriodic, threading, _v1DCS##Family##S##G##Threader);               \
+#define ORX_DF_LOCAL_VARIANT(Family, S, G)                                                                  \
+  static void _v1DCS##Family##S##G##Threader(int i, int t, int, void* work) {                               \
+    LocalCubic<Real, Family##Rule, k##S, k##G>::worker(i, t, work);                                         \
+  }                                                                                                         \
+  static int32_t _v1DCS##Family##S##G(const Task<Real>* task, int boundary,                                 \
+                                      const ThreadingServices* threading) {                                 \
+    return LocalCubic<Real, Family##Rule, k##S, k##G>::build(task, _vCubicSpline1DLeftBCDispatch[boundary], \
+                                                             _vCubicSpline1DRightBCDispatch[boundary],      \
+                                                             threading, _v1DCS##Family##S##G##Threader);    \
   }
 #define ORX_DF_LOCAL_FAMILY(Family, periodic_rule)                          \
   extern "C" {                                                              \
@@ -303,14 +302,13 @@ class LocalCubic {
 template <class Real>
 using LocalBuilder = int32_t(const Task<Real>* task, int boundary, const ThreadingServices* threading);
 
-// Checks the task and runs the variant for it; `open_ends`: the family also takes splines without conditions.
+// Checks the task and runs the variant for it.
 template <class Real>
-int32_t build_local(const Task<Real>* task, int64_t least_size, bool open_ends,
-                    LocalBuilder<Real>* const* variants, const ThreadingServices* threading) {
-  int32_t boundary = cubic_boundary_number(task, least_size);
-  if (open_ends && task->bndCondKind == 0 && boundary == ORX_DF_ERROR_BND_COND_KIND)
-    boundary = kBoundaryNotSet;
-  return boundary < 0 ? boundary : variants[variant_number(task)](task, boundary, threading);
+int32_t build_local(const Task<Real>* task, const CubicNeeds& needs, LocalBuilder<Real>* const* variants,
+                    const ThreadingServices* threading) {
+  const int32_t boundary = cubic_boundary_number(task, needs);
+  return boundary < 0 ? boundary
+                      : variants[variant_number(task)](task, boundary, threading_or_serial(threading));
 }
 
 }  // namespace orx::df

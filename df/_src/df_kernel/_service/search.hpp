@@ -31,7 +31,8 @@ int32_t check_data_hint(const Real* hint, int64_t nx, bool* peak) {
 struct Search {
   const Task<Real>* task;
   SearchMethod method;
-  Real value;  // what the method's block kernel takes under this name
+  bool stale_table;  // the count of breakpoints has been edited since the table was built
+  Real value;        // what the method's block kernel takes under this name
   SearchCallback<Real> callback;
   void* params;
 
@@ -39,8 +40,11 @@ struct Search {
   // room for one integer per site. Negative only where the call-back's status is.
   int32_t block(int32_t n, const Real* sites, int32_t* start, void* cells, int32_t* flags,
                 int32_t width = 0) const {
-    return _Search1DDispatch[method](int32_t(task->gridSize), task->grid, n, sites, start, value, 0,
-                                     task->cellTable, cells, width, callback, params, flags);
+    const auto nx = int32_t(task->gridSize);
+    const int32_t whole_grid[] = {0, nx - 1};
+    return _Search1DDispatch[method](nx, task->grid, n, sites, start, value, 0,
+                                     stale_table ? whole_grid : task->cellTable, cells, width, callback,
+                                     params, flags);
   }
 };
 
@@ -63,10 +67,15 @@ int32_t choose_search(const Task<Real>* task, int64_t site_hint, const Real* dat
   search->task = task;
   search->callback = callback;
   search->params = params;
+  search->stale_table = task->table_size != task->gridSize;
   if (search->method == kHybrid)
-    search->value = task->cellTableScale;
+    search->value = search->stale_table ? 0 : task->cellTableScale;  // 0 leads to the first bin
+  else if (peak)
+    search->value = data_hint[4];
+  else if (task->uniform() || search->method == kQuasiUniform)
+    search->value = Real(int32_t(task->gridSize) - 1) / (task->last() - task->grid[0]);
   else
-    search->value = peak ? data_hint[4] : Real(task->gridSize - 1) / (task->last() - task->grid[0]);
+    search->value = 0;
   return ORX_DF_OK;
 }
 

@@ -64,27 +64,46 @@ inline unsigned lanes_le(__m256 a, __m256 b) {
 template <class Real>
 constexpr unsigned kAllLanes = (1u << kLanes<Real>)-1;
 
-// 1 in each lane where a <= b, 0 elsewhere.
-inline __m256d ones_le(__m256d a, __m256d b) {
-  return _mm256_and_pd(_mm256_cmp_pd(a, b, _CMP_LE_OQ), broadcast(1.0));
+// The smaller number; where one is none, b.
+inline double smaller(double a, double b) { return a < b ? a : b; }
+inline float smaller(float a, float b) { return a < b ? a : b; }
+inline __m256d smaller(__m256d a, __m256d b) { return _mm256_min_pd(a, b); }
+inline __m256 smaller(__m256 a, __m256 b) { return _mm256_min_ps(a, b); }
+inline double round_down(double x) { return __builtin_floor(x); }
+inline float round_down(float x) { return __builtin_floorf(x); }
+inline __m256d round_down(__m256d v) { return _mm256_floor_pd(v); }
+inline __m256 round_down(__m256 v) { return _mm256_floor_ps(v); }
+
+// v in each lane where a <= b, 0 elsewhere.
+inline double where_le(double a, double b, double v) { return a <= b ? v : 0.0; }
+inline float where_le(float a, float b, float v) { return a <= b ? v : 0.0f; }
+inline __m256d where_le(__m256d a, __m256d b, __m256d v) {
+  return _mm256_and_pd(_mm256_cmp_pd(a, b, _CMP_LE_OQ), v);
 }
-inline __m256 ones_le(__m256 a, __m256 b) {
-  return _mm256_and_ps(_mm256_cmp_ps(a, b, _CMP_LE_OQ), broadcast(1.0f));
+inline __m256 where_le(__m256 a, __m256 b, __m256 v) {
+  return _mm256_and_ps(_mm256_cmp_ps(a, b, _CMP_LE_OQ), v);
+}
+template <class T>
+T ones_le(T a, T b) {
+  return where_le(a, b, T{} + 1);
 }
 
 // base[index[0]], base[index[1]], ... in the lanes.
-inline __m256d gather(const double* base, const int32_t* index) {
+template <class I>
+inline __m256d gather(const double* base, const I* index) {
   const __m128d low = _mm_loadh_pd(_mm_load_sd(base + index[0]), base + index[1]);
   const __m128d high = _mm_loadh_pd(_mm_load_sd(base + index[2]), base + index[3]);
   return _mm256_insertf128_pd(_mm256_castpd128_pd256(low), high, 1);
 }
-inline __m256 gather(const float* base, const int32_t* index) {
+template <class I>
+inline __m256 gather(const float* base, const I* index) {
   return _mm256_setr_ps(base[index[0]], base[index[1]], base[index[2]], base[index[3]], base[index[4]],
                         base[index[5]], base[index[6]], base[index[7]]);
 }
 
 // Two neighbouring elements of lanes 0 and 1 each, starting at base + index: columns 0 and 1.
-inline void gather_pairs(const double* base, const int32_t* index, __m256d* column) {
+template <class I>
+inline void gather_pairs(const double* base, const I* index, __m256d* column) {
   const auto rows = [=](int low, int high) {
     return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(base + index[low])),
                                 _mm_loadu_pd(base + index[high]), 1);
@@ -93,7 +112,8 @@ inline void gather_pairs(const double* base, const int32_t* index, __m256d* colu
   column[0] = _mm256_unpacklo_pd(even, odd);
   column[1] = _mm256_unpackhi_pd(even, odd);
 }
-inline void gather_pairs(const float* base, const int32_t* index, __m256* column) {
+template <class I>
+inline void gather_pairs(const float* base, const I* index, __m256* column) {
   const auto pair = [=](int first) {  // rows `first` and `first` + 1
     const auto at = [=](int row) { return reinterpret_cast<const double*>(base + index[row]); };
     return _mm_castpd_ps(_mm_loadh_pd(_mm_load_sd(at(first)), at(first + 1)));
@@ -106,14 +126,14 @@ inline void gather_pairs(const float* base, const int32_t* index, __m256* column
 
 // Rows of `kOrder` elements, 2 to 4, starting at base + index: column[k] receives element k of each lane's
 // row.
-template <int kOrder>
-void gather_rows(const double* base, const int32_t* index, __m256d (&column)[kOrder]) {
+template <int kOrder, class I>
+void gather_rows(const double* base, const I* index, __m256d (&column)[kOrder]) {
   gather_pairs(base, index, column);
   if constexpr (kOrder == 3) column[2] = gather(base + 2, index);
   if constexpr (kOrder == 4) gather_pairs(base + 2, index, column + 2);
 }
-template <int kOrder>
-void gather_rows(const float* base, const int32_t* index, __m256 (&column)[kOrder]) {
+template <int kOrder, class I>
+void gather_rows(const float* base, const I* index, __m256 (&column)[kOrder]) {
   if constexpr (kOrder == 4) {
     const auto rows = [=](int low) {
       return _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(base + index[low])),

@@ -1,6 +1,8 @@
 // Making, editing and deleting tasks.
 #include "_service/task.hpp"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 #include "_service/cell_table.hpp"
@@ -18,14 +20,41 @@ bool is_storage_hint(int64_t hint) {
   return hint == ORX_DF_NO_HINT || hint == ORX_DF_ROWS || hint == ORX_DF_COLUMNS || hint == ORX_DF_FIRST_ONLY;
 }
 
+// Cells are counted in 32 bits.
+bool is_grid_size(int64_t size) { return size >= 2 && size <= INT32_MAX; }
+
+// Whether `rows` rows of `length` numbers can be in memory.
+template <class Real>
+bool fits_memory(int64_t rows, int64_t length) {
+  return length == 0 || rows <= PTRDIFF_MAX / int64_t(sizeof(Real)) / length;
+}
+
 // Replaces `array` by a new one of `count` pointers: the first `given` of them lead to `base` and to what
 // follows it, `stride` elements apart, the others are null.
 template <class T>
-int32_t replace_pointers(T**& array, int64_t count, int64_t given, T* base, int64_t stride) {
+int32_t replace_pointers(T**& array, Index& room, int64_t count, int64_t given, T* base, int64_t stride) {
   free_array(array);
+  room = 0;
+  if (!fits_memory<T>(given, stride)) return ORX_DF_ERROR_MEMORY;
   array = allocate_array<T*>(count);
   if (!array) return ORX_DF_ERROR_MEMORY;
-  for (int64_t i = 0; i < count; ++i) array[i] = i < given ? base + i * stride : nullptr;
+  room = Index(count);
+  for (Index i = 0; i < room; ++i) array[i] = i < given ? base + i * Index(stride) : nullptr;
+  return ORX_DF_OK;
+}
+
+// Sets one pointer, and makes room for it first where the count of functions has been raised since.
+template <class T>
+int32_t set_pointer(T**& array, Index& room, Index count, Index index, T* pointer) {
+  if (index >= room) {
+    T** const longer = allocate_array<T*>(count);
+    if (!longer) return ORX_DF_ERROR_MEMORY;
+    std::fill(std::copy_n(array, room, longer), longer + count, nullptr);
+    free_array(array);
+    array = longer;
+    room = count;
+  }
+  array[index] = pointer;
   return ORX_DF_OK;
 }
 
@@ -33,7 +62,8 @@ template <class Real>
 int32_t set_funcs(Task<Real>* task, const Real* base, int64_t hint, int64_t func_count, int64_t grid_size) {
   const int64_t count = hint == ORX_DF_COLUMNS ? 1 : std::max<int64_t>(func_count, 1);
   const int64_t given = hint == ORX_DF_FIRST_ONLY ? 1 : count;
-  return replace_pointers(task->funcs, count, given, base, grid_size);
+  if (hint == ORX_DF_COLUMNS && !fits_memory<Real>(func_count, grid_size)) return ORX_DF_ERROR_MEMORY;
+  return replace_pointers(task->funcs, task->func_room, count, given, base, grid_size);
 }
 
 template <class Real>
@@ -41,13 +71,15 @@ int32_t set_coeffs(Task<Real>* task, Real* base, int64_t hint) {
   if (task->funcCount == 0) return ORX_DF_ERROR_FUNC_COUNT;
   const int64_t cells = task->gridSize - (task->splineKind == ORX_DF_SUBBOTIN ? 0 : 1);
   const int64_t given = hint == ORX_DF_FIRST_ONLY ? 1 : task->funcCount;
-  return replace_pointers(task->coeffs, task->funcCount, given, base, task->splineOrder * cells);
+  if (!fits_memory<Real>(cells, task->splineOrder)) return ORX_DF_ERROR_MEMORY;
+  return replace_pointers(task->coeffs, task->coeff_room, task->funcCount, given, base,
+                          task->splineOrder * cells);
 }
 
 template <class Real>
 int32_t check_new_task(int64_t grid_size, const Real* grid, int64_t grid_hint, int64_t func_count,
                        const Real* funcs, int64_t func_hint) {
-  if (grid_size < 2) return ORX_DF_ERROR_GRID_SIZE;
+  if (!is_grid_size(grid_size)) return ORX_DF_ERROR_GRID_SIZE;
   if (!grid) return ORX_DF_ERROR_GRID;
   if (!is_grid_hint(grid_hint)) return ORX_DF_ERROR_GRID_HINT;
   if (func_count != 0 && !funcs) return ORX_DF_ERROR_FUNCS;
@@ -59,6 +91,7 @@ int32_t check_new_task(int64_t grid_size, const Real* grid, int64_t grid_hint, i
 template <class Real>
 int32_t new_task(DFTask** out, int64_t grid_size, const Real* grid, int64_t grid_hint, int64_t func_count,
                  const Real* funcs, int64_t func_hint, int32_t ilp64_flag) {
+  if (!out) return ORX_DF_ERROR_TASK;
   if (const int32_t bad = check_new_task(grid_size, grid, grid_hint, func_count, funcs, func_hint))
     return bad;
   const auto task = allocate_array<Task<Real>>(1);
@@ -143,11 +176,9 @@ int32_t edit_indexed_pointer(Task<Real>* task, int64_t parameter, int64_t index,
   const bool values = parameter == ORX_DF_FUNCS;
   const bool array = values ? task->funcs != nullptr : task->coeffs != nullptr;
   if (!pointer || !array) return values ? ORX_DF_ERROR_FUNCS : ORX_DF_ERROR_COEFFS;
-  if (values)
-    task->funcs[index] = pointer;
-  else
-    task->coeffs[index] = const_cast<Real*>(pointer);
-  return ORX_DF_OK;
+  const auto count = task->functions();
+  if (values) return set_pointer(task->funcs, task->func_room, count, Index(index), pointer);
+  return set_pointer(task->coeffs, task->coeff_room, count, Index(index), const_cast<Real*>(pointer));
 }
 
 // Row i serves parameter ORX_DF_GRID_SIZE + i.
@@ -160,9 +191,9 @@ struct ValueParameter {
 
 template <class Real>
 constexpr ValueParameter<Real> kValueParameters[] = {
-    {&Task<Real>::gridSize, [](int64_t v) { return v >= 2; }, ORX_DF_ERROR_GRID_SIZE},
+    {&Task<Real>::gridSize, is_grid_size, ORX_DF_ERROR_GRID_SIZE},
     {&Task<Real>::gridHint, is_grid_hint, ORX_DF_ERROR_GRID_HINT},
-    {&Task<Real>::funcCount, [](int64_t v) { return v >= 1; }, ORX_DF_ERROR_FUNC_COUNT},
+    {&Task<Real>::funcCount, [](int64_t v) { return v >= 1 && v <= PTRDIFF_MAX; }, ORX_DF_ERROR_FUNC_COUNT},
     {&Task<Real>::funcHint, is_storage_hint, ORX_DF_ERROR_FUNC_HINT},
     {&Task<Real>::splineOrder, [](int64_t v) { return v >= 0; }, ORX_DF_ERROR_SPLINE_ORDER},
     {&Task<Real>::splineKind, [](int64_t v) { return v >= 0 && v <= ORX_DF_AKIMA; },
@@ -226,16 +257,15 @@ ORX_DF_TASK(d, double)
 ORX_DF_TASK(s, float)
 
 ORX_API int32_t orx_df_kernel_iEditVal(DFTask* task, int64_t parameter, int64_t value) {
-  if (!task) return ORX_DF_ERROR_TASK;
-  const auto as_double = Task<double>::of(task);
-  return as_double->isDouble ? edit_value(as_double, parameter, value)
-                             : edit_value(Task<float>::of(task), parameter, value);
+  if (const auto as_double = Task<double>::of(task)) return edit_value(as_double, parameter, value);
+  const auto as_single = Task<float>::of(task);
+  return as_single ? edit_value(as_single, parameter, value) : int32_t(ORX_DF_ERROR_TASK);
 }
 
-// The two records differ in their last field alone, so that either type deletes both.
+// The two records differ behind their pointers alone, so that either type deletes both.
 ORX_API int32_t orx_df_kernel_DeleteTask(DFTask** task) {
   if (!task || !*task) return ORX_DF_ERROR_TASK;
-  delete_task(Task<double>::of(*task));
+  delete_task(reinterpret_cast<Task<double>*>(*task));
   *task = nullptr;
   return ORX_DF_OK;
 }

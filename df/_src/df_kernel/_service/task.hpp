@@ -37,7 +37,16 @@ struct Task {
   int32_t* cellTable;  // pairs (lower, upper), see cell_table.hpp
   Real cellTableScale;
 
-  static Task* of(DFTask* task) { return reinterpret_cast<Task*>(task); }
+  // Behind the record: what the task's own arrays were made for, so that a count that was edited since leads
+  // nobody beyond their ends.
+  Index func_room, coeff_room;
+  int64_t table_size;
+
+  // Null when there is no task, or when it is one of the other precision.
+  static Task* of(DFTask* task) {
+    const auto typed = reinterpret_cast<Task*>(task);
+    return typed && typed->isDouble == (sizeof(Real) == sizeof(double)) ? typed : nullptr;
+  }
   bool uniform() const { return gridHint == ORX_DF_UNIFORM_PARTITION; }
   Index size() const { return Index(gridSize); }
   Index functions() const { return Index(funcCount); }
@@ -47,7 +56,7 @@ struct Task {
 #if defined(__i386__)
 static_assert(offsetof(Task<double>, gridSize) == 16 && offsetof(Task<double>, funcs) == 44);
 static_assert(offsetof(Task<double>, coeffs) == 96 && offsetof(Task<double>, cellTableScale) == 116);
-static_assert(sizeof(Task<double>) == 124 && sizeof(Task<float>) == 120);
+static_assert(offsetof(Task<double>, func_room) == 124 && offsetof(Task<float>, func_room) == 120);
 #endif
 
 // The types of the call-backs by precision.

@@ -30,5 +30,5 @@ ORX_DF_LOCAL_FAMILY(Akima, periodic)
 
 ORX_API int32_t ORX_DF_NAME(DFAkimaCubicSpline1D)(DFTask* task, int64_t, int64_t,
                                                   const ThreadingServices* threading) {
-  return build_local(Task<Real>::of(task), 5, true, _DispatchAkima, threading);
+  return build_local(Task<Real>::of(task), {5, false, true}, _DispatchAkima, threading);
 }

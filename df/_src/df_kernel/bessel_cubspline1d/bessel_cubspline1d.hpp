@@ -22,5 +22,5 @@ ORX_DF_LOCAL_FAMILY(Bessel, periodic)
 
 ORX_API int32_t ORX_DF_NAME(DFBesselCubicSpline1D)(DFTask* task, int64_t, int64_t,
                                                    const ThreadingServices* threading) {
-  return build_local(Task<Real>::of(task), 3, false, _DispatchBessel, threading);
+  return build_local(Task<Real>::of(task), {3, false, false}, _DispatchBessel, threading);
 }

@@ -94,10 +94,7 @@ struct DefaultSpline {
   static int32_t build(const Task<Real>* task) {
     const orx::Block<Real> slopes(task->size() - 1);
     if (!slopes) return ORX_DF_ERROR_MEMORY;
-    for (Index f = 0; f < task->functions(); ++f) {
-      if (kLeft == End::Periodic && !closes<Real, S>(task, f)) return ORX_DF_ERROR_NOT_PERIODIC;
-      build_function(task, f, slopes.get());
-    }
+    for (Index f = 0; f < task->functions(); ++f) build_function(task, f, slopes.get());
     return ORX_DF_OK;
   }
 };
@@ -119,7 +116,7 @@ static_assert(sizeof _DispatchDefault == 28 * sizeof _DispatchDefault[0]);
 ORX_API int32_t ORX_DF_NAME(DFDefaultCubicSpline1D)(DFTask* task, int64_t, int64_t,
                                                     const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
-  const int32_t boundary = cubic_boundary_number(t, 3);
+  const int32_t boundary = cubic_boundary_number(t, {3, true, false});
   if (boundary < 0) return boundary;
   return _DispatchDefault[7 * variant_number(t) + boundary](t, threading);
 }

@@ -20,5 +20,5 @@ ORX_DF_LOCAL_FAMILY(Hermite, periodic_given)
 
 ORX_API int32_t ORX_DF_NAME(DFHermiteCubicSpline1D)(DFTask* task, int64_t, int64_t,
                                                     const ThreadingServices* threading) {
-  return build_local(Task<Real>::of(task), 3, false, _DispatchHermite, threading);
+  return build_local(Task<Real>::of(task), {3, true, false}, _DispatchHermite, threading);
 }

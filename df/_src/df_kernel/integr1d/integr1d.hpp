@@ -150,13 +150,11 @@ namespace {
 Integrator* const _Integrate1DDispatch[kLookUp] = ORX_DF_INTEGRATOR_TABLE();
 Integrator* const _Integrate1DDispatchCB[kLookUp] = ORX_DF_INTEGRATOR_TABLE(CB);
 
-// The values of all functions, and what the integrator reads.
+// The values of all functions, if there are any, and what the integrator reads.
 int32_t check_data(const Task<Real>* task, EvaluatorNumber integrator, bool all_callbacks) {
-  const Index functions = task->functions();
-  if (functions > 0 && !task->funcs) return ORX_DF_ERROR_FUNCS;
-  const Index pointers = task->funcHint == ORX_DF_COLUMNS ? std::min<Index>(functions, 1) : functions;
-  for (Index f = 0; f < pointers; ++f)
-    if (!task->funcs[f]) return ORX_DF_ERROR_FUNCS;
+  if (task->functions() > 0)
+    if (const int32_t bad = check_values(task)) return bad;
+  if (const int32_t bad = check_breakpoints(task)) return bad;
   return all_callbacks ? int32_t(ORX_DF_OK) : check_spline_data(task, integrator);
 }
 
@@ -223,6 +221,7 @@ ORX_API int32_t ORX_DF_NAME(DFIntegrate1D)(DFTask* task, int64_t, int64_t limit_
                                            SearchCallback<Real> search, void* search_params,
                                            const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
+  if (!t) return ORX_DF_ERROR_TASK;
   Integration work{};
   work.task = t;
   work.callbacks = {left, right, inside, left_params, right_params, inside_params};
@@ -241,10 +240,11 @@ ORX_API int32_t ORX_DF_NAME(DFIntegrate1D)(DFTask* task, int64_t, int64_t limit_
     return ORX_DF_ERROR_RESULT_HINT;
   if (const int32_t bad = check_data(t, work.integrator, work.callbacks.all())) return bad;
   if (limit_count <= 0) return ORX_DF_OK;
+  if (limit_count > PTRDIFF_MAX / int64_t(sizeof(Real))) return ORX_DF_ERROR_MEMORY;
   work.count = Index(limit_count);
   work.sorted = lower_hint == ORX_DF_SORTED_SITES || upper_hint == ORX_DF_SORTED_SITES;
   work.lower = lower;
   work.upper = upper;
   work.result = result;
-  return _Integr1DKernel(&work, threading);
+  return _Integr1DKernel(&work, orx::threading_or_serial(threading));
 }

@@ -45,8 +45,9 @@ struct SiteList {
   int32_t count = 0;
   bool one_row;  // all sites have the same polynomial
   alignas(32) int32_t cells[kSiteBlock];
-  alignas(32) int32_t rows[kSiteBlock];  // where the coefficients begin
-  alignas(32) Real t[kSiteBlock];        // the distance from the polynomial's base
+  alignas(32) int32_t polynomials[kSiteBlock];
+  alignas(32) Index rows[kSiteBlock];  // where their coefficients begin
+  alignas(32) Real t[kSiteBlock];      // the distance from the polynomial's base
   alignas(32) Real sites[kSiteBlock];
   int32_t places[kSiteBlock];  // in the block, for a list that is a part of it
 
@@ -87,8 +88,9 @@ void settle_by_knots(const Task<Real>* task, const Real* sites, int32_t n, int32
 template <class Real, Partition G>
 void locate(const Task<Real>* task, EvaluatorNumber evaluator, const Real* sites, SiteList<Real>* list) {
   const Grid<Real, G> grid(task);
-  const auto nx = int32_t(task->gridSize), order = int32_t(task->splineOrder), n = list->padded();
-  int32_t* polynomials = list->rows;
+  const auto nx = int32_t(task->gridSize), n = list->padded();
+  const auto order = Index(task->splineOrder);
+  int32_t* const polynomials = list->polynomials;
   for (int32_t i = list->count; i < n; ++i) list->cells[i] = list->cells[i - 1];
   for (int32_t i = 0; i < n; ++i) polynomials[i] = polynomial_of_cell(list->cells[i], nx);
   if (evaluator == kSubbotin) settle_by_knots<Real, G>(task, sites, n, polynomials);
@@ -106,19 +108,19 @@ void locate(const Task<Real>* task, EvaluatorNumber evaluator, const Real* sites
     }
     store(list->t + i, load(sites + i) - base);
   }
-  for (int32_t i = 0; i < n; ++i) list->rows[i] *= order;
+  for (int32_t i = 0; i < n; ++i) list->rows[i] = polynomials[i] * order;
 }
 
 // Coefficients in the lanes: of each site's own cell, or of the one cell of all.
 template <class Real, int kOrder>
 struct GatheredRows {
   const Real* coeffs;
-  const int32_t* rows;
+  const Index* rows;
   void load(int32_t i, Vec<Real> (&c)[kOrder]) const { gather_rows<kOrder>(coeffs, rows + i, c); }
 };
 template <class Real, int kOrder>
 struct OneRow {
-  OneRow(const Real* coeffs, const int32_t* rows) {
+  OneRow(const Real* coeffs, const Index* rows) {
     for (int k = 0; k < kOrder; ++k) row[k] = broadcast(coeffs[rows[0] + k]);
   }
   void load(int32_t, Vec<Real> (&c)[kOrder]) const {

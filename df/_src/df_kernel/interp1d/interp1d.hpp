@@ -9,7 +9,7 @@
 namespace {
 using namespace orx::df;
 
-constexpr Index kGroupBlocks = 5, kThreadedSites = 512;
+constexpr Index kGroupBlocks = 5, kThreadedSites = 512, kFewSites = 8;
 constexpr Index kScratchSites = 32, kScratchBytes = 18256, kScratchValues = 2048;
 
 // The evaluators by name, and their tables.
@@ -56,63 +56,102 @@ Part part_of_cell(int32_t cell, Index nx) { return cell == 0 ? kLeft : cell >= n
 
 // Whether what the evaluator reads is there.
 int32_t check_data(const Task<Real>* task, EvaluatorNumber evaluator, const Orders& orders) {
-  if (evaluator != kLookUp) return check_spline_data(task, evaluator);
-  if (!task->funcs) return ORX_DF_ERROR_LOOKUP_VALUES;
-  for (Index k = 1; k < orders.limit(); ++k)
-    if (orders[k]) return ORX_DF_ERROR_LOOKUP_DERIVATIVE;
-  return ORX_DF_OK;
-}
-
-// ---- One site ----
-
-// The cell of a single site, inside the grid.
-int32_t cell_of_one(const Task<Real>* task, const Search& search, Real site) {
-  const auto nx = int32_t(task->gridSize);
-  int32_t cell;
-  if (search.method == kUniform) {
-    uniform_cells(nx, task->grid, 1, &site, search.value, &cell);
-  } else if (search.method == kQuasiUniform) {
-    quasi_uniform_cells(nx, task->grid, 1, &site, search.value, &cell);
-  } else if (nx <= 16) {
-    cell = bisect(task->grid, 0, nx, site);
-  } else {
-    const Real bin = task->cellTableScale * (site - task->grid[0]);
-    const int32_t* pair = task->cellTable + 2 * std::min(int32_t(bin), cell_table_bins(nx) - 1);
-    cell = bisect(task->grid, pair[0], pair[1], site);
+  if (evaluator == kLookUp) {
+    if (!task->funcs) return ORX_DF_ERROR_LOOKUP_VALUES;
+    for (Index k = 1; k < orders.limit(); ++k)
+      if (orders[k]) return ORX_DF_ERROR_LOOKUP_DERIVATIVE;
   }
-  return cell;
+  return check_spline_data(task, evaluator);
 }
+
+// ---- Few sites ----
+
+// How cells of single sites are found on the three sorts of partition.
+struct UniformFinder {
+  explicit UniformFinder(const Search& search)
+      : cells(int32_t(search.task->gridSize), search.task->grid[0], search.task->grid[1], search.value) {}
+  int32_t cell(const Real& site) const { return cells.of_one(site); }
+  Real base(Index polynomial) const { return cells.breakpoint(Real(polynomial)); }
+  UniformCells<Real> cells;
+};
+struct QuasiUniformFinder {
+  int32_t cell(const Real& site) const {
+    int32_t found;
+    quasi_uniform_cells(int32_t(search.task->gridSize), search.task->grid, 1, &site, search.value, &found);
+    return found;
+  }
+  Real base(Index polynomial) const { return search.task->grid[polynomial]; }
+  const Search& search;
+};
+struct HybridFinder {
+  explicit HybridFinder(const Task<Real>* task)
+      : cells(int32_t(task->gridSize), task->grid, task->cellTableScale, task->cellTable), grid(task->grid) {}
+  int32_t cell(const Real& site) const { return cells.of(site); }
+  Real base(Index polynomial) const { return grid[polynomial]; }
+  HybridCells<Real> cells;
+  const Real* grid;
+};
+
+// A few sites of one polynomial spline: results of a site `plane` apart, those of the next site `step` further.
+struct FewSites {
+  const Search& search;
+  EvaluatorNumber evaluator;
+  unsigned wanted;  // a mask of orders
+  const Real* sites;
+  Index count;
+  Real* result;
+  Index step, plane;
+  const PartCallbacks& callbacks;  // for a single site
+};
 
 template <int kOrder>
-void evaluate_one(const Real* c, Real t, const Orders& orders, Real* result) {
-  const Real all[4] = {derivative<kOrder, 0, Real>(c, t), derivative<kOrder, 1, Real>(c, t),
-                       derivative<kOrder, 2, Real>(c, t), derivative<kOrder, 3, Real>(c, t)};
-  for (Index k = 0; k < orders.limit(); ++k)
-    if (orders[k]) *result++ = all[k];
+[[gnu::always_inline]] inline void evaluate_one(const Real* c, Index polynomial, const Real& t,
+                                                unsigned wanted, Real* result, Index plane) {
+  c += polynomial * kOrder;
+  const auto put = [&](Real value) {
+    *result = value;
+    result += plane;
+  };
+  if (wanted & 1) put(derivative<kOrder, 0, Real>(c, t));
+  if (wanted & 2) put(derivative<kOrder, 1, Real>(c, t));
+  if (wanted & 4) put(derivative<kOrder, 2, Real>(c, t));
+  if (wanted & 8) put(derivative<kOrder, 3, Real>(c, t));
 }
 
-int32_t _Interp1DKernel_scalar(const Task<Real>* task, const Search& search, Real site, const Orders& orders,
-                               Real* result, const PartCallbacks& callbacks) {
-  const auto nx = int32_t(task->gridSize);
-  const Real first = task->grid[0], last = task->last();
-  const int32_t cell = site >= last ? nx : site >= first ? cell_of_one(task, search, site) : 0;
-  const Part part = part_of_cell(cell, nx);
-  if (callbacks.call[part]) {
-    const int64_t count = 1, wide_cell = cell;
-    return callbacks.call[part](&count, &wide_cell, &site, result, callbacks.params[part]);
+template <class Finder>
+[[gnu::noinline]] int32_t evaluate_few(const FewSites& few, const Finder& find) {
+  const auto nx = int32_t(few.search.task->gridSize);
+  const Real* const coeffs = few.search.task->coeffs[0];
+  Real* result = few.result;
+  for (Index i = 0; i < few.count; ++i, result += few.step) {
+    const Real& site = few.sites[i];
+    const int32_t cell = find.cell(site);
+    const Part part = part_of_cell(cell, nx);
+    if (few.callbacks.call[part]) {
+      const int64_t count = 1, wide_cell = cell;
+      return few.callbacks.call[part](&count, &wide_cell, &site, result, few.callbacks.params[part]);
+    }
+    const Index polynomial = polynomial_of_cell(cell, nx);
+    const Real t = site - find.base(polynomial);
+    if (few.evaluator == kCubic)
+      evaluate_one<ORX_DF_CUBIC>(coeffs, polynomial, t, few.wanted, result, few.plane);
+    else if (few.evaluator == kQuadratic)
+      evaluate_one<ORX_DF_QUADRATIC>(coeffs, polynomial, t, few.wanted, result, few.plane);
+    else
+      evaluate_one<ORX_DF_LINEAR>(coeffs, polynomial, t, few.wanted, result, few.plane);
   }
-  const int32_t polynomial = polynomial_of_cell(cell, nx);
-  const Real step = (last - first) / Real(nx - 1);
-  const Real t = site - (task->uniform() ? first + Real(polynomial) * step : task->grid[polynomial]);
-  const auto order = Index(task->splineOrder);
-  const Real* c = task->coeffs[0] + polynomial * order;
-  if (order == ORX_DF_LINEAR)
-    evaluate_one<ORX_DF_LINEAR>(c, t, orders, result);
-  else if (order == ORX_DF_QUADRATIC)
-    evaluate_one<ORX_DF_QUADRATIC>(c, t, orders, result);
-  else
-    evaluate_one<ORX_DF_CUBIC>(c, t, orders, result);
   return ORX_DF_OK;
+}
+
+int32_t _Interp1DKernel_scalar(const FewSites& few) {
+  switch (few.search.method) {
+    case kUniform:
+      return evaluate_few(few, UniformFinder(few.search));
+    case kQuasiUniform:
+      return evaluate_few(few, QuasiUniformFinder{few.search});
+    default:
+      return evaluate_few(few, HybridFinder(few.search.task));
+  }
 }
 
 // ---- Blocks ----
@@ -273,33 +312,47 @@ ORX_API int32_t ORX_DF_NAME(DFInterpolate1D)(
     void* right_params, InterpCallback<Real> inside, void* inside_params, SearchCallback<Real> search,
     void* search_params, void* cells, const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
-  Interpolation work{};
-  work.task = t;
-  work.callbacks = {{left, inside, right}, {left_params, inside_params, right_params}};
-  const int32_t evaluator = evaluator_number(t, work.callbacks.all());
-  if (evaluator < 0) return evaluator;
-  work.evaluator = EvaluatorNumber(evaluator);
-  if (const int32_t bad = choose_search(t, site_hint, data_hint, search, search_params, &work.search))
-    return bad;
+  if (!t) return ORX_DF_ERROR_TASK;
+  const PartCallbacks callbacks = {{left, inside, right}, {left_params, inside_params, right_params}};
+  const int32_t number = evaluator_number(t, callbacks.all());
+  if (number < 0) return number;
+  const auto evaluator = EvaluatorNumber(number);
+  Search found;
+  if (const int32_t bad = choose_search(t, site_hint, data_hint, search, search_params, &found)) return bad;
+  if (const int32_t bad = check_breakpoints(t)) return bad;
   const Orders orders(t, order_count, derivative_orders);
-  work.want_values = type & ORX_DF_VALUES;
-  work.want_cells = type & ORX_DF_CELLS;
-  if (work.want_values && !work.callbacks.all())
-    if (const int32_t bad = check_data(t, work.evaluator, orders)) return bad;
-  work.uniform_sites = site_hint == ORX_DF_UNIFORM_SITES;
-  if (site_count == 1 && work.want_values && !work.want_cells && !work.uniform_sites && evaluator <= kCubic &&
-      order_count <= 4 && t->funcCount <= 1 && !search)
-    return _Interp1DKernel_scalar(t, work.search, sites[0], orders, result, work.callbacks);
-  work.by_site = result_hint == ORX_DF_ROWS || result_hint == ORX_DF_FIRST_ONLY;
-  if (!work.by_site && result_hint != ORX_DF_NO_HINT && result_hint != ORX_DF_COLUMNS)
+  const bool want_values = type & ORX_DF_VALUES, want_cells = type & ORX_DF_CELLS;
+  if (want_values && !callbacks.all())
+    if (const int32_t bad = check_data(t, evaluator, orders)) return bad;
+  const bool uniform_sites = site_hint == ORX_DF_UNIFORM_SITES;
+  const bool simple = want_values && !want_cells && !uniform_sites && evaluator <= kCubic &&
+                      order_count <= 4 && t->funcCount <= 1 && !search && !found.stale_table;
+  if (simple && site_count == 1)
+    return _Interp1DKernel_scalar({found, evaluator, orders.mask(), sites, 1, result, 0, 1, callbacks});
+  const bool by_site = result_hint == ORX_DF_ROWS || result_hint == ORX_DF_FIRST_ONLY;
+  if (!by_site && result_hint != ORX_DF_NO_HINT && result_hint != ORX_DF_COLUMNS)
     return ORX_DF_ERROR_INTERPOLATION;
   if (site_count <= 0) return ORX_DF_OK;
-  work.count = Index(site_count);
+  if (site_count > PTRDIFF_MAX / int64_t(sizeof(Real))) return ORX_DF_ERROR_MEMORY;
+  const auto count = Index(site_count);
+  if (simple && count <= kFewSites && !callbacks.any())
+    return _Interp1DKernel_scalar({found, evaluator, orders.mask(), sites, count, result,
+                                   by_site ? orders.count() : 1, by_site ? 1 : count, callbacks});
+  Interpolation work{};
+  work.count = count;
   work.block = kSiteBlock;
+  work.task = t;
+  work.search = found;
+  work.evaluator = evaluator;
+  work.want_values = want_values;
+  work.want_cells = want_cells;
+  work.uniform_sites = uniform_sites;
+  work.by_site = by_site;
   work.sites = sites;
-  work.site_step = work.uniform_sites && site_count > 1 ? (sites[1] - sites[0]) / Real(site_count - 1) : 0;
+  work.site_step = uniform_sites && count > 1 ? (sites[1] - sites[0]) / Real(count - 1) : 0;
   work.orders = &orders;
   work.result = result;
+  work.callbacks = callbacks;
   work.cells = cells;
-  return run_with_scratch(&work, threading);
+  return run_with_scratch(&work, orx::threading_or_serial(threading));
 }

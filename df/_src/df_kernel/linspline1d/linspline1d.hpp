@@ -53,7 +53,6 @@ struct LinearSpline {
   }
 
   static int32_t build(const Task<Real>* task, const ThreadingServices* threading, orx_worker threader) {
-    if (task->bndCondKind == ORX_DF_PERIODIC && !all_close<Real, S>(task)) return ORX_DF_ERROR_NOT_PERIODIC;
     if (task->size() * std::max<Index>(task->functions(), 1) < kLeastValues) {
       plain(task);
       return ORX_DF_OK;
@@ -88,8 +87,10 @@ Builder<Real>* const _Dispatch[] = {ORX_DF_VARIANTS(ORX_DF_LINEAR_NAME)};
 ORX_API int32_t ORX_DF_NAME(DFLinearSpline1D)(DFTask* task, int64_t, int64_t, int64_t method,
                                               const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
+  if (!t) return ORX_DF_ERROR_TASK;
   if (method != 0) return ORX_DF_ERROR_METHOD;
   if (t->gridSize < 2) return ORX_DF_ERROR_GRID_SIZE;
   if (const int32_t bad = check_func_hint(t)) return bad;
-  return _Dispatch[variant_number(t)](t, threading);
+  if (const int32_t bad = check_construction(t, ORX_DF_LINEAR)) return bad;
+  return _Dispatch[variant_number(t)](t, orx::threading_or_serial(threading));
 }

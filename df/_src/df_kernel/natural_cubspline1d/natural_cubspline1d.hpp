@@ -113,8 +113,16 @@ struct NaturalSpline {
     } else {
       end_row(kLeft, grid.h(0), grid.h(1), w.diagonal, w.upper);
       end_row(kRight, grid.h(n - 2), grid.h(n - 3), w.diagonal + n - 1, w.lower + n - 2);
+      if (is_parabola(n)) {
+        w.lower[0] = w.upper[1] = 0;
+        w.diagonal[1] = 1;
+      }
     }
   }
+
+  // Three breakpoints without a knot: one cubic, which nothing ties but three values. The parabola through them
+  // is taken, by its derivative at the middle one.
+  static bool is_parabola(Index n) { return kLeft == End::NotAKnot && !kUniform && n == 3; }
 
   // ---- The right side ----
 
@@ -155,6 +163,7 @@ struct NaturalSpline {
                       1);
       b[n - 1] = end_side(kRight, grid.h(n - 2), grid.h(n - 3), m_last, slope(grid, y, n - 3),
                           kRight >= End::First ? values[1] : 0, -1);
+      if (is_parabola(n)) b[1] = (grid.h(1) * m0 + grid.h(0) * m_last) / (grid.h(0) + grid.h(1));
     }
   }
 
@@ -183,7 +192,6 @@ struct NaturalSpline {
 
   // One function with the factors at hand, as a worker does it.
   static int32_t build_function(const NaturalWork& w, Index f, Real* b) {
-    if (kPeriodic && !closes<Real, S>(w.task, f)) return ORX_DF_ERROR_NOT_PERIODIC;
     fill_side(w, f, b);
     if (solve_factored(w.order, 1, w.lower, w.diagonal, w.upper, b, w.stride)) return ORX_DF_ERROR_SINGULAR;
     finish_function(w, f, b);
@@ -198,7 +206,6 @@ struct NaturalSpline {
   // All right sides at once; a single function is factored and solved in one pass.
   static int32_t build_serial(const NaturalWork& w) {
     const Index count = w.task->functions();
-    if (kPeriodic && !all_close<Real, S>(w.task)) return ORX_DF_ERROR_NOT_PERIODIC;
     for (Index f = 0; f < count; ++f) fill_side(w, f, w.sides + f * w.stride);
     const int32_t info = count == 1 && !kPeriodic ? solve_once(w.order, w.lower, w.diagonal, w.upper, w.sides)
                                                   : solve_factored(w.order, count, w.lower, w.diagonal,
@@ -296,7 +303,7 @@ ORX_API int32_t ORX_DF_NAME(DFNaturalCubicSpline1D)(DFTask* task, int64_t, int64
                                                     const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
   if (method != 0) return ORX_DF_ERROR_METHOD;
-  const int32_t boundary = cubic_boundary_number(t, 3);
+  const int32_t boundary = cubic_boundary_number(t, {3, false, false});
   if (boundary < 0) return boundary;
-  return _DispatchNatural[7 * variant_number(t) + boundary](t, threading);
+  return _DispatchNatural[7 * variant_number(t) + boundary](t, orx::threading_or_serial(threading));
 }

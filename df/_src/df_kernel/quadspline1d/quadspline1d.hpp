@@ -211,6 +211,7 @@ static_assert(sizeof _Dispatch_Subb == 56 * sizeof _Dispatch_Subb[0]);
 int32_t standard_spline(const Task<Real>* task, const ThreadingServices* threading) {
   if (task->bndCondKind != ORX_DF_QUADRATIC_VALUE) return ORX_DF_ERROR_BND_COND_KIND;
   if (!task->bndConds) return ORX_DF_ERROR_BND_CONDS;
+  if (const int32_t bad = check_construction(task, ORX_DF_QUADRATIC)) return bad;
   return _Dispatch_Std[variant_number(task)](task, threading);
 }
 
@@ -220,7 +221,9 @@ int32_t subbotin_spline(const Task<Real>* task, const ThreadingServices* threadi
   if (boundary < 0) return boundary;
   const int uniform_subgrid = (task->intCondKind & ORX_DF_UNIFORM_KNOTS) != 0;
   const auto variant = _Dispatch_Subb[28 * uniform_subgrid + 7 * variant_number(task) + boundary];
-  return variant ? variant(task, threading) : ORX_DF_ERROR_BND_COND_KIND;
+  if (!variant) return ORX_DF_ERROR_BND_COND_KIND;
+  if (const int32_t bad = check_construction(task, ORX_DF_QUADRATIC)) return bad;
+  return variant(task, threading);
 }
 
 }  // namespace
@@ -228,6 +231,7 @@ int32_t subbotin_spline(const Task<Real>* task, const ThreadingServices* threadi
 ORX_API int32_t ORX_DF_NAME(DFQuadraticSpline1D)(DFTask* task, int64_t, int64_t, int64_t,
                                                  const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
+  if (!t) return ORX_DF_ERROR_TASK;
   if (const int32_t bad = check_func_hint(t)) return bad;
   switch (t->splineKind) {
     case ORX_DF_DEFAULT:

@@ -2,8 +2,10 @@
 // threads.
 #include <algorithm>
 
+#include "_service/checks.hpp"
 #include "_service/search.hpp"
 #include "orx/base/memory.hpp"
+#include "orx/base/threading.hpp"
 
 namespace {
 using namespace orx::df;
@@ -130,10 +132,14 @@ ORX_API int32_t ORX_DF_NAME(DFSearch1D)(DFTask* task, int64_t, int64_t site_coun
                                         SearchCallback<Real> search, void* search_params,
                                         const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
+  if (!t) return ORX_DF_ERROR_TASK;
   ArraySearch work{{}, sites, cells, 0};
   if (const int32_t bad = choose_search(t, site_hint, data_hint, search, search_params, &work.search))
     return bad;
+  if (const int32_t bad = check_breakpoints(t)) return bad;
   if (site_count <= 0) return ORX_DF_OK;
+  if (site_count > PTRDIFF_MAX / int64_t(sizeof(Real))) return ORX_DF_ERROR_MEMORY;
+  threading = orx::threading_or_serial(threading);
   return site_hint == ORX_DF_UNIFORM_SITES ? search_uniform_sites(work, site_count, threading)
                                            : search_sites(work, site_count, threading);
 }

@@ -12,20 +12,78 @@ namespace orx::df {
 
 constexpr int32_t kSearchBlock = 128;
 
-// The cell by division: reciprocal_step = (nx-1) / (grid[1] - grid[0]), grid holding the ends. Rounding may
-// put a site near an end on the wrong side of it; the comparisons with the ends themselves decide.
+// The greatest n of those that a Real holds and that is not above n; from 2^24 on not each n is a float.
 template <class Real>
-void uniform_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real reciprocal_step,
-                   int32_t* cells) {
-  const Real first = grid[0], last = grid[1], inner = Real(nx - 2), right = Real(nx - 1);
-  for (int32_t i = 0; i < n; ++i) {
-    const Real s = sites[i];
-    Real k = reciprocal_step * (s - first);
-    k = k < inner ? k : inner;
-    k = s < last ? k : right;
-    k = s >= first ? k : Real(-1);
-    cells[i] = std::min(int32_t(k) + 1, nx);
+int32_t exact_count(int32_t n) {
+  return sizeof(Real) == sizeof(float) && n > 1 << 24 ? n & -128 : n;
+}
+
+// Cells of a uniform partition by division, which rounding may put on the wrong side of a breakpoint. The guess
+// is therefore made a little too low, by more than rounding can make it too high, and one comparison with the
+// next breakpoint, as evaluation computes it, settles it. The ends are compared with as they are given.
+template <class Real>
+class UniformCells {
+ public:
+  // reciprocal_step = (nx - 1) / (last - first).
+  UniformCells(int32_t nx, Real first, Real last, Real reciprocal_step)
+      : first_(first),
+        last_(last),
+        step_((last - first) / Real(nx - 1)),
+        reciprocal_(reciprocal_step * (1 - 8 * kEpsilon)),
+        inner_(Real(exact_count<Real>(nx - 2))),
+        right_(nx) {}
+
+  // Breakpoint i as evaluation computes it.
+  template <class T>
+  T breakpoint(T i) const {
+    return first_ + i * step_;
   }
+  // The cell, for a number or a vector of them; 0 for what is not a number.
+  template <class T>
+  T of(T s) const {
+    const T k = guess(s), next = k + Real(1);
+    return between_ends(s, smaller(k + ones_le(breakpoint(next), s), T{} + inner_));
+  }
+  // The same without a look at the breakpoints inside.
+  Real about(Real s) const { return between_ends(s, guess(s)); }
+  // The cell of a single site: branches are foretold, so that what follows need not wait for the comparisons.
+  int32_t of_one(const Real& s) const {
+    if (!(s >= first_)) return 0;
+    if (s >= last_) return right_;
+    const int32_t k = int32_t(smaller((s - first_) * reciprocal_, inner_));
+    return s < breakpoint(Real(k + 1)) || k + 2 == right_ ? k + 1 : k + 2;
+  }
+
+ private:
+  static constexpr Real kEpsilon = sizeof(Real) == sizeof(double) ? Real(0x1p-52) : Real(0x1p-23);
+
+  template <class T>
+  T guess(T s) const {
+    return round_down(smaller((s - first_) * reciprocal_, T{} + inner_));
+  }
+  // The cell behind breakpoint k, unless the site is beyond the ends.
+  template <class T>
+  T between_ends(T s, T k) const {
+    return where_le(T{} + first_, s, k + Real(1) + ones_le(T{} + last_, s));
+  }
+
+  Real first_, last_, step_, reciprocal_, inner_;
+  int32_t right_;
+};
+
+template <class Real>
+void uniform_cells(int32_t nx, const Real* ends, int32_t n, const Real* sites, Real reciprocal_step,
+                   int32_t* cells) {
+  const UniformCells<Real> uniform(nx, ends[0], ends[1], reciprocal_step);
+  int32_t i = 0;
+  for (; i + kLanes<Real> <= n; i += kLanes<Real>) {
+    const auto cell = __builtin_convertvector(uniform.of(load(sites + i)), CellVec<Real>);
+    __builtin_memcpy(cells + i, &cell, sizeof cell);
+  }
+  for (; i < n; ++i) cells[i] = int32_t(uniform.of(sites[i]));
+  if (exact_count<Real>(nx) == nx) return;
+  for (i = 0; i < n; ++i)
+    if (sites[i] >= ends[1]) cells[i] = nx;
 }
 
 // From a guess at most nx - 1, either way.
@@ -52,8 +110,8 @@ int32_t cell_from_guess(const Real* grid, int32_t nx, const Real* sites, int32_t
 template <class Real>
 void quasi_uniform_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real reciprocal_step,
                          int32_t* cells) {
-  const Real ends[2] = {grid[0], grid[nx - 1]};
-  uniform_cells(nx, ends, n, sites, reciprocal_step, cells);
+  const UniformCells<Real> uniform(nx, grid[0], grid[nx - 1], reciprocal_step);
+  for (int32_t i = 0; i < n; ++i) cells[i] = int32_t(uniform.about(sites[i]));
   for (int32_t i = 0; i < n; ++i)
     if (cells[i] != 0) cells[i] = cell_from_guess(grid, nx, sites, i, cells[i]);
 }
@@ -120,6 +178,44 @@ void counted_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, i
   }
 }
 
+// The bin of the look-up table that a site lies in; a site outside the grid, or one that is not a number, gets
+// the nearest bin or any.
+template <class Real>
+class Bins {
+ public:
+  Bins(int32_t nx, Real first, Real scale)
+      : first_(first), scale_(scale), last_(Real(cell_table_bins(nx) - 1)) {}
+  int32_t of(Real site) const {
+    Real bin = scale_ * (site - first_);
+    bin = bin > 0 ? bin : 0;
+    bin = bin < last_ ? bin : last_;
+    return int32_t(bin);
+  }
+
+ private:
+  Real first_, scale_, last_;
+};
+
+// How many breakpoints the hybrid search counts at the end.
+constexpr int32_t kCounted = 8;
+
+// Of the breakpoints `from` to `from` + count - 1: `from` and as many as are at or below the site.
+template <int32_t count, class Real>
+[[gnu::always_inline]] inline int32_t count_from(const Real* grid, int32_t from, const Real& site) {
+  const Vec<Real> s = broadcast(site);
+  int32_t cell = from;
+  for (int32_t k = 0; k < count; k += kLanes<Real>)
+    cell += __builtin_popcount(lanes_le(load(grid + from + k), s));
+  return cell;
+}
+
+// One step of halving: the greater of two breakpoints, `at` and the one `half` above it, that is at or below
+// the site, or `at`. No branch, for none could be foretold.
+template <class Real>
+[[gnu::always_inline]] inline int32_t halved(const Real* grid, int32_t at, int32_t half, const Real& site) {
+  return at + (half & -int32_t(grid[at + half] <= site));
+}
+
 // The table narrows each site to a few breakpoints, at most as many as the widest pair of the block has;
 // halving without a branch, the whole block step by step so that the loads of many sites are under way at
 // once, and a count of the last few find the cell. In `cells` stands meanwhile a breakpoint at or below the
@@ -127,14 +223,9 @@ void counted_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, i
 template <class Real>
 void hybrid_block(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real scale,
                   const int32_t* table, int32_t* cells) {
-  constexpr int counted = 8;
-  const Real first = grid[0], last = grid[nx - 1], last_bin = Real(cell_table_bins(nx) - 1);
-  for (int32_t i = 0; i < n; ++i) {
-    Real bin = scale * (sites[i] - first);
-    bin = bin > 0 ? bin : 0;
-    bin = bin < last_bin ? bin : last_bin;
-    cells[i] = int32_t(bin);
-  }
+  const Bins<Real> bins(nx, grid[0], scale);
+  const Real last = grid[nx - 1];
+  for (int32_t i = 0; i < n; ++i) cells[i] = bins.of(sites[i]);
   int32_t width = 1;
   for (int32_t i = 0; i < n; ++i) {
     const int32_t* pair = table + 2 * cells[i];
@@ -142,19 +233,40 @@ void hybrid_block(int32_t nx, const Real* grid, int32_t n, const Real* sites, Re
     cells[i] = pair[0];
   }
   for (int32_t i = 0; i < n; ++i) cells[i] = std::min(cells[i], nx - 1 - width);
-  for (; width > counted; width -= width / 2) {
-    const Real* middle = grid + width / 2;
-    for (int32_t i = 0; i < n; ++i) cells[i] += width / 2 & -int32_t(middle[cells[i]] <= sites[i]);
-  }
+  for (; width > kCounted; width -= width / 2)
+    for (int32_t i = 0; i < n; ++i) cells[i] = halved(grid, cells[i], width / 2, sites[i]);
   for (int32_t i = 0; i < n; ++i) {
-    const int32_t from = std::min(cells[i], nx - counted);
-    const Vec<Real> s = broadcast(sites[i]);
-    int32_t cell = from;
-    for (int k = 0; k < counted; k += kLanes<Real>)
-      cell += __builtin_popcount(lanes_le(load(grid + from + k), s));
+    const int32_t cell = count_from<kCounted>(grid, std::min(cells[i], nx - kCounted), sites[i]);
     cells[i] = sites[i] >= last ? nx : cell;
   }
 }
+
+// The cells of single sites, with what they share computed once.
+//
+// What the table leaves is mostly counted at once, for halving waits for each load, and the number of its
+// steps cannot be foretold.
+template <class Real>
+class HybridCells {
+ public:
+  HybridCells(int32_t nx, const Real* grid, Real scale, const int32_t* table)
+      : nx_(nx), grid_(grid), last_(grid[nx - 1]), bins_(nx, grid[0], scale), table_(table) {}
+  [[gnu::always_inline]] int32_t of(const Real& site) const {
+    if (nx_ < kCountedOfOne) return bisect(grid_, 0, nx_, site);
+    const int32_t* pair = table_ + 2 * bins_.of(site);
+    int32_t width = std::max(1, pair[1] - pair[0]), at = std::min(pair[0], nx_ - 1 - width);
+    for (; width > kCountedOfOne; width -= width / 2) at = halved(grid_, at, width / 2, site);
+    const int32_t cell = count_from<kCountedOfOne>(grid_, std::min(at, nx_ - kCountedOfOne), site);
+    return site >= last_ ? nx_ : cell;
+  }
+
+ private:
+  static constexpr int32_t kCountedOfOne = 3 * kCounted;
+  int32_t nx_;
+  const Real* grid_;
+  Real last_;
+  Bins<Real> bins_;
+  const int32_t* table_;
+};
 
 template <class Real>
 void hybrid_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real scale,
