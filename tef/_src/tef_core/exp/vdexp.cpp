@@ -21,8 +21,8 @@ struct {
   Row<double> shifter = 0x1.800000000ffcp+52;  // 1.5 * 2^52 + 64 * 1023: leaves n and the exponent's bias
   Row<double> ln2_hi = 0x1.62e42fefap-7;       // ln 2/64; short, so that its product with an integer is exact
   Row<double> ln2_lo = 0x1.cf79abc9e3b3ap-46;
-  // (e^r - 1 - r) / r^2
-  Row<double> c[4] = {0x1.fffffffffdb3bp-2, 0x1.555555555653ep-3, 0x1.555573f218b93p-5, 0x1.111112d9f549bp-7};
+  // (e^r - 1 - r) / r^2, to 2^-59.3 of e^r
+  Row<double> c[4] = {0x1.fffffffffdbd9p-2, 0x1.5555555557677p-3, 0x1.555573c3149fdp-5, 0x1.111108f30ec0dp-7};
 } constexpr vdexp_data{};
 
 struct dExpHA : dExp {
@@ -52,8 +52,7 @@ struct dExpHA : dExp {
 };
 
 // LA. A finer table, |r| <= ln2/2048, and a shorter polynomial. The entries are the bits of 2^(j/1024), less
-// j 2^42: adding all of n, shifted, makes them right again and puts the exponent in. The polynomial's error
-// is below 2^-53.5.
+// j 2^42: adding all of n, shifted, makes them right again and puts the exponent in.
 alignas(64) constexpr uint64_t kPowers[1024] = {
 #include "exp/vdexp_la.inc"
 };
@@ -63,8 +62,9 @@ struct {
   Row<double> shifter = 0x1.8p+52;
   Row<double> ln2_hi = 0x1.62e42fecp-11;  // ln 2/1024
   Row<double> ln2_lo = 0x1.d1cf79abc9e3bp-42;
-  Row<double> c2 = 0x1.000000272725ep-1;
-  Row<double> c3 = 0x1.5555557621dbcp-3;
+  // (e^r - 1 - r) / r^2, with the table's factor to 2^-53.5 of e^r
+  Row<double> c2 = 0x1.0000002726a4bp-1;
+  Row<double> c3 = 0x1.5555557081401p-3;
 } constexpr vdexp_la_data{};
 
 struct dExpLA : dExp {
@@ -95,10 +95,10 @@ ScaledExponential reduce_and_evaluate(double x) {
   const int n = static_cast<int>(bit_cast<uint64_t>(N));
   const double* T = _tefdExpHATab[n & 63];
   const double r = (x - Nf * 0x1.62e42fefap-7) - Nf * 0x1.cf79abc9e3b3ap-46;
-  const double p =
-      r + r * r *
-              (0.5 + r * (0.1666666666665788 + r * (0.04166666666677052 +
-                                                    r * (0.008333341995140497 + r * 0.0013888870459233254))));
+  // e^r - 1, to 2^-70.2 of e^r
+  const double c3 = 0x1.55555555548fdp-3, c4 = 0x1.5555555556592p-5, c5 = 0x1.111123a859c35p-7,
+               c6 = 0x1.6c16ba65f287fp-10;
+  const double p = r + r * r * (0.5 + r * (c3 + r * (c4 + r * (c5 + r * c6))));
   return {n >> 6, T[0], T[0] * (p + T[1])};
 }
 

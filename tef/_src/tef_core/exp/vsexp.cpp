@@ -26,11 +26,12 @@ struct {
   Row<float> shifter = 0x1.8003f8p+23f;  // 1.5 * 2^23 + 4 * 127: the exponent's bias is in N already
   Row<float> ln2_hi = 0x1.62ep-3f;       // ln 2/4
   Row<float> ln2_lo = 0x1.0bfbe8p-17f;
-  Row<float> c[3] = {0x1.000002p-1f, 0x1.5571d8p-3f, 0x1.555654p-5f};  // (e^r - 1 - r) / r^2, to 2^-24 of r
+  Row<float> c[3] = {0x1.000006p-1f, 0x1.5571d6p-3f,
+                     0x1.552922p-5f};  // (e^r - 1 - r) / r^2, to 2^-27.4 of e^r
   alignas(64) float T_hi[8] = {0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f,
                                0x1p+0f, 0x1.306fep+0f, 0x1.6a09e6p+0f, 0x1.ae89fap+0f};
-  alignas(64) float T_lo[8] = {0.0f, 3.1934182e-08f, 1.7114271e-08f, -1.4719605e-08f,
-                               0.0f, 3.1934182e-08f, 1.7114271e-08f, -1.4719605e-08f};
+  alignas(64) float T_lo[8] = {0.0f, 0x1.4636e2p-25f, 0x1.9fcef4p-26f, -0x1.a94b14p-26f,
+                               0.0f, 0x1.4636e2p-25f, 0x1.9fcef4p-26f, -0x1.a94b14p-26f};
 } constexpr vsexp_data{};
 
 struct sExpHA : sExp {
@@ -55,8 +56,8 @@ struct {
   Row<float> ln2_hi = 0x1.62e4p-1f;
   Row<float> ln2_lo = 0x1.7f7d1cp-20f;
   Row<float> one = 1.0f;
-  // (e^r - 1 - r) / r^2, to 2^-28 of e^r
-  Row<float> c[5] = {0x1.fffffap-2f, 0x1.555492p-3f, 0x1.555a28p-5f, 0x1.12398ep-7f, 0x1.694ac4p-10f};
+  // (e^r - 1 - r) / r^2, to 2^-28.1 of e^r
+  Row<float> c[5] = {0x1.fffffap-2f, 0x1.555492p-3f, 0x1.555a26p-5f, 0x1.12397cp-7f, 0x1.694c86p-10f};
 } constexpr vsexp_la_data{};
 
 struct sExpLA : sExp {
@@ -75,7 +76,7 @@ struct sExpLA : sExp {
 struct {
   Row<float> inv_ln2 = 0x1.715476p+0f;
   Row<float> shifter = 0x1.8000fep+23f;
-  Row<float> c[4] = {1.0f, 0.693178296f, 0.242028862f, 0.0555040054f};
+  Row<float> c[4] = {1.0f, 0x1.62f5fap-1f, 0x1.f00c4cp-3f, 0x1.c2a254p-5f};  // to 2^-13.2 of 2^f
 } constexpr vsexp_ep_data{};
 
 struct sExpEP : sExp {

@@ -14,8 +14,8 @@ struct dExpm1Data {
   Row<double> shifter = 0x1.800000001ff8p+52;  // 1.5 * 2^52 + 128 * 1023
   Row<double> L_hi = 0x1.62e42fef8p-8;  // ln 2/128; short, so that its product with an integer is exact
   Row<double> L_lo = 0x1.1cf79abc9e3b4p-43;
-  // (e^r - 1 - r) / r^2, |r| <= ln2/256, to 2^-56 of r
-  Row<double> c[4] = {0x1.ffffffffffe5cp-2, 0x1.555555555545ap-3, 0x1.55555c2a552a5p-5, 0x1.1111163bd16bfp-7};
+  // (e^r - 1 - r) / r^2, |r| <= ln2/256, to 2^-56.1 of e^r - 1
+  Row<double> c[4] = {0x1.ffffffffffe5bp-2, 0x1.5555555555089p-3, 0x1.55555c2c4428ep-5, 0x1.111123a5f3c09p-7};
   Row<double> minus_one = -1.0;
   Row<uint64_t> leading_bits = 0xFFFFFFFFF8000000;
 };
@@ -23,8 +23,8 @@ struct dExpm1EpData {
   Row<double> inv_L = 0x1.71547652b82fep+6;    // 64/ln 2
   Row<double> shifter = 0x1.800000000ffcp+52;  // 1.5 * 2^52 + 64 * 1023
   Row<double> L = 0x1.62e42fefap-7;
-  // (e^r - 1 - r) / r^2, |r| <= ln2/128, to 2^-37
-  Row<double> c[2] = {0x1.000021f5a388bp-1, 0x1.55557621dd3b6p-3};
+  // (e^r - 1 - r) / r^2, |r| <= ln2/128, to 2^-29.1 of e^r - 1
+  Row<double> c[2] = {0x1.00001ec73e274p-1, 0x1.555582ea2f691p-3};
   Row<double> minus_one = -1.0;
 };
 

@@ -14,8 +14,8 @@ struct sExpm1Data {
   Row<float> shifter = 0x1.8003f8p+23f;  // 1.5 * 2^23 + 4 * 127
   Row<float> L_hi = 0x1.62ep-3f;         // ln 2/4; short, so that its product with an integer is exact
   Row<float> L_lo = 0x1.0bfbe8p-17f;
-  // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-35
-  Row<float> c[4] = {0x1.fffffep-2f, 0x1.555554p-3f, 0x1.557288p-5f, 0x1.1128ep-7f};
+  // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-30.7 of e^r - 1
+  Row<float> c[4] = {0x1.fffffep-2f, 0x1.555556p-3f, 0x1.557278p-5f, 0x1.11164ap-7f};
   Row<float> minus_one = -1.0f;
   Row<uint32_t> leading_bits = 0xFFFFF000;
 };
@@ -23,8 +23,8 @@ struct sExpm1EpData {
   Row<float> inv_L = 0x1.715476p+2f;
   Row<float> shifter = 0x1.8003f8p+23f;
   Row<float> L = 0x1.62e43p-3f;
-  // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-21
-  Row<float> c[2] = {0x1.0021e4p-1f, 0x1.557624p-3f};
+  // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-17.1 of e^r - 1
+  Row<float> c[2] = {0x1.001ea6p-1f, 0x1.556374p-3f};
   Row<float> minus_one = -1.0f;
 };
 

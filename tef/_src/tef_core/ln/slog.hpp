@@ -31,12 +31,12 @@ struct SingleLogParts {
   X e() const { return m - kSlogData.one; }
 };
 
-// For -1/3 <= e < 1/3: (ln(1 + e) - e + e^2/2) / e^3 to 2^-27 of ln(1 + e), and (ln(1 + e) - e) / e^2 to
-// 2^-25 and 2^-14
+// For -1/3 <= e < 1/3: (ln(1 + e) - e + e^2/2) / e^3 to 2^-27.6 of ln(1 + e), and (ln(1 + e) - e) / e^2
+// to 2^-25.1 of ln(1 + e) and to 2^-14.2 of ln(1 + e).
 struct sLnData {
   Row<float> half = 0.5f;
-  Row<float> ha[8] = {0x1.5555p-2f,   -0x1.fffea8p-3f, 0x1.99d28p-3f, -0x1.55ab8ap-3f,
-                      0x1.1eb69cp-3f, -0x1.f184eep-4f, 0x1.1ef38p-3f, -0x1.0b775ep-3f};
+  Row<float> ha[8] = {0x1.555506p-2f, -0x1.fffefp-3f,  0x1.99d05ep-3f, -0x1.559de4p-3f,
+                      0x1.1ed424p-3f, -0x1.f30e36p-4f, 0x1.1e73ap-3f,  -0x1.080c9ep-3f};
   Row<float> la[8] = {-0x1.ffffd6p-2f, 0x1.5554fcp-2f, -0x1.00144ep-2f, 0x1.99d398p-3f,
                       -0x1.5038e4p-3f, 0x1.1eaacap-3f, -0x1.3b0c36p-3f, 0x1.1f1bb8p-3f};
   Row<float> ep[4] = {-0x1.ff48d4p-2f, 0x1.5468d6p-2f, -0x1.19ad96p-2f, 0x1.cc56fep-3f};

@@ -14,15 +14,15 @@ struct dLnData {
   Row<double> L_hi = 0x1.62e42fefap-1;
   Row<double> L_lo = 0x1.cf79abc9ep-40;
   Row<double> L = 0x1.62e42fefa39efp-1;
-  // (ln(1 + e) - e) / e^2, |e| <= 2^-9.5, to 2^-64 of e
-  Row<double> c[5] = {-0.5, 0x1.555555555475fp-2, -0x1.fffffffffe21bp-3, 0x1.9999c98901219p-3,
-                      -0x1.5555825208ae1p-3};
+  // (ln(1 + e) - e) / e^2, |e| <= 2^-9.5, to 2^-64.5 of ln(1 + e)
+  Row<double> c[5] = {-0.5, 0x1.555555555458fp-2, -0x1.0000000001bc4p-2, 0x1.9999cc8e83a81p-3,
+                      -0x1.55554833ee671p-3};
 };
 struct dLnLaData {
-  // the same to 2^-54 of e
-  Row<double> c[4] = {-0x1.ffffffffff43p-2, 0x1.555555555401fp-2, -0x1.0000191a06d59p-2,
-                      0x1.9999d28fa91dbp-3};
-  Row<double> ep_c2 = -0x1.00000b4b80efcp-1, ep_c3 = 0x1.55556d6ef9d28p-2;
+  // the same to 2^-54 of ln(1 + e), and to 2^-32.4 of ln(1 + e)
+  Row<double> c[4] = {-0x1.ffffffffff2a6p-2, 0x1.555555555715cp-2, -0x1.00001ab0264ap-2,
+                      0x1.9999894bc8ddbp-3};
+  Row<double> ep_c2 = -0x1.00000c0277b22p-1, ep_c3 = 0x1.5555517ebad38p-2;
 };
 
 struct LnDescription {

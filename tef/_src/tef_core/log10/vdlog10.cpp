@@ -12,15 +12,15 @@ alignas(64) constexpr double kBiasedTable[223][2] = {
 };
 
 struct dLog10Data {
-  Row<double> unit = 0.43359375;  // a short stand-in for log10 e
+  Row<double> unit = 0x1.bcp-2;  // a short stand-in for log10 e
   Row<double> L_hi = 0x1.34413509fp-2;
   Row<double> L_lo = 0x1.e7fbcc47cp-40;
   Row<double> L = 0x1.34413509f79ffp-2;
-  // log10(1 + e/unit) = e + e (c0 + e (c1 + e (c2 + ...))), |e| <= 1.15e-3, to 2^-59; c0 makes good for the
-  // short unit
+  // log10(1 + e/unit) = e + e (c0 + e (c1 + e (c2 + ...))), |e| <= 1.15e-3, to 2^-59 of log10(1 + e/unit);
+  // c0 makes good for the short unit
   Row<double> first = 0x1.a7a6cbf2e411p-10;
-  Row<double> c[5] = {-0x1.27af2dc77b115p0, 0x1.c6a02dc94bb16p0, -0x1.8930964d46824p1, 0x1.6abaabcf350e3p2,
-                      -0x1.5c917e2b1aa62p3};
+  Row<double> c[5] = {-0x1.27af2dc77b115p0, 0x1.c6a02dc94ba9bp0, -0x1.8930964d5e4ccp1, 0x1.6abaabf2a190cp2,
+                      -0x1.5c911e9f49c9fp3};
 };
 
 int vdlog10_cout_rare(const double* a, double* r);

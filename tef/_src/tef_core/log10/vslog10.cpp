@@ -5,7 +5,7 @@
 ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-// (log10(1 + e) - C e) / e^2, C = log10 e, -1/3 <= e < 1/3: to 2^-25 and 2^-14 of log10(1 + e)
+// (log10(1 + e) - C e) / e^2, C = log10 e, -1/3 <= e < 1/3: to 2^-25.1 of log10(1 + e) and to 2^-14.2 of log10(1 + e)
 struct sLog10Data {
   Row<float> la[8] = {-0x1.bcb78cp-3f, 0x1.287a28p-3f, -0x1.bcdb54p-4f, 0x1.63f8cep-4f,
                       -0x1.24044cp-4f, 0x1.f1f50cp-5f, -0x1.11c04ap-4f, 0x1.f2ec5cp-5f};
