@@ -40,6 +40,10 @@ set(ORX_KERNEL_FLAGS -fvisibility=hidden -fno-exceptions -fno-rtti -fno-threadsa
     -fno-unwind-tables -fno-asynchronous-unwind-tables -ftls-model=initial-exec)
 set(ORX_AVX_FLAGS -mavx -mno-avx2 -mno-fma -mpopcnt)
 set(ORX_SSE3_FLAGS -mno-avx -msse3 -mno-ssse3)
+# Of members of the family to come, on trial.
+set(ORX_AVX2_FLAGS -mavx2 -mfma -mno-avx512f)
+set(ORX_AVX512_FLAGS -mavx2 -mfma -mavx512f -mavx512dq -mavx512vl -mavx512bw -mprefer-vector-width=512
+    -Wno-uninitialized)  # GCC 12 takes its own intrinsics for users of uninitialized variables
 
 # One layer of liborx_g9.so: an object library of all .cpp files below the directories SOURCES. It sees the public
 # headers, the ground floor, and what is below the directories INCLUDES: its own rooms and those of the layers

@@ -90,9 +90,11 @@ inline __m256 select_of_4(const float* table, __m256 index) {
                               _mm256_castps_si256(index));
 }
 
-#if !defined(ORX_ISA_AVX2)
+// By the halves' integers, where there are none of the whole width.
+#if defined(ORX_ISA_AVX)
 inline __m256 spread_signs(__m256 a) { return join(spread_signs(low_half(a)), spread_signs(high_half(a))); }
 inline __m256d spread_signs(__m256d a) { return join(spread_signs(low_half(a)), spread_signs(high_half(a))); }
+inline __m128i multiply_wide(__m128i a, __m128i b) { return _mm_mul_epu32(a, b); }
 #endif
 
 // Not by blends, which the compiler would take apart lane by lane.
@@ -162,10 +164,5 @@ inline void store_zipped(T* p, V a, V b) {
   store(p + 2 * half, high_half(a));
   store(p + 3 * half, high_half(b));
 }
-template <class I>
-inline I multiply_wide(I a, I b) {
-  return (I)_mm_mul_epu32((__m128i)a, (__m128i)b);
-}
-
 }  // namespace native
 ORX_ISA_END

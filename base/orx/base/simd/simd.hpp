@@ -356,9 +356,10 @@ inline Vec<T, n> keep(Vec<T, n> mask, Vec<T, n> x) {
   return bit_and(mask, x);
 }
 #endif
-// One bit for each lane: of a mask, or of the lanes' signs; and whether there is any.
+// One bit for each lane, of 32 at most: of a mask, or of the lanes' signs; and whether there is any.
 template <template <class, int> class X, class T, int n>
 inline int movemask(X<T, n> x) {
+  static_assert(n * X<T, n>::kLanesEach <= 32);
   unsigned bits = 0;
   for (int i = 0; i < n; ++i) bits |= native::signs(x.v[i]) << (i * X<T, n>::kLanesEach);
   return static_cast<int>(bits);
@@ -417,7 +418,10 @@ inline Integers<E, l, n> greater(Integers<E, l, n> a, E b) {
 // The product of the lower halves, whole.
 template <int l, int n>
 inline Integers<uint64_t, l, n> multiply_wide(Integers<uint64_t, l, n> a, Integers<uint64_t, l, n> b) {
-  return make<Integers<uint64_t, l, n>>([&](int i) { return native::multiply_wide(a.v[i], b.v[i]); });
+  using I = Integers<uint64_t, l, n>;
+  return make<I>([&](int i) {
+    return (typename I::V)native::multiply_wide(native::whole(a.v[i]), native::whole(b.v[i]));
+  });
 }
 template <class I>
 inline I broadcast_int(typename I::Element x) {
