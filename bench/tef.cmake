@@ -2,7 +2,7 @@
 find_path(ORX_SLEEF_HEADER sleef.h)
 if(ORX_SLEEF_HEADER)
   orx_bench(bench_tef tef/bench_tef.cpp orx_functions ${CMAKE_DL_LIBS})
-  target_sources(bench_tef PRIVATE tef/peers.cpp tef/loops.cpp)
+  target_sources(bench_tef PRIVATE tef/calls.cpp tef/loops.cpp tef/peers.cpp)
   target_compile_options(bench_tef PRIVATE ${ORX_AVX_FLAGS} -Wno-ignored-attributes)
   set_source_files_properties(tef/loops.cpp PROPERTIES COMPILE_OPTIONS "-fno-math-errno;-fno-trapping-math")
 else()

@@ -1,12 +1,14 @@
 // Cycles per element of every vector kernel, beside its peers.
 //
 //   bench_tef [--short] [--write FILE] [--costs] [Google Benchmark's options]
+//   bench_tef --calls [--write FILE] [FUNCTION...]
 //
 // One benchmark is one function at one length. In each iteration all kernels of the function and all its
 // peers take their turn, so that a noisy moment hits all alike; repetitions of all benchmarks are mixed for
 // the same reason. The counters are the least times so far, in cycles of the time-stamp counter per element.
 // --short runs in cache alone and few times; --write puts the rows into the document's tables, where those of functions
-// that were not run stay; --costs prints rows for the list of functions.
+// that were not run stay; --costs prints rows for the list of functions. --calls times what long vectors of usual elements do not show: short calls, and
+// vectors of zeros, denormals, infinities, huge numbers and elements in error.
 #include <benchmark/benchmark.h>
 #include <gnu/libc-version.h>
 #include <sleef.h>
@@ -18,6 +20,7 @@
 #include <sstream>
 
 #include "accuracy/machine.hpp"
+#include "calls.hpp"
 #include "functions/sections.hpp"
 #include "race.hpp"
 
@@ -106,8 +109,8 @@ const char* const kTableHead =
     "|---|---|---|---|---|---|\n";
 
 // By kernel.
-std::map<std::string, std::string> table_of(int length) {
-  std::map<std::string, std::string> rows;
+Rows table_of(int length) {
+  Rows rows;
   for (const Function& f : functions()) {
     for (const Kernel& k : f.kernels) {
       const double own = cycles(f, k.name, length);
@@ -126,13 +129,13 @@ std::map<std::string, std::string> table_of(int length) {
   return rows;
 }
 
-void write_table(const std::string& file, const std::string& section, int length) {
-  write_section(file, section, merged_table(kTableHead, table_of(length), read_section(file, section)));
+void write_table(const std::string& file, const std::string& section, const char* head, const Rows& rows) {
+  write_section(file, section, merged_table(head, rows, read_section(file, section)));
 }
 
 void write_report(const std::string& file) {
-  write_table(file, "in cache", kInCache);
-  write_table(file, "out of cache", kOutOfCache);
+  write_table(file, "in cache", kTableHead, table_of(kInCache));
+  write_table(file, "out of cache", kTableHead, table_of(kOutOfCache));
   std::ostringstream s;
   s << "Last written on " << processor_name() << ", " << kCodeWidth << " code, " << kCompilerName
     << ", glibc " << gnu_get_libc_version() << ", SLEEF " << SLEEF_VERSION_MAJOR << "." << SLEEF_VERSION_MINOR
@@ -181,9 +184,37 @@ void print_costs() {
   }
 }
 
+void print_and_write(const std::string& file, const std::string& section, const char* head,
+                     const Rows& rows) {
+  std::cout << "\n" << section << "\n" << merged_table(head, rows, "");
+  if (!file.empty()) write_table(file, section, head, rows);
+}
+
+// bench_tef --calls [--write FILE] [FUNCTION...]
+int time_calls(std::vector<std::string> words) {
+  std::string file;
+  if (words.size() > 1 && words[0] == "--write") {
+    file = words[1];
+    words.erase(words.begin(), words.begin() + 2);
+  }
+  Rows calls, elements;
+  for (const Function& f : functions()) {
+    const bool named = std::count(words.begin(), words.end(), f.full_name()) ||
+                       std::count(words.begin(), words.end(), f.name);
+    if (!f.shape->elementwise || !f.descriptor || !(words.empty() || named)) continue;
+    calls.merge(short_calls(f));
+    elements.merge(unusual_elements(f));
+  }
+  print_and_write(file, "short calls", kShortCallsHead, calls);
+  print_and_write(file, "unusual elements", kUnusualHead, elements);
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  orx_tef_kernel_SetMode(TEF_HA | TEF_ERRMODE_IGNORE | TEF_FLUSH_OFF);
+  if (argc > 1 && argv[1] == std::string("--calls")) return time_calls({argv + 2, argv + argc});
   std::vector<char*> arguments(argv, argv + argc);
   char mixed[] = "--benchmark_enable_random_interleaving=true";
   arguments.insert(arguments.begin() + 1, mixed);
@@ -205,7 +236,6 @@ int main(int argc, char** argv) {
       return 2;
     }
   }
-  orx_tef_kernel_SetMode(TEF_HA | TEF_ERRMODE_IGNORE | TEF_FLUSH_OFF);
   register_benchmarks(brief);
   LastRepetition reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
