@@ -12,8 +12,20 @@ struct dExp : Kernel<double(double)> {
   static X rare(X x) {
     return not_below(magnitude(x), kRareFrom);
   }
+  // What is left is to be reported: overflow, and results that are denormal or 0.
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    left.finish(less(x, kLowest), X{});
+    vdexp_finish_large(x, left);
+  }
   static int rare_lane(const double* a, double* r) { return vdexp_cout_rare(a, r); }
+
+ private:
+  static constexpr Row<double> kLowest = -DBL_MAX;
 };
+
+// Added to arguments, so that nothing underflows where they are tiny; the result is 1 there.
+constexpr Row<double> kLeast = 0x1p-300;
 
 // HA. The sum T + T (p + T_lo) rounds once more than the exact value.
 struct {
@@ -28,6 +40,11 @@ struct {
 struct dExpHA : dExp {
   template <class X>
   static X eval(X x) {
+    return scaled<0>(x + kLeast);
+  }
+  // e^x 2^-orders.
+  template <int orders, class X>
+  static X scaled(X x) {
     const auto& d = vdexp_data;
     // 1. n = round(x * 64/ln2), in the low bits of N.
     const X N = multiply_add(x, d.inv_ln2, d.shifter);
@@ -47,7 +64,9 @@ struct dExpHA : dExp {
         _tefdExpHATab[0], [&](int lane) { return n.low(lane) & 63; }, T, T_lo);
 
     // 5. e^x = 2^k T (1 + p).
-    return multiply_add(T, p + T_lo, T) * scale_from<6>(n.vector());
+    X k = n.vector();
+    if constexpr (orders > 0) k = k - broadcast<X>(64.0 * orders);
+    return multiply_add(T, p + T_lo, T) * scale_from<6>(k);
   }
 };
 
@@ -69,8 +88,9 @@ struct {
 
 struct dExpLA : dExp {
   template <class X>
-  static X eval(X x) {
+  static X eval(X x_exact) {
     const auto& d = vdexp_la_data;
+    const X x = x_exact + kLeast;
     const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
     const SpilledWords<X> n(N);
@@ -115,6 +135,8 @@ double denormal_result(const ScaledExponential& e) {
 
 }  // namespace
 
+Vec<double, 1> vdexp_half(Vec<double, 1> x) { return dExpHA::scaled<1>(x); }
+
 double vdexp_moderate(double x) {
   const ScaledExponential e = reduce_and_evaluate(x);
   return (e.tail + e.hi) * power_of_two(e.k);
@@ -133,16 +155,17 @@ int vdexp_cout_rare(const double* a, double* r) {
     return StatusOk;
   }
   if (x > 709.782712893384) {
-    *r = hidden(DBL_MAX) * DBL_MAX;
+    *r = raise_overflow<double>();
     return StatusOverflow;
   }
   if (x < -745.1332191019411) {
-    *r = hidden(DBL_MIN) * DBL_MIN;
+    *r = raise_underflow<double>();
     return StatusUnderflow;
   }
   const ScaledExponential e = reduce_and_evaluate(x);
   if (x < -708.3964185322641) {
     *r = denormal_result(e);
+    hidden(raise_underflow<double>());  // the last step of the result is exact
     return StatusUnderflow;
   }
   // 2^1024 does not fit in a scale factor: one order less, and twice.

@@ -2,6 +2,7 @@
 #pragma once
 #include <cfloat>
 
+#include "frame/exceptions.hpp"
 #include "frame/kernel.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
@@ -16,6 +17,19 @@ inline double power_of_two(int k) { return bit_cast<double>(static_cast<uint64_t
 
 // e^x for |x| below 700, as accurate as the HA kernel.
 double vdexp_moderate(double x);
+
+// e^x / 2, as accurate as the HA kernel, for x from -700 up to where e^x overflows.
+Vec<double, 1> vdexp_half(Vec<double, 1> x);
+
+// Rare lanes that are positive, or NaN, and not in error.
+template <class X, class Left>
+inline void vdexp_finish_large(X x, Left& left) {
+  const X largest = broadcast<X>(DBL_MAX), finite_to = broadcast<X>(709.782712893384);
+  left.finish(not_at_most(magnitude(x), largest),
+              [&](X special) { return bit_and(special, x) + bit_and(special, x); });
+  left.finish(bit_and(less(X{}, x), at_most(x, finite_to)),
+              [&](X finite) { return vdexp_half(bit_and(finite, x)) * broadcast<X>(2); });
+}
 
 // e^x for arguments that the vector code does not take; the status to report.
 int vdexp_cout_rare(const double* a, double* r);

@@ -17,8 +17,20 @@ struct sExp : Kernel<float(float)> {
   static X rare(X x) {
     return not_below(magnitude(x), kRareFrom);
   }
+  // What is left is to be reported: overflow, and results that are denormal or 0.
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    left.finish(less(x, kLowest), X{});
+    vsexp_finish_large(x, left);
+  }
   static int rare_lane(const float* a, float* r) { return vsexp_cout_rare(a, r); }
+
+ private:
+  static constexpr Row<float> kLowest = -FLT_MAX;
 };
+
+// Added to arguments, so that nothing underflows where they are tiny; the result is 1 there.
+constexpr Row<float> kLeast = 0x1p-50f;
 
 // HA. x = (4 k + j) ln2/4 + r, |r| <= ln2/8; e^x = 2^k 2^(j/4) e^r. The four powers lie in a vector.
 struct {
@@ -37,6 +49,11 @@ struct {
 struct sExpHA : sExp {
   template <class X>
   static X eval(X x) {
+    return scaled<0>(x + kLeast);
+  }
+  // e^x 2^-orders.
+  template <int orders, class X>
+  static X scaled(X x) {
     const auto& d = vsexp_data;
     const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
@@ -44,8 +61,9 @@ struct sExpHA : sExp {
     const X T_hi = select_of_4(d.T_hi, N), T_lo = select_of_4(d.T_lo, N);
     const X r2 = r * r;
     const X p = multiply_add(r2, polynomial(r, r2, d.c), r);
-    const X scale = scale_from<2>(N);
-    return (multiply_add(p, T_hi, T_lo) + T_hi) * scale;
+    X k = N;
+    if constexpr (orders > 0) k = k - broadcast<X>(4.0f * orders);
+    return (multiply_add(p, T_hi, T_lo) + T_hi) * scale_from<2>(k);
   }
 };
 
@@ -62,13 +80,16 @@ struct {
 
 struct sExpLA : sExp {
   template <class X>
-  static X eval(X x) {
+  static X eval(X x_exact) {
     const auto& d = vsexp_la_data;
+    const X x = x_exact + kLeast;
     const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
     const X r = subtract_product(subtract_product(x, Nf, d.ln2_hi), Nf, d.ln2_lo);
     const X r2 = r * r;
-    return (d.one + multiply_add(r2, polynomial(r, r2, d.c), r)) * scale_from<0>(N);
+    // not by the fourth power of r, which might underflow
+    const X q = multiply_add(r2, estrin<2, 3>(r, r2, d.c), estrin<0, 2>(r, r2, d.c));
+    return (d.one + multiply_add(r2, q, r)) * scale_from<0>(N);
   }
 };
 
@@ -83,7 +104,7 @@ struct sExpEP : sExp {
   template <class X>
   static X eval(X x) {
     const auto& d = vsexp_ep_data;
-    const X t = x * d.inv_ln2;
+    const X t = (x + kLeast) * d.inv_ln2;
     const X N = t + d.shifter;
     const X f = t - (N - d.shifter);
     return polynomial(f, f * f, d.c) * scale_from<0>(N);
@@ -91,6 +112,8 @@ struct sExpEP : sExp {
 };
 
 }  // namespace
+
+Vec<float, 1> vsexp_half(Vec<float, 1> x) { return sExpHA::scaled<1>(x); }
 
 int vsexp_cout_rare(const float* a, float* r) {
   const float x = *a;
@@ -100,11 +123,11 @@ int vsexp_cout_rare(const float* a, float* r) {
     return StatusOk;
   }
   if (x > 88.72283f) {
-    *r = hidden(FLT_MAX) * FLT_MAX;
+    *r = raise_overflow<float>();
     return StatusOverflow;
   }
   if (x < -103.97208f) {
-    *r = hidden(FLT_TRUE_MIN) * FLT_TRUE_MIN;
+    *r = raise_underflow<float>();
     return StatusUnderflow;
   }
 

@@ -22,8 +22,9 @@ struct Expm1Reduction {
 template <class D>
 struct Expm1HA : D {
   template <class X>
-  static X eval(X x) {
+  static X eval(X x_exact) {
     const auto& d = D::kData;
+    const X x = max(x_exact, d.lowest);
     const Expm1Reduction<D, X> n(x);
     const X w = n.Nf * d.L_lo;
     const X r = n.r1 - w;
@@ -46,8 +47,9 @@ struct Expm1HA : D {
 template <class D>
 struct Expm1LA : D {
   template <class X>
-  static X eval(X x) {
+  static X eval(X x_exact) {
     const auto& d = D::kData;
+    const X x = max(x_exact, d.lowest);
     const Expm1Reduction<D, X> n(x);
     const X r = subtract_product(n.r1, n.Nf, d.L_lo);
     const X r2 = r * r;
@@ -64,8 +66,9 @@ struct Expm1LA : D {
 template <class D>
 struct Expm1EP : D {
   template <class X>
-  static X eval(X x) {
+  static X eval(X x_exact) {
     const auto& d = D::kEpData;
+    const X x = max(x_exact, d.lowest);
     const X N = multiply_add(x, d.inv_L, d.shifter);
     const X r = subtract_product(x, N - d.shifter, d.L);
     const X p = multiply_add(r * r, multiply_add(r, d.c[1], d.c[0]), r);

@@ -17,6 +17,7 @@ struct dExpm1Data {
   // (e^r - 1 - r) / r^2, |r| <= ln2/256, to 2^-56.1 of e^r - 1
   Row<double> c[4] = {0x1.ffffffffffe5bp-2, 0x1.5555555555089p-3, 0x1.55555c2c4428ep-5, 0x1.111123a5f3c09p-7};
   Row<double> minus_one = -1.0;
+  Row<double> lowest = -64.0;  // the result is -1 from there down, and what makes it up would underflow
   Row<uint64_t> leading_bits = 0xFFFFFFFFF8000000;
 };
 struct dExpm1EpData {
@@ -26,10 +27,11 @@ struct dExpm1EpData {
   // (e^r - 1 - r) / r^2, |r| <= ln2/128, to 2^-29.1 of e^r - 1
   Row<double> c[2] = {0x1.00001ec73e274p-1, 0x1.555582ea2f691p-3};
   Row<double> minus_one = -1.0;
+  Row<double> lowest = -64.0;  // the result is -1 from there down, and what makes it up would underflow
 };
 
-// |x| from 707.7033 on is rare.
-constexpr Row<double> kRareFrom = 0x1.61da04cbafe44p+9;
+// |x| is rare below 2^-54 and from 707.7033 on.
+constexpr Row<double> kTiny = 0x1p-54, kRareFrom = 0x1.61da04cbafe43p+9;
 
 struct dExpm1 : Kernel<double(double)> {
   static constexpr dExpm1Data kData{};
@@ -49,14 +51,17 @@ struct dExpm1 : Kernel<double(double)> {
   }
   template <class X>
   static X rare(X x) {
-    return not_below(magnitude(x), kRareFrom);
+    return outside(magnitude(x), kTiny, kRareFrom);
   }
-  // Far below 0 the result is -1, and no underflow is told. The others are so large that e^x - 1 is e^x.
-  static int rare_lane(const double* a, double* r) {
-    if (!(*a < 0)) return vdexp_cout_rare(a, r);
-    *r = -1.0;
-    return StatusOk;
+  // Where x is tiny it is the result. Far below 0 the result is -1, and no underflow is told. The others are so
+  // large that e^x - 1 is e^x.
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    left.finish(less(magnitude(x), kTiny), [&](X tiny) { return exact_result(bit_and(tiny, x)); });
+    left.finish(less(x, X{}), constant<X>(kData.minus_one));
+    vdexp_finish_large(x, left);
   }
+  static int rare_lane(const double* a, double* r) { return vdexp_cout_rare(a, r); }
 };
 
 using dExpm1HA = Expm1HA<dExpm1>;

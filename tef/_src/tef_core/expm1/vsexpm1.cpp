@@ -17,6 +17,7 @@ struct sExpm1Data {
   // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-30.7 of e^r - 1
   Row<float> c[4] = {0x1.fffffep-2f, 0x1.555556p-3f, 0x1.557278p-5f, 0x1.11164ap-7f};
   Row<float> minus_one = -1.0f;
+  Row<float> lowest = -32.0f;  // the result is -1 from there down, and what makes it up would underflow
   Row<uint32_t> leading_bits = 0xFFFFF000;
 };
 struct sExpm1EpData {
@@ -26,9 +27,10 @@ struct sExpm1EpData {
   // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-17.1 of e^r - 1
   Row<float> c[2] = {0x1.001ea6p-1f, 0x1.556374p-3f};
   Row<float> minus_one = -1.0f;
+  Row<float> lowest = -32.0f;  // the result is -1 from there down, and what makes it up would underflow
 };
 
-constexpr Row<float> kRareFrom = 0x1.5d58ap+6f;
+constexpr Row<float> kTiny = 0x1p-26f, kRareFrom = 0x1.5d589ep+6f;
 
 struct sExpm1 : Kernel<float(float)> {
   static constexpr int kTogether = 2;
@@ -47,13 +49,17 @@ struct sExpm1 : Kernel<float(float)> {
   }
   template <class X>
   static X rare(X x) {
-    return not_below(magnitude(x), kRareFrom);
+    return outside(magnitude(x), kTiny, kRareFrom);
   }
-  static int rare_lane(const float* a, float* r) {
-    if (!(*a < 0)) return vsexp_cout_rare(a, r);
-    *r = -1.0f;
-    return StatusOk;
+  // Where x is tiny it is the result. Far below 0 the result is -1, and no underflow is told. The others are so
+  // large that e^x - 1 is e^x.
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    left.finish(less(magnitude(x), kTiny), [&](X tiny) { return exact_result(bit_and(tiny, x)); });
+    left.finish(less(x, X{}), constant<X>(kData.minus_one));
+    vsexp_finish_large(x, left);
   }
+  static int rare_lane(const float* a, float* r) { return vsexp_cout_rare(a, r); }
 
  private:
   alignas(32) static constexpr float kRoundedPowers[8] = {0x1p+0f,        0x1.306fep+0f, 0x1.6a09e6p+0f,

@@ -319,6 +319,12 @@ class RareLanes {
     lanes = bit_andnot(which, lanes);
     if (status != StatusOk) reported_[status - 1] |= movemask(which);
   }
+  // The same with value(mask), which is asked for only if there is a lane that is left and of `which`: the mask.
+  template <class F, class = std::enable_if_t<std::is_invocable_v<F, X>>>
+  void finish(X which, F value, int status = StatusOk) {
+    which = bit_and(which, lanes);
+    if (any(which)) finish(which, value(which), status);
+  }
 
   bool any_reported() const {
     int all = 0;
@@ -445,13 +451,14 @@ class Loop {
 
   // Elements with rare ones among them, a vector at a time. Not inlined, and given a copy of the call, so that
   // the main part need not keep for it what it does not need itself.
-  __attribute__((noinline, flatten)) static void careful(unsigned i, unsigned end, Call call) {
+  __attribute__((noinline)) static void careful(unsigned i, unsigned end, Call call) {
     for (; i < end; i += kLanes)
       careful_vector(i, static_cast<int>(end - i < kLanes ? end - i : kLanes), call);
   }
 
-  // Rare lanes pass through the usual path as the safe value, so that they raise nothing there.
-  static void careful_vector(unsigned i, int count, const Call& call) {
+  // Rare lanes pass through the usual path as the safe value, so that they raise nothing there. Not inlined into the
+  // loop, which would set up constants for every block.
+  __attribute__((noinline, flatten)) static void careful_vector(unsigned i, int count, const Call& call) {
     using X = Mask<1>;
     constexpr int all = (1 << X::kLanes) - 1;
     const auto x = call.load_first(i, count, K::kSafe), safe = Call::filled(K::kSafe);

@@ -6,6 +6,7 @@
 #pragma once
 #include <cfloat>
 
+#include "frame/exceptions.hpp"
 #include "frame/kernel.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
@@ -88,14 +89,64 @@ inline X sln_ep(const SingleLogParts<X>& p, X e) {
   return (p.k * vsln_data.L + e) + e2 * polynomial(e, e2, vsln_data.ep);
 }
 
-// A logarithm of singles, rare where x is not a positive normal number, or so large that 3 x overflows. F is
-// the function of double precision, for the scalar routine.
-template <int (*rare_function)(const double*, double*)>
+struct SlnHA {
+  template <class X>
+  static X log(const SingleLogParts<X>& p) {
+    return sln_ha(p, X{});
+  }
+};
+struct SlnLA {
+  template <class X>
+  static X log(const SingleLogParts<X>& p) {
+    return sln_la(p, p.e());
+  }
+};
+struct SlnEP {
+  template <class X>
+  static X log(const SingleLogParts<X>& p) {
+    return sln_ep(p, p.e());
+  }
+};
+
+struct SingleLogLimits {
+  Row<float> smallest = FLT_MIN, largest = FLT_MAX / 4, finite = FLT_MAX;  // 3 x overflows behind the largest
+  // What brings the others among the usual ones, and what that does to k.
+  // A denormal's bits behind the exponent of `under`, less `under`, are the denormal times 2^32, without a product.
+  Row<float> under = 0x1p-94f, down = 0x1p-32f, orders = 0x1p28f;
+};
+inline constexpr SingleLogLimits kSingleLog{};
+
+// Rare lanes that are denormal, or so large that 3 x overflows; infinity and NaN. Log::log gives the logarithm
+// from the parts.
+template <class Log, class X, class Left>
+inline void finish_single_log(X x, const Row<float>& large_from, Left& left) {
+  const auto& d = kSingleLog;
+  left.finish(not_at_most(x, d.finite), [&](X special) { return bit_and(special, x) + bit_and(special, x); });
+  const X denormal = bit_and(less(X{}, x), less(x, d.smallest)), large = less(constant<X>(large_from), x);
+  left.finish(bit_or(denormal, large), [&](X) {
+    const X up = bit_or(bit_and(denormal, x), constant<X>(d.under)) - d.under;
+    SingleLogParts<X> p(select(denormal, up, select(large, x, constant<X>(d.finite)) * d.down));
+    p.k = p.k + select(denormal, X{} - d.orders, constant<X>(d.orders));
+    return Log::log(p);
+  });
+}
+
+// A logarithm of singles, rare where x is not a positive normal number or 3 x overflows. The scalar routine is
+// that of double precision.
+template <int (*rare_function)(const double*, double*), class Log>
 struct SingleLog : Kernel<float(float)> {
   static constexpr int kTogether = 2;
   template <class X>
   static X rare(X x) {
-    return outside(x, kSmallest, kLargest);
+    return outside(x, kSingleLog.smallest, kSingleLog.largest);
+  }
+  template <class X>
+  static X eval(X x) {
+    return Log::log(SingleLogParts<X>(x));
+  }
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    finish_single_log<Log>(x, kSingleLog.largest, left);
   }
   static int rare_lane(const float* a, float* r) {
     const double x = *a;
@@ -104,9 +155,6 @@ struct SingleLog : Kernel<float(float)> {
     *r = static_cast<float>(y);
     return status;
   }
-
- private:
-  static constexpr Row<float> kSmallest = FLT_MIN, kLargest = FLT_MAX / 4;
 };
 
 ORX_ISA_END

@@ -5,28 +5,9 @@
 ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-using sLn = SingleLog<vdln_cout_rare>;
-
-struct sLnHA : sLn {
-  template <class X>
-  static X eval(X x) {
-    return sln_ha(SingleLogParts<X>(x), X{});
-  }
-};
-struct sLnLA : sLn {
-  template <class X>
-  static X eval(X x) {
-    const SingleLogParts<X> p(x);
-    return sln_la(p, p.e());
-  }
-};
-struct sLnEP : sLn {
-  template <class X>
-  static X eval(X x) {
-    const SingleLogParts<X> p(x);
-    return sln_ep(p, p.e());
-  }
-};
+using sLnHA = SingleLog<vdln_cout_rare, SlnHA>;
+using sLnLA = SingleLog<vdln_cout_rare, SlnLA>;
+using sLnEP = SingleLog<vdln_cout_rare, SlnEP>;
 
 }  // namespace
 ORX_ISA_END

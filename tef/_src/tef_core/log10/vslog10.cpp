@@ -25,14 +25,11 @@ int vslog10_cout_rare(const double* a, double* r) {
   return status;
 }
 
-using sLog10 = SingleLog<vslog10_cout_rare>;
-
 // The natural logarithm of the fraction, in two parts, times C in two parts.
-struct sLog10HA : sLog10 {
+struct Slog10HA {
   template <class X>
-  static X eval(X x) {
+  static X log(const SingleLogParts<X>& p) {
     const auto& d = vslog10_data;
-    const SingleLogParts<X> p(x);
     const HighLow<X> f = sln_fraction(p.e());
     const X leading = bit_and(f.high, d.leading_bits);
     const X H = p.k * d.L_hi, product = leading * d.C_hi;
@@ -42,24 +39,26 @@ struct sLog10HA : sLog10 {
     return S + (c + (p.k * d.L_lo + rest));
   }
 };
-struct sLog10LA : sLog10 {
+struct Slog10LA {
   template <class X>
-  static X eval(X x) {
+  static X log(const SingleLogParts<X>& p) {
     const auto& d = vslog10_data;
-    const SingleLogParts<X> p(x);
     const X e = p.e(), e2 = e * e;
     return (p.k * d.L_hi + e * d.C) + (p.k * d.L_lo + e2 * polynomial(e, e2, d.la));
   }
 };
-struct sLog10EP : sLog10 {
+struct Slog10EP {
   template <class X>
-  static X eval(X x) {
+  static X log(const SingleLogParts<X>& p) {
     const auto& d = vslog10_data;
-    const SingleLogParts<X> p(x);
     const X e = p.e(), e2 = e * e;
     return (p.k * d.L + e * d.C) + e2 * polynomial(e, e2, d.ep);
   }
 };
+
+using sLog10HA = SingleLog<vslog10_cout_rare, Slog10HA>;
+using sLog10LA = SingleLog<vslog10_cout_rare, Slog10LA>;
+using sLog10EP = SingleLog<vslog10_cout_rare, Slog10EP>;
 
 }  // namespace
 ORX_ISA_END

@@ -2,13 +2,13 @@
 // rounding lost is added to the reduced argument.
 #include "ln/vdln.hpp"
 
-namespace orx::tef {
+ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-// x is a lane that is -1 or below, large, or NaN: the rounded sum serves.
+// x is -1 or below: the rounded sum serves. The routine of ln is made anew here, for processors without AVX.
 int vdlog1p_cout_rare(const double* a, double* r) {
   const double u = *a + 1.0;
-  return vdln_cout_rare(&u, r);
+  return log_cout_rare<LnDescription>(&u, r);
 }
 
 struct dLog1pData {
@@ -41,18 +41,47 @@ struct Log1pParts {
   }
 };
 
+// The lanes' high words as signed integers: an ordered comparison of NaN would raise an exception. The sign of x reads
+// as that of an integer, and for negative x larger magnitudes are larger integers.
+template <class X>
+inline auto words_of(X x) {
+  return as<int32_t>(bits(x));
+}
+// Its sign tells whether the lane's high word is above `word`.
+template <class X>
+inline X high_word_above(X x, int32_t word) {
+  return reals<X>(greater(words_of(x), word));
+}
+// High words: of 2^-54, below which x is the result; of 2^512, from where on 1 does not matter and the square of the
+// reciprocal might underflow; of infinity.
+constexpr int32_t kTiny = 0x3C900000, kLarge = 0x5FF00000, kInfinity = 0x7FF00000;
+
+// Rare are x up to -1, tiny and large x, infinities and NaN.
+template <class Log>
 struct dLog1p : Kernel<double(double)> {
-  // -1 < x < 2^1000, by integers: an ordered comparison of NaN would raise an exception. The sign of x reads
-  // as that of an integer, and for negative x larger magnitudes are larger integers.
   template <class X>
   static X rare(X x) {
-    const auto words = as<int32_t>(bits(x));
-    return reals<X>(greater(words, 0x7E6FFFFF) | (words & greater(words, static_cast<int32_t>(0xBFEFFFFF))));
+    const auto words = words_of(x);
+    const auto low = words & greater(words, static_cast<int32_t>(0xBFEFFFFF));
+    const auto tiny = words_of(magnitude(x)) - kTiny;  // negative if it is
+    return reals<X>(greater(words, kLarge - 1) | low | tiny);
+  }
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    left.finish(spread_signs(reals<X>(words_of(magnitude(x)) - kTiny)),
+                [&](X tiny) { return exact_result(bit_and(tiny, x)); });
+    const X infinite = spread_signs(high_word_above(x, kInfinity - 1));
+    left.finish(bit_or(unordered(x, x), infinite),
+                [&](X special) { return bit_and(special, x) + bit_and(special, x); });
+    left.finish(spread_signs(high_word_above(x, kLarge - 1)), [&](X large) {
+      const X u = select(large, x, broadcast<X>(0.75));
+      return Log::log(u, exponent_field(u));
+    });
   }
   static int rare_lane(const double* a, double* r) { return vdlog1p_cout_rare(a, r); }
 };
 
-struct dLog1pHA : dLog1p {
+struct dLog1pHA : dLog1p<LogHA<LnDescription>> {
   template <class X>
   static X eval(X x) {
     const Log1pParts<X> p(x);
@@ -62,7 +91,7 @@ struct dLog1pHA : dLog1p {
   }
 };
 template <bool ep>
-struct dLog1pLow : dLog1p {
+struct dLog1pLow : dLog1p<LogLA<LnDescription, ep>> {
   template <class X>
   static X eval(X x) {
     const Log1pParts<X> p(x);
@@ -74,7 +103,7 @@ using dLog1pLA = dLog1pLow<false>;
 using dLog1pEP = dLog1pLow<true>;
 
 }  // namespace
-}  // namespace orx::tef
+ORX_ISA_END
 
 using namespace orx::tef;
 ORX_KERNEL(d, Log1p, V8HAynn, dLog1pHA)

@@ -8,15 +8,11 @@ namespace {
 
 struct sLog1pData {
   Row<float> one = 1.0f;
-  Row<float> above_minus_one = -0x1.fffffep-1f, largest = FLT_MAX / 4;
+  // Rare are x up to -1, tiny x, which is the result, and x so large that 1 does not matter and the square of the
+  // reciprocal might underflow.
+  Row<float> above_minus_one = -0x1.fffffep-1f, tiny = 0x1p-26f, largest = 0x1p60f;
 };
 constexpr sLog1pData vslog1p_data{};
-
-// The double sum is exact or nearly so, and its logarithm is rounded once.
-int vslog1p_cout_rare(const double* a, double* r) {
-  const double u = *a + 1.0;
-  return vdln_cout_rare(&u, r);
-}
 
 template <class X>
 struct Log1pArgument {
@@ -28,14 +24,31 @@ struct Log1pArgument {
   }
 };
 
-struct sLog1p : SingleLog<vslog1p_cout_rare> {
+template <class Log>
+struct sLog1p : Kernel<float(float)> {
+  static constexpr int kTogether = 2;
   template <class X>
   static X rare(X x) {
-    return outside(x, vslog1p_data.above_minus_one, vslog1p_data.largest);
+    const auto& d = vslog1p_data;
+    return bit_or(outside(x, d.above_minus_one, d.largest), less(magnitude(x), d.tiny));
+  }
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    const auto& d = vslog1p_data;
+    left.finish(less(magnitude(x), d.tiny), [&](X tiny) { return exact_result(bit_and(tiny, x)); });
+    finish_single_log<Log>(x, d.largest, left);
+  }
+  // What is left is to be reported.
+  static int rare_lane(const float* a, float* r) {
+    const double u = *a + 1.0;
+    double y;
+    const int status = vdln_cout_rare(&u, &y);
+    *r = static_cast<float>(y);
+    return status;
   }
 };
 
-struct sLog1pHA : sLog1p {
+struct sLog1pHA : sLog1p<SlnHA> {
   template <class X>
   static X eval(X x) {
     const Log1pArgument<X> a(x);
@@ -46,7 +59,7 @@ struct sLog1pHA : sLog1p {
     return with_sign_of(sln_ha(p, correction), x);
   }
 };
-struct sLog1pLA : sLog1p {
+struct sLog1pLA : sLog1p<SlnLA> {
   template <class X>
   static X eval(X x) {
     const Log1pArgument<X> a(x);
@@ -54,7 +67,7 @@ struct sLog1pLA : sLog1p {
     return with_sign_of(sln_la(p, p.e() + a.lost * p.scale), x);
   }
 };
-struct sLog1pEP : sLog1p {
+struct sLog1pEP : sLog1p<SlnEP> {
   template <class X>
   static X eval(X x) {
     const Log1pArgument<X> a(x);
