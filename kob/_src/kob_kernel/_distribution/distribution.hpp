@@ -44,7 +44,7 @@ inline float root(float x) { return __builtin_sqrtf(x); }
 
 // Calls block(first, count) for stretches of at most `most` out of n until one returns a negative status.
 template <class Block>
-int in_blocks(int n, const Block& block, int most = kBlock) {
+[[gnu::always_inline]] inline int in_blocks(int n, const Block& block, int most = kBlock) {
   for (int done = 0, count; done < n; done += count) {
     count = std::min(n - done, most);
     const int status = block(done, count);
@@ -56,7 +56,7 @@ int in_blocks(int n, const Block& block, int most = kBlock) {
 // One uniform on [low, high) to each element of r, all of them first; then transform(count, x) on stretches that
 // stay in the cache.
 template <class Real, class Transform>
-int transformed_uniforms(KobStream* stream, int n, Real* r, Real low, Real high, const Transform& transform) {
+[[gnu::always_inline]] inline int transformed_uniforms(KobStream* stream, int n, Real* r, Real low, Real high, const Transform& transform) {
   const int status = uniform(stream, n, r, low, high);
   if (status < 0) return status;
   for (int done = 0; done < n; done += kBlock) transform(std::min(n - done, kBlock), r + done);

@@ -9,7 +9,7 @@ namespace orx::rng {
 // is not negative. What was accepted stays in the order of its tries, since the order may hang on the numbers
 // themselves otherwise. There are never more tries in a block than numbers wanted, so that none is lost.
 template <class Number, class TryBlock>
-int by_rejection(int n, Number* r, int most, const TryBlock& try_block) {
+[[gnu::always_inline]] inline int by_rejection(int n, Number* r, int most, const TryBlock& try_block) {
   Number x[kBlock];
   double margin[kBlock];
   for (int done = 0; done < n;) {
@@ -22,19 +22,6 @@ int by_rejection(int n, Number* r, int most, const TryBlock& try_block) {
     }
   }
   return KOB_STATUS_OK;
-}
-
-// Splits `count` pairs of uniforms.
-template <class Real>
-int uniform_pairs(KobStream* stream, int count, Real* first, Real* second) {
-  Real u[2 * kBlock];
-  const int status = uniform(stream, 2 * count, u);
-  if (status < 0) return status;
-  for (int i = 0; i < count; ++i) {
-    first[i] = u[2 * i];
-    second[i] = u[2 * i + 1];
-  }
-  return status;
 }
 
 // With a shape that is no positive number rejection might go on for ever.

@@ -33,50 +33,64 @@ struct FactorialRatio {
   // ln(f(y) / f(M)). By Stirling's formula, ln Gamma(x) = (x - 1/2) ln x - x + ln(2 pi)/2 + delta(x), with logarithms
   // of quotients alone, so that nothing large is left to cancel.
   void operator()(const VectorMath& math, int count, const double* y, double* result) const {
-    double logs[kBlock];
+    double logs[kBlock], deltas[kBlock];
     for (int i = 0; i < count; ++i) result[i] = (y[i] - mode) * per_step;
     for (int j = 0; j < terms; ++j) {
       const Term t = term[j];
-      const double delta_at_mode = delta(t.at_mode);
-      for (int i = 0; i < count; ++i) logs[i] = t.at_mode / (t.at_mode + t.slope * (y[i] - mode));
+      const double delta_at_mode = delta(1 / t.at_mode);
+      for (int i = 0; i < count; ++i) {
+        const double inverse = 1 / (t.at_mode + t.slope * (y[i] - mode));
+        logs[i] = t.at_mode * inverse;
+        deltas[i] = delta_at_mode - delta(inverse);
+      }
       math.ln(count, logs, logs);
       for (int i = 0; i < count; ++i) {
         const double x = t.at_mode + t.slope * (y[i] - mode);
-        result[i] += t.weight * ((x - 0.5) * logs[i] + (delta_at_mode - delta(x)));
+        result[i] += t.weight * ((x - 0.5) * logs[i] + deltas[i]);
       }
     }
   }
 
  private:
-  static double delta(double x) {
-    const double inverse = 1 / x, square = inverse * inverse;
+  // Of 1 / x.
+  static double delta(double inverse) {
+    const double square = inverse * inverse;
     return inverse *
-           (1 / 12.0 - square * (1 / 360.0 - square * (1 / 1260.0 - square * (1 / 1680.0 - square / 1188))));
+           (1 / 12.0 -
+            square * (1 / 360.0 - square * (1 / 1260.0 - square * (1 / 1680.0 - square * (1 / 1188.0)))));
   }
 };
 
-// Tries whose acceptance is still open: candidates y with an upper bound on f(y) / f(M) that they passed.
+// Tries whose acceptance is still open: from their uniforms u and v come candidates y, and upper bounds on f(y) / f(M)
+// that y has to reach. A try that is lost already has a bound above 1.
 struct OpenTries {
   int count = 0;
   int index[kBlock];
-  double u[kBlock], ln_v[kBlock], y[kBlock], bound[kBlock];
+  double u[kBlock], v[kBlock], ln_v[kBlock], y[kBlock], bound[kBlock];
 
-  void take_logarithms(const VectorMath& math, const float* uniforms) {
-    for (int k = 0; k < count; ++k) ln_v[k] = uniforms[2 * index[k] + 1];
-    math.ln(count, ln_v, ln_v);
+  // `uniforms` holds all u of a block of tries, then all v; u is scaled.
+  void gather(const VectorMath& math, const float* uniforms, int tries, double scale) {
+    for (int k = 0; k < count; ++k) {
+      u[k] = scale * double(uniforms[index[k]]);
+      v[k] = uniforms[tries + index[k]];
+    }
+    math.ln(count, v, ln_v);
   }
-  // An impossible candidate is tried as the mode, with a bound that it cannot pass.
-  void candidate(int k, double value, double its_bound, bool possible, double mode) {
-    y[k] = possible ? value : mode;
-    bound[k] = possible ? its_bound : 2;
-  }
-  void decide(const VectorMath& math, const FactorialRatio& ratio, double* number, double* margin) {
+  void decide(const VectorMath& math, const FactorialRatio& ratio, double first, double last, double* number,
+              double* margin) {
+    constexpr double lost = 2;
     double ln_ratio[kBlock];
+    for (int k = 0; k < count; ++k) {
+      // Beyond the ends there is no ratio.
+      const bool possible = y[k] >= first && y[k] <= last;
+      bound[k] = possible ? bound[k] : lost;
+      y[k] = possible ? y[k] : ratio.mode;
+    }
     ratio(math, count, y, ln_ratio);
     math.ln(count, bound, bound);
     for (int k = 0; k < count; ++k) {
       number[index[k]] = y[k];
-      margin[index[k]] = ln_ratio[k] - bound[k];
+      margin[index[k]] = bound[k] > 0 ? -1 : ln_ratio[k] - bound[k];
     }
   }
 };
@@ -102,27 +116,24 @@ struct Patchwork {
     const int status = uniform(stream, 2 * count, uniforms);
     if (status < 0) return status;
     for (int i = 0; i < count; ++i) {
-      const double u = p4 * double(uniforms[2 * i]);
-      number[i] = __builtin_floor(xm - p1 * double(uniforms[2 * i + 1]) + u);
+      const double u = p4 * double(uniforms[i]);
+      number[i] = __builtin_floor(xm - p1 * double(uniforms[count + i]) + u);
       margin[i] = p1 - u;
     }
     OpenTries open;
     open.count = where(count, open.index, [&](int i) { return margin[i] < 0; });
-    open.take_logarithms(math, uniforms);
+    open.gather(math, uniforms, count, p4);
+    const double per_c = 1 / c, per_p1 = 1 / p1, per_l = 1 / lambda_l, per_r = 1 / lambda_r;
     for (int k = 0; k < open.count; ++k) {
-      const double u = p4 * double(uniforms[2 * open.index[k]]), v = uniforms[2 * open.index[k] + 1];
-      if (u <= p2) {
-        const double x = xl + (u - p1) / c, bound = v * c + 1 - __builtin_fabs(xm - x) / p1;
-        open.candidate(k, __builtin_floor(x), bound, bound <= 1, mode);
-      } else if (u <= p3) {
-        const double y = __builtin_floor(xl + open.ln_v[k] / lambda_l);
-        open.candidate(k, y, v * (u - p2) * lambda_l, y >= 0, mode);
-      } else {
-        const double y = __builtin_floor(xr - open.ln_v[k] / lambda_r);
-        open.candidate(k, y, v * (u - p3) * lambda_r, y <= last, mode);
-      }
+      const double u = open.u[k], v = open.v[k], ln_v = open.ln_v[k];
+      const double middle = xl + (u - p1) * per_c;
+      const double tail = u <= p3 ? xl + ln_v * per_l : xr - ln_v * per_r;
+      const double in_tail = v * (u <= p3 ? (u - p2) * lambda_l : (u - p3) * lambda_r);
+      const double in_middle = v * c + 1 - __builtin_fabs(xm - middle) * per_p1;
+      open.y[k] = __builtin_floor(u <= p2 ? middle : tail);
+      open.bound[k] = u <= p2 ? in_middle : in_tail;
     }
-    open.decide(math, ratio, number, margin);
+    open.decide(math, ratio, 0, last, number, margin);
     return status;
   }
 };
@@ -156,21 +167,18 @@ struct TableMountain {
     if (status < 0) return status;
     OpenTries open;
     open.count = where(count, open.index, [](int) { return true; });
-    open.take_logarithms(math, uniforms);
+    open.gather(math, uniforms, count, p3);
+    const double per_l = 1 / lambda_l, per_r = 1 / lambda_r;
     for (int i = 0; i < count; ++i) {
-      const double u = p3 * double(uniforms[2 * i]), v = uniforms[2 * i + 1];
-      if (u <= p1) {
-        const double y = __builtin_floor(xl + u);
-        open.candidate(i, y, v, y < xr, mode);
-      } else if (u <= p2) {
-        const double y = __builtin_floor(xl + open.ln_v[i] / lambda_l);
-        open.candidate(i, y, v * (u - p1) * lambda_l, y >= first, mode);
-      } else {
-        const double y = __builtin_floor(xr - open.ln_v[i] / lambda_r);
-        open.candidate(i, y, v * (u - p2) * lambda_r, y <= last, mode);
-      }
+      const double u = open.u[i], v = open.v[i], ln_v = open.ln_v[i];
+      // A number that was rounded up to the end of the rectangle is beyond what its v stands for.
+      const double middle = std::min(xl + u, xr - 0.5);
+      const double tail = u <= p2 ? xl + ln_v * per_l : xr - ln_v * per_r;
+      const double in_tail = v * (u <= p2 ? (u - p1) * lambda_l : (u - p2) * lambda_r);
+      open.y[i] = __builtin_floor(u <= p1 ? middle : tail);
+      open.bound[i] = u <= p1 ? v : in_tail;
     }
-    open.decide(math, ratio, number, margin);
+    open.decide(math, ratio, first, last, number, margin);
     return status;
   }
 };

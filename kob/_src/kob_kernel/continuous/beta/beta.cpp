@@ -25,7 +25,7 @@ int johnk(const VectorMath& math, KobStream* stream, int n, Real* r, Real p, Rea
   const Real of_p = 1 / p, of_q = 1 / q;
   return by_rejection(n, r, kBlock, [&](int count, Real* number, double* margin) {
     Real logs[2 * kBlock], half_difference[kBlock];
-    const int status = uniform_pairs(stream, count, logs, logs + count);
+    const int status = uniform(stream, 2 * count, logs);
     if (status < 0) return status;
     math.ln(2 * count, logs, logs);
     for (int i = 0; i < count; ++i) {
@@ -73,9 +73,14 @@ int in_two_parts(const VectorMath& math, KobStream* stream, int n, Real* r, Real
   const Real below = Real(parts.weight_below), t = Real(parts.t), rest = Real(1 - parts.t);
   const Real to_below = Real(1 / parts.weight_below), to_above = Real(1 / (1 - parts.weight_below));
   const Real half_of_p = Real(0.5) / p, half_of_q = Real(0.5) / q;
+  const Real left = Real(parts.left), left_most = Real(parts.left * parts.ln_left_most);
+  const Real right = Real(parts.right), right_most = Real(parts.right * parts.ln_right_most);
+  // The number is `part` or 1 - part, below t and above it, or the other way round.
+  const Real shift_below = mirrored ? 1 : 0, shift_above = 1 - shift_below;
+  const Real sign_below = mirrored ? -1 : 1, sign_above = -sign_below;
   return by_rejection(n, r, kBlock, [&](int count, Real* number, double* margin) {
-    Real u[kBlock], part[kBlock], logs[2 * kBlock];
-    const int status = uniform_pairs(stream, count, u, logs + count);
+    Real u[2 * kBlock], part[kBlock], logs[2 * kBlock];
+    const int status = uniform(stream, 2 * count, u);
     if (status < 0) return status;
     for (int i = 0; i < count; ++i) part[i] = u[i] <= below ? u[i] * to_below : (1 - u[i]) * to_above;
     math.ln(count, part, part);
@@ -84,15 +89,15 @@ int in_two_parts(const VectorMath& math, KobStream* stream, int n, Real* r, Real
     for (int i = 0; i < count; ++i) {
       part[i] *= u[i] <= below ? t : rest;  // x below, 1 - x above
       logs[i] = 1 - part[i];
+      logs[count + i] = u[count + i];
     }
     math.ln(2 * count, logs, logs);  // of the other factor, and of the second uniform
     for (int i = 0; i < count; ++i) {
-      const bool is_below = u[i] <= below;
-      const double factor = is_below ? parts.left : parts.right;
-      const double most = is_below ? parts.ln_left_most : parts.ln_right_most;
-      margin[i] = -double(logs[count + i]) - factor * (double(logs[i]) - most);
-      const Real x = is_below != mirrored ? part[i] : 1 - part[i];
-      number[i] = std::min(a + beta, a + beta * x);
+      const Real factor = u[i] <= below ? left : right, most = u[i] <= below ? left_most : right_most;
+      margin[i] = double(most - factor * logs[i] - logs[count + i]);
+      const Real shift = u[i] <= below ? shift_below : shift_above,
+                 sign = u[i] <= below ? sign_below : sign_above;
+      number[i] = std::min(a + beta, a + beta * (shift + sign * part[i]));
     }
     return status;
   });
@@ -110,14 +115,15 @@ template <class Real>
 int cheng(const VectorMath& math, KobStream* stream, int n, Real* r, Real p, Real q, Real shift, Real scale) {
   const double a = std::min(p, q), b = std::max(p, q), alpha = a + b;
   const double beta = root((alpha - 2) / (2 * a * b - alpha)), gamma = a + 1 / beta;
+  const bool is_smaller = a == double(p);
   constexpr double ln4 = 1.3862943611198906, one_plus_ln5 = 2.6094379124341003;
   return by_rejection(n, r, kBlock, [&](int count, Real* number, double* margin) {
     Real u[2 * kBlock], logs[2 * kBlock];
     const int status = uniform(stream, 2 * count, u);
     if (status < 0) return status;
     for (int i = 0; i < count; ++i) {
-      logs[i] = u[2 * i];
-      logs[count + i] = 1 - u[2 * i];
+      logs[i] = u[i];
+      logs[count + i] = 1 - u[i];
     }
     math.ln(2 * count, logs, logs);
     // With large shapes w must fit v closely: its exponential is taken in double for every precision.
@@ -129,20 +135,18 @@ int cheng(const VectorMath& math, KobStream* stream, int n, Real* r, Real p, Rea
     math.exp(count, v, w);
     for (int i = 0; i < count; ++i) {
       w[i] *= a;
-      const double first = u[2 * i], z = first * first * u[2 * i + 1];
+      const double first = u[i], z = first * first * u[count + i];
       margin[i] = a + gamma * v[i] - ln4 - w[i] + one_plus_ln5 - 5 * z;
-      // From the smaller of the two parts, so that the other is right when both lie near an end.
-      const double small = std::min(w[i], b) / (b + w[i]);
-      const bool is_wanted = (w[i] <= b) == (a == double(p));
-      number[i] = std::min(shift + scale, shift + scale * Real(is_wanted ? small : 1 - small));
+      const double part = (is_smaller ? w[i] : b) / (b + w[i]);
+      number[i] = std::min(shift + scale, shift + scale * Real(part));
     }
     int open[kBlock];
     const int found = where(count, open, [&](int i) { return margin[i] < 0; });
     double tests[2 * kBlock];
     for (int k = 0; k < found; ++k) {
       const int i = open[k];
-      const double first = u[2 * i];
-      tests[k] = first * first * u[2 * i + 1];
+      const double first = u[i];
+      tests[k] = first * first * u[count + i];
       tests[found + k] = alpha / (b + w[i]);
     }
     math.ln(2 * found, tests, tests);
