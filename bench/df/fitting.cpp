@@ -289,6 +289,19 @@ void integration() {
   };
   measure("integrals over ten cells", kPairs, [=] { run(serial()); });
   measure("integrals over ten cells 2 threads", kPairs, [=] { run(threads()); });
+  constexpr size_t few = 200;  // intervals that reach over a third of the grid
+  measure("200 integrals over 1e6 points", few, [] {
+    static const auto a = uniform_random(few, 0, 1e6, 10), b = uniform_random(few, 0, 1e6, 11);
+    orx_df_kernel_dDFIntegrate1D(natural_1e6().task, 0, few, a.data(), 0, b.data(), 0, nullptr, nullptr,
+                                 result.data(), 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                 nullptr, nullptr, serial());
+  });
+  measure("200 integrals over 1e6 points gsl", few, [] {
+    static const auto a = uniform_random(few, 1, 999998, 10), b = uniform_random(few, 1, 999998, 11);
+    const Pair& spline = natural_1e6();
+    for (size_t i = 0; i < few; ++i)
+      result[i] = gsl_spline_eval_integ(spline.gsl, std::min(a[i], b[i]), std::max(a[i], b[i]), spline.accel);
+  });
   measure("integrals over ten cells gsl", kPairs, [] {
     const Pair& spline = points_1e4();
     for (size_t i = 0; i < kPairs; ++i)
@@ -322,7 +335,8 @@ int main(int argc, char** argv) {
                                "100 functions uniform 1000 points",
                                "values sorted sites 1000 points",
                                "values random sites 1e4 points",
-                               "integrals over ten cells"};
+                               "integrals over ten cells",
+                               "200 integrals over 1e6 points"};
   for (const std::string name : against_gsl) row(name, name + " gsl");
   row("values random sites uniform 1000 points");
   row("values and slopes sorted sites 1000 points");

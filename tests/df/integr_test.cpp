@@ -107,6 +107,57 @@ TYPED_TEST(Integration, AllKinds) {
       }
 }
 
+// Many intervals over many pieces, which are then differences of sums: beside long sums, with pieces that are
+// greater by far elsewhere, with one that is infinite, and where memory for the sums cannot be had.
+TYPED_TEST(Integration, ManyPiecesManyTimes) {
+  using Real = TypeParam;
+  const int64_t nx = 3000;
+  for (const auto& [order, kind] : kSplines)
+    for (const int64_t grid_hint : {1, 4}) {
+      SCOPED_TRACE(::testing::Message() << order << ' ' << kind << " grid " << grid_hint);
+      const auto x = make_grid<Real>(nx, grid_hint == 4 ? 0 : 0.3);
+      auto y = random_values<Real>(nx, 0.5, 1.5, 4);
+      for (size_t i = 0; i < 400; ++i) y[i] *= Real(1e9);
+      for (size_t i = 1000; i < 2000; ++i) y[i] *= i % 2 ? Real(1e9) : Real(-1e9);
+      Spline<Real> s(x, grid_hint, {y, y});
+      s.describe(order, kind);
+      for (int64_t f = 0; f < s.count; ++f)
+        for (int64_t i = 0; i < s.cells; ++i)
+          for (int64_t k = 0; k < order; ++k)
+            s.coeffs[size_t((f * s.cells + i) * order + k)] = y[size_t(std::min(i, nx - 1))] / Real(1 << k);
+      std::vector<Real> a = random_values<Real>(60, -1, 3000, 1), b = random_values<Real>(60, -1, 3000, 2);
+      for (size_t i = 0; i < 40; ++i) {  // away from what is great
+        a[i] = Real(2001 + (a[i] + 1) / 3);
+        b[i] = Real(2001 + (b[i] + 1) / 3);
+      }
+      const auto check = [&] {
+        std::vector<Real> result;
+        ASSERT_EQ(without_loss([&] { return s.integrate(a, b, result, 0, 0, nullptr); }), 0);
+        const Pieces judge = pieces_of(s, x, kind, 1);
+        Pieces sizes = judge;
+        for (auto& c : sizes.coeffs)
+          for (auto& each : c) each = std::fabs(each);
+        for (size_t i = 0; i < a.size(); ++i) {
+          const auto [low, high] = std::minmax(a[i], b[i]);
+          const double slack =
+              200 * kEps<Real> * double(sizes.integral(low, high) + fabsl(sizes.integral(low, low + 1)));
+          ASSERT_NEAR(double(result[60 + i]), double(judge.integral(a[i], b[i])), std::fabs(slack))
+              << a[i] << ' ' << b[i];
+        }
+      };
+      check();
+      orx_serv_fail_allocation(1);
+      check();
+      orx_serv_fail_allocation(0);
+      for (Real& value : s.coeffs) value = std::fabs(value) > 1e8 ? Real(INFINITY) : value;
+      for (Real& value : s.values) value = std::fabs(value) > 1e8 ? Real(INFINITY) : value;
+      std::vector<Real> result;
+      ASSERT_EQ(s.integrate(a, b, result), 0);
+      for (size_t i = 0; i < 40; ++i) ASSERT_TRUE(std::isfinite(result[i]));
+      EXPECT_TRUE(!std::isfinite(result[40]) || std::min(a[40], b[40]) > 1999);
+    }
+}
+
 // Calls noted: what was asked, in cells and limits.
 struct Call {
   char part;

@@ -5,6 +5,8 @@
 #include "_service/evaluator_number.hpp"
 #include "_service/search.hpp"
 #include "integr1d/pieces.hpp"
+#include "orx/base/memory.hpp"
+#include "simple_search1d/methods.hpp"
 
 namespace {
 using namespace orx::df;
@@ -27,6 +29,7 @@ struct IntegrBlock {
   const int32_t *lower_cells, *upper_cells;
   Real* result;
   const IntegrCallbacks* callbacks;
+  const PieceSums* sums;  // null where pieces are to be added one by one
 };
 
 using Integrator = int32_t(const IntegrBlock& b);
@@ -44,7 +47,7 @@ int32_t integrate_plain(const IntegrBlock& b) {
     const Limit lower{b.lower[i], b.lower_cells[i]}, upper{b.upper[i], b.upper_cells[i]};
     const bool swapped = upper.at < lower.at;
     const Limit &from = swapped ? upper : lower, &to = swapped ? lower : upper;
-    const Real sum = integrate_pieces(pieces, from.at, from.cell, to.at, to.cell);
+    const Real sum = integrate_pieces(pieces, b.sums, from.at, from.cell, to.at, to.cell);
     b.result[i] = swapped ? -sum : sum;
   }
   return ORX_DF_OK;
@@ -52,10 +55,10 @@ int32_t integrate_plain(const IntegrBlock& b) {
 
 // Adds the integral from a to b, by the call-back where there is one.
 template <class Pieces>
-int32_t add_part(const Pieces& pieces, Limit a, Limit b, IntegrCallback<Real> callback, void* params,
-                 Real* sum) {
+int32_t add_part(const Pieces& pieces, const PieceSums* sums, Limit a, Limit b, IntegrCallback<Real> callback,
+                 void* params, Real* sum) {
   if (!callback) {
-    *sum += integrate_pieces(pieces, a.at, a.cell, b.at, b.cell);
+    *sum += integrate_pieces(pieces, sums, a.at, a.cell, b.at, b.cell);
     return ORX_DF_OK;
   }
   const int64_t count = 1, cell_a = a.cell, cell_b = b.cell;
@@ -74,16 +77,16 @@ int32_t add_parts(const IntegrBlock& b, const Pieces& pieces, Limit from, Limit 
   int32_t status = ORX_DF_OK;
   if (from.at < first.at) {
     const Limit end = to.at < first.at ? to : first;
-    status = add_part(pieces, from, end, calls.left, calls.left_params, sum);
+    status = add_part(pieces, b.sums, from, end, calls.left, calls.left_params, sum);
     from = first;
   }
   if (status >= 0 && to.at > last.at) {
     const Limit begin = from.at > last.at ? from : last;
-    status = add_part(pieces, begin, to, calls.right, calls.right_params, sum);
+    status = add_part(pieces, b.sums, begin, to, calls.right, calls.right_params, sum);
     to = last;
   }
   if (status >= 0 && from.at < to.at)
-    status = add_part(pieces, from, to, calls.inside, calls.inside_params, sum);
+    status = add_part(pieces, b.sums, from, to, calls.inside, calls.inside_params, sum);
   return status;
 }
 
@@ -119,6 +122,18 @@ template <Partition>
 using PwLPieces = StepPieces<Real, true>;
 template <Partition>
 using PwRPieces = StepPieces<Real, false>;
+
+using SumPieces = void(const Task<Real>* task, Index function, PieceSums sums);
+template <template <Partition> class Pieces>
+void sum_pieces(const Task<Real>* task, Index function, PieceSums sums) {
+  if (task->uniform())
+    sums.add_up(Pieces<kUniformGrid>(task, function));
+  else
+    sums.add_up(Pieces<kNoUniformGrid>(task, function));
+}
+SumPieces* const kSumPieces[kLookUp] = {
+    sum_pieces<LinearPieces>, sum_pieces<QuadPieces>, sum_pieces<CubPieces>, sum_pieces<SubbPieces>,
+    sum_pieces<ArbPieces>,    sum_pieces<PwLPieces>,  sum_pieces<PwRPieces>};
 
 #define ORX_DF_INTEGRATOR_NAME(Kind, CB) ORX_DF_NAME(_Integrate##Kind##Spline##CB)
 #define ORX_DF_INTEGRATOR(Kind, CB, integrate)                                     \
@@ -166,6 +181,14 @@ struct Integration : BlockWork {
   const Real *lower, *upper;
   Real* result;
   IntegrCallbacks callbacks;
+  double* sums;  // of all functions, one after the other; null where pieces are to be added one by one
+
+  Index function_count() const { return std::max<Index>(task->functions(), 1); }
+  Index last_piece() const {
+    const bool polynomials = integrator <= kCubic || integrator == kArbitrary;
+    return task->size() - (polynomials ? 2 : 1);
+  }
+  PieceSums sums_of(Index f) const { return {sums + f * PieceSums::room(last_piece()), last_piece()}; }
 
   // The cells where the sorted searches go on.
   struct Starts {
@@ -179,9 +202,12 @@ struct Integration : BlockWork {
       status = upper_search.block(int32_t(n), upper + first, &starts->upper, upper_cells, flags);
     Integrator* const integrate =
         (callbacks.any() ? _Integrate1DDispatchCB : _Integrate1DDispatch)[integrator];
-    for (Index f = 0; f < std::max<Index>(task->functions(), 1) && status >= 0; ++f)
+    for (Index f = 0; f < function_count() && status >= 0; ++f) {
+      PieceSums own;
+      if (sums) own = sums_of(f);
       status = integrate({task, f, int32_t(n), lower + first, upper + first, lower_cells, upper_cells,
-                          result + f * count + first, &callbacks});
+                          result + f * count + first, &callbacks, sums ? &own : nullptr});
+    }
     return status;
   }
 };
@@ -197,7 +223,44 @@ static void _v1DIntegrThreader(int i, int, int, void* work) { integrate_item(i, 
 static void _v1DIntegrThreaderCB(int i, int, int, void* work) { integrate_item(i, work); }
 }
 
+// About how many breakpoints lie within the intervals: some of these are looked up in the table of bins, or
+// divided.
+double breakpoints_within(const Integration& work) {
+  const Task<Real>* task = work.task;
+  const Index looked_at = std::clamp<Index>(work.count / 8, 4, 64),
+              step = std::max<Index>(work.count / looked_at, 1);
+  const auto nx = int32_t(task->gridSize);
+  const bool uniform = task->uniform();
+  const Bins<Real> bins(nx, task->grid[0], task->cellTableScale);
+  const UniformCells<Real> cells(nx, task->grid[0], task->last(),
+                                 Real(nx - 1) / (task->last() - task->grid[0]));
+  const auto place = [&](Real site) {
+    return uniform ? double(cells.about(site)) : double(task->cellTable[2 * bins.of(site)]);
+  };
+  double sum = 0;
+  Index n = 0;
+  for (Index i = 0; i < work.count; i += step, ++n)
+    sum += __builtin_fabs(place(work.upper[i]) - place(work.lower[i]));
+  return sum / double(n) * double(work.count);
+}
+
+// Adds up whole pieces beforehand where the intervals reach over several times as many as there are. Without
+// memory for that they are added interval by interval.
+void prepare_sums(Integration* work, orx::Block<double>* memory) {
+  constexpr Index least_count = 5;
+  constexpr double several = 3;
+  const bool stale_table = work->task->table_size != work->task->gridSize;
+  if (work->count < least_count || work->callbacks.inside || stale_table) return;
+  if (breakpoints_within(*work) < several * double(work->task->gridSize)) return;
+  if (!memory->allocate(int64_t(work->function_count()) * PieceSums::room(work->last_piece()))) return;
+  work->sums = memory->get();
+  for (Index f = 0; f < work->function_count(); ++f)
+    kSumPieces[work->integrator](work->task, f, work->sums_of(f));
+}
+
 int32_t _Integr1DKernel(Integration* work, const ThreadingServices* threading) {
+  orx::Block<double> sums;
+  prepare_sums(work, &sums);
   work->block = kPairBlock;
   if (work->sorted) {  // one run, so that the starts go through
     work->origin = 0;

@@ -10,6 +10,7 @@
 #include "_service/polynomial.hpp"
 #include "_service/samples.hpp"
 #include "_service/subgrid.hpp"
+#include "integr1d/sums.hpp"
 
 namespace orx::df {
 
@@ -28,6 +29,7 @@ class PolynomialPieces {
   PolynomialPieces(const Task<Real>* task, Index function)
       : grid_(task), coeffs_(task->coeffs[function]), nx_(int32_t(task->gridSize)) {}
   int32_t of(int32_t cell, Real) const { return polynomial_of_cell(cell, nx_); }
+  int32_t last() const { return nx_ - 2; }
   Real begin(int32_t p) const { return grid_.x(p); }
   Real part(int32_t p, Real a, Real b) const {
     const Real* c = coeffs_ + Index(p) * kOrder;
@@ -52,6 +54,7 @@ class ArbitraryPieces {
         order_(Index(task->splineOrder)),
         nx_(int32_t(task->gridSize)) {}
   int32_t of(int32_t cell, Real) const { return polynomial_of_cell(cell, nx_); }
+  int32_t last() const { return nx_ - 2; }
   Real begin(int32_t p) const { return grid_.x(p); }
   Real part(int32_t p, Real a, Real b) const {
     return antiderivative_at(p, b - grid_.x(p)) - antiderivative_at(p, a - grid_.x(p));
@@ -82,6 +85,7 @@ class SubbotinPieces {
     const int32_t p = polynomial_of_cell(cell, nx_);
     return p + (site >= begin(p + 1));
   }
+  int32_t last() const { return nx_ - 1; }
   Real begin(int32_t p) const {
     if (p == 0 || p == nx_) return grid_.x(p == 0 ? 0 : nx_ - 1);
     return knots_.between(p - 1, grid_.x(p - 1), grid_.x(p));
@@ -108,6 +112,7 @@ class StepPieces {
   int32_t of(int32_t cell, Real) const {
     return kLeftContinuous ? std::min(cell, int32_t(samples_.nx - 1)) : std::max(cell - 1, 0);
   }
+  int32_t last() const { return int32_t(samples_.nx - 1); }
   Real begin(int32_t p) const { return samples_.x(p - kLeftContinuous); }
   Real part(int32_t p, Real a, Real b) const { return samples_.y(p) * (b - a); }
   Real whole(int32_t p) const { return part(p, begin(p), begin(p + 1)); }
@@ -116,13 +121,18 @@ class StepPieces {
   Samples<Real> samples_;
 };
 
-// From a to b, a <= b, which lie in the given cells.
+// From a to b, a <= b, which lie in the given cells. `sums` may be null.
 template <class Real, class Pieces>
-Real integrate_pieces(const Pieces& pieces, Real a, int32_t cell_a, Real b, int32_t cell_b) {
+Real integrate_pieces(const Pieces& pieces, const PieceSums* sums, Real a, int32_t cell_a, Real b,
+                      int32_t cell_b) {
+  constexpr int32_t quickly_added = 4;
   const int32_t first = pieces.of(cell_a, a), last = pieces.of(cell_b, b);
   if (first == last) return pieces.part(first, a, b);
-  Real sum = pieces.part(first, a, pieces.begin(first + 1));
-  for (int32_t p = first + 1; p < last; ++p) sum += pieces.whole(p);
+  Real sum = pieces.part(first, a, pieces.begin(first + 1)), between;
+  if (sums && last - first > quickly_added && sums->between(first, last, &between))
+    sum += between;
+  else
+    for (int32_t p = first + 1; p < last; ++p) sum += pieces.whole(p);
   return sum + pieces.part(last, pieces.begin(last), b);
 }
 

@@ -12,10 +12,10 @@ namespace orx::df {
 
 constexpr int32_t kSearchBlock = 128;
 
-// The greatest n of those that a Real holds and that is not above n; from 2^24 on not each n is a float.
+// Whether counts up to n are all numbers of type Real.
 template <class Real>
-int32_t exact_count(int32_t n) {
-  return sizeof(Real) == sizeof(float) && n > 1 << 24 ? n & -128 : n;
+bool counts_exactly(int32_t n) {
+  return sizeof(Real) == sizeof(double) || n <= 1 << 24;
 }
 
 // Cells of a uniform partition by division, which rounding may put on the wrong side of a breakpoint. The guess
@@ -30,7 +30,7 @@ class UniformCells {
         last_(last),
         step_((last - first) / Real(nx - 1)),
         reciprocal_(reciprocal_step * (1 - 8 * kEpsilon)),
-        inner_(Real(exact_count<Real>(nx - 2))),
+        inner_(Real(counts_exactly<Real>(nx) ? nx - 2 : (nx - 2) & -128)),
         right_(nx) {}
 
   // Breakpoint i as evaluation computes it.
@@ -81,7 +81,7 @@ void uniform_cells(int32_t nx, const Real* ends, int32_t n, const Real* sites, R
     __builtin_memcpy(cells + i, &cell, sizeof cell);
   }
   for (; i < n; ++i) cells[i] = int32_t(uniform.of(sites[i]));
-  if (exact_count<Real>(nx) == nx) return;
+  if (counts_exactly<Real>(nx)) return;
   for (i = 0; i < n; ++i)
     if (sites[i] >= ends[1]) cells[i] = nx;
 }
