@@ -7,6 +7,23 @@
 
 ORX_ISA_BEGIN(orx::tef)
 
+// The constants of HA and LA, and those of EP: 1/L; a shifter, which leaves n and the exponent's bias in the low bits; L;
+// (e^r - 1 - r) / r^2. L_hi is short, so that its product with an integer is exact. From `lowest` down the result is
+// -1, and what makes it up would underflow.
+template <class T>
+inline constexpr T kLowestExpm1 = sizeof(T) == 8 ? -64 : -32;
+template <class T, class Word>
+struct Expm1Constants {
+  Row<T> inv_L, shifter, L_hi, L_lo, c[4];
+  Row<Word> leading_bits;
+  Row<T> minus_one = T(-1), lowest = kLowestExpm1<T>;
+};
+template <class T>
+struct Expm1EpConstants {
+  Row<T> inv_L, shifter, L, c[2];
+  Row<T> minus_one = T(-1), lowest = kLowestExpm1<T>;
+};
+
 // The common reduction: N, n in its low bits; and x - n L before its low part is taken off.
 template <class D, class X>
 struct Expm1Reduction {

@@ -9,34 +9,25 @@ alignas(64) constexpr double kPowersOfTwo128[128][2] = {
 #include "expm1/vdexpm1.inc"
 };
 
-struct dExpm1Data {
-  Row<double> inv_L = 0x1.71547652b82fep+7;    // 128/ln 2
-  Row<double> shifter = 0x1.800000001ff8p+52;  // 1.5 * 2^52 + 128 * 1023
-  Row<double> L_hi = 0x1.62e42fef8p-8;  // ln 2/128; short, so that its product with an integer is exact
-  Row<double> L_lo = 0x1.1cf79abc9e3b4p-43;
-  // (e^r - 1 - r) / r^2, |r| <= ln2/256, to 2^-56.1 of e^r - 1
-  Row<double> c[4] = {0x1.ffffffffffe5bp-2, 0x1.5555555555089p-3, 0x1.55555c2c4428ep-5, 0x1.111123a5f3c09p-7};
-  Row<double> minus_one = -1.0;
-  Row<double> lowest = -64.0;  // the result is -1 from there down, and what makes it up would underflow
-  Row<uint64_t> leading_bits = 0xFFFFFFFFF8000000;
-};
-struct dExpm1EpData {
-  Row<double> inv_L = 0x1.71547652b82fep+6;    // 64/ln 2
-  Row<double> shifter = 0x1.800000000ffcp+52;  // 1.5 * 2^52 + 64 * 1023
-  Row<double> L = 0x1.62e42fefap-7;
-  // (e^r - 1 - r) / r^2, |r| <= ln2/128, to 2^-29.1 of e^r - 1
-  Row<double> c[2] = {0x1.00001ec73e274p-1, 0x1.555582ea2f691p-3};
-  Row<double> minus_one = -1.0;
-  Row<double> lowest = -64.0;  // the result is -1 from there down, and what makes it up would underflow
-};
-
 // |x| is rare below 2^-54 and from 707.7033 on.
 constexpr Row<double> kTiny = 0x1p-54, kRareFrom = 0x1.61da04cbafe43p+9;
 
 struct dExpm1 : Kernel<double(double)> {
-  static constexpr dExpm1Data kData{};
-  static constexpr dExpm1EpData kEpData{};
-  static constexpr int kB = 7, kEpB = 6;
+  // L = ln 2/128; |r| <= ln2/256, to 2^-56.1 of e^r - 1
+  static constexpr int kB = 7;
+  static constexpr Expm1Constants<double, uint64_t> kData{
+      0x1.71547652b82fep+7,
+      0x1.800000001ff8p+52,  // 1.5 * 2^52 + 128 * 1023
+      0x1.62e42fef8p-8,
+      0x1.1cf79abc9e3b4p-43,  // what it lacks of ln 2/128
+      {0x1.ffffffffffe5bp-2, 0x1.5555555555089p-3, 0x1.55555c2c4428ep-5, 0x1.111123a5f3c09p-7},
+      0xFFFFFFFFF8000000};
+  // L = ln 2/64; |r| <= ln2/128, to 2^-29.1 of e^r - 1
+  static constexpr int kEpB = 6;
+  static constexpr Expm1EpConstants<double> kEpData{0x1.71547652b82fep+6,
+                                                    0x1.800000000ffcp+52,  // 1.5 * 2^52 + 64 * 1023
+                                                    0x1.62e42fefap-7,
+                                                    {0x1.00001ec73e274p-1, 0x1.555582ea2f691p-3}};
 
   template <class X>
   static void powers(X N, X& high, X& rest) {

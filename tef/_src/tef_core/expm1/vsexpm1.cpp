@@ -9,34 +9,23 @@ alignas(64) constexpr float kPowersOfTwo4[2][8] = {
 #include "expm1/vsexpm1.inc"
 };
 
-struct sExpm1Data {
-  Row<float> inv_L = 0x1.715476p+2f;     // 4/ln 2
-  Row<float> shifter = 0x1.8003f8p+23f;  // 1.5 * 2^23 + 4 * 127
-  Row<float> L_hi = 0x1.62ep-3f;         // ln 2/4; short, so that its product with an integer is exact
-  Row<float> L_lo = 0x1.0bfbe8p-17f;
-  // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-30.7 of e^r - 1
-  Row<float> c[4] = {0x1.fffffep-2f, 0x1.555556p-3f, 0x1.557278p-5f, 0x1.11164ap-7f};
-  Row<float> minus_one = -1.0f;
-  Row<float> lowest = -32.0f;  // the result is -1 from there down, and what makes it up would underflow
-  Row<uint32_t> leading_bits = 0xFFFFF000;
-};
-struct sExpm1EpData {
-  Row<float> inv_L = 0x1.715476p+2f;
-  Row<float> shifter = 0x1.8003f8p+23f;
-  Row<float> L = 0x1.62e43p-3f;
-  // (e^r - 1 - r) / r^2, |r| <= ln2/8, to 2^-17.1 of e^r - 1
-  Row<float> c[2] = {0x1.001ea6p-1f, 0x1.556374p-3f};
-  Row<float> minus_one = -1.0f;
-  Row<float> lowest = -32.0f;  // the result is -1 from there down, and what makes it up would underflow
-};
-
 constexpr Row<float> kTiny = 0x1p-26f, kRareFrom = 0x1.5d589ep+6f;
 
 struct sExpm1 : Kernel<float(float)> {
   static constexpr int kTogether = 2;
-  static constexpr sExpm1Data kData{};
-  static constexpr sExpm1EpData kEpData{};
-  static constexpr int kB = 2, kEpB = 2;
+  // L = ln 2/4; |r| <= ln2/8, to 2^-30.7 of e^r - 1
+  static constexpr int kB = 2;
+  static constexpr Expm1Constants<float, uint32_t> kData{
+      0x1.715476p+2f,
+      0x1.8003f8p+23f,  // 1.5 * 2^23 + 4 * 127
+      0x1.62ep-3f,
+      0x1.0bfbe8p-17f,  // what it lacks of ln 2/4
+      {0x1.fffffep-2f, 0x1.555556p-3f, 0x1.557278p-5f, 0x1.11164ap-7f},
+      0xFFFFF000};
+  // the same L; to 2^-17.1 of e^r - 1
+  static constexpr int kEpB = 2;
+  static constexpr Expm1EpConstants<float> kEpData{
+      0x1.715476p+2f, 0x1.8003f8p+23f, 0x1.62e43p-3f, {0x1.001ea6p-1f, 0x1.556374p-3f}};
 
   template <class X>
   static void powers(X N, X& high, X& rest) {
