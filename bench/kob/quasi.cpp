@@ -1,15 +1,20 @@
 // Quasi-random streams, in cache, beside GSL's generators. `cycles` counts the time-stamp counter, the least
 // of all rounds, per number (for skip, creation and copying, per call); `ratio` is how many times faster than
 // GSL in the same run.
+//
+//   bench_kob_quasi --write docs/performance.md    times doubles and writes the section "points"
 #include <benchmark/benchmark.h>
 #include <x86intrin.h>
 
 #include <algorithm>
+#include <iomanip>
 #include <limits>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "functions/sections.hpp"
 #include "orx/kob.h"
 #ifdef ORX_HAVE_GSL
 #include <gsl/gsl_qrng.h>
@@ -19,7 +24,9 @@ namespace {
 
 constexpr int kBlock = 2000, kRounds = 20;  // numbers of a call, calls of a measurement
 
-std::map<std::string, double> peer;  // GSL's cycles, by name
+std::map<std::string, double> peer;          // GSL's cycles, by name
+std::vector<std::string> rows;               // of doubles, in order
+std::map<std::string, double> doubles_made;  // our cycles
 
 // Where all put their numbers: at the beginning of a cache line, so that no run is luckier than another.
 template <class Element>
@@ -73,6 +80,7 @@ std::vector<uint32_t> matrix_seed(uint32_t dimension) {
 template <class Element>
 void fill(const std::string& name, const char* type, uint32_t id, const std::vector<uint32_t>& seed,
           int selected = -1) {
+  if (sizeof(Element) == sizeof(double)) rows.push_back(name);
   add(name + type, [=](benchmark::State& state) {
     Stream start(id, seed), stream(id, seed);
     if (selected >= 0) __kobLeapfrogStream(start, uint32_t(selected), 0x7FFFFFFF);
@@ -89,6 +97,7 @@ void fill(const std::string& name, const char* type, uint32_t id, const std::vec
     }
     const double ours = least / (kBlock * kRounds);
     state.counters["cycles"] = ours;
+    if (sizeof(Element) == sizeof(double)) doubles_made[name] = ours;
     if (peer.count(name)) state.counters["ratio"] = peer[name] / ours;
   });
 }
@@ -164,10 +173,29 @@ void calls() {
   });
 }
 
+std::string table() {
+  std::ostringstream s;
+  s << std::fixed << std::setprecision(2) << "| sequence, dimension | cycles | GSL |\n|---|---|---|\n";
+  for (const std::string& name : rows) {
+    const double ours = doubles_made[name];
+    s << "| " << name.substr(0, name.size() - 1) << " | " << ours << " | ";
+    if (peer.count(name)) s << peer[name] << " (" << peer[name] / ours << "x)";
+    s << " |\n";
+  }
+  return s.str();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   fills();
+  if (argc == 3 && argv[1] == std::string("--write")) {
+    int none = 1;
+    benchmark::Initialize(&none, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    orx::write_section(argv[2], "points", table());
+    return 0;
+  }
   calls();
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();

@@ -2,16 +2,25 @@
 // `cycles` counts the time-stamp counter, the least of all rounds, per 32-bit word or per number; for
 // creation, copying, skipping per call. `ratio` is how many times faster than the peer in the same run:
 // plain, as compilers build it by default, and avx, with the flags of our kernels.
+//
+//   bench_kob_streams --write docs/performance.md    times doubles beside Boost.Random and GSL, in blocks and one
+//                                                    to a call, and writes the section "streams"
 #include <benchmark/benchmark.h>
 #include <x86intrin.h>
 
 #include <algorithm>
+#include <functional>
+#include <iomanip>
 #include <limits>
 #include <map>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "functions/sections.hpp"
 #include "orx/kob.h"
+#include "peers.hpp"
 #include "std_random.hpp"
 
 namespace {
@@ -56,7 +65,8 @@ class Stream {
   KobBrngProperties properties_;
 };
 
-std::map<std::string, double> peer;  // cycles of what was measured as a peer, by kind
+std::map<std::string, double> least;  // cycles, by name of the benchmark
+std::map<std::string, double> peer;   // cycles of what was measured as a peer, by kind
 
 template <class Run>
 double cycles(benchmark::State& state, double elements, Run run) {
@@ -103,6 +113,56 @@ void fills(const std::string& kind) {
                for (int k = 0; k < times; ++k) stream.fill(r, kBlock);
              }));
     });
+}
+
+// Numbers of one call, and of long ones, beside the other libraries'.
+using FillDoubles = std::function<void(double*, int)>;
+
+void add_race(const std::string& name, const FillDoubles& fill) {
+  benchmark::RegisterBenchmark(("race/" + name).c_str(), [=](benchmark::State& state) {
+    least[name] = fill_cycles<double>(state, [&](double* r, int times) {
+      for (int k = 0; k < times; ++k) fill(r, kBlock);
+    });
+  });
+  benchmark::RegisterBenchmark(("race, one call/" + name).c_str(), [=](benchmark::State& state) {
+    least["one call/" + name] = fill_cycles<double>(state, [&](double* r, int times) {
+      for (int i = 0; i < kBlock * times; ++i) fill(r, 1);
+    });
+  });
+}
+
+void races() {
+  for (const Generator& g : kGenerators) {
+    const auto stream = std::make_shared<Stream>(g.id);
+    add_race(g.name, [stream](double* r, int n) { stream->fill(r, n); });
+    for (const Peer& p : peers())
+      if (p.id == g.id) add_race(std::string(g.name) + "/" + p.library, p.fill);
+  }
+}
+
+// Rows of the document: ours, then each library's with how many times as fast we are.
+std::string table() {
+  std::ostringstream s;
+  s << std::fixed << std::setprecision(2)
+    << "| generator | cycles | Boost | GSL | one call | Boost | GSL |\n|---|---|---|---|---|---|---|\n";
+  for (const Generator& g : kGenerators) {
+    s << "| `" << g.name << "`";
+    for (const std::string& prefix : {std::string(), std::string("one call/")}) {
+      const double ours = least[prefix + g.name];
+      s << " | " << ours;
+      for (const char* library : {"Boost", "GSL"}) {
+        s << " | ";
+        for (const Peer& p : peers())
+          if (p.id == g.id && p.library == std::string(library)) {
+            const double theirs = least[prefix + g.name + "/" + library];
+            s << theirs << " (" << theirs / ours << "x)";
+            if (p.generator != std::string("the same")) s << ' ' << p.generator;
+          }
+      }
+    }
+    s << " |\n";
+  }
+  return s.str();
 }
 
 void discrete() {
@@ -175,9 +235,18 @@ void streams() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (argc == 3 && argv[1] == std::string("--write")) {
+    races();
+    int none = 1;
+    benchmark::Initialize(&none, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    orx::write_section(argv[2], "streams", table());
+    return 0;
+  }
   fills<uint32_t>("words");
   fills<double>("doubles");
   fills<float>("singles");
+  races();
   discrete();
   streams();
   benchmark::Initialize(&argc, argv);

@@ -1,5 +1,10 @@
-// Whether reals on an interval can be made in the arithmetic that the calling thread has set.
+// The interval that reals are asked for, and whether they can be made in the arithmetic that the calling thread has
+// set.
 #pragma once
+
+#include <immintrin.h>
+
+#include <cstdint>
 
 #include "orx/base/default_arithmetic.hpp"
 
@@ -12,6 +17,19 @@ inline bool rounds_to_nearest() {
   __asm__ volatile("" : "+x"(one), "+x"(half_step));
   return one + half_step == one - half_step;
 }
+
+// The value of a function's argument. 32-bit callers have mostly put a double on the stack as two halves just
+// before; to read both at once waits until the stores have left the processor, as long as a number takes to make.
+inline double argument_value(const double& argument) {
+#if defined(__i386__)
+  const volatile uint32_t* const halves = reinterpret_cast<const volatile uint32_t*>(&argument);
+  const __m128i low = _mm_cvtsi32_si128(int32_t(halves[0]));
+  return _mm_cvtsd_f64(_mm_castsi128_pd(_mm_insert_epi32(low, int32_t(halves[1]), 1)));
+#else
+  return argument;
+#endif
+}
+inline float argument_value(const float& argument) { return argument; }
 
 // Denormals, which the caller may have flushed, come in when an end is one, or nearly so.
 template <class Real>

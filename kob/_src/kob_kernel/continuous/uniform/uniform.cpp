@@ -1,4 +1,5 @@
 // Uniform reals on [a, b): the generator's own conversion, kept inside the interval when asked.
+#include "_service/interval.hpp"
 #include "_service/registry.hpp"
 #include "distribution.hpp"
 
@@ -32,8 +33,8 @@ int uniforms(int method, KobStream* stream, int n, Real* r, Real a, Real b) {
 }  // namespace
 
 ORX_API int _kobdRngUniform(int method, KobStream* stream, int n, double r[], double a, double b) {
-  return uniforms(method, stream, n, r, a, b);
+  return uniforms(method, stream, n, r, orx::brng::argument_value(a), orx::brng::argument_value(b));
 }
 ORX_API int _kobsRngUniform(int method, KobStream* stream, int n, float r[], float a, float b) {
-  return uniforms(method, stream, n, r, a, b);
+  return uniforms(method, stream, n, r, orx::brng::argument_value(a), orx::brng::argument_value(b));
 }
