@@ -27,7 +27,7 @@ int SplitStreams::make(uint32_t id, uint32_t k, const std::string& how) {
   if (how == "seeds") seed = {k + 1};
   if (how == "own" && k > 0) seed.push_back(k);
   if (how == "spread") {
-    seed.resize(8);
+    seed.resize(id == KOB_BRNG_R250 ? 250 : 8);  // a register takes all or one
     orx_kob_spread_seed(1, &k, int(seed.size()), seed.data());
     seed[0] |= 1;  // MCG59 has its whole period from odd numbers
   }
