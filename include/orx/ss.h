@@ -312,9 +312,9 @@ int __kobsSSEditMtxParametrz(SSTask* task, const float* cor, const void* corStor
  * as bad ones are. A null table of threads runs everything on the calling thread. */
 
 /* Mean, raw and central moments, kurtosis, skewness, variation, covariance, correlation. Exactly one method:
- * KOB_SS_FAST sums powers about 0; KOB_SS_ONE_PASS runs recurrences about the running mean, and so loses no
- * digits when the mean is large beside the deviation; KOB_SS_USER_MEAN sums powers about the mean that the
- * caller has put in the array of means.
+ * KOB_SS_FAST sums powers about 0; KOB_SS_ONE_PASS sums them about the running mean and merges blocks (Pebay 2008), so
+ * that moments are good to a few units in the last place however large the mean is beside the deviation;
+ * KOB_SS_USER_MEAN sums powers about the mean that the caller has put in the array of means.
  *
  * Derived estimates want the arrays of those that they are made from: central 2 wants mean and raw 2; central
  * 3 raw 3 too; central 4 raw 4 too; kurtosis all of those of central 4 and central 2; skewness those of
@@ -323,8 +323,13 @@ int __kobsSSEditMtxParametrz(SSTask* task, const float* cor, const void* corStor
  * variances on its diagonal.
  *
  * Where the task has accumulated weights [W, W2], a call with W above 0 continues: data are folded into the
- * results that the arrays hold, and W and W2 go on. Set both to 0 to begin. Leading observations of weight 0
- * are left out, so that their values do not matter. */
+ * results that the arrays hold, and W and W2 go on. Set both to 0 to begin. They have the precision of the data: in
+ * single precision W stalls at 2^24 when single observations are added to it; give blocks, or scale the weights down.
+ * Results are written at the end; a call that fails has changed nothing.
+ *
+ * Leading observations of weight 0 are left out, so that their values do not matter. Weights are expected not to be
+ * negative: a negative one enters the formulas of every method as it is, and where the sum of weights is not above 0
+ * the results mean nothing. */
 int _kobdSSBasic(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
 int _kobsSSBasic(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
 

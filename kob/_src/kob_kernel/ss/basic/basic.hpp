@@ -6,7 +6,6 @@
 #include "basic/kernels.hpp"
 #include "blas.hpp"
 #include "matrix.hpp"
-#include "orx/base/first_failure.hpp"
 #include "orx/base/memory.hpp"
 #include "orx/base/threading.hpp"
 #include "ss_task.hpp"
@@ -93,6 +92,16 @@ inline double freedom(double W, double W2) { return (W * W - W2) / W; }
 
 // ---- one computation ----
 
+// Results of earlier calls and their weights, as the caller's arrays hold them.
+template <class T>
+struct Earlier {
+  double W = 0, W2 = 0;
+  const T* array[kArrayCount] = {};
+
+  bool has(int k) const { return array[k] != nullptr; }
+  double operator()(int k, int j) const { return array[k] ? double(array[k][j]) : 0; }
+};
+
 template <class T>
 struct Computation {
   SSTask* task;
@@ -101,21 +110,20 @@ struct Computation {
   const T* weights;
   unsigned wanted;  // bits of the result arrays
   unsigned method;
-  unsigned arrays;  // bits of the running arrays that the kernel updates
-  bool cross;       // cross-products are wanted
-  Kernel<T> kernel;
-  int workers;
-  FirstFailure failure;
+  unsigned arrays = 0;  // bits of the running arrays that the kernel updates
+  bool cross = false;   // cross-products are wanted
+  Kernel<T> kernel = nullptr;
+  int workers = 1;
+  Earlier<T> earlier;
 
-  T* array[kArrayCount] = {};  // worker 0's running arrays and cross-products
-  T* products = nullptr;
-  T* private_arrays = nullptr;     // those of the others, one set after the other
-  intptr_t private_size = 0;       // elements of a set
-  double* accumulators = nullptr;  // a worker's four accumulator words, then its work area
-  intptr_t accumulator_size = 0;
-
-  Block<double> accumulator_block;
-  Block<T> private_block, products_block, array_block[kArrayCount];
+  Block<double> workers_block;  // for each worker: four accumulator words, the state, distances
+  int64_t worker_size = 0;
+  Block<T> products_block;  // worker 0's, where the caller's array does not serve, then those of the others
+  T* first_products = nullptr;
+  T* other_products = nullptr;
+  Block<T> copy_block;  // for each worker: a block of weighted observations
+  int64_t copy_size = 0;
+  Block<T> mean_block;  // the final means, for the products about 0
 
   Computation(SSTask* t, unsigned wanted_arrays, unsigned method_bit)
       : task(t),
@@ -126,29 +134,27 @@ struct Computation {
         method(method_bit) {}
 
   int p() const { return data.p; }
-  bool in_products() const { return cross && method != KOB_SS_ONE_PASS; }
-  double* accumulator(int worker) const { return accumulators + worker * accumulator_size; }
-  double W() const { return accumulators[0]; }
-  double W2() const { return accumulators[1]; }
+  // The Fast and the user-mean method leave the products to the BLAS.
+  bool by_blas() const { return cross && method != KOB_SS_ONE_PASS; }
+  double* accumulator(int worker) const { return workers_block.get() + worker * worker_size; }
+  State state(int worker) const { return {accumulator(worker) + 4, p()}; }
+  double* distances(int worker) const { return accumulator(worker) + 4 + State::size(p()); }
+  T* products(int worker) const {
+    return worker == 0 ? first_products : other_products + (worker - 1) * (intptr_t(p()) * p());
+  }
+  // Of the data of this call, once the workers are merged, and of all data.
+  double new_W() const { return accumulator(0)[0]; }
+  double W() const { return earlier.W + accumulator(0)[0]; }
+  double W2() const { return earlier.W2 + accumulator(0)[1]; }
 
   // A sum of squares or products that an earlier result was made from. Where there were no degrees of
   // freedom, up to the rounding of W2, the result is NaN, infinite or noise; the sum was 0, if it was taken
   // about the mean of the data. One about a mean that the user gave is lost.
   double back_to_sum(double result) const {
     constexpr double unit = sizeof(T) == sizeof(double) ? 0x1p-52 : 0x1p-23;
-    const bool none = W() * W() - W2() <= 4 * unit * W() * W();
-    return none && method != KOB_SS_USER_MEAN ? 0 : result * freedom(W(), W2());
-  }
-
-  // The running arrays of a worker; the given mean is shared.
-  T* worker_array(int worker, int k) const {
-    if (worker == 0 || !(arrays >> k & 1)) return array[k];
-    const int before = __builtin_popcount(arrays & ((1u << k) - 1));
-    return private_arrays + (worker - 1) * private_size + intptr_t(before) * p();
-  }
-  T* worker_products(int worker) const {
-    if (worker == 0 || !cross) return products;
-    return private_arrays + (worker - 1) * private_size + intptr_t(__builtin_popcount(arrays)) * p();
+    const double w = earlier.W, w2 = earlier.W2;
+    const bool none = w * w - w2 <= 4 * unit * w * w;
+    return none && method != KOB_SS_USER_MEAN ? 0 : result * freedom(w, w2);
   }
 };
 
@@ -172,111 +178,71 @@ void choose_kernel(Computation<T>& c, const KernelTables<T>& tables) {
 
 // ---- start ----
 
-// An array of the caller's serves as it is, where it exists and all of it is wanted. Otherwise results are
-// made in a copy.
+// Observations for which the BLAS is called at a time: they stay in cache.
 template <class T>
-bool init_array(Computation<T>& c, int k) {
-  T* callers = reals<T>(c.task->*kEstimates[k].array);
-  c.array[k] = callers;
-  if (callers && c.selection.all()) return true;
-  if (!c.array_block[k].allocate_zeros(c.p())) return false;
-  c.array[k] = c.array_block[k].get();
-  if (callers)
-    for (int j = 0; j < c.p(); ++j) c.array[k][j] = callers[j];
-  return true;
+int products_block_size(int p) {
+  constexpr int block_bytes = 0x40000, min_block = 128;
+  const int block = block_bytes / int(sizeof(T)) / p;
+  return block < min_block ? min_block : block;
 }
 
-// Central moments back to sums. One that the caller did not ask for, but that the recurrences of the higher
-// orders stand on, is made anew from the raw moments.
+// The caller's covariance serves where it is whole and all of it is wanted.
 template <class T>
-void rebuild_central_sums(Computation<T>& c) {
-  const double W = c.W();
-  const auto given = [&](int k) { return (c.task->*kEstimates[k].array) != nullptr; };
-  for (int j = 0; j < c.p(); ++j) {
-    const double mean = c.array[kMean] ? c.array[kMean][j] : 0;
-    const auto raw = [&](int k) { return double(c.array[k][j]); };
-    if (c.arrays & bits(kCentral2)) {
-      double sum = c.back_to_sum(c.array[kCentral2][j]);
-      if (!given(kCentral2) && c.arrays & bits(kRaw2) && given(kRaw2)) sum = W * (raw(kRaw2) - mean * mean);
-      c.array[kCentral2][j] = T(sum);
-    }
-    if (c.arrays & bits(kCentral3)) {
-      double sum = c.array[kCentral3][j] * W;
-      if (!given(kCentral3) && c.arrays & bits(kRaw3) && given(kRaw2) && given(kRaw3))
-        sum = W * (raw(kRaw3) + mean * (2 * mean * mean - 3 * raw(kRaw2)));
-      c.array[kCentral3][j] = T(sum);
-    }
-    if (c.arrays & bits(kCentral4)) c.array[kCentral4][j] = T(c.array[kCentral4][j] * W);
-  }
+bool allocate_products(Computation<T>& c) {
+  const bool in_place = c.wanted & bits(kCovariance) && c.selection.all() &&
+                        SymmetricMatrix<T>(c.task->cov, c.task->covStorage, c.p()).full();
+  const int64_t size = int64_t(c.p()) * c.p(), count = c.workers - in_place;
+  if (count > 0 && !c.products_block.allocate_zeros(size * count)) return false;
+  c.first_products = in_place ? reals<T>(c.task->cov) : c.products_block.get();
+  c.other_products = in_place ? c.products_block.get() : c.products_block.get() + size;
+  if (!c.by_blas()) return true;
+  c.copy_size = int64_t(products_block_size<T>(c.p())) * c.p();
+  return c.mean_block.allocate(c.p()) && (!c.weights || c.copy_block.allocate(c.copy_size * c.workers));
 }
 
-// The earlier covariance or correlation back to sums, into the lower triangle.
+template <class T>
+bool allocate(Computation<T>& c) {
+  const int64_t distances = c.cross && !c.by_blas() ? Distances::size(c.p()) : 0;
+  c.worker_size = (4 + State::size(c.p()) + distances + 15) & ~int64_t(15);
+  return c.workers_block.allocate_zeros(c.worker_size * c.workers) && (!c.cross || allocate_products(c));
+}
+
+// The earlier covariance or correlation as sums, in the lower triangle.
 template <class T>
 void rebuild_products(Computation<T>& c) {
   const bool from_cov = c.wanted & bits(kCovariance);
   const SymmetricMatrix<T> earlier = from_cov ? SymmetricMatrix<T>(c.task->cov, c.task->covStorage, c.p())
                                               : SymmetricMatrix<T>(c.task->cor, c.task->corStorage, c.p());
   for (int i = 0; i < c.p(); ++i) {
-    T* row = c.products + intptr_t(i) * c.p();
+    T* row = c.first_products + intptr_t(i) * c.p();
     for (int j = 0; j <= i; ++j) {
       double value = earlier.get(i, j);
-      if (!from_cov && i != j) value *= __kobdSqrt(double(earlier.get(i, i)) * double(earlier.get(j, j)));
+      if (!from_cov && i != j)
+        value = value * __kobdSqrt(double(earlier.get(i, i))) * __kobdSqrt(double(earlier.get(j, j)));
       row[j] = T(c.back_to_sum(value));
     }
   }
+  // Products about 0 until the end.
+  if (c.by_blas()) blas::syr(c.p(), T(c.earlier.W), c.earlier.array[kMean], c.first_products, c.p());
 }
 
-// The caller's covariance serves where it is whole and all of it is wanted.
-template <class T>
-bool place_products(Computation<T>& c) {
-  const bool in_place = c.wanted & bits(kCovariance) && c.selection.all() &&
-                        SymmetricMatrix<T>(c.task->cov, c.task->covStorage, c.p()).full();
-  if (!in_place && !c.products_block.allocate(int64_t(c.p()) * c.p())) return false;
-  c.products = in_place ? reals<T>(c.task->cov) : c.products_block.get();
-  return true;
-}
-
-template <class T>
-bool allocate(Computation<T>& c) {
-  const int64_t p = c.p(), words = 4 + work_size(c.p(), c.method == KOB_SS_ONE_PASS && c.cross);
-  const int64_t accumulator_size = (words + 15) & ~int64_t(15);
-  const int64_t private_size = p * (__builtin_popcount(c.arrays) + (c.cross ? p : 0));
-  if (!c.accumulator_block.allocate(accumulator_size * c.workers)) return false;
-  if (c.cross && !place_products(c)) return false;
-  if (c.workers > 1 && !c.private_block.allocate_zeros(private_size * (c.workers - 1))) return false;
-  for (int k = 0; k < kArrayCount; ++k)
-    if (((c.arrays | bits(kMean)) >> k & 1) && !init_array(c, k)) return false;
-  c.accumulators = c.accumulator_block.get();
-  c.accumulator_size = intptr_t(accumulator_size);
-  c.private_arrays = c.private_block.get();
-  c.private_size = intptr_t(private_size);
-  return true;
-}
-
-// Takes up what the arrays hold of earlier data, or clears them. Nothing of the caller's is changed before
-// all memory is there.
+// Nothing of the caller's is changed before all memory is there.
 template <class T>
 int _vSSInitBasic(Computation<T>& c) {
   if (!allocate(c)) return KOB_SS_ERROR_MEMORY;
-  for (int t = 0; t < c.workers; ++t)
-    for (int k = 0; k < 4; ++k) c.accumulator(t)[k] = 0;
-  if (const T* earlier = reals<T>(c.task->accumWeight)) {
-    c.accumulators[0] = earlier[0];
-    c.accumulators[1] = earlier[1];
+  for (int k = 0; k < kArrayCount; ++k) c.earlier.array[k] = reals<T>(c.task->*kEstimates[k].array);
+  if (const T* sums = reals<T>(c.task->accumWeight)) {
+    c.earlier.W = sums[0];
+    c.earlier.W2 = sums[1];
   }
-  if (c.cross && c.W() > 0) rebuild_products(c);
-  if (c.cross && !(c.W() > 0))
-    for (intptr_t i = 0; i < intptr_t(c.p()) * c.p(); ++i) c.products[i] = 0;
-  if (c.W() > 0 && c.method != KOB_SS_FAST) rebuild_central_sums(c);
+  if (!(c.earlier.W > 0)) c.earlier.W = c.earlier.W2 = 0;
+  if (c.cross && c.earlier.W > 0)
+    rebuild_products(c);
+  else if (c.cross)
+    for (intptr_t i = 0; i < intptr_t(c.p()) * c.p(); ++i) c.first_products[i] = 0;
+  for (int t = 0; t < c.workers && c.method == KOB_SS_USER_MEAN; ++t)
+    for (int j = 0; j < c.p(); ++j) c.state(t)[kMean][j] = c.earlier(kMean, j);
   return KOB_SS_OK;
-}
-
-// Nothing came before: what the arrays hold does not count.
-template <class T>
-void clear(Computation<T>& c) {
-  for (int k = 0; k < kArrayCount; ++k)
-    if (c.arrays >> k & 1)
-      for (int j = 0; j < c.p(); ++j) c.array[k][j] = 0;
 }
 
 // ---- workers ----
@@ -311,102 +277,166 @@ void add_block_products(const Computation<T>& c, int first, int count, T* copy, 
     blas::gemm('N', 'T', p, p, count, T(1), x, p, copy, p, T(1), products, p);
 }
 
-// Cross-products of the Fast and two-pass methods: the kernel and the BLAS by turns on blocks that stay in
-// cache, the products being taken about 0 on the way.
+// The kernel and the BLAS by turns on blocks that stay in cache. Leading observations of weight 0 are left to
+// neither.
 template <class T>
-int run_by_blocks(const Computation<T>& c, KernelArgs<T>& args) {
-  constexpr int block_bytes = 0x40000, min_block = 128;
-  const int p = c.p(), first = args.first, end = args.end;
-  int block = block_bytes / int(sizeof(T)) / p;
-  if (block < min_block) block = min_block;
-
-  Block<T> copy;
-  // As large as all data whatever this worker's share is; what is not touched costs address space alone.
-  if (c.weights && !copy.allocate(int64_t(c.data.n) * p)) return KOB_SS_ERROR_MEMORY;
-  blas::syr(p, T(args.accumulator[0]), args.array[kMean], args.cross, p);
-  for (args.first = first; args.first < end; args.first = args.end) {
-    args.end = end - args.first < block ? end : args.first + block;
+void run_by_blocks(const Computation<T>& c, KernelArgs<T> args, T* copy) {
+  const int begin = c.weights ? first_observation<true>(args) : args.first;
+  each_block(begin, args.end, products_block_size<T>(c.p()), [&](int first, int count) {
+    args.first = first;
+    args.end = first + count;
     c.kernel(args);
-    add_block_products(c, args.first, args.end - args.first, copy.get(), args.cross);
-  }
-  blas::syr(p, -T(args.accumulator[0]), args.array[kMean], args.cross, p);
-  return KOB_SS_OK;
+    add_block_products(c, first, count, copy, args.cross);
+  });
 }
 
 template <class T>
 void _vSSBasicThreader(int t, int, int, void* arguments) {
-  Computation<T>& c = *static_cast<Computation<T>*>(arguments);
-  const int n = c.data.n, share = n / c.workers;
-  KernelArgs<T> args;
-  args.first = t * share;
-  args.end = t == c.workers - 1 ? n : args.first + share;
-  args.n = n;
-  args.p = c.p();
-  args.x = c.data.x;
-  args.weights = c.weights;
-  args.accumulator = c.accumulator(t);
-  args.work = args.accumulator + 4;
-  for (int k = 0; k < kArrayCount; ++k) args.array[k] = c.worker_array(t, k);
-  args.cross = c.worker_products(t);
-  if (!c.in_products())
+  const Computation<T>& c = *static_cast<const Computation<T>*>(arguments);
+  const int n = c.data.n, share = n / c.workers, first = t * share;
+  const KernelArgs<T> args = {first,
+                              t == c.workers - 1 ? n : first + share,
+                              n,
+                              c.p(),
+                              c.data.x,
+                              c.weights,
+                              c.accumulator(t),
+                              c.accumulator(t) + 4,
+                              c.distances(t),
+                              c.cross ? c.products(t) : nullptr};
+  if (c.by_blas())
+    run_by_blocks(c, args, c.copy_block ? c.copy_block.get() + t * c.copy_size : nullptr);
+  else
     c.kernel(args);
-  else if (const int status = run_by_blocks(c, args))
-    c.failure.report(status);
 }
 
 // ---- merge ----
 
-// Folds worker t's results into worker 0's (Chan, Golub & LeVeque 1983 for the products, Pebay 2008 for
-// orders 3 and 4).
+// Adds h d d' to the lower triangle of the first products.
 template <class T>
-void merge_worker(Computation<T>& c, int t) {
-  double *a = c.accumulator(0), *b = c.accumulator(t);
-  const double Wa = a[0], Wb = b[0], s = 1 / (Wa + Wb);
-  if (Wb == 0) return;
-  T* other[kArrayCount];
-  for (int k = 0; k < kArrayCount; ++k) other[k] = c.worker_array(t, k);
-
-  if (c.cross) {
-    const double h = Wa == 0 ? 0 : Wa * Wb * s;
-    const T *products = c.worker_products(t), *mean_a = c.array[kMean], *mean_b = other[kMean];
-    for (int j = 0; j < c.p(); ++j) {
-      const double hd = h * (double(mean_b[j]) - double(mean_a[j]));
-      for (int k = 0; k <= j; ++k) {
-        const intptr_t at = intptr_t(j) * c.p() + k;
-        c.products[at] = T(c.products[at] + (products[at] + (hd * mean_b[k] - hd * mean_a[k])));
-      }
-    }
-  }
+void add_between(const Computation<T>& c, double h, const double* d) {
   for (int j = 0; j < c.p(); ++j) {
-    const double d = double(other[kMean][j]) - double(c.array[kMean][j]), e = s * d;
-    const auto has = [&](int k) { return c.arrays >> k & 1; };
-    const double c2a = has(kCentral2) ? c.array[kCentral2][j] : 0,
-                 c2b = has(kCentral2) ? other[kCentral2][j] : 0;
-    const double c3a = has(kCentral3) ? c.array[kCentral3][j] : 0,
-                 c3b = has(kCentral3) ? other[kCentral3][j] : 0;
-    if (has(kCentral4)) {
-      const double quadratic =
-          Wa * (((Wa - Wb) * Wa + Wb * Wb) * (Wb * d * e) + 6 * Wa * c2b) + 6 * Wb * Wb * c2a;
-      c.array[kCentral4][j] =
-          T(c.array[kCentral4][j] + (other[kCentral4][j] + e * (e * quadratic + 4 * (Wa * c3b - Wb * c3a))));
-    }
-    if (has(kCentral3))
-      c.array[kCentral3][j] =
-          T(c3a + (c3b + Wa * Wb * (Wa - Wb) * d * e * e + 3 * e * (Wa * c2b - Wb * c2a)));
-    if (has(kCentral2)) c.array[kCentral2][j] = T(c2a + (c2b + Wa * Wb * e * d));
-    for (int k = kMean; k <= kRaw4; ++k)
-      if (has(k)) c.array[k][j] = T(s * (Wa * c.array[k][j] + Wb * other[k][j]));
+    T* row = c.first_products + intptr_t(j) * c.p();
+    const double hd = h * d[j];
+    for (int k = 0; k <= j; ++k) row[k] = T(row[k] + hd * d[k]);
+  }
+}
+
+// Folds data of weight Wb into worker 0's one-pass results: the distances of their means from worker 0's stand in
+// `delta`, and sum(order, j) gives central sums of four variables.
+template <class T, class F>
+void fold_one_pass(const Computation<T>& c, double Wb, const double* delta, F sum) {
+  const double Wa = c.new_W();
+  if (c.cross && Wa != 0) add_between(c, Wa * Wb / (Wa + Wb), delta);
+  for (int j = 0; j < c.p(); j += 4)
+    fold_moments<4>(c.state(0), j, Wa, Wb, load<Doubles, true>(delta + j), {sum(2, j), sum(3, j), sum(4, j)});
+}
+
+// Folds worker t's results into worker 0's.
+template <class T>
+void merge_worker(const Computation<T>& c, int t) {
+  double *a = c.accumulator(0), *b = c.accumulator(t);
+  if (b[0] == 0) return;
+  const State to = c.state(0), from = c.state(t);
+  const intptr_t products = c.cross ? intptr_t(c.p()) * c.p() : 0;
+  for (intptr_t i = 0; i < products; ++i) c.first_products[i] += c.products(t)[i];
+  if (c.method == KOB_SS_ONE_PASS) {
+    double* delta = from[kBlockSums];
+    for (int j = 0; j < c.p(); ++j)
+      delta[j] = (from[kMean][j] - to[kMean][j]) + (from[kMeanLow][j] - to[kMeanLow][j]);
+    fold_one_pass(c, b[0], delta, [&](int order, int j) {
+      return row_at(from, central_array(order), j) + row_at(from, central_low(order), j);
+    });
+  } else {
+    const int given = c.method == KOB_SS_USER_MEAN ? kRaw2 : kMean;
+    for (int k = given; k < kArrayCount; ++k)
+      for (int j = 0; j < c.p(); ++j) to[k][j] += from[k][j];
   }
   for (int k = 0; k < 4; ++k) a[k] += b[k];
 }
 
+// ---- earlier results ----
+
+// An earlier central sum of order 2 to 4. One that the caller did not ask for, but that higher orders stand on, is
+// made anew from the raw moments.
+template <class T>
+double earlier_sum(const Computation<T>& c, int order, int j) {
+  const Earlier<T>& e = c.earlier;
+  const double mean = e(kMean, j);
+  const int k = central_array(order);
+  if (order == 2)
+    return e.has(k) || !e.has(kRaw2) ? c.back_to_sum(e(k, j)) : e.W * (e(kRaw2, j) - mean * mean);
+  if (order == 3 && !e.has(k) && e.has(kRaw2) && e.has(kRaw3))
+    return e.W * (e(kRaw3, j) + mean * (2 * mean * mean - 3 * e(kRaw2, j)));
+  return e(k, j) * e.W;
+}
+
+// A raw moment of all data from the sum of those of this call.
+template <class T>
+double merged_raw(const Computation<T>& c, int k, int j, double sum) {
+  if (c.W() == 0) return 0;
+  return c.earlier.W > 0 ? (c.earlier.W * c.earlier(k, j) + sum) / c.W() : sum / c.W();
+}
+
+// Turns worker 0's state into results over all data: means and raw moments, and central sums.
+template <class T>
+void merge_earlier_sums(const Computation<T>& c) {
+  const State state = c.state(0);
+  for (int j = 0; j < c.p(); ++j) {
+    for (int k = c.method == KOB_SS_USER_MEAN ? kRaw2 : kMean; k <= kRaw4; ++k)
+      state[k][j] = merged_raw(c, k, j, state[k][j]);
+    for (int order = 2; order <= 4 && c.earlier.W > 0; ++order)
+      state[central_array(order)][j] += earlier_sum(c, order, j);
+  }
+}
+
+// The same of the one-pass method, where all of it is about running means.
+template <class T>
+void merge_earlier_moments(const Computation<T>& c) {
+  const State state = c.state(0);
+  const double W = c.new_W();
+  const auto whole = [&](int k, int low, int j) {
+    const double rest = state[low][j];
+    return rest - rest == 0 ? state[k][j] + rest : state[k][j];
+  };
+  const auto central = [&](int order, int j) { return whole(central_array(order), central_low(order), j); };
+  for (int j = 0; j < c.p(); ++j) {
+    if (W == 0) state[kMean][j] = state[kMeanLow][j] = 0;
+    const double m = whole(kMean, kMeanLow, j), m2 = W * m * m;
+    state[kRaw2][j] = merged_raw(c, kRaw2, j, central(2, j) + m2);
+    state[kRaw3][j] = merged_raw(c, kRaw3, j, central(3, j) + m * (3 * central(2, j) + m2));
+    state[kRaw4][j] =
+        merged_raw(c, kRaw4, j, central(4, j) + m * (4 * central(3, j) + m * (6 * central(2, j) + m2)));
+  }
+  if (c.earlier.W > 0) {
+    const auto row = [&](int order) { return state[kBlockSums + order - 1]; };
+    for (int j = 0; j < c.p(); ++j) {
+      const bool known = c.earlier.has(kMean);
+      row(1)[j] = known ? (c.earlier(kMean, j) - state[kMean][j]) - state[kMeanLow][j] : 0;
+      for (int order = 2; order <= 4; ++order) row(order)[j] = earlier_sum(c, order, j);
+    }
+    fold_one_pass(c, c.earlier.W, row(1),
+                  [&](int order, int j) { return load<Doubles, true>(row(order) + j); });
+  }
+  for (int j = 0; j < c.p(); ++j) {
+    state[kMean][j] = whole(kMean, kMeanLow, j);
+    for (int order = 2; order <= 4; ++order) state[central_array(order)][j] = central(order, j);
+  }
+}
+
+template <class T>
+void merge_earlier(const Computation<T>& c) {
+  c.method == KOB_SS_ONE_PASS ? merge_earlier_moments(c) : merge_earlier_sums(c);
+}
+
 // ---- finish ----
 
-// Correlation and covariance from the sums. On the diagonal of a correlation stand the variances.
+// Correlation and covariance from the sums. On the diagonal of a correlation stand the variances. Each deviation
+// divides by itself: their product may be out of range.
 template <class T>
 void write_matrices(const Computation<T>& c) {
   const double scale = c.W() > 0 ? 1 / freedom(c.W(), c.W2()) : 1;
-  const auto sum = [&](int i, int j) { return double(c.products[intptr_t(i) * c.p() + j]); };
+  const auto sum = [&](int i, int j) { return double(c.first_products[intptr_t(i) * c.p() + j]); };
   const auto write = [&](int which, const void* storage, auto element) {
     if (!(c.wanted >> which & 1)) return;
     const SymmetricMatrix<T> result(c.task->*kEstimates[which].array, storage, c.p());
@@ -415,19 +445,17 @@ void write_matrices(const Computation<T>& c) {
         if (c.selection[i] && c.selection[j]) result.set(i, j, T(element(i, j)));
   };
   write(kCorrelation, c.task->corStorage, [&](int i, int j) {
-    return i == j ? scale * sum(i, i) : sum(i, j) / __kobdSqrt(sum(i, i) * sum(j, j));
+    return i == j ? scale * sum(i, i) : sum(i, j) / __kobdSqrt(sum(i, i)) / __kobdSqrt(sum(j, j));
   });
   write(kCovariance, c.task->covStorage, [&](int i, int j) { return scale * sum(i, j); });
 }
 
 template <class T>
-void _vSSFinishBasic(Computation<T>& c) {
-  if (c.cross) write_matrices(c);
-  for (int k = 0; k < kArrayCount; ++k) {
-    T* callers = reals<T>(c.task->*kEstimates[k].array);
-    if (!(c.arrays >> k & 1) || !callers || callers == c.array[k]) continue;
-    for (int j = 0; j < c.p(); ++j)
-      if (c.selection[j]) callers[j] = c.array[k][j];
+void _vSSFinishBasic(const Computation<T>& c) {
+  if (c.cross) {
+    for (int j = 0; j < c.p() && c.by_blas(); ++j) c.mean_block[j] = T(c.state(0)[kMean][j]);
+    if (c.by_blas()) blas::syr(c.p(), -T(c.W()), c.mean_block.get(), c.first_products, c.p());
+    write_matrices(c);
   }
   if (T* sums = reals<T>(c.task->accumWeight)) {
     sums[0] = T(c.W());
@@ -435,43 +463,43 @@ void _vSSFinishBasic(Computation<T>& c) {
   }
 }
 
-// Sums to moments, and what is made from moments, in the caller's arrays. The second central moment is the
-// unbiased variance, the third and fourth are divided by W; skewness and kurtosis are made from them as they
-// are.
+// Central sums to moments in place, or, where the raw moments are all there is, central moments from them. The second
+// one is the unbiased variance, the third and fourth are divided by W.
 template <class T>
-void convert(const Computation<T>& c) {
-  const double W = c.W(), W2 = c.W2();
-  const bool fast = c.method == KOB_SS_FAST;
-  // Arrays that hold sums are turned into moments even if they were not asked for themselves.
-  const unsigned results = c.wanted | (fast ? 0 : c.arrays & bits(kCentral2, kCentral3, kCentral4));
-  T* a[kResultCount];
-  for (int k = 0; k < kResultCount; ++k)
-    a[k] = results >> k & 1 ? reals<T>(c.task->*kEstimates[k].array) : nullptr;
+void make_central_moments(const Computation<T>& c, const State& state, int j) {
+  const double W = c.W(), unbiased = W * W / (W * W - c.W2());
+  double &c2 = state[kCentral2][j], &c3 = state[kCentral3][j], &c4 = state[kCentral4][j];
+  if (c.method != KOB_SS_FAST) {
+    c2 = c2 / W * unbiased;
+    c3 /= W;
+    c4 /= W;
+    return;
+  }
+  const double m = state[kMean][j], raw2 = state[kRaw2][j], raw3 = state[kRaw3][j], raw4 = state[kRaw4][j];
+  c2 = unbiased * (raw2 - m * m);
+  c3 = m * (2 * m * m - 3 * raw2) + raw3;
+  c4 = ((6 * raw2 - 3 * m * m) * m - 4 * raw3) * m + raw4;
+}
 
+// Results to the caller's arrays: those that were asked for and those that they stand on, so that a later call can
+// go on from them. Skewness and kurtosis are made from the central moments as they are.
+template <class T>
+void write_moments(const Computation<T>& c) {
+  const unsigned given = c.method == KOB_SS_USER_MEAN ? bits(kMean) : 0,
+                 written = (c.wanted | c.arrays) & ~given;
+  const State state = c.state(0);
   for (int j = 0; j < c.p(); ++j) {
     if (!c.selection[j]) continue;
-    const auto moment = [&](int k) { return double(a[k][j]); };
-    if (a[kCentral2]) {
-      const double biased = fast ? moment(kRaw2) - moment(kMean) * moment(kMean) : moment(kCentral2) / W;
-      a[kCentral2][j] = T(biased * (W * W / (W * W - W2)));
-    }
-    if (a[kCentral3]) {
-      const double mean = fast ? moment(kMean) : 0;
-      a[kCentral3][j] =
-          T(fast ? mean * (2 * mean * mean - 3 * moment(kRaw2)) + moment(kRaw3) : moment(kCentral3) / W);
-    }
-    if (a[kCentral4]) {
-      const double mean = fast ? moment(kMean) : 0;
-      a[kCentral4][j] =
-          T(fast ? ((6 * moment(kRaw2) - 3 * mean * mean) * mean - 4 * moment(kRaw3)) * mean + moment(kRaw4)
-                 : moment(kCentral4) / W);
-    }
-    if (a[kKurtosis]) a[kKurtosis][j] = T(moment(kCentral4) / (moment(kCentral2) * moment(kCentral2)) - 3);
-    if (a[kSkewness]) {
-      const double variance = moment(kCentral2);
-      a[kSkewness][j] = T(moment(kCentral3) / __kobdSqrt(variance * variance * variance));
-    }
-    if (a[kVariation]) a[kVariation][j] = T(__kobdSqrt(moment(kCentral2)) / moment(kMean));
+    make_central_moments(c, state, j);
+    const double c2 = state[kCentral2][j], deviation = __kobdSqrt(c2);
+    const auto write = [&](int k, double value) {
+      T* const array = reals<T>(c.task->*kEstimates[k].array);
+      if (written >> k & 1 && array) array[j] = T(value);
+    };
+    for (int k = kMean; k < kArrayCount; ++k) write(k, state[k][j]);
+    write(kKurtosis, state[kCentral4][j] / c2 / c2 - 3);
+    write(kSkewness, state[kCentral3][j] / c2 / deviation);
+    write(kVariation, deviation / state[kMean][j]);
   }
 }
 
@@ -495,12 +523,11 @@ int compute(SSTask* task, unsigned requested, unsigned method, const ThreadingSe
   if (c.workers < 1) c.workers = 1;
   if (c.data.n / c.workers < min_share) c.workers = c.data.n < min_share ? 1 : c.data.n / min_share;
   if (const int status = _vSSInitBasic(c)) return status;
-  if (c.W() == 0) clear(c);
   threading->parallelRun(c.workers, &c, _vSSBasicThreader<T>);
-  if (const int status = c.failure.status()) return status;
   for (int t = 1; t < c.workers; ++t) merge_worker(c, t);
+  merge_earlier(c);
   _vSSFinishBasic(c);
-  convert(c);
+  write_moments(c);
   return KOB_SS_OK;
 }
 

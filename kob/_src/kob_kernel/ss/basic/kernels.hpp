@@ -1,42 +1,57 @@
-// The kernels of the basic statistics: each folds a range of observations into running moments.
+// The kernels of the basic statistics: each adds a range of observations to a worker's sums.
 //
-// Whatever the data are, a kernel computes in double precision; it reads the running arrays when it starts
-// and writes them when it ends. Observations are taken by blocks that stay in the first-level cache, so that
-// each variable (rows) or group of four variables (columns) can be swept with its running values in
-// registers. Eight vector registers are all there are on the 32-bit target: no sweep has more than four
-// running values.
+// Whatever the data are, a kernel computes in double precision. Observations are taken by blocks, so that each
+// variable (rows) or group of four variables (columns) can be swept with its sums in registers. Eight vector
+// registers are all there are on the 32-bit target: no sweep has more than four sums.
 #pragma once
 
 #include <cstdint>
 
-#include "lanes.hpp"
+#include "orx/base/simd/lanes.hpp"
 
 namespace orx::ss::basic {
 
-// The running arrays of a computation. Raw moments are kept as moments, central ones as sums.
+using namespace simd;
+
+// The running arrays of a computation. Raw moments are sums of powers in the Fast and the two-pass kernels; central
+// ones are sums everywhere.
 enum { kMean, kRaw2, kRaw3, kRaw4, kCentral2, kCentral3, kCentral4, kArrayCount };
 
 constexpr int raw_array(int order) { return kMean + order - 1; }
 constexpr int central_array(int order) { return kCentral2 + order - 2; }
 
-// The orders that a kernel computes: raw moments raw_from to raw_to, central ones 2 to
-// central_to.
+// What a worker has beside them: what rounding left over of the one-pass results, and sums over a block.
+enum {
+  kMeanLow = kArrayCount,
+  kCentral2Low,
+  kCentral3Low,
+  kCentral4Low,
+  kBlockSums,
+  kRowCount = kBlockSums + 4
+};
+
+constexpr int central_low(int order) { return kCentral2Low + order - 2; }
+
+// The orders that a kernel computes: raw moments raw_from to raw_to, central ones 2 to central_to.
 template <int raw_from, int raw_to, int central_to>
 struct Orders {
   static constexpr int kRawFrom = raw_from, kRawTo = raw_to, kCentralTo = central_to;
   static constexpr bool kRaw = kRawFrom <= kRawTo, kCentral = kCentralTo >= 2;
+};
 
-  // The arrays that it updates, as bits.
-  static constexpr unsigned raw_arrays() {
-    unsigned bits = 0;
-    for (int k = kRawFrom; k <= kRawTo; ++k) bits |= 1u << raw_array(k);
-    return bits;
-  }
-  static constexpr unsigned arrays() {
-    unsigned bits = raw_arrays();
-    for (int k = 2; k <= kCentralTo; ++k) bits |= 1u << central_array(k);
-    return bits;
-  }
+constexpr int padded(int p) { return (p + 3) & ~3; }
+
+// The rows of a worker, each padded to a multiple of four, aligned to 32 bytes.
+class State {
+ public:
+  State(double* rows, int p) : rows_(rows), size_(padded(p)) {}
+  double* operator[](int k) const { return rows_ + intptr_t(k) * size_; }
+  int row_size() const { return size_; }
+  static int64_t size(int p) { return int64_t(kRowCount) * padded(p); }
+
+ private:
+  double* rows_;
+  int size_;
 };
 
 template <class T>
@@ -45,10 +60,12 @@ struct KernelArgs {
   int n, p;
   const T* x;
   const T* weights;
-  double* work;         // work_size(p, ...) doubles, aligned to 32 bytes
   double* accumulator;  // W, the sum of weights; W2, the sum of their squares; two words that stay 0
-  T* array[kArrayCount];
-  T* cross;  // p by p: the lower triangle by rows; what lies above the diagonal may be overwritten
+  double* rows;         // of the state; the two-pass kernels find the given mean there
+  double* distances;    // work for cross-products
+  T* cross;             // p by p: the lower triangle by rows; what lies above the diagonal may be overwritten
+
+  State state() const { return {rows, p}; }
 };
 
 template <class T>
@@ -60,44 +77,6 @@ struct KernelTables {
   Kernel<T> one_pass[32], two_pass[16], fast[16];
 };
 
-constexpr int padded(int p) { return (p + 3) & ~3; }
-
-// The running arrays in double, one after the other, each padded with zeros to a multiple of four.
-class State {
- public:
-  template <class T>
-  State(const KernelArgs<T>& args, unsigned arrays) : data_(args.work), p_(args.p), size_(padded(args.p)) {
-    each(arrays, [&](int k, double* row) {
-      for (int j = 0; j < p_; ++j) row[j] = args.array[k][j];
-      for (int j = p_; j < size_; ++j) row[j] = 0;
-    });
-  }
-  double* operator[](int k) const { return data_ + intptr_t(k) * size_; }
-  int row_size() const { return size_; }
-
-  void scale(unsigned arrays, double factor) const {
-    each(arrays, [&](int, double* row) {
-      for (int j = 0; j < p_; ++j) row[j] *= factor;
-    });
-  }
-  template <class T>
-  void store(const KernelArgs<T>& args, unsigned arrays) const {
-    each(arrays, [&](int k, const double* row) {
-      for (int j = 0; j < p_; ++j) args.array[k][j] = T(row[j]);
-    });
-  }
-
- private:
-  template <class F>
-  void each(unsigned arrays, F f) const {
-    for (int k = 0; k < kArrayCount; ++k)
-      if (arrays >> k & 1) f(k, (*this)[k]);
-  }
-
-  double* data_;
-  int p_, size_;
-};
-
 // The first observation that counts: leading weights of exactly zero are passed over.
 template <bool weighted, class T>
 int first_observation(const KernelArgs<T>& args) {
@@ -107,152 +86,169 @@ int first_observation(const KernelArgs<T>& args) {
   return i;
 }
 
-// ---- Fast and two-pass kernels: sums of powers ----
+// ---- sums of powers ----
 
-// Sums of w v^k for k = from to to, by lanes; v = x or the distance of x from a centre.
-template <int from, int to, bool weighted>
+// Sums of w v^k for k = from to to, by lanes; v = x or the distance of x from a centre. Where the powers are few,
+// several sets of sums run side by side: an addition takes longer than what it waits for.
+template <int from, int to, bool centred, bool weighted>
 struct PowerSums {
-  static constexpr int kTerms = to - from + 1;
-  __m256d sum[kTerms];
+  static constexpr int kTerms = to - from + 1, kSets = kTerms == 1 ? 4 : kTerms == 2 && centred ? 2 : 1;
+  Doubles sum[kSets][kTerms];
 
   PowerSums() {
-    for (int k = 0; k < kTerms; ++k) sum[k] = _mm256_setzero_pd();
+    for (auto& set : sum)
+      for (Doubles& s : set) s = Doubles{};
   }
-  void add(__m256d v, __m256d w) {
-    __m256d power = weighted ? w * v : v;
+  void add(int set, Doubles v, Doubles w) {
+    Doubles power = weighted ? w * v : v;
     for (int k = 1; k < from; ++k) power *= v;
-    sum[0] += power;
-    for (int k = 1; k < kTerms; ++k) sum[k] += power *= v;
+    sum[set][0] += power;
+    for (int k = 1; k < kTerms; ++k) sum[set][k] += power *= v;
+  }
+  Doubles total(int k) const {
+    Doubles all = sum[0][k];
+    for (int set = 1; set < kSets; ++set) all += sum[set][k];
+    return all;
   }
 };
 
-// Data are swept in pieces, between which the processor's own prefetching starts anew.
-template <class T>
-void prefetch_ahead(const T* x) {
-  constexpr int ahead = 2048;
-  _mm_prefetch(reinterpret_cast<const char*>(x) + ahead, _MM_HINT_T0);
-}
+// Additions in one chain. On data that lie on a coarse grid the roundings of many squares all go one way, for odd
+// squares are 1 modulo 8.
+constexpr int kChain = 64;
 
-// One variable whose observations lie side by side: the sums go to sums[0], sums[size], ...
+// One variable whose observations lie side by side: the sums are added to sums[0], sums[size], ...
 template <int from, int to, bool centred, bool weighted, class T>
 void sum_row(const T* x, const T* w, int count, double centre, double* sums, int size) {
-  PowerSums<from, to, weighted> running;
-  const __m256d middle = _mm256_set1_pd(centre);
-  int i = 0;
-  for (; i + 4 <= count; i += 4) {
-    prefetch_ahead(x + i);
-    const __m256d v = centred ? load4(x + i) - middle : load4(x + i);
-    running.add(v, weighted ? load4(w + i) : v);
+  using Sums = PowerSums<from, to, centred, weighted>;
+  constexpr int step = 4 * Sums::kSets, piece = centred ? kChain * step : INT32_MAX - step;
+  const Doubles middle = spread(centre);
+  Doubles total[Sums::kTerms] = {};
+  for (int i = 0; i < count;) {
+    Sums running;
+    const int end = count - i < piece ? count : i + piece;
+    const auto add = [&](int set, int at) {
+      const Doubles v = centred ? load4(x + at) - middle : load4(x + at);
+      running.add(set, v, weighted ? load4(w + at) : v);
+    };
+    for (; end - i >= step; i += step)
+      for (int set = 0; set < Sums::kSets; ++set) add(set, i + 4 * set);
+    for (; end - i >= 4; i += 4) add(0, i);
+    if (i < end) {
+      const Doubles mask = first_four(end - i);
+      const Doubles v = centred ? keep(load4(x + i, mask) - middle, mask) : load4(x + i, mask);
+      running.add(0, v, weighted ? load4(w + i, mask) : v);
+      i = end;
+    }
+    for (int k = 0; k < Sums::kTerms; ++k) total[k] += running.total(k);
   }
-  if (i < count) {
-    const __m256i mask = first_lanes(count - i);
-    const __m256d v = centred ? keep(load4(x + i, mask) - middle, mask) : load4(x + i, mask);
-    running.add(v, weighted ? load4(w + i, mask) : v);
-  }
-  for (int k = 0; k < running.kTerms; ++k) sums[intptr_t(k) * size] += sum4(running.sum[k]);
+  for (int k = 0; k < Sums::kTerms; ++k) sums[intptr_t(k) * size] += sum4(total[k]);
 }
 
 // Four variables that lie side by side, or `lanes` of them. Two leave room for those of the next observation.
 template <int from, int to, bool centred, bool weighted, class T>
 void sum_columns(const T* x, intptr_t stride, int lanes, const T* w, int count, const double* centre,
                  double* sums, int size) {
-  PowerSums<from, to, weighted> running;
+  using Sums = PowerSums<from, to, centred, weighted>;
+  Sums running;
   const bool pairs = lanes == 2;
-  const __m256i mask = first_lanes(lanes);
-  __m256d middle = centred ? _mm256_load_pd(centre) : _mm256_setzero_pd();
+  const Doubles mask = first_four(lanes);
+  Doubles middle = centred ? load<Doubles, true>(centre) : Doubles{};
   if (pairs) middle = lower_twice(middle);
-  const auto weight = [&](int i) { return weighted ? _mm256_set1_pd(w[i]) : middle; };
-  const auto pair_weight = [&](int i) {
-    return weighted ? _mm256_setr_pd(w[i], w[i], w[i + 1], w[i + 1]) : middle;
-  };
+  const auto weight = [&](int i) { return weighted ? spread(w[i]) : middle; };
+  const auto pair_weight = [&](int i) { return weighted ? each_twice(w[i], w[i + 1]) : middle; };
   int i = 0;
-  const auto sweep = [&](int step, auto load, auto weight_at) {
-    for (; i + step <= count; i += step, x += step * stride) {
-      prefetch_ahead(x);
-      running.add(centred ? load() - middle : load(), weight_at(i));
-    }
+  const auto sweep = [&](auto sets, int step, auto load, auto weight_at) {
+    for (; i + sets * step <= count; i += sets * step)
+      for (int set = 0; set < sets; ++set, x += step * stride) {
+        running.add(set, centred ? load() - middle : load(), weight_at(i + set * step));
+      }
   };
+  constexpr std::integral_constant<int, 1> one;
+  constexpr std::integral_constant<int, Sums::kSets> all;
   if (lanes == 4)
     sweep(
-        1, [&] { return load4(x); }, weight);
+        all, 1, [&] { return load4(x); }, weight);
   if (pairs)
     sweep(
-        2, [&] { return load2x2(x, x + stride); }, pair_weight);
+        all, 2, [&] { return load2x2(x, x + stride); }, pair_weight);
   if (pairs) middle = keep(middle, mask);
   sweep(
-      1, [&] { return load4(x, mask); }, weight);
+      one, 1, [&] { return load4(x, mask); }, weight);
   for (int k = 0; k < running.kTerms; ++k, sums += size) {
-    const __m256d sum = pairs ? fold(running.sum[k]) : running.sum[k];
-    _mm256_store_pd(sums, _mm256_load_pd(sums) + sum);
+    const Doubles sum = pairs ? fold(running.total(k)) : running.total(k);
+    store<true>(sums, load<Doubles, true>(sums) + sum);
   }
 }
 
-template <bool weighted, class T>
-void add_weights(const KernelArgs<T>& args, int first, int count) {
-  double sum = count, squares = count;
-  if constexpr (weighted) {
-    sum = squares = 0;
-    for (int i = first; i < first + count; ++i) {
-      const double w = args.weights[i];
-      sum += w;
-      squares += w * w;
-    }
-  }
-  args.accumulator[0] += sum;
-  args.accumulator[1] += squares;
-}
-
-// All variables over one block of observations: raw powers, then powers of the distance from the given mean.
-template <class O, bool rows, bool weighted, class T>
-void sum_block(const KernelArgs<T>& args, int first, int count, const State& state) {
-  const int size = state.row_size();
+// All variables over one block of observations; centres and sums in rows of a state.
+template <int from, int to, bool centred, bool rows, bool weighted, class T>
+void sum_block(const KernelArgs<T>& args, int first, int count, const double* centre, double* sums) {
+  const int size = padded(args.p);
   const T* w = weighted ? args.weights + first : nullptr;
-  double *mean = state[kMean], *raw = state[raw_array(O::kRawFrom)], *central = state[kCentral2];
   if (rows || args.p == 1) {
     const T* x = args.x + first;
-    for (int j = 0; j < args.p; ++j, x += args.n) {
-      if constexpr (O::kRaw) sum_row<O::kRawFrom, O::kRawTo, false, weighted>(x, w, count, 0, raw + j, size);
-      if constexpr (O::kCentral)
-        sum_row<2, O::kCentralTo, true, weighted>(x, w, count, mean[j], central + j, size);
-    }
+    for (int j = 0; j < args.p; ++j, x += args.n)
+      sum_row<from, to, centred, weighted>(x, w, count, centre[j], sums + j, size);
   } else {
     const T* x = args.x + intptr_t(first) * args.p;
-    for (int j = 0; j < args.p; j += 4) {
-      const int lanes = args.p - j < 4 ? args.p - j : 4;
-      if constexpr (O::kRaw)
-        sum_columns<O::kRawFrom, O::kRawTo, false, weighted>(x + j, args.p, lanes, w, count, mean, raw + j,
-                                                             size);
-      if constexpr (O::kCentral)
-        sum_columns<2, O::kCentralTo, true, weighted>(x + j, args.p, lanes, w, count, mean + j, central + j,
-                                                      size);
-    }
+    for (int j = 0; j < args.p; j += 4)
+      sum_columns<from, to, centred, weighted>(x + j, args.p, args.p - j < 4 ? args.p - j : 4, w, count,
+                                               centre + j, sums + j, size);
   }
-  add_weights<weighted>(args, first, count);
 }
 
-// The observations of a block: a sweep over rows has but one variable and the weights in cache, a sweep over
-// columns all of the data.
+// The weights of a block: their sum and that of their squares.
+struct Weights {
+  double sum, squares;
+};
+
+template <bool weighted, class T>
+Weights block_weights(const KernelArgs<T>& args, int first, int count) {
+  if constexpr (!weighted) return {double(count), double(count)};
+  double sums[2] = {0, 0};
+  sum_row<1, 2, false, false>(args.weights + first, args.weights, count, 0, sums, 1);
+  return {sums[0], sums[1]};
+}
+
+inline void add_weights(double* accumulator, Weights w) {
+  accumulator[0] += w.sum;
+  accumulator[1] += w.squares;
+}
+
+// The observations of a block. A sweep over columns has all of the data in the first-level cache, or at least what its
+// own variables share cache lines with; one over rows but one variable and the weights: its blocks are long, for between
+// them the processor's own prefetching starts anew.
 template <class T>
 int sum_block_size(const KernelArgs<T>& args, bool rows) {
-  constexpr int cached = 0x4000 / int(sizeof(T)), least = 16;
-  if (rows) return cached;
+  constexpr int least = 16, cached = 0x4000 / int(sizeof(T));
+  if (rows) return 4 * cached;
   return cached / args.p < least ? least : cached / args.p;
 }
 
-// Raw moments are turned into sums, the range is added, and they are turned back.
+// Calls f(first, count) for the blocks of a range.
+template <class F>
+void each_block(int begin, int end, int block, F f) {
+  for (int first = begin, count; first < end; first += count) {
+    count = end - first < block ? end - first : block;
+    f(first, count);
+  }
+}
+
+// ---- Fast and two-pass kernels ----
+
 template <class T, bool rows, bool weighted, class O, bool>
 void kernel_Fast(const KernelArgs<T>& args) {
-  const int begin = first_observation<weighted>(args), block = sum_block_size(args, rows);
-  if (begin >= args.end) return;
-  const State state(args, O::arrays() | (O::kCentral ? 1u << kMean : 0));
-  const double& W = args.accumulator[0];
-  if (W > 0) state.scale(O::raw_arrays(), W);
-  for (int first = begin, count; first < args.end; first += count) {
-    count = args.end - first < block ? args.end - first : block;
-    sum_block<O, rows, weighted>(args, first, count, state);
-  }
-  if (W > 0) state.scale(O::raw_arrays(), 1 / W);
-  state.store(args, O::arrays());
+  const State state = args.state();
+  each_block(first_observation<weighted>(args), args.end, sum_block_size(args, rows),
+             [&](int first, int count) {
+               if constexpr (O::kRaw)
+                 sum_block<O::kRawFrom, O::kRawTo, false, rows, weighted>(args, first, count, state[kMean],
+                                                                          state[raw_array(O::kRawFrom)]);
+               if constexpr (O::kCentral)
+                 sum_block<2, O::kCentralTo, true, rows, weighted>(args, first, count, state[kMean],
+                                                                   state[kCentral2]);
+               add_weights(args.accumulator, block_weights<weighted>(args, first, count));
+             });
 }
 
 template <class T, bool rows, bool weighted, class O, bool>
@@ -260,60 +256,124 @@ void kernel_2p(const KernelArgs<T>& args) {
   kernel_Fast<T, rows, weighted, O, false>(args);
 }
 
-// ---- one-pass kernels: recurrences over the observations ----
+// ---- one-pass kernels ----
 //
-// With the weight w of an observation x, W the sum of those before it, a = 1/(w + W), r = w a, q = W a and
-// d = x - mean:
-//
-//   cross-products   c(j, k) += t2 d(j) d(k)                            t2 = r W
-//   central 4        c4 += t4 d^4 + 6 r^2 d^2 c2 - 4 r d c3             t4 = a^2 t2 (W^2 - (W - w) w)
-//   central 3        c3 += t3 d^3 - 3 r d c2                            t3 = a t2 (W - w)
-//   central 2        c2 += t2 d^2
-//   raw k, mean      raw = r x^k + q raw
-//
-// all on the right being what was before the observation (West 1979, Pebay 2008). Over a block the mean is
-// carried as the sum S of w (x - mean at the block's start), so that the running mean, which the distances
-// need, is one product S/W off the chain of additions; raw moments are carried as sums too. Both go into the
-// moments by their difference from them, which costs half a unit in the last place for a block.
+// The powers of a block are summed about the mean of all before it, rounded, and turned into central sums of the
+// block by the binomial theorem; these are merged with the running ones (P. Pebay, Formulas for robust, one-pass
+// parallel computation of covariances and arbitrary-order statistical moments, SAND2008-6212). As the centre is
+// near the data, little cancels; the mean and the sums carry along what rounding leaves over. For covariance the
+// block's two corrections are two more observations: one takes the sums from the centre to the mean of the block,
+// one adds the distance between the means.
 
-// What the recurrences need of each observation of a block; `inverse` is 1/W, or 0 where W is 0.
-struct Coefficients {
-  static constexpr int kBlock = 128;
-  double w[kBlock], inverse[kBlock], r[kBlock], t2[kBlock], t3[kBlock], t4[kBlock];
-  double W_before, W_after;
+// a + b and what rounding left over of it (D. Knuth).
+inline Doubles add_exactly(Doubles a, Doubles b, Doubles& rest) {
+  const Doubles sum = a + b, part = sum - a;
+  rest = (a - (sum - part)) + (b - part);
+  return sum;
+}
 
-  template <bool weighted, class T>
-  void fill(const KernelArgs<T>& args, int first, int count) {
-    double before[kBlock];
-    double W = args.accumulator[0], squares = args.accumulator[1];
-    W_before = W;
-    for (int i = 0; i < count; ++i) {
-      w[i] = weighted ? double(args.weights[first + i]) : 1;
-      before[i] = W;
-      W += w[i];
-      squares += w[i] * w[i];
-    }
-    args.accumulator[0] = W_after = W;
-    args.accumulator[1] = squares;
-    for (int i = 0; i < count; ++i) {
-      const double wi = w[i], Wi = before[i], a = 1 / (wi + Wi);
-      inverse[i] = 1 / Wi;
-      r[i] = wi * a;
-      t2[i] = r[i] * Wi;
-      t3[i] = a * t2[i] * (Wi - wi);
-      t4[i] = a * a * t2[i] * (Wi * Wi - (Wi - wi) * wi);
-    }
-    if (before[0] == 0) inverse[0] = 0;
-  }
+inline Doubles row_at(const State& state, int k, int j) { return load<Doubles, true>(state[k] + j); }
+
+inline void add_to_sum(const State& state, int k, int low, int j, Doubles increment) {
+  Doubles rest;
+  store<true>(state[k] + j, add_exactly(row_at(state, k, j), increment, rest));
+  store<true>(state[low] + j, row_at(state, low, j) + rest);
+}
+
+// Central sums of some data.
+struct CentralSums {
+  Doubles c2, c3, c4;
 };
+
+// Folds data of weight Wb, whose mean is that of the state plus `delta`, into the four variables from j on, which have
+// the weight Wa.
+template <int order>
+void fold_moments(const State& state, int j, double Wa, double Wb, Doubles delta, const CentralSums& b) {
+  const double s = 1 / (Wa + Wb);
+  const Doubles e = s * delta;
+  if constexpr (order >= 2) {
+    const Doubles c2 = row_at(state, kCentral2, j);
+    if constexpr (order >= 4) {
+      const Doubles c3 = row_at(state, kCentral3, j);
+      const Doubles quadratic =
+          Wa * (((Wa - Wb) * Wa + Wb * Wb) * (Wb * delta * e) + 6 * Wa * b.c2) + 6 * Wb * Wb * c2;
+      add_to_sum(state, kCentral4, kCentral4Low, j, b.c4 + e * (e * quadratic + 4 * (Wa * b.c3 - Wb * c3)));
+    }
+    if constexpr (order >= 3)
+      add_to_sum(state, kCentral3, kCentral3Low, j,
+                 b.c3 + Wa * Wb * (Wa - Wb) * delta * e * e + 3 * e * (Wa * b.c2 - Wb * c2));
+    add_to_sum(state, kCentral2, kCentral2Low, j, b.c2 + Wa * Wb * e * delta);
+  }
+  Doubles rest;
+  store<true>(state[kMean] + j,
+              add_exactly(row_at(state, kMean, j), row_at(state, kMeanLow, j) + Wb * e, rest));
+  store<true>(state[kMeanLow] + j, rest);
+}
+
+// A block whose powers about the running mean, rounded, are summed up: where its own mean lies from that, and its
+// central sums about it.
+template <int order>
+Doubles central_sums(const Doubles* s, double Wb, CentralSums& b) {
+  const Doubles d = s[0] / Wb;
+  if constexpr (order >= 2) b.c2 = s[1] - s[0] * d;
+  if constexpr (order >= 3) b.c3 = s[2] - d * (3 * s[1] - 2 * d * s[0]);
+  if constexpr (order >= 4) b.c4 = s[3] - d * (4 * s[2] - d * (6 * s[1] - 3 * d * s[0]));
+  return d;
+}
+
+// Before the first block the mean is that of some observations spread over the range: no trend of the data, nor a few
+// that lie far off, take it far from the mean of all.
+template <bool rows, bool weighted, class T>
+void start_mean(const KernelArgs<T>& args, int begin) {
+  constexpr int most = 64;
+  double* const mean = args.state()[kMean];
+  const int count = args.end - begin, step = count <= most ? 1 : count / most;
+  for (int j = 0; j < args.p; ++j) {
+    const T* x = args.x + (rows ? intptr_t(j) * args.n : j);
+    const auto value = [&](int i) { return double(x[intptr_t(i) * (rows ? 1 : args.p)]); };
+    const double start = value(begin);
+    double sum = 0, weight = 0;
+    for (int k = 0; k < count / step; ++k) {
+      const int i = begin + k * step;
+      const double w = weighted ? double(args.weights[i]) : 1;
+      sum += w * (value(i) - start);
+      weight += w;
+    }
+    const double near = start + sum / weight;
+    mean[j] = near - near == 0 ? near : start - start == 0 ? start : 0;  // not infinity, nor NaN
+  }
+}
+
+template <class T, bool rows, bool weighted, int order>
+void one_pass_moments(const KernelArgs<T>& args, int begin) {
+  const State state = args.state();
+  const int block = rows || args.p == 1 ? sum_block_size(args, true) : kChain;
+  each_block(begin, args.end, block, [&](int first, int count) {
+    sum_block<1, order, true, rows, weighted>(args, first, count, state[kMean], state[kBlockSums]);
+    const Weights w = block_weights<weighted>(args, first, count);
+    const double W = args.accumulator[0];
+    for (int j = 0; j < args.p; j += 4) {
+      Doubles sums[order];
+      for (int k = 0; k < order; ++k) {
+        sums[k] = row_at(state, kBlockSums + k, j);
+        store<true>(state[kBlockSums + k] + j, Doubles{});
+      }
+      if (w.sum == 0) continue;
+      CentralSums b;
+      const Doubles d = central_sums<order>(sums, w.sum, b);
+      fold_moments<order>(state, j, W, w.sum, d - row_at(state, kMeanLow, j), b);
+    }
+    add_weights(args.accumulator, w);
+  });
+}
+
+// ---- one-pass kernels: cross-products ----
 
 // Numbers of a block four by four, from one observation to the next `stride` apart.
-template <class Real>
-struct PanelOf {
-  Real* x;
+struct Panel {
+  const double* x;
   intptr_t stride;
 };
-using Panel = PanelOf<const double>;
 
 // The panel of four variables from j on: in place where it lies in memory as doubles side by side, else
 // copied.
@@ -331,114 +391,65 @@ Panel data_panel(const KernelArgs<T>& args, int first, int count, int j, double*
   return {copy, 4};
 }
 
-// Where a sweep leaves the distances from the running mean for the later ones. For cross-products they are
-// laid out in the order in which those will read them: in panels of eight variables, and times t2 in panels
-// of two.
-struct Distances {
-  enum class Kind { None, Plain, Cross };
-  static constexpr int kBlock = Coefficients::kBlock;
+// The distances from the centre in the order in which the products read them: in panels of eight variables, and times
+// their weights in panels of two. Two more observations hold the corrections.
+class Distances {
+ public:
+  static constexpr int kBlock = 128, kRows = kBlock + 2;
 
-  double *panels, *scaled;
-
-  static int64_t size(int p, Kind kind) {
-    return kind == Kind::Cross ? int64_t(kBlock) * (((p + 7) & ~7) + padded(p)) : int64_t(kBlock) * 4;
-  }
-  Distances(double* memory, int p, Kind kind)
-      : panels(memory), scaled(memory + (kind == Kind::Cross ? intptr_t((p + 7) & ~7) * kBlock : 0)) {
+  static int64_t size(int p) { return int64_t(kRows) * (padded_to_8(p) + padded(p)); }
+  Distances(double* memory, int p) : panels_(memory), scaled_(memory + intptr_t(padded_to_8(p)) * kRows) {
     // The upper half of the last panel may have no variables.
-    if (kind == Kind::Cross && padded(p) % 8 != 0)
-      for (double* x = scaled - 8 * kBlock + 4; x < scaled; x += 8) _mm256_store_pd(x, _mm256_setzero_pd());
+    if (padded(p) % 8 != 0)
+      for (double* x = scaled_ - 8 * kRows + 4; x < scaled_; x += 8) store<true>(x, Doubles{});
   }
-  // Those of the four variables from j on.
-  template <Kind kind>
-  PanelOf<double> at(int j) const {
-    if constexpr (kind == Kind::Cross) return {panels + intptr_t(j & ~7) * kBlock + (j & 7), 8};
-    return {panels, 4};
+  const double* panel(int j) const { return panels_ + intptr_t(j & ~7) * kRows; }
+  const double* scaled(int j) const { return scaled_ + intptr_t(j) * kRows; }
+  // Observation i of the four variables from j on.
+  void set(int j, int i, Doubles distance, Doubles scaled) const {
+    store<true>(panels_ + intptr_t(j & ~7) * kRows + (j & 7) + 8 * i, distance);
+    double* low = scaled_ + intptr_t(j) * kRows + 2 * i;
+    store2x2(low, low + 2 * kRows, scaled);
   }
-  double* scaled_at(int j) const { return scaled + intptr_t(j) * kBlock; }
+
+ private:
+  static int padded_to_8(int p) { return (p + 7) & ~7; }
+  double *panels_, *scaled_;
 };
 
-// Mean and raw moments to order raw_to; the distances from the running mean are left behind.
-template <int raw_to, bool weighted, Distances::Kind kind>
-void update_raw(Panel x, int count, const Coefficients& c, double* mean, int size, const Distances& distances,
-                int j) {
-  double *distance = distances.at<kind>(j).x, *scaled = distances.scaled_at(j);
-  // Before the first observation any number serves for the mean: it has no part in the sums.
-  const __m256d start = c.W_before == 0 ? load4(x.x) : _mm256_load_pd(mean);
-  __m256d sum[raw_to];
-  for (int k = 0; k < raw_to; ++k) sum[k] = _mm256_setzero_pd();
+// Sums the powers of four variables and leaves their distances behind.
+template <int order, bool weighted, class T>
+void sweep_panel(Panel x, int count, const T* w, Doubles centre, const Distances& distances, int j,
+                 Doubles* sums) {
+  PowerSums<1, order, true, weighted> running;
   for (int i = 0; i < count; ++i, x.x += x.stride) {
-    const __m256d v = load4(x.x), w = weighted ? _mm256_set1_pd(c.w[i]) : v, shifted = v - start;
-    if constexpr (kind != Distances::Kind::None) {
-      const __m256d d = shifted - sum[0] * _mm256_set1_pd(c.inverse[i]);
-      _mm256_store_pd(distance, d);
-      distance += kind == Distances::Kind::Cross ? 8 : 4;
-      if constexpr (kind == Distances::Kind::Cross) {
-        const __m256d e = _mm256_set1_pd(c.t2[i]) * d;
-        _mm_store_pd(scaled + 2 * i, _mm256_castpd256_pd128(e));
-        _mm_store_pd(scaled + 2 * (i + Distances::kBlock), _mm256_extractf128_pd(e, 1));
-      }
-    }
-    sum[0] += weighted ? w * shifted : shifted;
-    __m256d power = weighted ? w * v : v;
-    for (int k = 1; k < raw_to; ++k) sum[k] += power *= v;
+    const Doubles v = load4(x.x) - centre, weight = weighted ? spread(w[i]) : v;
+    distances.set(j, i, v, weighted ? weight * v : v);
+    running.add(0, v, weight);
   }
-  const __m256d share = _mm256_set1_pd(c.W_after - c.W_before), W = _mm256_set1_pd(c.W_after);
-  _mm256_store_pd(mean, start + sum[0] / W);
-  for (int k = 1; k < raw_to; ++k) {
-    double* moment = mean + intptr_t(k) * size;
-    const __m256d before = _mm256_load_pd(moment);
-    _mm256_store_pd(moment, before + (sum[k] - share * before) / W);
-  }
+  for (int k = 0; k < order; ++k) sums[k] = running.sum[0][k];
 }
-
-// Central sums to order central_to from the distances.
-template <int central_to>
-void update_central(PanelOf<double> distance, int count, const Coefficients& c, double* central2, int size) {
-  double *central3 = central2 + size, *central4 = central3 + size;
-  __m256d c2 = _mm256_load_pd(central2), c3{}, c4{};
-  if constexpr (central_to >= 3) c3 = _mm256_load_pd(central3);
-  if constexpr (central_to >= 4) c4 = _mm256_load_pd(central4);
-  for (int i = 0; i < count; ++i, distance.x += distance.stride) {
-    const __m256d d = _mm256_load_pd(distance.x), d2 = d * d;
-    if constexpr (central_to >= 3) {
-      const __m256d e = _mm256_set1_pd(c.r[i]) * d, f = e * c2 * _mm256_set1_pd(3);
-      if constexpr (central_to >= 4) c4 += _mm256_set1_pd(c.t4[i]) * d2 * d2 + (e + e) * (f - (c3 + c3));
-      c3 += _mm256_set1_pd(c.t3[i]) * d2 * d - f;
-    }
-    c2 += _mm256_set1_pd(c.t2[i]) * d2;
-  }
-  _mm256_store_pd(central2, c2);
-  if constexpr (central_to >= 3) _mm256_store_pd(central3, c3);
-  if constexpr (central_to >= 4) _mm256_store_pd(central4, c4);
-}
-
-// ---- one-pass kernels: cross-products ----
-
-// Keeps a value in a register: compilers would rather load it once for each use, or load the next one early,
-// than leave the running sums where they are.
-inline void pin(__m256d& x) { __asm__("" : "+x"(x)); }
 
 // Two rows by eight columns of cross-products, c(j, k) += sum of scaled(i, j) distance(i, k): with eight
 // registers, the shape with the fewest loads per product.
 inline void sum_tile(const double* scaled, const double* distance, int count, double* tile) {
-  __m256d sum[2][2];
-  for (auto& row : sum) row[0] = row[1] = _mm256_setzero_pd();
+  Doubles sum[2][2];
+  for (auto& row : sum) row[0] = row[1] = Doubles{};
 #pragma GCC unroll 2  // a loop of this size runs at half speed where it lies badly across cache lines
   for (int i = 0; i < count; ++i, scaled += 2, distance += 8) {
-    __m256d d0 = _mm256_load_pd(distance), d1 = _mm256_load_pd(distance + 4);
+    Doubles d0 = load<Doubles, true>(distance), d1 = load<Doubles, true>(distance + 4);
     pin(d0);
     pin(d1);
     for (int row = 0; row < 2; ++row) {
-      __m256d s = _mm256_set1_pd(scaled[row]);
+      Doubles s = spread(scaled[row]);
       pin(s);
       sum[row][0] += s * d0;
       sum[row][1] += s * d1;
     }
   }
   for (int row = 0; row < 2; ++row) {
-    _mm256_store_pd(tile + 8 * row, sum[row][0]);
-    _mm256_store_pd(tile + 8 * row + 4, sum[row][1]);
+    store<true>(tile + 8 * row, sum[row][0]);
+    store<true>(tile + 8 * row + 4, sum[row][1]);
   }
 }
 
@@ -448,7 +459,7 @@ template <bool rows, class T>
 class NextBlock {
  public:
   NextBlock(const KernelArgs<T>& args, int first) : stride_(args.n * intptr_t(sizeof(T))) {
-    const int left = args.end - first, count = left < Coefficients::kBlock ? left : Coefficients::kBlock;
+    const int left = args.end - first, count = left < Distances::kBlock ? left : Distances::kBlock;
     if (count <= 0) return;
     at_ = reinterpret_cast<const char*>(args.x + first * intptr_t(rows ? 1 : args.p));
     rows_ = rows ? args.p : 1;
@@ -457,7 +468,7 @@ class NextBlock {
   int lines() const { return rows_ * (row_size_ / kLine + 1); }
   void ask(int count) {
     for (; count > 0 && rows_ > 0; --count) {
-      _mm_prefetch(at_ + offset_, _MM_HINT_T1);
+      prefetch_far(at_ + offset_);
       offset_ += kLine;
       if (offset_ < row_size_) continue;
       offset_ = 0;
@@ -481,14 +492,14 @@ void update_cross(const KernelArgs<T>& args, int count, const Distances& distanc
   for (int k = 0; k < p; k += 8)
     for (int j = k; j < p; j += 2) {
       next.ask(lines);
-      sum_tile(distances.scaled_at(j), distances.at<Distances::Kind::Cross>(k).x, count, tile);
+      sum_tile(distances.scaled(j), distances.panel(k), count, tile);
       const int columns = p - k < 8 ? p - k : 8;
       for (int row = 0; row < 2 && j + row < p; ++row) {
         T* products = args.cross + intptr_t(j + row) * p + k;
         const double* sums = tile + 8 * row;
         if (columns == 8) {
-          store4(products, load4(products) + _mm256_load_pd(sums));
-          store4(products + 4, load4(products + 4) + _mm256_load_pd(sums + 4));
+          store4(products, load4(products) + load<Doubles, true>(sums));
+          store4(products + 4, load4(products + 4) + load<Doubles, true>(sums + 4));
         } else {
           for (int m = 0; m < columns; ++m) products[m] += T(sums[m]);
         }
@@ -496,37 +507,43 @@ void update_cross(const KernelArgs<T>& args, int count, const Distances& distanc
     }
 }
 
-template <class T, bool rows, bool weighted, class O, bool cross>
-void kernel_1p(const KernelArgs<T>& args) {
-  using Kind = Distances::Kind;
-  // Cross-products gain from long blocks, the sweeps alone do not.
-  constexpr int block = cross ? Coefficients::kBlock : Coefficients::kBlock / 2;
-  constexpr Kind kind = cross ? Kind::Cross : O::kCentral ? Kind::Plain : Kind::None;
-  const int begin = first_observation<weighted>(args);
-  if (begin >= args.end) return;
-  const State state(args, O::arrays());
-  const Distances distances(state[kArrayCount], args.p, kind);
-  Coefficients coefficients;
-  alignas(32) double copy[4 * block];
-  for (int first = begin, count; first < args.end; first += count) {
-    count = args.end - first < block ? args.end - first : block;
-    coefficients.fill<weighted>(args, first, count);
+template <class T, bool rows, bool weighted, int order>
+void one_pass_cross(const KernelArgs<T>& args, int begin) {
+  const State state = args.state();
+  const Distances distances(args.distances, args.p);
+  alignas(32) double copy[4 * Distances::kBlock];
+  each_block(begin, args.end, Distances::kBlock, [&](int first, int count) {
+    const Weights w = block_weights<weighted>(args, first, count);
+    const double Wa = args.accumulator[0], Wb = w.sum, h = Wa == 0 ? 0 : Wa * Wb / (Wa + Wb);
     for (int j = 0; j < args.p; j += 4) {
-      update_raw<O::kRawTo, weighted, kind>(data_panel<rows>(args, first, count, j, copy), count,
-                                            coefficients, state[kMean] + j, state.row_size(), distances, j);
-      if constexpr (O::kCentral)
-        update_central<O::kCentralTo>(distances.at<kind>(j), count, coefficients, state[kCentral2] + j,
-                                      state.row_size());
+      Doubles sums[order], d{}, delta{};
+      sweep_panel<order, weighted>(data_panel<rows>(args, first, count, j, copy), count,
+                                   weighted ? args.weights + first : nullptr, row_at(state, kMean, j),
+                                   distances, j, sums);
+      if (Wb != 0) {
+        CentralSums b;
+        d = central_sums<order>(sums, Wb, b);
+        delta = d - row_at(state, kMeanLow, j);
+        fold_moments<order>(state, j, Wa, Wb, delta, b);
+      }
+      distances.set(j, count, d, -Wb * d);
+      distances.set(j, count + 1, delta, h * delta);
     }
-    if constexpr (cross) update_cross<rows>(args, count, distances, NextBlock<rows, T>(args, first + count));
-  }
-  state.store(args, O::arrays());
+    update_cross<rows>(args, count + 2, distances, NextBlock<rows, T>(args, first + count));
+    add_weights(args.accumulator, w);
+  });
 }
 
-// The doubles of work that a kernel for p variables needs.
-inline int64_t work_size(int p, bool one_pass_cross) {
-  return int64_t(padded(p)) * kArrayCount +
-         Distances::size(p, one_pass_cross ? Distances::Kind::Cross : Distances::Kind::Plain);
+template <class T, bool rows, bool weighted, class O, bool cross>
+void kernel_1p(const KernelArgs<T>& args) {
+  constexpr int order = O::kCentral ? O::kCentralTo : 1;
+  const int begin = first_observation<weighted>(args);
+  if (begin >= args.end) return;
+  start_mean<rows, weighted>(args, begin);
+  if constexpr (cross)
+    one_pass_cross<T, rows, weighted, order>(args, begin);
+  else
+    one_pass_moments<T, rows, weighted, order>(args, begin);
 }
 
 }  // namespace orx::ss::basic

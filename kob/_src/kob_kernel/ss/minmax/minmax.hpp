@@ -1,53 +1,49 @@
 // Running minima and maxima.
 #pragma once
 
-#include "lanes.hpp"
 #include "orx/base/memory.hpp"
+#include "orx/base/simd/lanes.hpp"
 #include "ss_task.hpp"
 
 namespace orx::ss::minmax {
 
-// Running extremes of four lanes. A NaN in x leaves them as they are: the instruction gives its second
-// operand then.
-struct Extremes {
-  __m256d least, greatest;
+using namespace simd;
 
-  void take(__m256d x) {
-    least = _mm256_min_pd(x, least);
-    greatest = _mm256_max_pd(x, greatest);
+// Running extremes of four lanes. A NaN in x leaves them as they are.
+struct Extremes {
+  Doubles least, greatest;
+
+  void take(Doubles x) {
+    least = lesser(x, least);
+    greatest = greater(x, greatest);
   }
 };
-
-inline double least4(__m256d x) {
-  const __m128d pairs = _mm_min_pd(_mm256_castpd256_pd128(x), _mm256_extractf128_pd(x, 1));
-  return _mm_cvtsd_f64(_mm_min_sd(pairs, _mm_unpackhi_pd(pairs, pairs)));
-}
 
 // One variable whose observations lie side by side.
 template <class T>
 void sweep_row(const T* x, int n, double* least, double* greatest) {
-  Extremes e = {_mm256_set1_pd(*least), _mm256_set1_pd(*greatest)}, f = e;
+  Extremes e = {spread(*least), spread(*greatest)}, f = e;
   int i = 0;
   for (; n - i >= 8; i += 8) {
     e.take(load4(x + i));
     f.take(load4(x + i + 4));
   }
-  for (; i < n; ++i) e.take(_mm256_set1_pd(x[i]));
-  *least = least4(_mm256_min_pd(e.least, f.least));
-  *greatest = -least4(-_mm256_max_pd(e.greatest, f.greatest));
+  for (; i < n; ++i) e.take(spread(x[i]));
+  *least = least4(lesser(e.least, f.least));
+  *greatest = -least4(-greater(e.greatest, f.greatest));
 }
 
 // `lanes` variables side by side, four at most.
 template <class T>
 void sweep_columns(const T* x, intptr_t stride, int lanes, int n, double* least, double* greatest) {
-  Extremes e = {_mm256_loadu_pd(least), _mm256_loadu_pd(greatest)};
-  const __m256i mask = first_lanes(lanes);
+  Extremes e = {load4(least), load4(greatest)};
+  const Doubles mask = first_four(lanes);
   if (lanes == 4)
     for (int i = 0; i < n; ++i, x += stride) e.take(load4(x));
   else
     for (int i = 0; i < n; ++i, x += stride) e.take(load4(x, mask));
-  _mm256_storeu_pd(least, e.least);
-  _mm256_storeu_pd(greatest, e.greatest);
+  store4(least, e.least);
+  store4(greatest, e.greatest);
 }
 
 template <class T>

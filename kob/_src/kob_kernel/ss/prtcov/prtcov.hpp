@@ -41,7 +41,7 @@ class Covariance {
   T operator()(int i, int j) const {
     const T element = given_.get(i, j);
     if (!is_correlation_ || i == j) return element;
-    return T(element * __kobdSqrt(double(given_.get(i, i)) * double(given_.get(j, j))));
+    return T(element * __kobdSqrt(double(given_.get(i, i))) * __kobdSqrt(double(given_.get(j, j))));
   }
 
  private:
@@ -100,7 +100,7 @@ int compute(SSTask* task, unsigned estimates, unsigned method) {
   if (estimates & KOB_SS_PARTIAL_COVARIANCE) write(task->partialCov, task->partialCovStorage, r);
   if (estimates & KOB_SS_PARTIAL_CORRELATION)
     write(task->partialCor, task->partialCorStorage, [&](int i, int j) {
-      return i == j ? double(r(i, i)) : r(i, j) / __kobdSqrt(double(r(i, i)) * double(r(j, j)));
+      return i == j ? double(r(i, i)) : r(i, j) / __kobdSqrt(double(r(i, i))) / __kobdSqrt(double(r(j, j)));
     });
   return KOB_SS_OK;
 }
