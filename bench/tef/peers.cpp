@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <immintrin.h>
 
+#include <cstring>
 #include <string_view>
 
 namespace {
@@ -15,27 +16,50 @@ void* find_symbol(const char* library, const std::string& name) {
   return handle ? dlsym(handle, name.c_str()) : nullptr;
 }
 
+// The vectors of an instruction set, and its marks in the names of SLEEF's and of the C library's functions.
 template <class R>
 struct Traits;
+#if defined(__AVX512F__)
+#define VECTOR(type) __m512##type
+constexpr const char *kSleefSet = "avx512f", *kVectorAbi = "_ZGVe";
+#else
+#define VECTOR(type) __m256##type
+#if defined(__AVX2__)
+constexpr const char *kSleefSet = "avx2", *kVectorAbi = "_ZGVd";
+#else
+constexpr const char *kSleefSet = "avx", *kVectorAbi = "_ZGVc";
+#endif
+#endif
 template <>
 struct Traits<float> {
-  using Vector = __m256;
+  using Vector = VECTOR();
   using Complex = _Complex float;
-  static constexpr const char *c_suffix = "f", *sleef_suffix = "f8";
+  static constexpr const char *c_suffix = "f", *sleef_suffix = "f";
 };
 template <>
 struct Traits<double> {
-  using Vector = __m256d;
+  using Vector = VECTOR(d);
   using Complex = _Complex double;
-  static constexpr const char *c_suffix = "", *sleef_suffix = "d4";
+  static constexpr const char *c_suffix = "", *sleef_suffix = "d";
 };
+#undef VECTOR
+template <class R>
+constexpr int kLanes = sizeof(typename Traits<R>::Vector) / sizeof(R);
 
-__m256d load(const double* p) { return _mm256_loadu_pd(p); }
-__m256 load(const float* p) { return _mm256_loadu_ps(p); }
-void store(double* p, __m256d x) { _mm256_storeu_pd(p, x); }
-void store(float* p, __m256 x) { _mm256_storeu_ps(p, x); }
-__m256d broadcast(double x) { return _mm256_set1_pd(x); }
-__m256 broadcast(float x) { return _mm256_set1_ps(x); }
+template <class R>
+typename Traits<R>::Vector load(const R* p) {
+  typename Traits<R>::Vector v;
+  std::memcpy(&v, p, sizeof v);
+  return v;
+}
+template <class R, class V>
+void store(R* p, V v) {
+  std::memcpy(p, &v, sizeof v);
+}
+template <class R>
+typename Traits<R>::Vector broadcast(R x) {
+  return x - typename Traits<R>::Vector{};
+}
 
 // A call of `step`(i) for each element, or for each vector.
 template <int stride, class Step>
@@ -86,16 +110,11 @@ VectorCall<R> plain_loop(const Function& f) {
   return f.complex() ? c_loop<R, typename Traits<R>::Complex>(f, symbol) : c_loop<R, R>(f, symbol);
 }
 
-// SLEEF's function for vectors of 32 bytes, of the first of the endings that it has.
+// A vector function by the function's shape.
 template <class R>
-VectorCall<R> sleef(const Function& f, std::initializer_list<const char*> endings) {
+VectorCall<R> vector_loop(const Function& f, void* symbol) {
   using V = typename Traits<R>::Vector;
-  constexpr int lanes = sizeof(V) / sizeof(R);
-  void* symbol = nullptr;
-  for (const char* ending : endings)
-    if (!symbol && !f.complex())
-      symbol = find_symbol("libsleef.so.3", std::string("Sleef_") + f.descriptor->c_name +
-                                                Traits<R>::sleef_suffix + "_" + ending + "avx");
+  constexpr int lanes = kLanes<R>;
   if (!symbol) return nullptr;
   const std::string_view shape = f.shape->name;
   if (shape == "unary")
@@ -126,6 +145,25 @@ VectorCall<R> sleef(const Function& f, std::initializer_list<const char*> ending
   return nullptr;
 }
 
+// SLEEF's function, of the first of the endings that it has.
+template <class R>
+VectorCall<R> sleef(const Function& f, std::initializer_list<const char*> endings) {
+  const std::string name =
+      std::string("Sleef_") + f.descriptor->c_name + Traits<R>::sleef_suffix + std::to_string(kLanes<R>);
+  void* symbol = nullptr;
+  for (const char* ending : endings)
+    if (!symbol && !f.complex()) symbol = find_symbol("libsleef.so.3", name + "_" + ending + kSleefSet);
+  return vector_loop<R>(f, symbol);
+}
+
+// The C library's function of the vector calling convention; there is none for 32-bit code.
+template <class R>
+VectorCall<R> vector_c(const Function& f) {
+  if (f.complex() || std::string_view(f.shape->name) != "unary") return nullptr;
+  return vector_loop<R>(f, find_symbol("libmvec.so.1", kVectorAbi + ("N" + std::to_string(kLanes<R>)) + "v_" +
+                                                           f.descriptor->c_name + Traits<R>::c_suffix));
+}
+
 }  // namespace
 
 template <class R>
@@ -141,6 +179,7 @@ std::vector<Peer<R>> peers(const Function& f) {
   add(PeerKind::Loop, plain_loop<R>(f));
   add(PeerKind::SleefBest, sleef<R>(f, {"u10", "u05", "u15", ""}));
   add(PeerKind::SleefFast, sleef<R>(f, {"u35"}));
+  add(PeerKind::VectorC, vector_c<R>(f));
   return all;
 }
 template std::vector<Peer<double>> peers(const Function&);

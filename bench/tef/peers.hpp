@@ -1,6 +1,6 @@
 // What the vector kernels race against: a plain loop over the C library's function, or over the arithmetic itself as the
-// compiler builds it, and SLEEF's vector functions for AVX. All but the arithmetic are found by the name in the
-// function's descriptor.
+// compiler builds it, and vector functions for the instruction set that the benchmark is compiled for: SLEEF's, and the
+// C library's on 64-bit targets. All but the arithmetic are found by the name in the function's descriptor.
 #pragma once
 #include <functional>
 #include <string>
@@ -12,9 +12,12 @@
 template <class R>
 using VectorCall = std::function<void(int n, const orx::Operands<R>& o)>;
 
-enum class PeerKind { Loop, SleefBest, SleefFast };
-inline constexpr int kPeerKinds = 3;
-inline constexpr const char* kPeerNames[kPeerKinds] = {"loop", "SLEEF 1.0", "SLEEF 3.5"};
+enum class PeerKind { Loop, SleefBest, SleefFast, VectorC };
+inline constexpr const char* kPeerNames[] = {"loop", "SLEEF 1.0", "SLEEF 3.5",
+#if defined(__x86_64__)
+                                             "glibc vector"
+#endif
+};
 
 template <class R>
 struct Peer {

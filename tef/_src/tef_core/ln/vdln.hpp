@@ -50,13 +50,8 @@ struct LnDescription {
   static int cout_rare(const double* a, double* r);
 };
 
-ORX_ISA_END
-
-namespace orx::tef {
 // ln x where the vector code does not take it; the status to report.
-int vdln_cout_rare(const double* a, double* r);
-}  // namespace orx::tef
-
-ORX_ISA_BEGIN(orx::tef)
+inline int vdln_cout_rare(const double* a, double* r) { return log_cout_rare<LnDescription>(a, r); }
 inline int LnDescription::cout_rare(const double* a, double* r) { return vdln_cout_rare(a, r); }
+
 ORX_ISA_END

@@ -1,5 +1,5 @@
-// Ends the program before anything else in it runs where the processor lacks the instruction set that the tests are
-// compiled for.
+// Ends the program before anything else in it runs where the processor lacks the instruction set ORX_TEST_ISA, for
+// which parts of it are compiled.
 #include <unistd.h>
 
 #include <cstdio>
