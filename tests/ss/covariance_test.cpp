@@ -134,7 +134,7 @@ TYPED_TEST(Covariance, PooledAndGroups) {
   }
 }
 
-// Beyond 200000 observations one pass about the running mean is used; it holds out against a large mean.
+// Many observations of two groups far from 0.
 TYPED_TEST(Covariance, ManyObservations) {
   using T = TypeParam;
   const int p = 2, n = 200001, indices[p] = {1, 1};
@@ -160,6 +160,62 @@ TYPED_TEST(Covariance, ManyObservations) {
           }
         for (int k = 0; k < 3; ++k) EXPECT_NEAR(t.group_cov[k], sums[k] / (W - 1), 2e-5) << k;
       }
+}
+
+// Data far from 0, with few and with many observations, and groups whose numbers say nothing of how many there are.
+TEST(PooledFixed, FarFromZeroAndStrayNumbers) {
+  const int p = 3;
+  std::mt19937_64 random(2);
+  std::normal_distribution<double> normal;
+  for (const int n : {60, 3000}) {
+    std::vector<int> groups(n);
+    for (int& g : groups) g = random() % 20 == 0 ? 100000000 : int(random() % 2) * 70000;
+    std::vector<double> rows(size_t(p) * n);
+    for (double& v : rows) v = 1e8 + normal(random);
+    for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS}) {
+      PooledTask<double> t(p, n, storage, stored(rows, p, n, storage), nullptr, nullptr, groups, {0});
+      ASSERT_EQ(t.compute(KOB_SS_POOLED_COVARIANCE), 0);
+      Mp sums[p * p], freedom;
+      for (const int g : {0, 70000, 100000000}) {
+        const GroupJudge<double> right(rows, nullptr, p, groups, g);
+        freedom += right.freedom();
+        for (int k = 0; k < p * p; ++k) sums[k] += right.sums[k];
+      }
+      for (int j = 0; j < p; ++j)
+        for (int k = 0; k <= j; ++k)
+          EXPECT_LE(
+              double(abs(Mp(t.pooled_cov[packed(t.pooled_storage, p, j, k)]) - sums[j * p + k] / freedom)),
+              1e-14);
+    }
+  }
+}
+
+// As many groups as observations, asked for in part.
+TEST(PooledFixed, ManyGroups) {
+  const int n = 5000;
+  std::vector<double> x(n);
+  std::vector<int> groups(n), requested(n, 0);
+  for (int i = 0; i < n; ++i) {
+    groups[i] = int((i * 7919LL) % n) / 2 * 2;  // pairs; odd numbers are empty
+    x[i] = groups[i] + (i % 3);
+  }
+  requested[4] = requested[7] = requested[4998] = 1;
+  PooledTask<double> t(1, n, KOB_SS_ROWS, x, nullptr, nullptr, groups, requested);
+  ASSERT_EQ(t.compute(pooled_and_groups), 0);
+  int place = 0;
+  for (const int g : {4, 7, 4998}) {
+    std::vector<double> own;
+    for (int i = 0; i < n; ++i)
+      if (groups[i] == g) own.push_back(x[i]);
+    if (own.empty()) {
+      EXPECT_TRUE(std::isnan(t.group_mean[place]) && std::isnan(t.group_cov[place]));
+    } else {
+      ASSERT_EQ(own.size(), 2u);
+      EXPECT_EQ(t.group_mean[place], (own[0] + own[1]) / 2);
+      EXPECT_EQ(t.group_cov[place], (own[0] - own[1]) * (own[0] - own[1]) / 2);
+    }
+    ++place;
+  }
 }
 
 TYPED_TEST(Covariance, PooledStatusesInTheirOrder) {
@@ -191,7 +247,7 @@ TYPED_TEST(Covariance, PooledStatusesInTheirOrder) {
   PooledTask<T> whole(2, 3, KOB_SS_ROWS, {1, 2, 3, 4, 5, 6}, nullptr, nullptr, {0, 0, 1}, {1, 1});
   EXPECT_EQ(fail_each_allocation([&] { return whole.compute(pooled_and_groups); },
                                  [](int status) { EXPECT_EQ(status, -4000); }),
-            2);
+            4);
   EXPECT_TRUE(std::isnan(whole.group_cov[3]));  // one observation
   EXPECT_EQ(whole.pooled_cov[0], T(0.5));
 }

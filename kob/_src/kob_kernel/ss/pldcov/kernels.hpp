@@ -21,13 +21,13 @@ constexpr KernelTable<Real> kKernelTable = {
     {{{_vSSPldCovKernel_i_R, _vSSPldCovKernel_i_C}, {_vSSPldCovKernel_iWR, _vSSPldCovKernel_iWC}},
      {{nullptr, _vSSPldCovKernel_I_C}, {_vSSPldCovKernel_IWR, _vSSPldCovKernel_IWC}}}};
 
-void _vSSPldCovThreader(int group, int t, int T, void* arguments) {
+void _vSSPldCovThreader(int i, int t, int T, void* arguments) {
   Computation<Real>& c = *static_cast<Computation<Real>*>(arguments);
-  const KernelArgs<Real> args = {&c, group, c.worker_values(t), c.worker_sums(t)};
+  const KernelArgs<Real> args = {&c, c.groups[i], c.room(t)};
   _vSSPldCovCalculateGroup(args, kKernelTable);
-  if (c.estimates & KOB_SS_GROUP_COVARIANCE) write_group(c, group, args.sums);
+  write_group(c, args.group, args.room);
   if (c.estimates & KOB_SS_POOLED_COVARIANCE)
-    c.threading->orderedSection(group, t, T, arguments, _vSSPldCovThreaderOrdered<Real>);
+    c.threading->orderedSection(i, t, T, arguments, _vSSPldCovThreaderOrdered<Real>);
 }
 
 }  // namespace

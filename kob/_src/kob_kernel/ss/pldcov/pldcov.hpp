@@ -1,57 +1,70 @@
 // Means and covariances of groups of observations, and the pooled ones.
+//
+// The observations are put in the order of their groups first, by an index; then each group is gathered block by block
+// and goes through the one-pass kernel of the basic statistics. So the data are gone through once, however many groups
+// there are, and memory is for the groups that occur, whatever their numbers.
 #pragma once
 
-#include <type_traits>
-
+#include "basic/kernels.hpp"
 #include "matrix.hpp"
 #include "orx/base/memory.hpp"
 #include "orx/base/threading.hpp"
+#include "pldcov/order.hpp"
 #include "ss_task.hpp"
 
 namespace orx::ss::pldcov {
 
-// The sums of a group, over the q wanted variables: W and W2, the means or sums, the lower triangle of
-// products by rows. They run in double precision whatever the data are.
-struct Sums {
-  double *weights, *mean, *products;
-  int q;
+using basic::Distances;
+using basic::State;
 
-  Sums(double* memory, int count) : weights(memory), mean(memory + 2), products(mean + count), q(count) {}
-  static int64_t size(int q) { return 2 + int64_t(q) * (q + 1); }
+// The observations of a group: in the order of the groups from `first` to before `end`. `place` tells how many groups
+// were asked for before it, or is -1 where it was not asked for.
+struct Group {
+  int first, end;
+  int place;
+};
 
-  double W() const { return weights[0]; }
-  double freedom() const { return (weights[0] * weights[0] - weights[1]) / weights[0]; }
-  double* row(int j) const { return products + intptr_t(j) * q; }
-  void clear() const {
-    for (int64_t i = 0; i < size(q); ++i) weights[i] = 0;
-  }
-  void add_weight(double w) const {
-    weights[0] += w;
-    weights[1] += w * w;
+// A worker's memory for q variables: a block of observations and their weights, and the one-pass kernel's.
+struct Room {
+  static constexpr int kBlock = Distances::kBlock;
+
+  double *weights, *values, *accumulator, *rows, *distances, *products;
+
+  Room(double* memory, int q)
+      : weights(memory),
+        values(weights + kBlock),
+        accumulator(values + intptr_t(kBlock) * basic::padded(q)),
+        rows(accumulator + 4),
+        distances(rows + State::size(q)),
+        products(distances + Distances::size(q)) {}
+  // Rooms lie one after the other on 128-byte boundaries.
+  static int64_t size(int q) {
+    const int64_t used =
+        int64_t(kBlock) * (1 + basic::padded(q)) + 4 + State::size(q) + Distances::size(q) + int64_t(q) * q;
+    return (used + 15) & ~int64_t(15);
   }
 };
 
 template <class T>
 struct Computation {
-  explicit Computation(const SSTask* t)
-      : task(t), data(t), selection(t), weights(reals<T>(t->weights)), groups(t, t->groupIndices) {}
+  explicit Computation(const SSTask* t) : task(t), data(t), selection(t), weights(reals<T>(t->weights)) {}
 
   const SSTask* task;
   Observations<T> data;
   Selection selection;
   const T* weights;
-  Integers groups;
   unsigned estimates = 0;
   const ThreadingServices* threading = nullptr;
-  int q = 0;                 // wanted variables
-  int* variables = nullptr;  // their numbers
-  double* sums = nullptr;    // a set for each worker
-  double* values = nullptr;  // an observation, for each worker
-  Sums pooled{nullptr, 0};
-  double pooled_freedom = 0;
+  int q = 0;                   // wanted variables
+  int* variables = nullptr;    // their numbers
+  const int* order = nullptr;  // the observations group by group
+  Group* groups = nullptr;
+  double* rooms = nullptr;        // one for each worker
+  double* pooled_mean = nullptr;  // sums over groups of W times the mean
+  double* pooled_products = nullptr;
+  double pooled_W = 0, pooled_freedom = 0;
 
-  Sums worker_sums(int t) const { return {sums + t * intptr_t(Sums::size(q)), q}; }
-  double* worker_values(int t) const { return values + intptr_t(t) * q; }
+  Room room(int t) const { return {rooms + t * Room::size(q), q}; }
 };
 
 // ---- the sums of one group ----
@@ -59,134 +72,110 @@ struct Computation {
 template <class T>
 struct KernelArgs {
   const Computation<T>* computation;
-  int group;
-  double* values;  // q numbers
-  Sums sums;
+  Group group;
+  Room room;
 };
 
-// Calls f(values, weight) for each observation of the group.
-template <bool indexed, bool weighted, bool rows, class T, class F>
-void each_observation(const KernelArgs<T>& args, F f) {
+// Copies observations of the group from number i of the order on, side by side; the number of them. Leading ones of
+// weight 0 are passed over.
+template <bool indexed, bool weighted, bool rows, class T>
+int gather_block(const KernelArgs<T>& args, int& i, bool leading) {
   const Computation<T>& c = *args.computation;
   const intptr_t from_variable = rows ? c.data.n : 1, from_observation = rows ? 1 : c.data.p;
-  for (int i = 0; i < c.data.n; ++i) {
-    if (c.groups[i] != args.group) continue;
-    const T* x = c.data.x + i * from_observation;
-    for (int j = 0; j < c.q; ++j) args.values[j] = x[(indexed ? c.variables[j] : j) * from_variable];
-    f(args.values, weighted ? double(c.weights[i]) : 1.0);
+  int count = 0;
+  for (; i < args.group.end && count < Room::kBlock; ++i) {
+    const int observation = c.order[i];
+    const double w = weighted ? double(c.weights[observation]) : 1;
+    if (leading && count == 0 && w == 0) continue;
+    const T* x = c.data.x + observation * from_observation;
+    double* to = args.room.values + intptr_t(count) * c.q;
+    for (int j = 0; j < c.q; ++j) to[j] = x[(indexed ? c.variables[j] : j) * from_variable];
+    args.room.weights[count++] = w;
   }
+  return count;
 }
 
-// One pass about the running mean (West 1979), from the first observation of a weight other than 0 on.
+// Means and products of a group, about its running mean.
 template <bool indexed, bool weighted, bool rows, class T>
 void one_pass(const KernelArgs<T>& args) {
-  const Sums& s = args.sums;
-  s.clear();
-  each_observation<indexed, weighted, rows>(args, [&](double* x, double w) {
-    const double W = s.W();
-    if (W == 0 && w == 0) return;
-    const double r = w / (W + w), t = W * r;
-    for (int j = 0; j < s.q; ++j) x[j] -= s.mean[j];
-    for (int j = 0; j < s.q; ++j) {
-      const double td = t * x[j];
-      double* row = s.row(j);
-      for (int k = 0; k <= j; ++k) row[k] += td * x[k];
-    }
-    for (int j = 0; j < s.q; ++j) s.mean[j] += r * x[j];
-    s.add_weight(w);
-  });
-}
-
-// Sums about 0, of which the means are taken off at the end: faster, and exact enough for fewer observations.
-template <bool indexed, bool weighted, bool rows, class T>
-void two_steps(const KernelArgs<T>& args) {
-  const Sums& s = args.sums;
-  s.clear();
-  each_observation<indexed, weighted, rows>(args, [&](const double* x, double w) {
-    for (int j = 0; j < s.q; ++j) {
-      const double wx = weighted ? w * x[j] : x[j];
-      s.mean[j] += wx;
-      double* row = s.row(j);
-      for (int k = 0; k <= j; ++k) row[k] += wx * x[k];
-    }
-    s.add_weight(w);
-  });
-  const double share = 1 / s.W();
-  for (int j = 0; j < s.q; ++j)
-    for (int k = 0; k <= j; ++k) s.row(j)[k] -= share * s.mean[j] * s.mean[k];
-  for (int j = 0; j < s.q; ++j) s.mean[j] *= share;
+  const int q = args.computation->q;
+  const Room& room = args.room;
+  for (double* x = room.accumulator; x < room.rows + State::size(q); ++x) *x = 0;
+  for (intptr_t k = 0; k < intptr_t(q) * q; ++k) room.products[k] = 0;
+  bool started = false;
+  for (int i = args.group.first; i < args.group.end;) {
+    const int count = gather_block<indexed, weighted, rows>(args, i, !started);
+    if (count == 0) break;
+    const basic::KernelArgs<double> block = {
+        0,         count,          count,        q, room.values, room.weights, room.accumulator,
+        room.rows, room.distances, room.products};
+    if (!started) basic::start_mean<false, weighted>(block, 0);
+    started = true;
+    basic::one_pass_cross<double, false, weighted, 1>(block, 0);
+  }
 }
 
 template <class T>
 using Kernel = void (*)(const KernelArgs<T>&);
 
-// The one-pass kernels by indices (none, given), weights (none, given) and storage (rows, columns).
+// The kernels by indices (none, given), weights (none, given) and storage (rows, columns).
 template <class T>
 struct KernelTable {
   Kernel<T> by_index_weight_storage[2][2][2];
 };
 
-// Calls f with the three choices as types.
-template <class T, class F>
-void dispatch(const Computation<T>& c, F f) {
-  constexpr std::true_type yes;
-  constexpr std::false_type no;
-  const auto storage = [&](auto indexed, auto weighted) {
-    c.data.rows ? f(indexed, weighted, yes) : f(indexed, weighted, no);
-  };
-  const auto weight = [&](auto indexed) { c.weights ? storage(indexed, yes) : storage(indexed, no); };
-  c.selection.all() ? weight(no) : weight(yes);
-}
-
 template <class T>
 void _vSSPldCovCalculateGroup(const KernelArgs<T>& args, const KernelTable<T>& table) {
-  constexpr int most_for_two_steps = 200000;
   const Computation<T>& c = *args.computation;
-  dispatch(c, [&](auto indexed, auto weighted, auto rows) {
-    constexpr bool i = decltype(indexed)::value, w = decltype(weighted)::value, r = decltype(rows)::value;
-    if (c.data.n <= most_for_two_steps)
-      two_steps<i, w, r>(args);
-    else if (const Kernel<T> kernel = table.by_index_weight_storage[i][w][!r])
-      kernel(args);
-    else
-      one_pass<i, w, r>(args);
-  });
+  if (const Kernel<T> kernel =
+          table.by_index_weight_storage[!c.selection.all()][c.weights != nullptr][!c.data.rows])
+    kernel(args);
+  else
+    one_pass<true, false, true>(args);
 }
 
 // ---- results ----
 
-template <class T>
-void write(const Computation<T>& c, const Sums& s, double mean_share, double share, T* mean,
-           const SymmetricMatrix<T>& cov) {
+// The mean and the products of the wanted variables, each times its factor.
+template <class T, class Mean>
+void write(const Computation<T>& c, Mean mean, const double* products, double share, T* to_mean,
+           const SymmetricMatrix<T>& to_cov) {
   for (int j = 0; j < c.q; ++j) {
-    mean[c.variables[j]] = T(s.mean[j] * mean_share);
-    for (int k = 0; k <= j; ++k) cov.set(c.variables[j], c.variables[k], T(s.row(j)[k] * share));
+    to_mean[c.variables[j]] = T(mean(j));
+    for (int k = 0; k <= j; ++k)
+      to_cov.set(c.variables[j], c.variables[k], T(products[intptr_t(j) * c.q + k] * share));
   }
 }
 
-// Results of the requested groups follow each other.
+// A group without observations, or without weight, gives NaN.
 template <class T>
-void write_group(const Computation<T>& c, int group, const Sums& s) {
-  const Integers requested(c.task, c.task->requestedGroups);
-  if (!requested[group]) return;
-  int place = 0;
-  for (int g = 0; g < group; ++g) place += requested[g];
-  SymmetricMatrix<T> cov(c.task->groupCov, c.task->groupCovStorage, c.data.p);
-  write(c, s, 1, 1 / s.freedom(), reals<T>(c.task->groupMean) + intptr_t(place) * c.data.p, cov.next(place));
+void write_group(const Computation<T>& c, const Group& group, const Room& room) {
+  if (group.place < 0) return;
+  const State state(room.rows, c.q);
+  const double W = room.accumulator[0], W2 = room.accumulator[1];
+  const SymmetricMatrix<T> cov(c.task->groupCov, c.task->groupCovStorage, c.data.p);
+  const auto mean = [&](int j) {
+    return W == 0 ? 0 / W : state[basic::kMean][j] + state[basic::kMeanLow][j];
+  };
+  write(c, mean, room.products, W / (W * W - W2),
+        reals<T>(c.task->groupMean) + intptr_t(group.place) * c.data.p, cov.next(group.place));
 }
 
 // Adds a group to the pooled sums; one worker at a time, in the order of the groups.
 template <class T>
 void _vSSPldCovThreaderOrdered(int, int t, int, void* arguments) {
   Computation<T>& c = *static_cast<Computation<T>*>(arguments);
-  const Sums s = c.worker_sums(t);
-  if (s.W() == 0) return;
+  const Room room = c.room(t);
+  const State state(room.rows, c.q);
+  const double W = room.accumulator[0], W2 = room.accumulator[1];
+  if (W == 0) return;
   for (int j = 0; j < c.q; ++j) {
-    c.pooled.mean[j] += s.W() * s.mean[j];
-    for (int k = 0; k <= j; ++k) c.pooled.row(j)[k] += s.row(j)[k];
+    c.pooled_mean[j] += W * (state[basic::kMean][j] + state[basic::kMeanLow][j]);
+    for (int k = 0; k <= j; ++k)
+      c.pooled_products[intptr_t(j) * c.q + k] += room.products[intptr_t(j) * c.q + k];
   }
-  c.pooled.weights[0] += s.W();
-  c.pooled_freedom += s.freedom();
+  c.pooled_W += W;
+  c.pooled_freedom += (W * W - W2) / W;
 }
 
 // ---- the whole ----
@@ -222,11 +211,41 @@ inline int count_groups(const SSTask* task, unsigned estimates) {
   return count;
 }
 
+// Lists the groups that occur, in `list`, and those that were asked for but do not. The number of them.
+template <class T>
+int list_groups(const Computation<T>& c, int group_count, Group* list) {
+  const Integers groups(c.task, c.task->groupIndices), requested(c.task, c.task->requestedGroups);
+  const bool asked = c.estimates & KOB_SS_GROUP_COVARIANCE;
+  int count = 0, place = 0, next = 0;  // the first group that has not been looked at
+  const auto pass = [&](int end, int at) {
+    for (; asked && next < end; ++next)
+      if (requested[next]) list[count++] = {at, at, place++};
+  };
+  for (int first = 0, end; first < c.data.n; first = end) {
+    const int number = groups[c.order[first]];
+    for (end = first + 1; end < c.data.n && groups[c.order[end]] == number;) ++end;
+    pass(number, first);
+    list[count++] = {first, end, asked && requested[number] ? place++ : -1};
+    next = number + 1;
+  }
+  pass(group_count, c.data.n);
+  return count;
+}
+
+// The groups that were asked for, which may not occur.
+inline int count_requested(const SSTask* task, unsigned estimates, int group_count) {
+  const Integers requested(task, task->requestedGroups);
+  int count = 0;
+  for (int g = 0; g < group_count && estimates & KOB_SS_GROUP_COVARIANCE; ++g) count += requested[g];
+  return count;
+}
+
 template <class T>
 int compute(SSTask* task, unsigned estimates, unsigned method, const ThreadingServices* services,
             orx_worker worker) {
   if (const int status = check_data<T>(task)) return status;
-  if (low_word(task->observationCount) == 0) return KOB_SS_ERROR_OBSERVATION_COUNT;
+  const int n = low_word(task->observationCount);
+  if (n == 0) return KOB_SS_ERROR_OBSERVATION_COUNT;
   if (const int status = check(task, estimates, method)) return status;
   const int group_count = count_groups(task, estimates);
   if (group_count < 0) return group_count;
@@ -235,27 +254,31 @@ int compute(SSTask* task, unsigned estimates, unsigned method, const ThreadingSe
   constexpr int least_for_threads = 11;
   Computation<T> c(task);
   const int threads = c.data.p >= least_for_threads ? threading->maxThreads() : 1;
-  const bool pooled = estimates & KOB_SS_POOLED_COVARIANCE;
   c.estimates = estimates;
   c.threading = threading;
-  const Block<int> variables(c.data.p);
-  if (!variables) return KOB_SS_ERROR_MEMORY;
+  const Block<int> variables(c.data.p), orders(2 * int64_t(n));
+  if (!variables || !orders) return KOB_SS_ERROR_MEMORY;
   c.variables = variables.get();
   for (int j = 0; j < c.data.p; ++j)
     if (c.selection[j]) c.variables[c.q++] = j;
-  const int64_t size = Sums::size(c.q);
-  const Block<double> work((size + c.q) * threads + (pooled ? size : 0));
-  if (!work) return KOB_SS_ERROR_MEMORY;
-  c.sums = work.get();
-  c.values = c.sums + size * threads;
-  if (pooled) {
-    c.pooled = Sums(c.values + intptr_t(c.q) * threads, c.q);
-    c.pooled.clear();
-  }
-  threading->parallelForOrdered(group_count, threads, &c, worker);
-  if (pooled)
-    write(c, c.pooled, 1 / c.pooled.W(), 1 / c.pooled_freedom, reals<T>(task->pooledMean),
-          SymmetricMatrix<T>(task->pooledCov, task->pooledCovStorage, c.data.p));
+  c.order =
+      order_by_group(Integers(task, task->groupIndices), n, group_count, orders.get(), orders.get() + n);
+
+  const int64_t pooled_size = c.q + int64_t(c.q) * c.q, room_size = Room::size(c.q);
+  const int most_groups = count_occurring(Integers(task, task->groupIndices), n, c.order) +
+                          count_requested(task, estimates, group_count);
+  const Block<Group> groups(most_groups);
+  Block<double> work;
+  if (!groups || !work.allocate_zeros(room_size * threads + pooled_size)) return KOB_SS_ERROR_MEMORY;
+  c.groups = groups.get();
+  c.rooms = work.get();
+  c.pooled_mean = c.rooms + room_size * threads;
+  c.pooled_products = c.pooled_mean + c.q;
+  threading->parallelForOrdered(list_groups(c, group_count, c.groups), threads, &c, worker);
+  if (estimates & KOB_SS_POOLED_COVARIANCE)
+    write(
+        c, [&](int j) { return c.pooled_mean[j] / c.pooled_W; }, c.pooled_products, 1 / c.pooled_freedom,
+        reals<T>(task->pooledMean), SymmetricMatrix<T>(task->pooledCov, task->pooledCovStorage, c.data.p));
   return KOB_SS_OK;
 }
 
