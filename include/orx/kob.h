@@ -476,9 +476,27 @@ int _kobiRngGeometric(int method, KobStream* stream, int n, int32_t r[], double 
  * Unless it is said otherwise, method has no meaning, a number takes one uniform of the stream, and the numbers do
  * not depend on the cuts into calls. */
 
+/* Normal with mean a and standard deviation sigma. Method 0: Box and Muller (1958), one number of two uniforms;
+ * 1: the same with both numbers of each pair of uniforms, sine half first; the second half of an odd request is the
+ * first number of the next one, through copies and images of the stream too; 2: by the inverse of the distribution
+ * function, one uniform a number. Other methods: KOB_ERROR_METHOD. KOB_ERROR_MEM_FAILURE (method 1). A uniform of
+ * 0 gives by method 2 a - 0.767 sqrt(2) sigma (single precision: a - 1.084 sqrt(2) sigma). */
+int _kobdRngGaussian(int method, KobStream* stream, int n, double r[], double a, double sigma);
+int _kobsRngGaussian(int method, KobStream* stream, int n, float r[], float a, float sigma);
+
+/* b + beta e^x, x normal with mean a and deviation sigma: of Gaussian method 1 for method 0, 2 for any other. */
+int _kobdRngLognormal(int method, KobStream* stream, int n, double r[], double a, double sigma, double b,
+                      double beta);
+int _kobsRngLognormal(int method, KobStream* stream, int n, float r[], float a, float sigma, float b,
+                      float beta);
+
 /* Exponential: density e^-x for x >= 0. */
 int _kobdRngExponential(int method, KobStream* stream, int n, double r[], double a, double beta);
 int _kobsRngExponential(int method, KobStream* stream, int n, float r[], float a, float beta);
+
+/* Cauchy: density 1 / (pi (1 + x^2)). */
+int _kobdRngCauchy(int method, KobStream* stream, int n, double r[], double a, double beta);
+int _kobsRngCauchy(int method, KobStream* stream, int n, float r[], float a, float beta);
 
 /* Laplace: density e^-|x| / 2. Two uniforms a number. */
 int _kobdRngLaplace(int method, KobStream* stream, int n, double r[], double a, double beta);
@@ -495,6 +513,14 @@ int _kobsRngWeibull(int method, KobStream* stream, int n, float r[], float alpha
 /* Gumbel, of smallest values: density e^(x - e^x). */
 int _kobdRngGumbel(int method, KobStream* stream, int n, double r[], double a, double beta);
 int _kobsRngGumbel(int method, KobStream* stream, int n, float r[], float a, float beta);
+
+/* Gamma with shape alpha: density x^(alpha - 1) e^-x / Gamma(alpha) for x >= 0. alpha above 1: Marsaglia and Tsang
+ * (2000), by normal numbers of Box-Muller pairs, the odd one of which waits in the stream for the next call
+ * (KOB_ERROR_MEM_FAILURE), and one more uniform a try; 1: exponential; 0.6 up to below 1: rejection from the Weibull law
+ * (Vaduva 1977); below 0.6: from a power law with a Weibull tail (Devroye 1986), two uniforms a try. Numbers too
+ * small for their type are 0. KOB_ERROR_BAD_ARG where alpha is not positive and finite. */
+int _kobdRngGamma(int method, KobStream* stream, int n, double r[], double alpha, double a, double beta);
+int _kobsRngGamma(int method, KobStream* stream, int n, float r[], float alpha, float a, float beta);
 
 /* Beta with shapes p and q: density x^(p - 1) (1 - x)^(q - 1) / B(p, q) on [0, 1]; no number is beyond a + beta. Both
  * below 1: Johnk (1964) or Atkinson and Whittaker (1976), whichever is faster; one below: Atkinson and Whittaker
@@ -523,6 +549,12 @@ int _kobiRngPoisson(int method, KobStream* stream, int n, int32_t r[], double me
  * (Kachitvichyanukul and Schmeiser 1985); else inversion. */
 int _kobiRngHypergeometric(int method, KobStream* stream, int n, int32_t r[], int32_t lot, int32_t sample,
                            int32_t marked);
+
+/* Failures before success number a, for any a > 0: C(a + k - 1, k) p^a (1 - p)^k, 0 < p <= 1. (a - 1) (1 - p) / p of
+ * 100 or more: rejection; below: inversion where a table of its size plus 64 holds 98% of the probability, else
+ * rejection for a of 1 or more and a Poisson number of a gamma mean for a below 1. KOB_ERROR_BAD_ARG for parameters
+ * that are none. */
+int _kobiRngNegbinomial(int method, KobStream* stream, int n, int32_t r[], double a, double p);
 
 #ifdef __cplusplus
 }

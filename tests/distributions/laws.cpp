@@ -191,6 +191,8 @@ class Laws {
 void add_transforms(Laws& laws) {
   laws.real("Exponential", ORX_REAL(Exponential, 0, s, n, r, 1, 2),
             [](double x) { return gsl_cdf_exponential_P(x - 1, 2); });
+  laws.real("Cauchy", ORX_REAL(Cauchy, 0, s, n, r, 1, 2),
+            [](double x) { return gsl_cdf_cauchy_P(x - 1, 2); });
   laws.real("Laplace", ORX_REAL(Laplace, 0, s, n, r, 1, 2),
             [](double x) { return gsl_cdf_laplace_P(x - 1, 2); });
   laws.real("Rayleigh", ORX_REAL(Rayleigh, 0, s, n, r, 1, 2),
@@ -200,6 +202,31 @@ void add_transforms(Laws& laws) {
               [=](double x) { return gsl_cdf_weibull_P(x - 1, 2, alpha); });
   laws.real("Gumbel", ORX_REAL(Gumbel, 0, s, n, r, 1, 2),
             [](double x) { return -std::expm1(-std::exp((x - 1) / 2)); });
+}
+
+void add_gaussians(Laws& laws) {
+  for (int method : {0, 1, 2})
+    laws.real(named("Gaussian", {double(method)}), ORX_REAL(Gaussian, method, s, n, r, 1, 2),
+              [](double x) { return gsl_cdf_gaussian_P(x - 1, 2); });
+  for (int method : {0, 1})
+    laws.real(named("Lognormal", {double(method)}), ORX_REAL(Lognormal, method, s, n, r, 0.5f, 1.5f, 1, 2),
+              [](double x) { return gsl_cdf_lognormal_P((x - 1) / 2, 0.5, 1.5); });
+}
+
+// Where GSL ends, the first term of the series is enough.
+double gamma_below(double x, double alpha) {
+  if (x <= 0) return 0;
+  return x < 1e-200 ? std::exp(alpha * std::log(x) - std::lgamma(alpha + 1)) : gsl_cdf_gamma_P(x, alpha, 1);
+}
+
+void add_gammas(Laws& laws) {
+  for (double alpha : {1e-3, 0.05, 0.3, 0.59, 0.6, 0.75, 0.99, 1.0, 1.001, 1.5, 3.0, 40.0, 1e3, 1e6}) {
+    // The last digit of a single is coarse beside the deviation of a large gamma number.
+    const double grid = std::sqrt(alpha) * 0x1p-24;
+    laws.real(
+        named("Gamma", {alpha}), ORX_REAL(Gamma, 0, s, n, r, decltype (*r + 0)(alpha), 0, 1),
+        [=](double x) { return gamma_below(x, alpha); }, grid + 5e-4);
+  }
 }
 
 void add_betas(Laws& laws) {
@@ -236,6 +263,9 @@ double poisson_below(double k, double mean) {
   const double correction = std::abs(d) < 1e-6 ? -1.0 / 3 : 1 / d - 1 / eta;
   return std::erfc(eta * std::sqrt(a / 2)) / 2 +
          std::exp(-a * eta * eta / 2) / std::sqrt(2 * M_PI * a) * correction;
+}
+double negative_binomial_below(double k, double a, double p) {
+  return k < 0 ? 0 : gsl_cdf_beta_P(p, a, k + 1);
 }
 
 void add_counts(Laws& laws) {
@@ -278,6 +308,16 @@ void add_counts(Laws& laws) {
           return gsl_cdf_hypergeometric_P(k, unsigned(marked), unsigned(lot - marked), unsigned(sample));
         }));
   }
+  constexpr double negative_binomials[][2] = {{5, 0.5},     {0.1, 0.5},  {0.1, 1e-3}, {0.7, 1e-6}, {1, 0.01},
+                                              {1.5, 0.005}, {100, 0.2},  {26, 0.2},   {20, 0.2},   {1e5, 0.5},
+                                              {1e5, 0.999}, {2.5, 0.02}, {3, 1e-6}};
+  for (const auto& pair : negative_binomials) {
+    const double a = pair[0], p = pair[1];
+    laws.integer(
+        named("Negbinomial", {a, p}),
+        [=](KobStream* s, int n, int32_t* r) { return _kobiRngNegbinomial(0, s, n, r, a, p); },
+        [=](double x) { return negative_binomial_below(x, a, p); });
+  }
 }
 
 }  // namespace
@@ -286,6 +326,8 @@ std::vector<Law> all_laws() {
   gsl_set_error_handler_off();
   Laws laws;
   add_transforms(laws);
+  add_gaussians(laws);
+  add_gammas(laws);
   add_betas(laws);
   add_counts(laws);
   return laws.take();

@@ -30,12 +30,20 @@ inline int uniform(KobStream* stream, int n, float* r, float a = 0, float b = 1)
   return _kobsRngUniform(0, stream, n, r, a, b);
 }
 
-// Exponential with mean 1.
+// Exponential with mean 1, and normal numbers.
 inline int exponential(KobStream* stream, int n, double* r) {
   return _kobdRngExponential(0, stream, n, r, 0, 1);
 }
 inline int exponential(KobStream* stream, int n, float* r) {
   return _kobsRngExponential(0, stream, n, r, 0, 1);
+}
+
+enum GaussianMethod { kBoxMuller, kBoxMuller2, kIcdf };
+inline int gaussian(int method, KobStream* stream, int n, double* r, double a = 0, double sigma = 1) {
+  return _kobdRngGaussian(method, stream, n, r, a, sigma);
+}
+inline int gaussian(int method, KobStream* stream, int n, float* r, float a = 0, float sigma = 1) {
+  return _kobsRngGaussian(method, stream, n, r, a, sigma);
 }
 
 // The processor's square root, correctly rounded and as fast as a kernel could be.
@@ -56,11 +64,23 @@ template <class Block>
 // One uniform on [low, high) to each element of r, all of them first; then transform(count, x) on stretches that
 // stay in the cache.
 template <class Real, class Transform>
-[[gnu::always_inline]] inline int transformed_uniforms(KobStream* stream, int n, Real* r, Real low, Real high, const Transform& transform) {
+[[gnu::always_inline]] inline int transformed_uniforms(KobStream* stream, int n, Real* r, Real low, Real high,
+                                                       const Transform& transform) {
   const int status = uniform(stream, n, r, low, high);
   if (status < 0) return status;
   for (int done = 0; done < n; done += kBlock) transform(std::min(n - done, kBlock), r + done);
   return status;
+}
+
+// The indices of elements that test(i) holds of; their number.
+template <class Test>
+int where(int count, int* index, const Test& test) {
+  int found = 0;
+  for (int i = 0; i < count; ++i) {
+    index[found] = i;
+    found += test(i);
+  }
+  return found;
 }
 
 }  // namespace orx::rng

@@ -27,17 +27,6 @@ template <class Number, class TryBlock>
 // With a shape that is no positive number rejection might go on for ever.
 inline bool is_shape(double x) { return x > 0 && x < __builtin_inf(); }
 
-// The indices of elements that test(i) holds of; their number.
-template <class Test>
-int where(int count, int* index, const Test& test) {
-  int found = 0;
-  for (int i = 0; i < count; ++i) {
-    index[found] = i;
-    found += test(i);
-  }
-  return found;
-}
-
 // e^(2 x) for half of an exponent, 0 where it is too small for any double: without the rare path that e^x itself
 // takes near the end of its range. Overwrites x.
 template <class Real>

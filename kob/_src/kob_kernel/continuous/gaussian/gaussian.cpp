@@ -1,0 +1,109 @@
+// Gaussian, by three methods: Box and Muller with one normal number of two uniforms, with two of two, and the
+// inverse of the distribution function.
+#include "box_muller.hpp"
+#include "kept.hpp"
+
+using namespace orx::rng;
+
+// Stands in for ln 0.
+static int _vdCallBack(TefErrorContext* error) { return on_pole<double>(error); }
+static int _vsCallBack(TefErrorContext* error) { return on_pole<float>(error); }
+
+// Stand in for ErfInv at -1 and 1. That they do not mirror each other is on purpose: numbers drawn so far are to be
+// drawn again.
+template <class Real>
+constexpr Real kLowerEnd = -0x1.88bb0708b16b6p-1;
+template <class Real>
+constexpr Real kUpperEnd = 0x1.7744f8f74e94ap+2;
+template <>
+constexpr float kLowerEnd<float> = -1.0837466f;
+template <>
+constexpr float kUpperEnd<float> = 3.832507f;
+
+template <class Real>
+static int box_muller(const VectorMath& math, KobStream* stream, int n, Real* r, Real a, Real sigma) {
+  Real u[2 * kBlock], radius[kBlock], sine[kBlock], cosine[kBlock];
+  return in_blocks(n, [&](int done, int count) {
+    const int status = uniform(stream, 2 * count, u);
+    if (status < 0) return status;
+    to_polar(math, count, u, radius, sine);
+    sincos_of_turns(count, sine, sine, cosine);
+    for (int i = 0; i < count; ++i) r[done + i] = a + sigma * (radius[i] * sine[i]);
+    return status;
+  });
+}
+
+// The uniforms of a pair whose cosine half is still to be given out; -1 for none.
+template <class Real>
+struct PendingPair {
+  Real U1, U2;
+};
+template <class Real>
+constexpr orx::brng::ChunkKind kPendingPair = sizeof(Real) == 8 ? orx::brng::kChunkBoxMuller2Double
+                                                                : orx::brng::kChunkBoxMuller2Single;
+
+template <class Real>
+static int box_muller2(const VectorMath& math, KobStream* stream, int n, Real* r, Real a, Real sigma) {
+  if (n < 1) return KOB_STATUS_OK;
+  constexpr PendingPair<Real> none = {-1, -1};
+  PendingPair<Real>* pending;
+  int status = keep(stream, kPendingPair<Real>, none, &pending);
+  if (status != KOB_STATUS_OK) return status;
+
+  Real pair[2], halves[2];
+  int done = 0;
+  if (pending->U1 != none.U1) {
+    pair[0] = pending->U1;
+    pair[1] = pending->U2;
+    to_normals(math, 1, pair, halves, a, sigma);
+    r[done++] = halves[1];
+  }
+  const int whole = (n - done) & ~1;
+  status = in_blocks(whole, [&](int first, int count) {
+    Real* const x = r + done + first;
+    const int drawn = uniform(stream, count, x);
+    if (drawn >= 0) to_normals(math, count / 2, x, x, a, sigma);
+    return drawn;
+  });
+  if (status < 0) return status;
+  done += whole;
+  // Only here, so that a call that fails leaves the pair waiting.
+  PendingPair<Real> next = none;
+  if (done < n) {
+    status = uniform(stream, 2, pair);
+    if (status < 0) return status;
+    next = {pair[0], pair[1]};
+    to_normals(math, 1, pair, halves, a, sigma);
+    r[done] = halves[0];
+  }
+  *pending = next;
+  return KOB_STATUS_OK;
+}
+
+template <class Real>
+static int icdf(const VectorMath& math, KobStream* stream, int n, Real* r, Real a, Real sigma) {
+  const Real scale = Real(0x1.6a09e667f3bcdp+0) * sigma;
+  return transformed_uniforms<Real>(stream, n, r, -1, 1, [&](int count, Real* x) {
+    inverse_error_functions(math, count, x, kLowerEnd<Real>, kUpperEnd<Real>);
+    for (int i = 0; i < count; ++i) x[i] = a + scale * x[i];
+  });
+}
+
+#define ORX_WORKER(t, Real, Method, how)                                                                   \
+  static int _v##t##RngGaussian##Method(const VectorMath& math, KobStream* stream, int n, Real* r, Real a, \
+                                        Real sigma) {                                                      \
+    return how(math, stream, n, r, a, sigma);                                                              \
+  }
+#define ORX_GAUSSIAN(t, Real)                                                                            \
+  ORX_WORKER(t, Real, BoxMuller, box_muller)                                                             \
+  ORX_WORKER(t, Real, BoxMuller2, box_muller2)                                                           \
+  ORX_WORKER(t, Real, ICDF, icdf)                                                                        \
+  ORX_API int _kob##t##RngGaussian(int method, KobStream* stream, int n, Real r[], Real a, Real sigma) { \
+    static constexpr decltype(&_v##t##RngGaussianBoxMuller) Dispatch[] = {                               \
+        _v##t##RngGaussianBoxMuller, _v##t##RngGaussianBoxMuller2, _v##t##RngGaussianICDF};              \
+    const uint32_t index = uint32_t(method & ~kAccurate);                                                \
+    if (index >= sizeof Dispatch / sizeof *Dispatch) return KOB_ERROR_METHOD;                            \
+    return framed(_v##t##CallBack, Dispatch[index], stream, n, r, a, sigma);                             \
+  }
+ORX_GAUSSIAN(d, double)
+ORX_GAUSSIAN(s, float)
