@@ -6,8 +6,8 @@
 #include <cstdint>
 
 #include "_service/checks.hpp"
-#include "_service/simd.hpp"
 #include "_service/task.hpp"
+#include "_service/vectors.hpp"
 #include "orx/base/threading.hpp"
 
 namespace orx::df {

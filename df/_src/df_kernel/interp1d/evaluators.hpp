@@ -7,8 +7,8 @@
 #include "_service/evaluator_number.hpp"
 #include "_service/polynomial.hpp"
 #include "_service/samples.hpp"
-#include "_service/simd.hpp"
 #include "_service/subgrid.hpp"
+#include "_service/vectors.hpp"
 #include "orx/base/memory.hpp"
 
 namespace orx::df {

@@ -42,7 +42,7 @@ class UniformCells {
   template <class T>
   T of(T s) const {
     const T k = guess(s), next = k + Real(1);
-    return between_ends(s, smaller(k + ones_le(breakpoint(next), s), T{} + inner_));
+    return between_ends(s, smaller(k + ones_at_most(breakpoint(next), s), T{} + inner_));
   }
   // The same without a look at the breakpoints inside.
   Real about(Real s) const { return between_ends(s, guess(s)); }
@@ -64,7 +64,7 @@ class UniformCells {
   // The cell behind breakpoint k, unless the site is beyond the ends.
   template <class T>
   T between_ends(T s, T k) const {
-    return where_le(T{} + first_, s, k + Real(1) + ones_le(T{} + last_, s));
+    return where_at_most(T{} + first_, s, k + Real(1) + ones_at_most(T{} + last_, s));
   }
 
   Real first_, last_, step_, reciprocal_, inner_;
@@ -146,7 +146,7 @@ int32_t sorted_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites,
       unsigned inside = kAllLanes<Real>;
       for (int v = 0; v < vectors; ++v) {
         const Real* s = sites + i + v * kLanes<Real>;
-        inside &= lanes_le(load(s - 1), load(s)) & ~lanes_le(bound, load(s));
+        inside &= lanes_at_most(load(s - 1), load(s)) & ~lanes_at_most(bound, load(s));
       }
       within = inside == kAllLanes<Real>;
     }
@@ -156,8 +156,8 @@ int32_t sorted_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites,
     }
     for (int v = 0; v < vectors; ++v) {
       const Vec<Real> s = load(sites + i + v * kLanes<Real>);
-      Vec<Real> passed = ones_le(broadcast(window[0]), s);
-      for (int k = 1; k < reach; ++k) passed += ones_le(broadcast(window[k]), s);
+      Vec<Real> passed = ones_at_most(broadcast(window[0]), s);
+      for (int k = 1; k < reach; ++k) passed += ones_at_most(broadcast(window[k]), s);
       const CellVec<Real> cell = __builtin_convertvector(passed, CellVec<Real>) + c;
       __builtin_memcpy(cells + i + v * kLanes<Real>, &cell, sizeof cell);
     }
@@ -205,7 +205,7 @@ template <int32_t count, class Real>
   const Vec<Real> s = broadcast(site);
   int32_t cell = from;
   for (int32_t k = 0; k < count; k += kLanes<Real>)
-    cell += __builtin_popcount(lanes_le(load(grid + from + k), s));
+    cell += __builtin_popcount(lanes_at_most(load(grid + from + k), s));
   return cell;
 }
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "_service/simd.hpp"
+#include "_service/vectors.hpp"
 
 namespace orx::df {
 
@@ -29,7 +29,7 @@ inline void _df_search_sequential_vec_intrin_inline(const Real* grid, int32_t nx
   const Vec<Real> s = broadcast(sites[site]);
   int32_t c = start;
   for (int i = 0; i < vectors && c + kLanes<Real> <= nx; ++i, c += kLanes<Real>) {
-    const unsigned below = lanes_le(load(grid + c), s);
+    const unsigned below = lanes_at_most(load(grid + c), s);
     if (below != kAllLanes<Real>) {
       *cell = c + __builtin_popcount(below);
       return;
@@ -46,7 +46,7 @@ inline void _df_search_invsequential_vec_intrin_inline(const Real* grid, int32_t
   const Vec<Real> s = broadcast(sites[site]);
   int32_t c = start;
   for (int i = 0; i < vectors && c >= kLanes<Real>; ++i, c -= kLanes<Real>) {
-    const unsigned below = lanes_le(load(grid + c - kLanes<Real>), s);
+    const unsigned below = lanes_at_most(load(grid + c - kLanes<Real>), s);
     if (below != 0) {
       *cell = c - kLanes<Real> + __builtin_popcount(below);
       return;

@@ -1,92 +1,34 @@
-// Vectors of 32 bytes over either precision: loads, masks, and rows of coefficients gathered and turned into
-// columns. AVX has no gather instruction; rows come by scalar addresses and are interleaved in registers.
+// Tables of short rows - two to four neighbouring reals, such as the coefficients of a polynomial - read into
+// columns and written from columns, in vectors of 32 bytes. Neither AVX nor what came after it has an
+// instruction for this: rows come by scalar addresses and are interleaved in registers.
 #pragma once
+#include "orx/base/simd/simd.hpp"
 
-#include <immintrin.h>
-
-#include <cstddef>
-#include <cstdint>
-#include <utility>
-
-namespace orx::df {
-
-template <class Real>
-struct VecOf {
-  typedef Real type __attribute__((vector_size(32)));
-  typedef int32_t cells __attribute__((vector_size(4 * 32 / sizeof(Real))));  // one integer for each lane
-};
-template <class Real>
-using Vec = typename VecOf<Real>::type;
-template <class Real>
-using CellVec = typename VecOf<Real>::cells;
-template <class Real>
-constexpr int kLanes = 32 / int(sizeof(Real));
-
-inline __m256d load(const double* p) { return _mm256_loadu_pd(p); }
-inline __m256 load(const float* p) { return _mm256_loadu_ps(p); }
-inline void store(double* p, __m256d v) { _mm256_storeu_pd(p, v); }
-inline void store(float* p, __m256 v) { _mm256_storeu_ps(p, v); }
-inline __m256d broadcast(double x) { return _mm256_set1_pd(x); }
-inline __m256 broadcast(float x) { return _mm256_set1_ps(x); }
-template <class T, class Real>
-T read(const Real* p) {
-  if constexpr (sizeof(T) == sizeof(Real))
-    return *p;
-  else
-    return load(p);
-}
-inline double magnitude(double x) { return __builtin_fabs(x); }
-inline float magnitude(float x) { return __builtin_fabsf(x); }
-inline __m256d magnitude(__m256d v) { return _mm256_andnot_pd(broadcast(-0.0), v); }
-inline __m256 magnitude(__m256 v) { return _mm256_andnot_ps(broadcast(-0.0f), v); }
-
-// As many elements of the row (a, b) as a vector has, from element k on.
-template <int k, class V, std::size_t... lane>
-V shifted(V a, V b, std::index_sequence<lane...>) {
-  return __builtin_shufflevector(a, b, (k + int(lane))...);
-}
-template <int k>
-__m256d shifted(__m256d a, __m256d b) {
-  return shifted<k>(a, b, std::make_index_sequence<4>());
-}
-template <int k>
-__m256 shifted(__m256 a, __m256 b) {
-  return shifted<k>(a, b, std::make_index_sequence<8>());
-}
+#if defined(__AVX__)
+ORX_ISA_BEGIN(orx::simd)
+namespace rows {
 
 // One bit for each lane where a <= b.
-inline unsigned lanes_le(__m256d a, __m256d b) {
-  return unsigned(_mm256_movemask_pd(_mm256_cmp_pd(a, b, _CMP_LE_OQ)));
+inline unsigned lanes_at_most(__m256d a, __m256d b) {
+  return static_cast<unsigned>(_mm256_movemask_pd(_mm256_cmp_pd(a, b, _CMP_LE_OQ)));
 }
-inline unsigned lanes_le(__m256 a, __m256 b) {
-  return unsigned(_mm256_movemask_ps(_mm256_cmp_ps(a, b, _CMP_LE_OQ)));
+inline unsigned lanes_at_most(__m256 a, __m256 b) {
+  return static_cast<unsigned>(_mm256_movemask_ps(_mm256_cmp_ps(a, b, _CMP_LE_OQ)));
 }
-template <class Real>
-constexpr unsigned kAllLanes = (1u << kLanes<Real>)-1;
-
-// The smaller number; where one is none, b.
-inline double smaller(double a, double b) { return a < b ? a : b; }
-inline float smaller(float a, float b) { return a < b ? a : b; }
-inline __m256d smaller(__m256d a, __m256d b) { return _mm256_min_pd(a, b); }
-inline __m256 smaller(__m256 a, __m256 b) { return _mm256_min_ps(a, b); }
-inline double round_down(double x) { return __builtin_floor(x); }
-inline float round_down(float x) { return __builtin_floorf(x); }
-inline __m256d round_down(__m256d v) { return _mm256_floor_pd(v); }
-inline __m256 round_down(__m256 v) { return _mm256_floor_ps(v); }
-
 // v in each lane where a <= b, 0 elsewhere.
-inline double where_le(double a, double b, double v) { return a <= b ? v : 0.0; }
-inline float where_le(float a, float b, float v) { return a <= b ? v : 0.0f; }
-inline __m256d where_le(__m256d a, __m256d b, __m256d v) {
+inline __m256d where_at_most(__m256d a, __m256d b, __m256d v) {
   return _mm256_and_pd(_mm256_cmp_pd(a, b, _CMP_LE_OQ), v);
 }
-inline __m256 where_le(__m256 a, __m256 b, __m256 v) {
+inline __m256 where_at_most(__m256 a, __m256 b, __m256 v) {
   return _mm256_and_ps(_mm256_cmp_ps(a, b, _CMP_LE_OQ), v);
 }
-template <class T>
-T ones_le(T a, T b) {
-  return where_le(a, b, T{} + 1);
-}
+// The smaller number; where one is none, b.
+inline __m256d smaller(__m256d a, __m256d b) { return _mm256_min_pd(a, b); }
+inline __m256 smaller(__m256 a, __m256 b) { return _mm256_min_ps(a, b); }
+inline __m256d round_down(__m256d v) { return _mm256_floor_pd(v); }
+inline __m256 round_down(__m256 v) { return _mm256_floor_ps(v); }
+inline __m256d magnitude(__m256d v) { return _mm256_andnot_pd(_mm256_set1_pd(-0.0), v); }
+inline __m256 magnitude(__m256 v) { return _mm256_andnot_ps(_mm256_set1_ps(-0.0f), v); }
 
 // base[index[0]], base[index[1]], ... in the lanes.
 template <class I>
@@ -182,4 +124,6 @@ inline void store_rows(float* rows, __m256 c0, __m256 c1, __m256 c2, __m256 c3) 
   store(rows + 24, _mm256_permute2f128_ps(r2, r3, 0x31));
 }
 
-}  // namespace orx::df
+}  // namespace rows
+ORX_ISA_END
+#endif

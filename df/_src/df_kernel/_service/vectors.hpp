@@ -1,0 +1,81 @@
+// The vectors of data fitting, 32 bytes of either precision: what they need of the house's vocabulary, and the
+// same functions for single numbers, so that a formula can be written once for both.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+#include "orx/base/simd/rows.hpp"
+
+namespace orx::df {
+
+template <class Real>
+struct VecOf {
+  typedef Real Type __attribute__((vector_size(32)));
+  typedef int32_t Cells __attribute__((vector_size(4 * 32 / sizeof(Real))));  // one integer for each lane
+};
+template <class Real>
+using Vec = typename VecOf<Real>::Type;
+template <class Real>
+using CellVec = typename VecOf<Real>::Cells;
+template <class Real>
+constexpr int kLanes = 32 / int(sizeof(Real));
+
+template <class Real>
+Vec<Real> load(const Real* p) {
+  return simd::load<Vec<Real>>(p);
+}
+template <class Real>
+Vec<Real> broadcast(Real x) {
+  return x - Vec<Real>{};  // x - 0 is x, also for -0
+}
+template <class T, class Real>
+T read(const Real* p) {
+  if constexpr (sizeof(T) == sizeof(Real))
+    return *p;
+  else
+    return load(p);
+}
+inline double magnitude(double x) { return __builtin_fabs(x); }
+inline float magnitude(float x) { return __builtin_fabsf(x); }
+using simd::rows::magnitude;
+
+// As many elements of the row (a, b) as a vector has, from element k on.
+template <int k, class V, std::size_t... lane>
+V shifted(V a, V b, std::index_sequence<lane...>) {
+  return __builtin_shufflevector(a, b, (k + int(lane))...);
+}
+template <int k, class V>
+V shifted(V a, V b) {
+  return shifted<k>(a, b, std::make_index_sequence<sizeof(V) / sizeof(a[0])>());
+}
+
+using simd::rows::lanes_at_most;
+template <class Real>
+constexpr unsigned kAllLanes = (1u << kLanes<Real>)-1;
+
+// The smaller number; where one is none, b.
+inline double smaller(double a, double b) { return a < b ? a : b; }
+inline float smaller(float a, float b) { return a < b ? a : b; }
+using simd::rows::smaller;
+inline double round_down(double x) { return __builtin_floor(x); }
+inline float round_down(float x) { return __builtin_floorf(x); }
+using simd::rows::round_down;
+
+// v in each lane where a <= b, 0 elsewhere.
+inline double where_at_most(double a, double b, double v) { return a <= b ? v : 0.0; }
+inline float where_at_most(float a, float b, float v) { return a <= b ? v : 0.0f; }
+using simd::rows::where_at_most;
+template <class T>
+T ones_at_most(T a, T b) {
+  return where_at_most(a, b, T{} + 1);
+}
+
+using simd::store;
+using simd::rows::gather;
+using simd::rows::gather_rows;
+using simd::rows::store_pairs;
+using simd::rows::store_rows;
+
+}  // namespace orx::df
