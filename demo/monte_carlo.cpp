@@ -18,7 +18,13 @@ void check(int status) {
 
 class Stream {
  public:
-  Stream(uint32_t id, uint32_t seed) { check(__kobNewStreamEx(&stream_, id, 1, &seed)); }
+  // Small numbers are poor seeds: the key is spread over as many words as the largest of these seeds has.
+  Stream(uint32_t id, uint32_t key) {
+    uint32_t seed[8];
+    check(orx_kob_spread_seed(1, &key, 8, seed));
+    seed[0] |= 1;  // MCG59 has its whole period from odd numbers
+    check(__kobNewStreamEx(&stream_, id, 8, seed));
+  }
   explicit Stream(const std::vector<unsigned char>& image) {
     check(__kobLoadStreamM(&stream_, image.data()));
   }

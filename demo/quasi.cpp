@@ -25,9 +25,9 @@ double integrand(const double* x) {
 }
 
 // The running mean's error after each power of two of points.
-std::vector<double> errors(uint32_t id, uint32_t seed) {
+std::vector<double> errors(uint32_t id, const std::vector<uint32_t>& seed) {
   KobStream* stream = nullptr;
-  check(__kobNewStreamEx(&stream, id, 1, &seed));
+  check(__kobNewStreamEx(&stream, id, int(seed.size()), seed.data()));
   std::vector<double> result, x(1024 * kDimension);
   double sum = 0;
   for (int done = 0, next = 64; done < kPoints;) {
@@ -46,7 +46,10 @@ std::vector<double> errors(uint32_t id, uint32_t seed) {
 std::vector<double> pseudo_errors() {
   std::vector<double> squares;
   for (uint32_t run = 0; run < kPseudoRuns; ++run) {
-    const std::vector<double> e = errors(KOB_BRNG_SFMT19937, 4711 + run);
+    const uint32_t key[] = {4711, uint32_t(run)};
+    std::vector<uint32_t> seed(4);
+    check(orx_kob_spread_seed(2, key, 4, seed.data()));
+    const std::vector<double> e = errors(KOB_BRNG_SFMT19937, seed);
     squares.resize(e.size());
     for (size_t i = 0; i < e.size(); ++i) squares[i] += e[i] * e[i] / kPseudoRuns;
   }
@@ -67,7 +70,7 @@ void quasi(const std::string&) {
   std::printf("(pseudo: root mean square error of %d runs of SFMT19937; a bar of 4 is one decimal)\n",
               kPseudoRuns);
   std::printf("   points    pseudo     Sobol\n");
-  const std::vector<double> pseudo = pseudo_errors(), sobol = errors(KOB_BRNG_SOBOL, kDimension);
+  const std::vector<double> pseudo = pseudo_errors(), sobol = errors(KOB_BRNG_SOBOL, {kDimension});
   for (size_t i = 0; i < sobol.size(); ++i)
     std::printf("  %7d   %.1e   %.1e   %-22s %s\n", 64 << i, pseudo[i], sobol[i], bar(pseudo[i]).c_str(),
                 bar(sobol[i]).c_str());

@@ -145,12 +145,14 @@ void relations(const std::vector<Column>& table) {
 void stream() {
   const int n = 10000000, block = 100000, one = 1, storage = KOB_SS_ROWS, order_count = 5;
   const double eps = 0.001, orders[order_count] = {0.01, 0.25, 0.5, 0.75, 0.99};
-  const uint32_t seed = 777;
+  const uint32_t key = 777;
+  uint32_t seed[8];
   double summary[order_count], exact[order_count];
   std::vector<double> all(n);
   KobStream* source;
   SSTask* task;
-  check(__kobNewStreamEx(&source, KOB_BRNG_MT19937, 1, &seed));
+  check(orx_kob_spread_seed(1, &key, 8, seed));
+  check(__kobNewStreamEx(&source, KOB_BRNG_MT19937, 8, seed));
   check(__kobdSSNewTask(&task, &one, &block, &storage, all.data(), nullptr, nullptr, 0));
   check(__kobdSSEditStreamQuantiles(task, &order_count, orders, summary, &one, &eps));
   for (int at = 0; at < n; at += block) {
