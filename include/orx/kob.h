@@ -163,13 +163,17 @@ int __kobCopyStream(KobStream** stream, const KobStream* source);
 
 /* Carries the position and the chunks of `source` over to a stream of the same generator. What moves is
  * WordSize * SeedCount bytes of the state, as far as both states reach: multipliers changed by a leapfrog
- * (MCG31M1, MCG59) and the parameters of an MT2203 sub-generator stay those of dest. When a chunk cannot be
- * copied, dest ends without chunks; where it cannot go on without them, it is seeded by an empty seed. */
+ * (MCG31M1, MCG59) and the parameters of an MT2203 sub-generator stay those of dest. Between two Sobol or two
+ * Niederreiter streams the whole state moves, with all direction numbers. When a chunk cannot be copied, dest ends
+ * without chunks. A dest that cannot go on from what it got, for want of chunks or because source is of another
+ * generator, is seeded by an empty seed: KOB_ERROR_MEM_FAILURE, KOB_ERROR_BAD_ARG. */
 int __kobCopyStreamState(KobStream* dest, const KobStream* source);
 
 /* Makes the stream deliver every nstreams-th number of its sequence, beginning with the k-th from here
  * (k = 0, 1, ...). KOB_ERROR_LEAPFROG_NSTREAMS for a negative nstreams, KOB_ERROR_LEAPFROG_UNSUPPORTED when
- * the generator cannot. */
+ * the generator cannot. With nstreams 0 the stream stands still: it gives one number for ever. A leapfrog changes
+ * the generator's multiplier to a power that nobody has chosen; docs/many-streams.md tells which bear it (WH, not
+ * MCG31M1 and MCG59). */
 int __kobLeapfrogStream(KobStream* stream, uint32_t k, int nstreams);
 
 /* Moves the stream on by nskip of the numbers that it delivers (on a leapfrogged stream, its own numbers).
@@ -227,7 +231,9 @@ int __kobUnregisterGlobRODataReference(const KobGlobalId* id);
  *
  * Every family has the four functions of its record. InitStream returns KOB_ERROR_METHOD for a method other
  * than 0, 1, 2. The block functions of pseudo generators cannot fail. Single-precision numbers are the
- * double-precision ones, rounded. */
+ * double-precision ones, rounded: those nearest to b come out as b, on [0, 1) once in 2^25. The caller's rounding
+ * mode and treatment of denormals change no number. Small consecutive seeds make related streams of all but the
+ * twisters: use orx_kob_spread_seed. */
 #define KOB_BRNG_FUNCTIONS(Name)                                                                  \
   int __kobBRng##Name##InitStream(int method, KobStream* stream, int n, const uint32_t params[]); \
   int __kobsBRng##Name(KobStream* stream, int n, float r[], float a, float b);                    \
@@ -242,7 +248,9 @@ KOB_BRNG_FUNCTIONS(MCG31M1)
 /* Multiplicative congruential generator modulo 2^59 with multiplier 13^13, period 2^57
  * for an odd seed; even seeds are taken as they are and have shorter ones. Seed: params[0] and the low 27
  * bits of params[1]; 0 counts as 1, as does an empty seed. Words: 64-bit, 59 of them significant. Leapfrog
- * and skip. */
+ * and skip, neither of them to be recommended: numbers 2^e apart differ by a fixed multiple of 2^(e + 2), and streams
+ * 2^55 apart by one constant for ever. It fails the test of birthday spacings. The largest 32 of its 2^59 numbers
+ * are rounded to b. */
 KOB_BRNG_FUNCTIONS(MCG59)
 
 /* MRG32k3a, two combined recursions of order three (L'Ecuyer, Operations Research 47, 1999), period about
@@ -268,7 +276,8 @@ KOB_BRNG_FUNCTIONS(MT19937)
 
 /* 6024 Mersenne twisters of period 2^2203 - 1 with parameters of their own, and no common factor in their
  * characteristic polynomials, for independent streams (after the dynamic creation of Matsumoto and Nishimura,
- * Monte Carlo and Quasi-Monte Carlo Methods 1998, Springer 2000). Seed as MT19937. Words: 32-bit. Neither
+ * Monte Carlo and Quasi-Monte Carlo Methods 1998, Springer 2000). Seed as MT19937, each sub-generator from a key
+ * of its own: with the same seed the first several hundred words of two of them are related. Words: 32-bit. Neither
  * leapfrog nor skip. */
 KOB_BRNG_FUNCTIONS(MT2203)
 
@@ -283,7 +292,7 @@ KOB_BRNG_FUNCTIONS(SFMT19937)
  * after the other, component by component. The words, 32-bit, are the components as fractions of 2^32; the
  * point of zeros is left out, so that the first is (1/2, ..., 1/2) unless the user's data say otherwise.
  * Block functions return KOB_ERROR_QRNG_PERIOD_ELAPSED, with nothing written, when the number of the current
- * point plus n passes 2^32 - 1.
+ * point plus n passes 2^32 - 1: there are 2^32 - 2 points.
  *
  * Seed words: params[0] the dimension; what is not between 1 and the most becomes 1, without an error.
  * params[1] of 1 announces data of the user's, of the class params[2], from params[3] on. Data that are not
@@ -393,7 +402,8 @@ int __kobSaveStreamF(const KobStream* stream, const char* name, int name_length)
 /* To memory of __kobGetStreamSize bytes. Returns 0. */
 int __kobSaveStreamM(const KobStream* stream, void* memory);
 
-/* A new stream from a file. The file may hold anything: KOB_ERROR_FILE_OPEN, KOB_ERROR_FILE_READ (too short;
+/* A new stream from a file. A shared block is shared with one that the process has under its name only when the
+ * contents are the same. The file may hold anything: KOB_ERROR_FILE_OPEN, KOB_ERROR_FILE_READ (too short;
  * chunks in the other byte order), KOB_ERROR_BAD_FILE_FORMAT (no image; a generator that is not there; a
  * state or a chunk that its generator could not use; a second chunk of a kind that the library knows),
  * KOB_ERROR_UNSUPPORTED_FILE_VER, KOB_ERROR_TRNG_UNSUPPORTED, KOB_ERROR_MEM_FAILURE, KOB_ERROR_FILE_CLOSE.
@@ -432,7 +442,10 @@ int __kobSkipLoadingFromMemory(void* cursor, uint32_t bytes);
 int _kobdRngUniform(int method, KobStream* stream, int n, double r[], double a, double b);
 int _kobsRngUniform(int method, KobStream* stream, int n, float r[], float a, float b);
 
-/* Uniform integers a to b - 1: the whole part of a uniform real, never b. */
+/* Uniform integers a to b - 1: the whole part of a uniform real, never b. Of N words that the generator may give
+ * (2^31 - 2 of MCG31M1, about 2^32 of the others, 2^53 of MCG59 and WH) each integer has its share to within one:
+ * its probability is off 1 / (b - a) by less than 1 / N, which is seen in ranges of 2^24 and more. See
+ * orx_kob_iRngUniformExact. */
 int _kobiRngUniform(int method, KobStream* stream, int n, int32_t r[], int32_t a, int32_t b);
 
 /* Uniform doubles of 53 random bits on [a, b), never b: a + (b - a) u, u a multiple of 2^-53 made of two words
