@@ -611,6 +611,7 @@ struct SpilledWords {
     asm("" : "+m"(word));  // or the compiler would look through the store
   }
   int low(int lane) const { return word[2 * lane]; }
+  int high(int lane) const { return word[2 * lane + 1]; }
   BitsOfLanes<X> bits() const {
     using I = BitsOfLanes<X>;
     return make<I>([this](int i) { return load<typename I::V, true>(word + i * (I::kBytes / 4)); });

@@ -1,0 +1,9 @@
+#include "_heap/real/turns.hpp"
+
+namespace orx::tef {
+
+alignas(64) const uint64_t turns_d[2048][3] = {
+#include "_heap/real/turns_d.inc"
+};
+
+}  // namespace orx::tef

@@ -1,0 +1,186 @@
+// Sine and cosine of double precision.
+//
+// HA: x = n pi/256 + r, |r| <= pi/512, and sin x = sin t cos r + cos t sin r, t = n pi/256, by a table of both at t
+// (after S. Gal, B. Bachelis, "An accurate elementary mathematical library for the IEEE floating point standard",
+// ACM TOMS 17, 1991). The cosine in the table is split into a power of two and a rest, so that the large part of
+// cos t sin r, the power times r, is exact. The cosine of x is the sine a quarter of a turn further on.
+//
+// LA, EP: x = n pi + r, |r| <= pi/2, an odd polynomial, and the sign of n.
+#pragma once
+#include <cfloat>
+
+#include "_heap/real/turns.hpp"
+
+namespace orx::tef {
+// cos t less its power of two, the power, sin t, what it lacks; t = j pi/256
+extern const double vdsin_table[512][4];
+}  // namespace orx::tef
+
+ORX_ISA_BEGIN(orx::tef)
+
+struct vdsin_data_ha_type {
+  Row<double> inv = 0x1.45f306dc9c883p+6;  // 256/pi
+  Row<double> shifter = 0x1.8p+52;
+  // pi/256. The product of n and the first part is exact; that of n and the second is where the result can be small, for
+  // there n is a multiple of 128.
+  Row<double> p1 = 0x1.921fb544p-7, p2 = 0x1.0b4611a6p-41, p3 = 0x1.3198a2e037073p-76;
+  Row<double> large = 0x1p-180;
+  Row<double> s[2] = {-0x1.5555555554437p-3, 0x1.1110faafe3719p-7};  // (sin r - r)/r^3, to 2^-61 of sin r
+  Row<double> c[3] = {-0x1p-1, 0x1.5555555554996p-5,
+                      -0x1.6c16a82117c45p-10};  // (cos r - 1)/r^2, to 2^-79.7 of cos r
+};
+inline constexpr vdsin_data_ha_type vdsin_data_ha{};
+
+// r without what is too small to be squared, and +0 for -0, which keeps the sign of zero in r + r^3 p for p < 0.
+template <class X>
+inline X without_tiny(X r, const Row<double>& large) {
+  return (r + large) - large;
+}
+
+template <class X>
+inline Turn<X> reduce_by_table_steps(X x) {
+  const auto& d = vdsin_data_ha;
+  const X N = x * d.inv + d.shifter;
+  const X n = N - d.shifter;
+  const X r1 = x - n * d.p1;
+  const X w = n * d.p2;
+  const X r = r1 - w;
+  return {N, r, ((r1 - r) - w) - n * d.p3};
+}
+
+// sin r - r, with the low part of r, and cos r - 1.
+template <class X>
+struct SmallSineCosine {
+  X s, c;
+  explicit SmallSineCosine(const Turn<X>& t) {
+    const auto& d = vdsin_data_ha;
+    const X r = without_tiny(t.r, d.large), r2 = r * r;
+    s = multiply_add(r * r2, multiply_add(r2, d.s[1], d.s[0]), t.r_lo);
+    c = r2 * multiply_add(r2, multiply_add(r2, d.c[2], d.c[1]), d.c[0]);
+  }
+};
+
+// sin(x + shift pi/256) as an exact large part and a small rest.
+template <int shift, class X>
+inline HighLow<X> sine_parts(const Turn<X>& t, const SmallSineCosine<X>& f, const SpilledWords<X>& n) {
+  X row[4];
+  gather_rows(
+      vdsin_table[0], [&](int lane) { return (n.low(lane) + shift) & 511; }, row);
+  const X cos_lo = row[0], cos_hi = row[1], sin_hi = row[2], sin_lo = row[3];
+  const auto sum = fast_two_sum(sin_hi, cos_hi * t.r);
+  return {sum.high, ((sin_lo + sin_hi * f.c) + (cos_lo * t.r + (cos_hi + cos_lo) * f.s)) + sum.low};
+}
+
+enum class Wanted { Sine, Cosine, Both };
+
+template <Wanted wanted, class X>
+inline auto wanted_of(const Turn<X>& t) {
+  const SmallSineCosine<X> f(t);
+  const SpilledWords<X> n(t.N);
+  const auto sine = [&](auto shift) {
+    const auto y = sine_parts<shift>(t, f, n);
+    return y.high + y.low;
+  };
+  using Quarter = std::integral_constant<int, 128>;
+  using None = std::integral_constant<int, 0>;
+  if constexpr (wanted == Wanted::Sine)
+    return sine(None());
+  else if constexpr (wanted == Wanted::Cosine)
+    return sine(Quarter());
+  else
+    return Two<X>{sine(None()), sine(Quarter())};
+}
+
+// ---- LA and EP
+struct vdsin_data_type {
+  Row<double> inv = 0x1.45f306dc9c883p-2;  // 1/pi
+  Row<double> shifter = 0x1.8p+52, half = 0.5;
+  // pi; the products of all parts but the last with n below 2^23 and a half are exact
+  Row<double> p1 = 0x1.921fb4p+1, p2 = 0x1.4442dp-23, p3 = 0x1.846988p-47, p4 = 0x1.8cc51701b839ap-71;
+  Row<double> ep_p3 = 0x1.8469898cc5170p-47;
+  Row<double> large = 0x1p-180;
+  // (sin r - r)/r^3, |r| <= pi/2: to 2^-61.5 of sin r and to 2^-27.2 of sin r
+  Row<double> c[8] = {-0x1.5555555555555p-3,  0x1.11111111110c9p-7,   -0x1.a01a01a014eb4p-13,
+                      0x1.71de3a52aa9cp-19,   -0x1.ae6454d94c551p-26, 0x1.6123ce4a84ea1p-33,
+                      -0x1.ae43da7b60a76p-41, 0x1.883bd9a070766p-49};
+  Row<double> ep[4] = {-0x1.55554bc6346dbp-3, 0x1.110ed326a50afp-7, -0x1.9f6fed59cab0cp-13,
+                       0x1.5dbce9e4f43c4p-19};
+};
+inline constexpr vdsin_data_type vdsin_data{};
+
+// sin of x, or of x + pi/2: then n counts from a half.
+template <bool cosine, bool ep, class X>
+inline X sine_by_polynomial(X x) {
+  const auto& d = vdsin_data;
+  if constexpr (cosine) x = x + d.large;  // what is too small to be multiplied does not show in the result
+  const X N = (cosine ? multiply_add(x, d.inv, d.half) : x * d.inv) + d.shifter;
+  const X n = cosine ? (N - d.shifter) - d.half : N - d.shifter;
+  const X r2 = (x - n * d.p1) - n * d.p2;
+  const X r = ep ? r2 - n * d.ep_p3 : (r2 - n * d.p3) - n * d.p4;
+  const X q = cosine ? r : without_tiny(r, d.large), square = q * q;
+  const X cube_term = (q * square) * (ep ? polynomial(square, square * square, d.ep)
+                                         : polynomial(square, square * square, d.c));
+  return bit_xor(r + cube_term, reals<X>(shift_left<63>(bits(N))));
+}
+
+template <Wanted wanted, bool ep, class X>
+inline auto wanted_by_polynomial(X x) {
+  if constexpr (wanted == Wanted::Both)
+    return Two<X>{sine_by_polynomial<false, ep>(x), sine_by_polynomial<true, ep>(x)};
+  else
+    return sine_by_polynomial<wanted == Wanted::Cosine, ep>(x);
+}
+
+// ---- the kernels
+// The scalar routine, for what is not finite; the status to report.
+int vdsin_cout_rare(const double* a, double* r);
+
+// HA subtracts multiples of pi/256 from what is small enough, LA and EP multiples of pi; the rest goes by the digits of
+// 1/(2 pi) in all classes.
+template <Wanted wanted>
+struct vdsin_kernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<double>, double>(double)> {
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    left.finish(at_most(magnitude(x), kLargest), wanted_of<wanted>(reduce_by_digits(x)));
+  }
+  static int rare_lane(const double* a, double* r) { return vdsin_cout_rare(a, r); }
+  static int rare_lane(const double* a, double* r, double* r2) {
+    const int status = vdsin_cout_rare(a, r);
+    *r2 = *r;
+    return status;
+  }
+
+ private:
+  static constexpr Row<double> kLargest = DBL_MAX;
+};
+template <Wanted wanted>
+struct vdsin_ha : vdsin_kernel<wanted> {
+  template <class X>
+  static auto rare(X x) {
+    return not_below(magnitude(x), kFrom);
+  }
+  template <class X>
+  static auto eval(X x) {
+    if constexpr (wanted == Wanted::Cosine) x = x + vdsin_data_ha.large;
+    return wanted_of<wanted>(reduce_by_table_steps(x));
+  }
+
+ private:
+  static constexpr Row<double> kFrom = 0x1.fff8p+15;
+};
+template <Wanted wanted, bool ep>
+struct vdsin_low : vdsin_kernel<wanted> {
+  template <class X>
+  static auto rare(X x) {
+    return not_below(magnitude(x), kFrom);
+  }
+  template <class X>
+  static auto eval(X x) {
+    return wanted_by_polynomial<wanted, ep>(x);
+  }
+
+ private:
+  static constexpr Row<double> kFrom = 0x1p+24;
+};
+
+ORX_ISA_END
