@@ -45,6 +45,8 @@ set(ORX_AVX2_FLAGS -mavx2 -mfma -mno-avx512f)
 set(ORX_AVX512_FLAGS -mavx2 -mfma -mavx512f -mavx512dq -mavx512vl -mavx512bw -mprefer-vector-width=512
     -Wno-uninitialized)  # GCC 12 takes its own intrinsics for users of uninitialized variables
 
+option(ORX_WARNINGS_AS_ERRORS "of the compiler about library code" OFF)
+
 # One layer of liborx_g9.so: an object library of all .cpp files below the directories SOURCES. It sees the public
 # headers, the ground floor, and what is below the directories INCLUDES: its own rooms and those of the layers
 # that it stands on.
@@ -57,4 +59,7 @@ function(orx_layer name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/include
     ${PROJECT_SOURCE_DIR}/base ${LAYER_INCLUDES})
   target_compile_options(${name} PRIVATE -Wconversion -Wshadow ${ORX_KERNEL_FLAGS})
+  if(NOT ORX_SANITIZE)  # instrumented code looks strange to the compiler itself
+    set_target_properties(${name} PROPERTIES COMPILE_WARNING_AS_ERROR ${ORX_WARNINGS_AS_ERRORS})
+  endif()
 endfunction()
