@@ -31,9 +31,6 @@ using namespace orx;
 constexpr int kLengths[] = {2000, 1 << 22};
 constexpr int kInCache = 0, kOutOfCache = 1;
 
-// A vector is walked in blocks, short enough that many escape an interruption by another process.
-constexpr int kBlock = 1 << 14;
-
 // The least cycles that each block has taken.
 using BlockCycles = std::vector<double>;
 std::map<std::string, BlockCycles> least[2];  // by length, then function and competitor
@@ -49,7 +46,7 @@ double cycles(const Function& f, const std::string& competitor, int length) {
 
 template <class R>
 void run(benchmark::State& state, const Function& f, int length) {
-  const int n = kLengths[length], blocks = (n + kBlock - 1) / kBlock;
+  const int n = kLengths[length], blocks = (n + kRaceBlock - 1) / kRaceBlock;
   const Race<R> race(f, n);
   // In cache, the first call of a turn fetches what the others' turns have thrown out.
   const int calls = length == kInCache ? 6 : 1;
@@ -58,10 +55,10 @@ void run(benchmark::State& state, const Function& f, int length) {
       BlockCycles& best = least[length].try_emplace(key(f, c.name), blocks, INFINITY).first->second;
       _mm256_zeroupper();  // as after any code that a compiler made: kernels without VEX suffer from a dirty state
       for (int i = 0; i < calls * blocks; ++i) {
-        const int b = i % blocks, from = b * kBlock;
+        const int b = i % blocks, from = b * kRaceBlock;
         const Operands<R> o = race.operands_at(from);
         const uint64_t start = time_stamp();
-        c.call(std::min(kBlock, n - from), o);
+        c.call(std::min(kRaceBlock, n - from), o);
         best[b] = std::min(best[b], static_cast<double>(time_stamp() - start));
       }
     }
@@ -71,7 +68,7 @@ void run(benchmark::State& state, const Function& f, int length) {
 
 void register_benchmarks(bool brief) {
   for (const Function& f : functions()) {
-    if (!f.shape->elementwise || !f.descriptor) continue;
+    if (!f.descriptor) continue;
     for (int length : {kInCache, kOutOfCache}) {
       if (brief && length == kOutOfCache) continue;
       const std::string name = f.full_name() + "/" + std::to_string(kLengths[length]);

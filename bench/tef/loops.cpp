@@ -33,6 +33,25 @@ using Row = std::pair<const char*, void (*)(int, const Operands<R>&)>;
     } \
   }
 
+// Elements on their way, in i, n, a, y, and what selects them: the real, and the complex ones.
+#define PACK_ROW(Fn, E, loop)                                        \
+  {                                                                  \
+#Fn, [](int n, const Operands<R>& o) {                             \
+      const E* a = reinterpret_cast<const E*>(o.in[0]);              \
+      E* __restrict y = reinterpret_cast<E*>(o.out[0]);              \
+      [[maybe_unused]] const int* selection = o.selection;           \
+      [[maybe_unused]] const int stride = static_cast<int>(o.stride); \
+      loop                                                           \
+    } \
+  }
+#define PACK_ROWS(E)                                                                    \
+  PACK_ROW(PackI, E, for (int i = 0; i < n; ++i) y[i] = a[i * stride];),                \
+      PACK_ROW(PackM, E, for (int i = 0; i < n; ++i) if (selection[i])* y++ = a[i];),   \
+      PACK_ROW(PackV, E, for (int i = 0; i < n; ++i) y[i] = a[selection[i]];),          \
+      PACK_ROW(UnpackI, E, for (int i = 0; i < n; ++i) y[i * stride] = a[i];),          \
+      PACK_ROW(UnpackM, E, for (int i = 0; i < n; ++i) if (selection[i]) y[i] = *a++;), \
+      PACK_ROW(UnpackV, E, for (int i = 0; i < n; ++i) y[selection[i]] = a[i];)
+
 template <class R>
 const Row<R> kRealLoops[] = {LOOP(Abs, std::fabs(a[i])),
                              LOOP(Add, a[i] + b[i]),
@@ -48,7 +67,8 @@ const Row<R> kRealLoops[] = {LOOP(Abs, std::fabs(a[i])),
                              LOOP(Sqr, a[i] * a[i]),
                              LOOP(Sqrt, std::sqrt(a[i])),
                              LOOP(Sub, a[i] - b[i]),
-                             LOOP(Trunc, std::trunc(a[i]))};
+                             LOOP(Trunc, std::trunc(a[i])),
+                             PACK_ROWS(R)};
 
 template <class R>
 const Row<R> kComplexLoops[] = {COMPLEX_LOOP(Add, std::complex<R>, a[i] + b[i]),
@@ -56,7 +76,8 @@ const Row<R> kComplexLoops[] = {COMPLEX_LOOP(Add, std::complex<R>, a[i] + b[i]),
                                 COMPLEX_LOOP(Div, std::complex<R>, a[i] / b[i]),
                                 COMPLEX_LOOP(Mul, std::complex<R>, a[i] * b[i]),
                                 COMPLEX_LOOP(MulByConj, std::complex<R>, a[i] * std::conj(b[i])),
-                                COMPLEX_LOOP(Sub, std::complex<R>, a[i] - b[i])};
+                                COMPLEX_LOOP(Sub, std::complex<R>, a[i] - b[i]),
+                                PACK_ROWS(std::complex<R>)};
 
 template <class R, size_t N>
 VectorCall<R> find(const Row<R> (&rows)[N], const std::string& name) {

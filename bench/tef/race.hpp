@@ -20,6 +20,9 @@ inline uint64_t time_stamp() {
   return t;
 }
 
+// A vector is walked in blocks, short enough that many escape an interruption by another process.
+inline constexpr int kRaceBlock = 1 << 14;
+
 template <class R>
 struct Competitor {
   std::string name;
@@ -41,6 +44,7 @@ class Race {
     }
     for (int j = 0; j < f.shape->outputs; ++j) o_.out[j] = new_array(f.out_width());
     std::fill_n(o_.scalar, 4, R(1.25));
+    if (!f.shape->elementwise) make_selection();
     for (const orx::Kernel& k : f.kernels)
       competitors.push_back({k.name, [call = orx::kernel_call<R>(f), entry = k.entry](
                                          int n, const orx::Operands<R>& o) { call(entry, n, o); }});
@@ -53,17 +57,28 @@ class Race {
     orx::Operands<R> o = o_;
     for (int j = 0; j < f_.shape->inputs; ++j) o.in[j] += from * f_.in_width();
     for (int j = 0; j < f_.shape->outputs; ++j) o.out[j] += from * f_.out_width();
+    if (o.selection) o.selection += from;
     return o;
   }
 
   std::vector<Competitor<R>> competitors;
 
  private:
+  // Twice as large as needed, for the strides.
   R* new_array(int width) {
-    const size_t bytes = (sizeof(R) * static_cast<size_t>(n_ * width) + 63) / 64 * 64;
+    const size_t count = 2 * static_cast<size_t>(n_ * width), bytes = (sizeof(R) * count + 63) / 64 * 64;
     arrays_.emplace_back(static_cast<R*>(std::aligned_alloc(64, bytes)), std::free);
-    std::fill_n(arrays_.back().get(), n_ * width, R(0));
+    std::fill_n(arrays_.back().get(), count, R(0));
     return arrays_.back().get();
+  }
+
+  // For packing: every other element, about half of them, or neighbours out of order.
+  void make_selection() {
+    const bool mask = f_.name.back() == 'M';
+    for (int i = 0; i < n_; ++i)
+      selection_.push_back(mask ? static_cast<int>(random_() >> 16 & 1) : i % kRaceBlock ^ 5);
+    o_.selection = selection_.data();
+    o_.stride = 2;
   }
 
   // Evenly, or evenly in the logarithm over a wide range of positive numbers.
@@ -81,5 +96,6 @@ class Race {
   const int n_;
   std::mt19937 random_;
   orx::Operands<R> o_;
+  std::vector<int> selection_;
   std::vector<std::unique_ptr<R, void (*)(void*)>> arrays_;
 };

@@ -39,14 +39,8 @@
  * modes (errno, message, floating-point exception, callback) act as the mode word tells (orx/tef_mode.h):
  * domain error (1), singularity (2), overflow (3), underflow (4). A NaN goes in and comes out quiet, and is no error.
  *
- * Methods. Exp, Expm1: reduction by ln 2 / 2^k, table of powers, short polynomial (P. T. P. Tang,
- * "Table-driven implementation of the exponential function in IEEE floating-point arithmetic", ACM TOMS 15,
- * 1989). Ln, Log10, Log1p: reduction by a short rounded reciprocal that serves as table index and exact
- * multiplier at once (after W.-F. Wong and E. Goto, "Fast hardware-based algorithms for elementary function
- * computations using rectangular multipliers", IEEE Trans. Computers 43, 1994).
- *
- * The functions follow: name, types, arguments, what they compute on which domain, and the errors that they report. Bounds and
- * special values stand in docs/vector-math.md. */
+ * The functions follow: name, types, arguments, what they compute on which domain, the errors that they report, and the
+ * methods. Bounds and special values stand in docs/vector-math.md. */
 /* begin functions: written by script/reference */
 /*
  *   Abs         s, d   (n, a, r)  |x|
@@ -54,18 +48,26 @@
  *   Exp         s, d   (n, a, r)  e^x
  *                       overflow (3): result above the largest number
  *                       underflow (4): result denormal or 0
+ *                       method: reduction by ln 2 / 2^k, table of powers, short polynomial (P. T. P. Tang, ACM TOMS
+ *                       15, 1989)
  *   Expm1       s, d   (n, a, r)  e^x - 1
  *                       overflow (3): result above the largest number
+ *                       method: as Exp, 1 taken from the high part
  *   LinearFrac  s, d   (n, a, b, scalea, shifta, scaleb, shiftb, r)  (a scalea + shifta) / (b scaleb + shiftb)
  *   Ln          s, d   (n, a, r)  ln x, x >= 0
  *                       domain error (1): x < 0
  *                       singularity (2): x = 0
+ *                       method: doubles: reduction by a short rounded reciprocal, table index and exact multiplier at
+ *                       once (after W.-F. Wong and E. Goto, IEEE Trans. Computers 43, 1994); singles: polynomial on
+ *                       [2/3, 4/3)
  *   Log10       s, d   (n, a, r)  log10 x, x >= 0
  *                       domain error (1): x < 0
  *                       singularity (2): x = 0
+ *                       method: as Ln
  *   Log1p       s, d   (n, a, r)  ln(1 + x), x >= -1
  *                       domain error (1): x < -1
  *                       singularity (2): x = -1
+ *                       method: as Ln for the rounded sum, and what the rounding lost
  *   Mul         s, d   (n, a, b, r)  a b
  *   Sqr         s, d   (n, a, r)  a^2
  *   Sub         s, d   (n, a, b, r)  a - b

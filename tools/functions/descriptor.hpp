@@ -128,6 +128,9 @@ struct Type {
   std::vector<Stratum> strata = {};
   std::vector<Joint> joints = {};
   std::vector<std::vector<double>> cases = {};  // whole elements, all their numbers
+  // Kernels that start from the processor's approximate reciprocal or reciprocal root: bits of their results may differ
+  // between makes of processors.
+  Classes approximate = kNoClass;
   // Results below these are measured in ulps of these: near zeros of the function, where the class promises no
   // relative accuracy.
   Bounds floor = {};
@@ -144,6 +147,7 @@ struct Error {
 struct Descriptor {
   const char* name;           // "Exp"
   const char* computes = "";  // "e^x"
+  const char* method = "";    // and its source, for the header
   // The C library's name for doubles. MPFR, MPC and SLEEF know most functions by the same.
   const char* c_name = "";
   // What the judge knows it by, if by another: a function of MPFR or MPC, or a formula of tools/accuracy/formulas.cpp.

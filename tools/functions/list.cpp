@@ -123,6 +123,10 @@ KernelCall<R> kernel_call(const Function& f) {
       CALL(scalar_second, o.in[0], o.scalar[0], o.out[0]),
       CALL(complex_scalar_second, o.in[0], o.scalar[0], o.scalar[1], o.out[0]),
       CALL(linearfrac, o.in[0], o.in[1], o.scalar[0], o.scalar[1], o.scalar[2], o.scalar[3], o.out[0]),
+      CALL(pack_strided, o.in[0], o.stride, o.out[0], 1),
+      CALL(unpack_strided, o.in[0], o.out[0], o.stride, 1),
+      CALL(pack_selected, o.in[0], o.selection, o.out[0], 1),
+      CALL(unpack_selected, o.in[0], o.out[0], o.selection, 1),
   };
   for (const auto& [shape, call] : calls)
     if (shape == f.shape->name) return call;

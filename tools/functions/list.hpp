@@ -65,10 +65,11 @@ struct Operands {
   const R* in[2] = {};
   R* out[2] = {};
   R scalar[4] = {};
+  long long stride = 1;            // where elements are packed and unpacked
+  const int* selection = nullptr;  // the same: a mask or indices
 };
 
-// How kernels of the function's shape, whose elements are of the real type R, are called on n elements. Not for
-// functions that pack and unpack.
+// How kernels of the function's shape, whose elements are of the real type R, are called on n elements.
 template <class R>
 using KernelCall = void (*)(void (*entry)(), int n, const Operands<R>& o);
 template <class R>

@@ -142,7 +142,38 @@ std::string bounds_table() {
   return table;
 }
 
-// A comment for the header: a line or two for each.
+// The functions whose kernels start from an approximate reciprocal, and in which classes if not in all.
+std::string approximate_list() {
+  std::string list;
+  for (const Function& f : functions()) {
+    std::string classes;
+    for (int i = 0; i < kClassCount; ++i)
+      if (f.descriptor && f.about().approximate >> i & 1)
+        classes += (classes.empty() ? "" : ", ") + std::string(kClassNames[i]);
+    if (classes.empty()) continue;
+    list += (list.empty() ? "" : ", ") + ("`" + f.full_name() + "`");
+    if (f.about().approximate != descriptor::kAllClasses) list += " (" + classes + ")";
+  }
+  return list + ".\n";
+}
+
+// Lines of a comment no wider than the header's.
+std::string wrapped(const std::string& text, size_t indent) {
+  constexpr size_t width = 118;
+  std::istringstream words(text);
+  std::string all, line;
+  const std::string margin = " *" + std::string(indent - 2, ' ');
+  for (std::string word; words >> word;) {
+    if (!line.empty() && indent + line.size() + 1 + word.size() > width) {
+      all += margin + line + "\n";
+      line.clear();
+    }
+    line += (line.empty() ? "" : " ") + word;
+  }
+  return line.empty() ? all : all + margin + line + "\n";
+}
+
+// A comment for the header: some lines for each.
 std::string header_list() {
   std::string list = "/*\n";
   for (const Group& g : groups()) {
@@ -154,7 +185,8 @@ std::string header_list() {
     if (std::strcmp(g.about().domain, "all numbers") != 0) line += ", " + std::string(g.about().domain);
     list += line + "\n";
     for (const descriptor::Error& e : g.about().errors)
-      list += " *" + std::string(23, ' ') + status_name(e.status) + ": " + e.when + "\n";
+      list += wrapped(status_name(e.status) + ": " + e.when, 25);
+    list += wrapped(*g.about().method ? "method: " + std::string(g.about().method) : "", 25);
   }
   return list + " */\n";
 }
@@ -221,6 +253,7 @@ int main(int argc, char** argv) {
     std::string text;
   } parts[] = {{"docs/vector-math.md", "functions", function_table()},
                {"docs/vector-math.md", "bounds", bounds_table()},
+               {"docs/vector-math.md", "approximate", approximate_list()},
                {"include/orx/tef.h", "functions", header_list()},
                {"README.md", "figures", Figures("docs/accuracy.md", "docs/performance.md").table()}};
   bool stale = false;

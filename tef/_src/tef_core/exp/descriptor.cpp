@@ -10,6 +10,7 @@ static constexpr double kLn2 = 0x1.62e42fefa39efp-1;
 static const Entry kEntry{{
     .name = "Exp",
     .computes = "e^x",
+    .method = "reduction by ln 2 / 2^k, table of powers, short polynomial (P. T. P. Tang, ACM TOMS 15, 1989)",
     .c_name = "exp",
     .errors = {{StatusOverflow, "result above the largest number"},
                {StatusUnderflow, "result denormal or 0"}},

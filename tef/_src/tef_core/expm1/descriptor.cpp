@@ -7,6 +7,7 @@ static constexpr double kLn2 = 0x1.62e42fefa39efp-1;
 static const Entry kEntry{{
     .name = "Expm1",
     .computes = "e^x - 1",
+    .method = "as Exp, 1 taken from the high part",
     .c_name = "expm1",
     .errors = {{StatusOverflow, "result above the largest number"}},
     .specials = {{0, 0}, {-0.0, -0.0}, {-kInf, -1}, {kInf, kInf}, {kNaN, kNaN}, {kLeast, kLeast}},

@@ -5,6 +5,9 @@ using namespace orx::descriptor;
 static const Entry kEntry{{
     .name = "Ln",
     .computes = "ln x",
+    .method =
+        "doubles: reduction by a short rounded reciprocal, table index and exact multiplier at once (after "
+        "W.-F. Wong and E. Goto, IEEE Trans. Computers 43, 1994); singles: polynomial on [2/3, 4/3)",
     .c_name = "log",
     .domain = "x >= 0",
     .errors = {{StatusDomain, "x < 0"}, {StatusSingularity, "x = 0"}},
@@ -24,5 +27,6 @@ static const Entry kEntry{{
     .d = {.bounds = {.la = 2.0, .ha = 0.51},
           .timed = {1e-300, 1e300},
           .specials = {{kLeast, -744.44007192138126}},
-          .strata = {hard({0x1.26e9c4d327960p-232, 0x1.613955dc802f8p-35, 0x1.62a88613629b6p678})}},
+          .strata = {hard({0x1.26e9c4d327960p-232, 0x1.613955dc802f8p-35, 0x1.62a88613629b6p678})},
+          .approximate = kAllClasses},
 }};

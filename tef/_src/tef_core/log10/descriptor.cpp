@@ -7,6 +7,7 @@ static constexpr double kLog10Of2 = 0x1.34413509f79ffp-2;
 static const Entry kEntry{{
     .name = "Log10",
     .computes = "log10 x",
+    .method = "as Ln",
     .c_name = "log10",
     .domain = "x >= 0",
     .errors = {{StatusDomain, "x < 0"}, {StatusSingularity, "x = 0"}},
@@ -26,5 +27,6 @@ static const Entry kEntry{{
     .s = {.bounds = {.la = 3.0, .ha = 0.8}, .timed = {1e-37, 1e37}},
     .d = {.bounds = {.la = 2.0, .ha = 0.53},
           .timed = {1e-300, 1e300},
-          .strata = {hard({0x1.e12d66744ff81p429})}},
+          .strata = {hard({0x1.e12d66744ff81p429})},
+          .approximate = kAllClasses},
 }};
