@@ -164,7 +164,7 @@ enum {
   KOB_SS_ERROR_VARIATION = -4017,
   KOB_SS_ERROR_COVARIANCE = -4018,
   KOB_SS_ERROR_CORRELATION = -4019,
-  KOB_SS_ERROR_ACCUMULATED_WEIGHTS = -4020,
+  KOB_SS_ERROR_ACCUMULATED_WEIGHTS = -4020, /* absent */
   KOB_SS_ERROR_QUANTILE_ORDERS = -4021,
   KOB_SS_ERROR_QUANTILE_ORDER_COUNT = -4022, /* absent or bad, or an order outside 0 to 1 */
   KOB_SS_ERROR_QUANTILES = -4023,
@@ -361,6 +361,16 @@ int _kobsSSStreamQuantiles(SSTask* task, long long estimates, long long method,
 
 /* Releases a task's summary; the next stream call starts afresh. Deleting the task does it too. */
 void __kobSQuantilesFreeBuffers(SSTask* task);
+
+/* Folds the results of `other` into those of `task`, as if one task had been given the data of both: moments, covariance
+ * and correlation with the method by which both were made (with KOB_SS_USER_MEAN about the same means), minima and
+ * maxima. Both tasks are of one precision and dimension, have the arrays that the estimates want, and
+ * accumulated weights (KOB_SS_ERROR_ACCUMULATED_WEIGHTS otherwise), which are added. So threads, processes or machines may
+ * each take a part of the data. A failure changes nothing. */
+int __kobdSSJoinBasic(SSTask* task, const SSTask* other, long long estimates, long long method);
+int __kobsSSJoinBasic(SSTask* task, const SSTask* other, long long estimates, long long method);
+int __kobdSSJoinMinmax(SSTask* task, const SSTask* other, long long estimates);
+int __kobsSSJoinMinmax(SSTask* task, const SSTask* other, long long estimates);
 
 /* Adds what the summary of `other` has seen to that of `task`, all of it or nothing: summaries of parts of the data
  * that threads, processes or machines have made become one. Ranks are off by at most eps times the sum of both

@@ -1,6 +1,8 @@
 // Moments, covariance and correlation against a computation in 400 bits; blocks, workers, weights, statuses.
 #include <sys/mman.h>
 
+#include <memory>
+
 #include "mp.hpp"
 #include "ss_test.hpp"
 
@@ -316,6 +318,53 @@ TYPED_TEST(Basic, BlocksAndWorkers) {
         ASSERT_EQ(t.compute_by_blocks(all, weights, sizes, everything, method), 0);
         this->check(t, right, method);
       }
+  }
+}
+
+int fail_once(const std::function<int()>& call) {
+  orx_serv_fail_allocation(1);
+  const int status = call();
+  orx_serv_fail_allocation(0);
+  return status;
+}
+
+// Parts of the data in tasks of their own, joined, give the results of one call over all.
+TYPED_TEST(Basic, PartsJoined) {
+  using T = TypeParam;
+  const int p = 5, n = 1300, ends[] = {0, 2, 4, 700, 700, n};
+  const std::vector<T> rows = this->data(p, n), w = this->weights(n + 1);
+  for (const T* weights : {static_cast<const T*>(nullptr), w.data() + 1}) {
+    const Judge<T> right(rows, weights, p);
+    for (const int method : this->methods) {
+      std::vector<std::unique_ptr<BasicTask<T>>> parts;
+      for (int k = 0; k < 5; ++k) {
+        const int first = ends[k], size = ends[k + 1] - first;
+        std::vector<T> x;
+        for (int i = first; i < first + size; ++i)
+          for (int j = 0; j < p; ++j) x.push_back(rows[size_t(j) * n + i]);
+        x.push_back(0);
+        parts.push_back(std::make_unique<BasicTask<T>>(p, std::max(size, 1), KOB_SS_COLUMNS, x,
+                                                       weights ? weights + first : nullptr));
+        parts[k]->n = size;
+        parts[k]->cov_storage = k % 3;
+        parts[k]->cor_storage = (k + 1) % 3;
+        if (method == KOB_SS_USER_MEAN) this->give_mean(*parts[k], right);
+        ASSERT_EQ(parts[k]->compute(everything, method), 0);
+      }
+      const auto join = [&](int a, int b) {
+        return Api<T>::join(parts[a]->task, parts[b]->task, everything, method);
+      };
+      // An empty part changes nothing and takes no memory.
+      EXPECT_EQ(fail_each_allocation([&] { return join(0, 3); }, [](int) {}), 0);
+      ASSERT_EQ(join(2, 1), 0);
+      ASSERT_EQ(join(4, 2), 0);
+      const std::vector<T> before = parts[0]->cov;
+      EXPECT_EQ(fail_once([&] { return join(0, 4); }), -4000);
+      EXPECT_EQ(parts[0]->cov, before);
+      ASSERT_EQ(join(0, 4), 0);
+      this->near(parts[0]->sums[0], right.W, right.W, "sum of weights");
+      this->check(*parts[0], right, method);
+    }
   }
 }
 

@@ -412,6 +412,24 @@ TYPED_TEST(Covariance, MinimaAndMaximaSeededWithNan) {
   }
 }
 
+TYPED_TEST(Covariance, MinimaAndMaximaJoined) {
+  using T = TypeParam;
+  const T nan = std::numeric_limits<T>::quiet_NaN();
+  std::vector<T> least = {1, 5, nan, -3}, greatest = {2, 6, nan, 4}, other_least = {0, 7, -2, nan},
+                 other_greatest = {1, 9, 3, nan};
+  Task<T> t(4), other(4), narrow(3);
+  EXPECT_EQ(Api<T>::join_minmax(t.task, other.task, KOB_SS_MINIMUM), -4015);
+  t.set(KOB_SS_ID_MINIMUM, least.data());
+  t.set(KOB_SS_ID_MAXIMUM, greatest.data());
+  EXPECT_EQ(Api<T>::join_minmax(t.task, other.task, KOB_SS_MAXIMUM), -4016);
+  other.set(KOB_SS_ID_MINIMUM, other_least.data());
+  other.set(KOB_SS_ID_MAXIMUM, other_greatest.data());
+  EXPECT_EQ(Api<T>::join_minmax(t.task, narrow.task, 0), -4001);
+  ASSERT_EQ(Api<T>::join_minmax(t.task, other.task, KOB_SS_MINIMUM | KOB_SS_MAXIMUM), 0);
+  EXPECT_EQ(least, (std::vector<T>{0, 5, -2, -3}));
+  EXPECT_EQ(greatest, (std::vector<T>{2, 9, 3, 4}));
+}
+
 TYPED_TEST(Covariance, MinmaxStatuses) {
   using T = TypeParam;
   T result = 5;

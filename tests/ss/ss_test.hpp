@@ -23,6 +23,8 @@ struct Api;
     static constexpr auto new_task = __kob##t##SSNewTask;                      \
     static constexpr auto edit = __kob##t##SSEditTask;                         \
     static constexpr auto basic = _kob##t##SSBasic;                            \
+    static constexpr auto join = __kob##t##SSJoinBasic;                        \
+    static constexpr auto join_minmax = __kob##t##SSJoinMinmax;                \
     static constexpr auto quantiles = _kob##t##SSQuantiles;                    \
     static constexpr auto stream_quantiles = _kob##t##SSStreamQuantiles;       \
     static constexpr auto pooled = _kob##t##SSPooledCovariance;                \

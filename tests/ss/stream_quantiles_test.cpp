@@ -76,9 +76,9 @@ TYPED_TEST(StreamQuantiles, RankErrorWithinEps) {
   }
 }
 
-TEST(StreamQuantilesFixed, TenMillionValuesInLittleMemory) {
+TEST(StreamQuantilesFixed, MillionsOfValuesInLittleMemory) {
   const double eps = 0.001;
-  const int n = 10000000, block = 100000;
+  const int n = 2000000, block = 20000;
   std::vector<double> x(n);
   const auto bytes = [] {
     const struct mallinfo2 info = mallinfo2();

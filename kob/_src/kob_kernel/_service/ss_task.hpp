@@ -103,7 +103,7 @@ template <class T>
 struct Observations {
   explicit Observations(const SSTask* task)
       : x(static_cast<const T*>(task->observations)),
-        n(low_word(task->observationCount)),
+        n(task->observationCount ? low_word(task->observationCount) : 0),
         p(low_word(task->dimension)),
         rows(observation_storage(task->obsStorage) == KOB_SS_ROWS) {}
 

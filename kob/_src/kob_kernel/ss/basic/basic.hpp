@@ -98,8 +98,38 @@ struct Earlier {
   double W = 0, W2 = 0;
   const T* array[kArrayCount] = {};
 
+  // Without accumulated weights, or where they are not above 0, nothing came before.
+  explicit Earlier(const SSTask* task) {
+    for (int k = 0; k < kArrayCount; ++k) array[k] = reals<T>(task->*kEstimates[k].array);
+    const T* sums = reals<T>(task->accumWeight);
+    if (!sums || !(sums[0] > 0)) return;
+    W = sums[0];
+    W2 = sums[1];
+  }
+
   bool has(int k) const { return array[k] != nullptr; }
   double operator()(int k, int j) const { return array[k] ? double(array[k][j]) : 0; }
+
+  // A sum of squares or products that a result was made from. Where there were no degrees of freedom, up to the
+  // rounding of W2, the result is NaN, infinite or noise; the sum was 0, if it was taken about the mean of the
+  // data. One about a mean that the user gave is lost.
+  double back_to_sum(double result, unsigned method) const {
+    constexpr double unit = sizeof(T) == sizeof(double) ? 0x1p-52 : 0x1p-23;
+    const bool none = W * W - W2 <= 4 * unit * W * W;
+    return none && method != KOB_SS_USER_MEAN ? 0 : result * freedom(W, W2);
+  }
+  // A central sum of order 2 to 4. One that the caller did not ask for, but that higher orders stand on, is made anew
+  // from the raw moments.
+  double central_sum(int order, int j, unsigned method) const {
+    const Earlier& e = *this;
+    const double mean = e(kMean, j);
+    const int k = central_array(order);
+    if (order == 2)
+      return e.has(k) || !e.has(kRaw2) ? back_to_sum(e(k, j), method) : W * (e(kRaw2, j) - mean * mean);
+    if (order == 3 && !e.has(k) && e.has(kRaw2) && e.has(kRaw3))
+      return W * (e(kRaw3, j) + mean * (2 * mean * mean - 3 * e(kRaw2, j)));
+    return e(k, j) * W;
+  }
 };
 
 template <class T>
@@ -111,7 +141,7 @@ struct Computation {
   unsigned wanted;  // bits of the result arrays
   unsigned method;
   unsigned arrays = 0;  // bits of the running arrays that the kernel updates
-  bool cross = false;   // cross-products are wanted
+  bool cross;           // cross-products are wanted
   Kernel<T> kernel = nullptr;
   int workers = 1;
   Earlier<T> earlier;
@@ -131,7 +161,9 @@ struct Computation {
         selection(t),
         weights(reals<T>(t->weights)),
         wanted(wanted_arrays),
-        method(method_bit) {}
+        method(method_bit),
+        cross(wanted_arrays & bits(kCovariance, kCorrelation)),
+        earlier(t) {}
 
   int p() const { return data.p; }
   // The Fast and the user-mean method leave the products to the BLAS.
@@ -146,16 +178,6 @@ struct Computation {
   double new_W() const { return accumulator(0)[0]; }
   double W() const { return earlier.W + accumulator(0)[0]; }
   double W2() const { return earlier.W2 + accumulator(0)[1]; }
-
-  // A sum of squares or products that an earlier result was made from. Where there were no degrees of
-  // freedom, up to the rounding of W2, the result is NaN, infinite or noise; the sum was 0, if it was taken
-  // about the mean of the data. One about a mean that the user gave is lost.
-  double back_to_sum(double result) const {
-    constexpr double unit = sizeof(T) == sizeof(double) ? 0x1p-52 : 0x1p-23;
-    const double w = earlier.W, w2 = earlier.W2;
-    const bool none = w * w - w2 <= 4 * unit * w * w;
-    return none && method != KOB_SS_USER_MEAN ? 0 : result * freedom(w, w2);
-  }
 };
 
 template <class T>
@@ -207,37 +229,31 @@ bool allocate(Computation<T>& c) {
   return c.workers_block.allocate_zeros(c.worker_size * c.workers) && (!c.cross || allocate_products(c));
 }
 
-// The earlier covariance or correlation as sums, in the lower triangle.
+// The covariance or correlation of earlier results as sums, in the lower triangle.
 template <class T>
-void rebuild_products(Computation<T>& c) {
+void rebuild_products(const Computation<T>& c, const SSTask* task, const Earlier<T>& earlier, T* products) {
   const bool from_cov = c.wanted & bits(kCovariance);
-  const SymmetricMatrix<T> earlier = from_cov ? SymmetricMatrix<T>(c.task->cov, c.task->covStorage, c.p())
-                                              : SymmetricMatrix<T>(c.task->cor, c.task->corStorage, c.p());
+  const SymmetricMatrix<T> given = from_cov ? SymmetricMatrix<T>(task->cov, task->covStorage, c.p())
+                                            : SymmetricMatrix<T>(task->cor, task->corStorage, c.p());
   for (int i = 0; i < c.p(); ++i) {
-    T* row = c.first_products + intptr_t(i) * c.p();
+    T* row = products + intptr_t(i) * c.p();
     for (int j = 0; j <= i; ++j) {
-      double value = earlier.get(i, j);
+      double value = given.get(i, j);
       if (!from_cov && i != j)
-        value = value * __kobdSqrt(double(earlier.get(i, i))) * __kobdSqrt(double(earlier.get(j, j)));
-      row[j] = T(c.back_to_sum(value));
+        value = value * __kobdSqrt(double(given.get(i, i))) * __kobdSqrt(double(given.get(j, j)));
+      row[j] = T(earlier.back_to_sum(value, c.method));
     }
   }
   // Products about 0 until the end.
-  if (c.by_blas()) blas::syr(c.p(), T(c.earlier.W), c.earlier.array[kMean], c.first_products, c.p());
+  if (c.by_blas()) blas::syr(c.p(), T(earlier.W), earlier.array[kMean], products, c.p());
 }
 
 // Nothing of the caller's is changed before all memory is there.
 template <class T>
 int _vSSInitBasic(Computation<T>& c) {
   if (!allocate(c)) return KOB_SS_ERROR_MEMORY;
-  for (int k = 0; k < kArrayCount; ++k) c.earlier.array[k] = reals<T>(c.task->*kEstimates[k].array);
-  if (const T* sums = reals<T>(c.task->accumWeight)) {
-    c.earlier.W = sums[0];
-    c.earlier.W2 = sums[1];
-  }
-  if (!(c.earlier.W > 0)) c.earlier.W = c.earlier.W2 = 0;
   if (c.cross && c.earlier.W > 0)
-    rebuild_products(c);
+    rebuild_products(c, c.task, c.earlier, c.first_products);
   else if (c.cross)
     for (intptr_t i = 0; i < intptr_t(c.p()) * c.p(); ++i) c.first_products[i] = 0;
   for (int t = 0; t < c.workers && c.method == KOB_SS_USER_MEAN; ++t)
@@ -348,28 +364,13 @@ void merge_worker(const Computation<T>& c, int t) {
       return row_at(from, central_array(order), j) + row_at(from, central_low(order), j);
     });
   } else {
-    const int given = c.method == KOB_SS_USER_MEAN ? kRaw2 : kMean;
-    for (int k = given; k < kArrayCount; ++k)
+    for (int k = c.method == KOB_SS_USER_MEAN ? kRaw2 : kMean; k < kArrayCount; ++k)
       for (int j = 0; j < c.p(); ++j) to[k][j] += from[k][j];
   }
   for (int k = 0; k < 4; ++k) a[k] += b[k];
 }
 
 // ---- earlier results ----
-
-// An earlier central sum of order 2 to 4. One that the caller did not ask for, but that higher orders stand on, is
-// made anew from the raw moments.
-template <class T>
-double earlier_sum(const Computation<T>& c, int order, int j) {
-  const Earlier<T>& e = c.earlier;
-  const double mean = e(kMean, j);
-  const int k = central_array(order);
-  if (order == 2)
-    return e.has(k) || !e.has(kRaw2) ? c.back_to_sum(e(k, j)) : e.W * (e(kRaw2, j) - mean * mean);
-  if (order == 3 && !e.has(k) && e.has(kRaw2) && e.has(kRaw3))
-    return e.W * (e(kRaw3, j) + mean * (2 * mean * mean - 3 * e(kRaw2, j)));
-  return e(k, j) * e.W;
-}
 
 // A raw moment of all data from the sum of those of this call.
 template <class T>
@@ -386,41 +387,53 @@ void merge_earlier_sums(const Computation<T>& c) {
     for (int k = c.method == KOB_SS_USER_MEAN ? kRaw2 : kMean; k <= kRaw4; ++k)
       state[k][j] = merged_raw(c, k, j, state[k][j]);
     for (int order = 2; order <= 4 && c.earlier.W > 0; ++order)
-      state[central_array(order)][j] += earlier_sum(c, order, j);
+      state[central_array(order)][j] += c.earlier.central_sum(order, j, c.method);
   }
 }
 
-// The same of the one-pass method, where all of it is about running means.
+// What rounding left over is added where the result is finite.
+inline double whole(const State& state, int k, int low, int j) {
+  const double rest = state[low][j];
+  return rest - rest == 0 ? state[k][j] + rest : state[k][j];
+}
+inline double whole_central(const State& state, int order, int j) {
+  return whole(state, central_array(order), central_low(order), j);
+}
+
+// The one-pass kernels leave the raw moments to be made from the central sums.
+template <class T>
+void make_raw_sums(const Computation<T>& c) {
+  const State state = c.state(0);
+  const double W = c.new_W();
+  for (int j = 0; j < c.p(); ++j) {
+    if (W == 0) state[kMean][j] = state[kMeanLow][j] = 0;
+    const double m = whole(state, kMean, kMeanLow, j), m2 = W * m * m, c2 = whole_central(state, 2, j),
+                 c3 = whole_central(state, 3, j), c4 = whole_central(state, 4, j);
+    state[kRaw2][j] = c2 + m2;
+    state[kRaw3][j] = c3 + m * (3 * c2 + m2);
+    state[kRaw4][j] = c4 + m * (4 * c3 + m * (6 * c2 + m2));
+  }
+}
+
+// The same as for sums where the rest is about running means.
 template <class T>
 void merge_earlier_moments(const Computation<T>& c) {
   const State state = c.state(0);
-  const double W = c.new_W();
-  const auto whole = [&](int k, int low, int j) {
-    const double rest = state[low][j];
-    return rest - rest == 0 ? state[k][j] + rest : state[k][j];
-  };
-  const auto central = [&](int order, int j) { return whole(central_array(order), central_low(order), j); };
-  for (int j = 0; j < c.p(); ++j) {
-    if (W == 0) state[kMean][j] = state[kMeanLow][j] = 0;
-    const double m = whole(kMean, kMeanLow, j), m2 = W * m * m;
-    state[kRaw2][j] = merged_raw(c, kRaw2, j, central(2, j) + m2);
-    state[kRaw3][j] = merged_raw(c, kRaw3, j, central(3, j) + m * (3 * central(2, j) + m2));
-    state[kRaw4][j] =
-        merged_raw(c, kRaw4, j, central(4, j) + m * (4 * central(3, j) + m * (6 * central(2, j) + m2)));
-  }
+  for (int j = 0; j < c.p(); ++j)
+    for (int k = kRaw2; k <= kRaw4; ++k) state[k][j] = merged_raw(c, k, j, state[k][j]);
   if (c.earlier.W > 0) {
     const auto row = [&](int order) { return state[kBlockSums + order - 1]; };
     for (int j = 0; j < c.p(); ++j) {
       const bool known = c.earlier.has(kMean);
       row(1)[j] = known ? (c.earlier(kMean, j) - state[kMean][j]) - state[kMeanLow][j] : 0;
-      for (int order = 2; order <= 4; ++order) row(order)[j] = earlier_sum(c, order, j);
+      for (int order = 2; order <= 4; ++order) row(order)[j] = c.earlier.central_sum(order, j, c.method);
     }
     fold_one_pass(c, c.earlier.W, row(1),
                   [&](int order, int j) { return load<Doubles, true>(row(order) + j); });
   }
   for (int j = 0; j < c.p(); ++j) {
-    state[kMean][j] = whole(kMean, kMeanLow, j);
-    for (int order = 2; order <= 4; ++order) state[central_array(order)][j] = central(order, j);
+    state[kMean][j] = whole(state, kMean, kMeanLow, j);
+    for (int order = 2; order <= 4; ++order) state[central_array(order)][j] = whole_central(state, order, j);
   }
 }
 
@@ -503,6 +516,13 @@ void write_moments(const Computation<T>& c) {
   }
 }
 
+template <class T>
+void finish(const Computation<T>& c) {
+  merge_earlier(c);
+  _vSSFinishBasic(c);
+  write_moments(c);
+}
+
 // ---- the whole ----
 
 template <class T>
@@ -515,7 +535,6 @@ int compute(SSTask* task, unsigned requested, unsigned method, const ThreadingSe
   if (__builtin_popcount(method) != 1) return KOB_SS_ERROR_METHOD;
 
   Computation<T> c(task, wanted, method);
-  c.cross = wanted & bits(kCovariance, kCorrelation);
   choose_kernel(c, tables);
   constexpr int min_share = 1000;
   const ThreadingServices* threading = threading_or_serial(services);
@@ -525,9 +544,8 @@ int compute(SSTask* task, unsigned requested, unsigned method, const ThreadingSe
   if (const int status = _vSSInitBasic(c)) return status;
   threading->parallelRun(c.workers, &c, _vSSBasicThreader<T>);
   for (int t = 1; t < c.workers; ++t) merge_worker(c, t);
-  merge_earlier(c);
-  _vSSFinishBasic(c);
-  write_moments(c);
+  if (c.method == KOB_SS_ONE_PASS) make_raw_sums(c);
+  finish(c);
   return KOB_SS_OK;
 }
 

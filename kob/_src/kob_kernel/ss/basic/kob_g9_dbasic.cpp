@@ -1,4 +1,4 @@
-#include "basic/basic.hpp"
+#include "basic/join.hpp"
 
 using Real = double;
 #include "basic/variants.hpp"
@@ -6,4 +6,8 @@ using Real = double;
 ORX_API int _kobdSSBasic(SSTask* task, long long estimates, long long method,
                          const ThreadingServices* threading) {
   return compute<Real>(task, unsigned(estimates), unsigned(method), threading, kKernelTables);
+}
+
+ORX_API int __kobdSSJoinBasic(SSTask* task, const SSTask* other, long long estimates, long long method) {
+  return join<Real>(task, other, unsigned(estimates), unsigned(method), kKernelTables);
 }

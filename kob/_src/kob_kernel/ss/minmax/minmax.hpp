@@ -100,4 +100,31 @@ int compute(SSTask* task, unsigned estimates, unsigned method) {
   return KOB_SS_OK;
 }
 
+// The extremes of two tasks: those of `other` are so many more values.
+template <class T>
+int join(SSTask* task, const SSTask* other, unsigned estimates) {
+  for (const SSTask* t : {static_cast<const SSTask*>(task), other}) {
+    if (const int status = check_task<T>(t)) return status;
+    if (const int status = check_dimension(t)) return status;
+    if (estimates & KOB_SS_MINIMUM && !t->minimum) return KOB_SS_ERROR_MINIMUM;
+    if (estimates & KOB_SS_MAXIMUM && !t->maximum) return KOB_SS_ERROR_MAXIMUM;
+  }
+  if (value(task, task->dimension) != value(other, other->dimension)) return KOB_SS_ERROR_DIMENSION;
+  const Selection wanted(task);
+  for (int j = 0; j < low_word(task->dimension); ++j) {
+    if (!wanted[j]) continue;
+    if (estimates & KOB_SS_MINIMUM) {
+      T& least = reals<T>(task->minimum)[j];
+      const T x = reals<T>(other->minimum)[j];
+      if (x < least || least != least) least = x;
+    }
+    if (estimates & KOB_SS_MAXIMUM) {
+      T& greatest = reals<T>(task->maximum)[j];
+      const T x = reals<T>(other->maximum)[j];
+      if (x > greatest || greatest != greatest) greatest = x;
+    }
+  }
+  return KOB_SS_OK;
+}
+
 }  // namespace orx::ss::minmax
