@@ -12,10 +12,10 @@ rm -rf "$work"
   -DCMAKE_CXX_FLAGS="${flags[*]} -DOF_THE_USER" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE=-O2 \
   -DCMAKE_EXPORT_COMPILE_COMMANDS=ON > /dev/null
 
-# The targets of the layers and the two libraries, and of those that the project itself has; none of ours beside.
-targets=$(make -C "$work" help | sed -n 's/^\.\.\. \(orx_[a-z0-9_]*\|test_.*\|bench_.*\|raw_words\)$/\1/p' | sort | xargs)
-expected="orx_df orx_distributions orx_g9 orx_primitives orx_serv orx_statistics orx_streams orx_tef"
-[[ $targets == "$expected" ]] || { echo "targets: $targets"; exit 1; }
+# Of all that we can build nothing stands there but the two libraries and their layers.
+beside=$(make -C "$work" help | sed -n 's/^\.\.\. \(orx_[a-z0-9_]*\|test_.*\|bench_.*\|raw_words\)$/\1/p' |
+  grep -vxE 'orx_(g9|serv|primitives|tef(_avx[0-9]*)?|streams|distributions|statistics|df)' || true)
+[[ -z $beside ]] || { echo "it also builds: "$beside; exit 1; }
 "$cmake" --install "$work" --prefix "$work/prefix" > /dev/null
 [[ -z $(find "$work/prefix" -type f 2> /dev/null) ]] || { echo "it installs"; exit 1; }
 
