@@ -186,6 +186,28 @@ struct Staged : Kernel<T(T)> {
   static constexpr Row<T> kFifty = T(50), kTwoThousand = T(2000);
 };
 
+// Singles that are computed in doubles.
+struct InDoubles : Kernel<float(float)> {
+  static constexpr float kSafe = 1.0f;
+  template <class X>
+  static X rare(X a) {
+    return not_below(a, kHundred<float>);
+  }
+  template <class X>
+  static X eval(X a) {
+    const auto wide = widen(a);
+    return narrow(wide * wide + wide);
+  }
+  static int rare_lane(const float* a, float* r) {
+    *r = -*a;
+    return status_of(*a);
+  }
+  static int expected(const float* a, float* r) {
+    *r = *a * *a + *a;
+    return *a < 100 ? StatusOk : rare_lane(a, r);
+  }
+};
+
 // No vector code, and nothing rare.
 template <class E>
 struct Elementwise : ElementKernel<E(E)> {
@@ -339,7 +361,7 @@ using Kernels =
                    Product<float, Scalar<float>>, SumAndSquare<double, 1>, SumAndSquare<double, 2>,
                    SumAndSquare<float, 4>, ComplexProduct<double>, ComplexProduct<float>, Norm<double>,
                    Norm<float>, FromReal<double>, FromReal<float>, PairSum<double>, PairSum<float>,
-                   Staged<double, 1>, Staged<double, 4>, Staged<float, 2>, Elementwise<double>,
+                   Staged<double, 1>, Staged<double, 4>, Staged<float, 2>, InDoubles, Elementwise<double>,
                    Elementwise<Complex<float>>>;
 TYPED_TEST_SUITE(Frame, Kernels);
 
@@ -361,6 +383,130 @@ TYPED_TEST(Frame, InPlace) {
         if (this->HasFatalFailure()) return;
       }
   }
+}
+
+// ---- what lies behind the last element
+// Rare by its scalar argument, as absent elements are then too.
+struct RareByScalar : Kernel<double(double, Scalar<double>)> {
+  template <class X>
+  static X rare(X, X b) {
+    return not_below(b, kHundred<double>);
+  }
+  template <class X>
+  static X eval(X a, X b) {
+    return a * b;
+  }
+  static int rare_lane(const double*, const double* b, double* r) {
+    *r = *b;
+    return StatusOverflow;
+  }
+};
+
+TEST(FrameEnd, AbsentElementsAreNotRepaired) {
+  _tefSetErrorCallBack(record);
+  _tefSetMode(TEF_ERRMODE_CALLBACK);
+  for (int n = 1; n < 12; ++n) {
+    const std::vector<double> a(n, 1.0);
+    std::vector<double> r(n + 8, -77.0);
+    reports.clear();
+    run_kernel<RareByScalar, Named>(n, a.data(), 1e6, r.data());
+    EXPECT_EQ(static_cast<int>(reports.size()), n);
+    for (int i = n; i < n + 8; ++i) EXPECT_EQ(r[i], -77.0) << n;
+  }
+  _tefClearErrorCallBack();
+}
+
+// The error layer counts in elements of the argument: reals here, though the function is complex.
+TEST(FrameErrors, IndexInTheWholeVectorOfReals) {
+  _tefSetErrorCallBack(record);
+  _tefSetMode(TEF_ERRMODE_CALLBACK);
+  std::vector<float> a(20, 1.0f), r(40);
+  a[13] = 1000;
+  reports.clear();
+  orx_tef_kernel_SetInterfInputVectorPointer(a.data());
+  run_kernel<FromReal<float>, Named>(10, a.data() + 7, r.data());
+  orx_tef_kernel_SetInterfInputVectorPointer(nullptr);
+  ASSERT_EQ(reports.size(), 1u);
+  EXPECT_EQ(reports[0].index, 13);
+  _tefClearErrorCallBack();
+}
+
+// ---- control words
+template <Control control>
+struct Third : Kernel<double(double)> {
+  static constexpr Control kControl = control;
+  template <class X>
+  static X eval(X a) {
+    return a / kThree;
+  }
+
+ private:
+  static constexpr Row<double> kThree = 3.0;
+};
+
+uint16_t x87_control() {
+  uint16_t word;
+  asm volatile("fnstcw %0" : "=m"(word));
+  return word;
+}
+void set_x87_control(uint16_t word) { asm volatile("fldcw %0" : : "m"(word)); }
+
+struct ControlWord : ElementKernel<double(double)> {
+  static constexpr Control kControl = Control::kExtended;
+  static int rare_lane(const double*, double* r) {
+    *r = x87_control();
+    return StatusOk;
+  }
+};
+
+TEST(FrameControl, RoundingAndFlushOfEachKind) {
+  constexpr unsigned kUpAndFlush = 0x1F80 | 0x4000 | 0x8040;
+  const double a[2] = {1.0, 5e-308};
+  const double nearest = 1.0 / 3, up = 0x1.5555555555556p-2;
+  double r[2];
+  const auto call = [&](auto kernel) {
+    _mm_setcsr(kUpAndFlush);
+    run_kernel<decltype(kernel), Named>(2, a, r);
+    EXPECT_EQ(_mm_getcsr() & ~0x3Fu, kUpAndFlush);
+    _mm_setcsr(0x1F80);
+  };
+  _tefSetMode(TEF_FLUSH_OFF);
+  call(Third<Control::kMode>{});
+  EXPECT_EQ(r[0], nearest);
+  EXPECT_GT(r[1], 0);
+  call(Third<Control::kUntouched>{});
+  EXPECT_EQ(r[0], up);
+  EXPECT_EQ(r[1], 0);
+  _tefSetMode(TEF_FLUSH_ON);
+  call(Third<Control::kMode>{});
+  EXPECT_EQ(r[0], nearest);
+  EXPECT_EQ(r[1], 0);
+  call(Third<Control::kNearest>{});
+  EXPECT_EQ(r[0], nearest);
+  EXPECT_GT(r[1], 0);
+  _tefSetMode(TEF_FLUSH_OFF);
+}
+
+TEST(FrameControl, X87WordIsExtendedInsideAndTheCallersAfterwards) {
+  const uint16_t caller = x87_control();
+  const double a[1] = {};
+  double r[1];
+  for (const uint16_t word : {0x027F, 0x0B7F, 0x037F}) {  // double; up and extended; nothing to change
+    set_x87_control(word);
+    run_kernel<ControlWord, Named>(1, a, r);
+    EXPECT_EQ(x87_control(), word);
+    EXPECT_EQ(static_cast<int>(r[0]) & 0xFFF, (word & 0xFF) | 0x300);
+  }
+  set_x87_control(caller);
+}
+
+// Nothing is touched for no elements, nor asked.
+TEST(FrameControl, NoElements) {
+  _mm_setcsr(0x7F80);
+  run_kernel<Third<Control::kMode>, Named>(0, static_cast<const double*>(nullptr),
+                                           static_cast<double*>(nullptr));
+  EXPECT_EQ(_mm_getcsr(), 0x7F80u);
+  _mm_setcsr(0x1F80);
 }
 
 }  // namespace

@@ -8,20 +8,20 @@
 ORX_ISA_BEGIN(orx::tef)
 
 // The constants of HA and LA, and those of EP: 1/L; a shifter, which leaves n and the exponent's bias in the low bits; L;
-// (e^r - 1 - r) / r^2. L_hi is short, so that its product with an integer is exact. From `lowest` down the result is
-// -1, and what makes it up would underflow.
+// (e^r - 1 - r) / r^2. L_hi is short, so that its product with an integer is exact. Where T s is down to `least` the
+// result is -1 already, and products with less might underflow.
 template <class T>
-inline constexpr T kLowestExpm1 = sizeof(T) == 8 ? -64 : -32;
+inline constexpr T kLeastExpm1 = sizeof(T) == 8 ? T(0x1p-200) : T(0x1p-50);
 template <class T, class Word>
 struct Expm1Constants {
   Row<T> inv_L, shifter, L_hi, L_lo, c[4];
   Row<Word> leading_bits;
-  Row<T> minus_one = T(-1), lowest = kLowestExpm1<T>;
+  Row<T> minus_one = T(-1), least = kLeastExpm1<T>;
 };
 template <class T>
 struct Expm1EpConstants {
   Row<T> inv_L, shifter, L, c[2];
-  Row<T> minus_one = T(-1), lowest = kLowestExpm1<T>;
+  Row<T> minus_one = T(-1), least = kLeastExpm1<T>;
 };
 
 // The common reduction: N, n in its low bits; and x - n L before its low part is taken off.
@@ -39,9 +39,8 @@ struct Expm1Reduction {
 template <class D>
 struct Expm1HA : D {
   template <class X>
-  static X eval(X x_exact) {
+  static X eval(X x) {
     const auto& d = D::kData;
-    const X x = max(x_exact, d.lowest);
     const Expm1Reduction<D, X> n(x);
     const X w = n.Nf * d.L_lo;
     const X r = n.r1 - w;
@@ -51,7 +50,7 @@ struct Expm1HA : D {
     const X c = r2 * polynomial(r, r2, d.c);
     X high, rest;
     D::powers(n.N, high, rest);
-    const X Ts = high * scale_from<D::kB>(n.N);
+    const X Ts = max(high * scale_from<D::kB>(n.N), d.least);
     const auto u = two_sum(Ts, constant<X>(d.minus_one));
     const auto v = fast_two_sum(u.high, Ts * r_hi);
     const X tail = c + (r_lo + multiply_add(rest, r + c, rest));
@@ -64,16 +63,15 @@ struct Expm1HA : D {
 template <class D>
 struct Expm1LA : D {
   template <class X>
-  static X eval(X x_exact) {
+  static X eval(X x) {
     const auto& d = D::kData;
-    const X x = max(x_exact, d.lowest);
     const Expm1Reduction<D, X> n(x);
     const X r = subtract_product(n.r1, n.Nf, d.L_lo);
     const X r2 = r * r;
     const X p = multiply_add(r2, polynomial(r, r2, d.c), r);
     X high, rest;
     D::powers(n.N, high, rest);
-    const X Ts = high * scale_from<D::kB>(n.N);
+    const X Ts = max(high * scale_from<D::kB>(n.N), d.least);
     const X y = multiply_add(Ts, p + multiply_add(rest, p, rest), Ts + d.minus_one);
     return with_sign_of(y, x);
   }
@@ -83,13 +81,12 @@ struct Expm1LA : D {
 template <class D>
 struct Expm1EP : D {
   template <class X>
-  static X eval(X x_exact) {
+  static X eval(X x) {
     const auto& d = D::kEpData;
-    const X x = max(x_exact, d.lowest);
     const X N = multiply_add(x, d.inv_L, d.shifter);
     const X r = subtract_product(x, N - d.shifter, d.L);
     const X p = multiply_add(r * r, multiply_add(r, d.c[1], d.c[0]), r);
-    const X Ts = D::power(N) * scale_from<D::kEpB>(N);
+    const X Ts = max(D::power(N) * scale_from<D::kEpB>(N), d.least);
     return with_sign_of(multiply_add(Ts, p, Ts + d.minus_one), x);
   }
 };

@@ -9,8 +9,8 @@ alignas(64) constexpr double kPowersOfTwo128[128][2] = {
 #include "expm1/vdexpm1.inc"
 };
 
-// |x| is rare below 2^-54 and from 707.7033 on.
-constexpr Row<double> kTiny = 0x1p-54, kRareFrom = 0x1.61da04cbafe43p+9;
+// |x| is rare below 2^-500, where it is the result and its square underflows, and from 707.7033 on.
+constexpr Row<double> kTiny = 0x1p-500, kRareFrom = 0x1.61da04cbafe44p+9;
 
 struct dExpm1 : Kernel<double(double)> {
   // L = ln 2/128; |r| <= ln2/256, to 2^-56.1 of e^r - 1
@@ -42,7 +42,8 @@ struct dExpm1 : Kernel<double(double)> {
   }
   template <class X>
   static X rare(X x) {
-    return outside(magnitude(x), kTiny, kRareFrom);
+    const X size = magnitude(x);
+    return bit_or(not_below(size, kRareFrom), less(size, kTiny));
   }
   // Where x is tiny it is the result. Far below 0 the result is -1, and no underflow is told. The others are so
   // large that e^x - 1 is e^x.

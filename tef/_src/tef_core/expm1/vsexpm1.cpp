@@ -9,7 +9,7 @@ alignas(64) constexpr float kPowersOfTwo4[2][8] = {
 #include "expm1/vsexpm1.inc"
 };
 
-constexpr Row<float> kTiny = 0x1p-26f, kRareFrom = 0x1.5d589ep+6f;
+constexpr Row<float> kTiny = 0x1p-60f, kRareFrom = 0x1.5d58ap+6f;
 
 struct sExpm1 : Kernel<float(float)> {
   static constexpr int kTogether = 2;
@@ -38,7 +38,8 @@ struct sExpm1 : Kernel<float(float)> {
   }
   template <class X>
   static X rare(X x) {
-    return outside(magnitude(x), kTiny, kRareFrom);
+    const X size = magnitude(x);
+    return bit_or(not_below(size, kRareFrom), less(size, kTiny));
   }
   // Where x is tiny it is the result. Far below 0 the result is -1, and no underflow is told. The others are so
   // large that e^x - 1 is e^x.

@@ -37,4 +37,19 @@ inline Vec<T, 1> exact_result(Vec<T, 1> x) {
   return x + broadcast<X>(hidden(T(-0.0)));
 }
 
+// For functions whose result is x where x is tiny: raises underflow where x is denormal. The product with a number next
+// to 1 is inexact, and denormal with x. x is finite and not among the largest. As a step of its own, or with the
+// product's sign put to use: which is quicker depends on the kernel.
+template <class T>
+constexpr Row<T> kNextToOne = 1 + std::numeric_limits<T>::epsilon();
+template <class T, int n>
+inline void raise_underflow_of_denormals(Vec<T, n> x) {
+  const Vec<T, n> product = x * kNextToOne<T>;
+  for (int i = 0; i < n; ++i) asm volatile("" : : "x"(product.v[i]));
+}
+template <class T, int n>
+inline Vec<T, n> with_sign_and_underflow_of(Vec<T, n> y, Vec<T, n> x) {
+  return with_sign_of(y, x * kNextToOne<T>);
+}
+
 ORX_ISA_END

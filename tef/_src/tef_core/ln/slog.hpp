@@ -79,14 +79,14 @@ inline X sln_ha(const SingleLogParts<X>& p, X t) {
   return S + (c + (p.k * d.L_lo + (t + f.low)));
 }
 template <class X>
-inline X sln_la(const SingleLogParts<X>& p, X e) {
-  const X e2 = e * e;
-  return (p.k * vsln_data.L + e) + e2 * polynomial(e, e2, vsln_data.la);
+inline X sln_la(const SingleLogParts<X>& p, X t) {
+  const X e = p.e(), e2 = e * e;
+  return (p.k * vsln_data.L + (e + t)) + e2 * polynomial(e, e2, vsln_data.la);
 }
 template <class X>
-inline X sln_ep(const SingleLogParts<X>& p, X e) {
-  const X e2 = e * e;
-  return (p.k * vsln_data.L + e) + e2 * polynomial(e, e2, vsln_data.ep);
+inline X sln_ep(const SingleLogParts<X>& p, X t) {
+  const X e = p.e(), e2 = e * e;
+  return (p.k * vsln_data.L + (e + t)) + e2 * polynomial(e, e2, vsln_data.ep);
 }
 
 struct SlnHA {
@@ -98,13 +98,13 @@ struct SlnHA {
 struct SlnLA {
   template <class X>
   static X log(const SingleLogParts<X>& p) {
-    return sln_la(p, p.e());
+    return sln_la(p, X{});
   }
 };
 struct SlnEP {
   template <class X>
   static X log(const SingleLogParts<X>& p) {
-    return sln_ep(p, p.e());
+    return sln_ep(p, X{});
   }
 };
 

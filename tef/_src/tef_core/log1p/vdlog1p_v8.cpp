@@ -52,24 +52,21 @@ template <class X>
 inline X high_word_above(X x, int32_t word) {
   return reals<X>(greater(words_of(x), word));
 }
-// High words: of 2^-54, below which x is the result; of 2^512, from where on 1 does not matter and the square of the
+// High words: of 2^512, from where on 1 does not matter and the square of the
 // reciprocal might underflow; of infinity.
-constexpr int32_t kTiny = 0x3C900000, kLarge = 0x5FF00000, kInfinity = 0x7FF00000;
+constexpr int32_t kLarge = 0x5FF00000, kInfinity = 0x7FF00000;
 
-// Rare are x up to -1, tiny and large x, infinities and NaN.
+// Rare are x up to -1, large x, infinities and NaN.
 template <class Log>
 struct dLog1p : Kernel<double(double)> {
   template <class X>
   static X rare(X x) {
     const auto words = words_of(x);
     const auto low = words & greater(words, static_cast<int32_t>(0xBFEFFFFF));
-    const auto tiny = words_of(magnitude(x)) - kTiny;  // negative if it is
-    return reals<X>(greater(words, kLarge - 1) | low | tiny);
+    return reals<X>(greater(words, kLarge - 1) | low);
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {
-    left.finish(spread_signs(reals<X>(words_of(magnitude(x)) - kTiny)),
-                [&](X tiny) { return exact_result(bit_and(tiny, x)); });
     const X infinite = spread_signs(high_word_above(x, kInfinity - 1));
     left.finish(bit_or(unordered(x, x), infinite),
                 [&](X special) { return bit_and(special, x) + bit_and(special, x); });
@@ -87,7 +84,7 @@ struct dLog1pHA : dLog1p<LogHA<LnDescription>> {
     const Log1pParts<X> p(x);
     // ln(1 + e + t) = ln(1 + e) + t/(1 + e), and e is small
     const X q = LnDescription::polynomial_ha(p.e) + (p.t - p.t * p.e);
-    return with_sign_of(log_ha<LnDescription>(p.k, p.R, p.e, q), x);
+    return with_sign_and_underflow_of(log_ha<LnDescription>(p.k, p.R, p.e, q), x);
   }
 };
 template <bool ep>
@@ -95,8 +92,9 @@ struct dLog1pLow : dLog1p<LogLA<LnDescription, ep>> {
   template <class X>
   static X eval(X x) {
     const Log1pParts<X> p(x);
-    const X e = p.e + p.t;
-    return with_sign_of(log_la<LnDescription>(p.k, p.R, e, LnDescription::polynomial_la<ep>(e)), x);
+    // The higher terms do without t, whose square might underflow.
+    return with_sign_and_underflow_of(
+        log_la<LnDescription>(p.k, p.R, p.e + p.t, LnDescription::polynomial_la<ep>(p.e)), x);
   }
 };
 using dLog1pLA = dLog1pLow<false>;

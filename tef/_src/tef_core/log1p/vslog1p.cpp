@@ -8,9 +8,9 @@ namespace {
 
 struct sLog1pData {
   Row<float> one = 1.0f;
-  // Rare are x up to -1, tiny x, which is the result, and x so large that 1 does not matter and the square of the
+  // Rare are x up to -1, and x so large that 1 does not matter and the square of the
   // reciprocal might underflow.
-  Row<float> above_minus_one = -0x1.fffffep-1f, tiny = 0x1p-26f, largest = 0x1p60f;
+  Row<float> above_minus_one = -0x1.fffffep-1f, largest = 0x1p60f;
 };
 constexpr sLog1pData vslog1p_data{};
 
@@ -30,12 +30,11 @@ struct sLog1p : Kernel<float(float)> {
   template <class X>
   static X rare(X x) {
     const auto& d = vslog1p_data;
-    return bit_or(outside(x, d.above_minus_one, d.largest), less(magnitude(x), d.tiny));
+    return outside(x, d.above_minus_one, d.largest);
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {
     const auto& d = vslog1p_data;
-    left.finish(less(magnitude(x), d.tiny), [&](X tiny) { return exact_result(bit_and(tiny, x)); });
     finish_single_log<Log>(x, d.largest, left);
   }
   // What is left is to be reported.
@@ -51,6 +50,7 @@ struct sLog1p : Kernel<float(float)> {
 struct sLog1pHA : sLog1p<SlnHA> {
   template <class X>
   static X eval(X x) {
+    raise_underflow_of_denormals(x);
     const Log1pArgument<X> a(x);
     const SingleLogParts<X> p(a.u);
     const X t = a.lost * p.scale;
@@ -64,7 +64,7 @@ struct sLog1pLA : sLog1p<SlnLA> {
   static X eval(X x) {
     const Log1pArgument<X> a(x);
     const SingleLogParts<X> p(a.u);
-    return with_sign_of(sln_la(p, p.e() + a.lost * p.scale), x);
+    return with_sign_and_underflow_of(sln_la(p, a.lost * p.scale), x);
   }
 };
 struct sLog1pEP : sLog1p<SlnEP> {
@@ -72,7 +72,7 @@ struct sLog1pEP : sLog1p<SlnEP> {
   static X eval(X x) {
     const Log1pArgument<X> a(x);
     const SingleLogParts<X> p(a.u);
-    return with_sign_of(sln_ep(p, p.e() + a.lost * p.scale), x);
+    return with_sign_and_underflow_of(sln_ep(p, a.lost * p.scale), x);
   }
 };
 
