@@ -21,7 +21,7 @@ static const Entry kEntry{{
     .strata = {multiples({kPi / 2, kPi, kPi / 256}, -65568, 65568), multiples({kPi / 2}, 0x1p16, 0x1p25),
                around({kPi / 2, kPi / 4, kPi, 65568, 16777216, 10000, 0x1p30, 0x1p53})},
     .zero_signs_free = kHA,
-    .s = {.bounds = {.la = 2.5, .ha = 0.6}, .timed = {-1000, 1000}, .floor = {.ep = 1}},
+    .s = {.bounds = {.la = 2.5, .ha = 0.65}, .timed = {-1000, 1000}, .floor = {.ep = 1}},
     .d = {.bounds = {.la = 2.5, .ha = 0.52},
           .timed = {-1000, 1000},
           .strata = {logarithmic(1, 0x1.fffffffffffffp1023),

@@ -33,7 +33,7 @@ inline constexpr vdsin_data_ha_type vdsin_data_ha{};
 
 // r without what is too small to be squared, and +0 for -0, which keeps the sign of zero in r + r^3 p for p < 0.
 template <class X>
-inline X without_tiny(X r, const Row<double>& large) {
+inline X without_tiny(X r, const Row<typename X::Element>& large) {
   return (r + large) - large;
 }
 
@@ -109,8 +109,9 @@ struct vdsin_data_type {
 inline constexpr vdsin_data_type vdsin_data{};
 
 // sin of x, or of x + pi/2: then n counts from a half.
-template <bool cosine, bool ep, class X>
-inline X sine_by_polynomial(X x) {
+template <bool cosine, bool ep, int vectors>
+inline Vec<double, vectors> sine_by_polynomial(Vec<double, vectors> x) {
+  using X = Vec<double, vectors>;
   const auto& d = vdsin_data;
   if constexpr (cosine) x = x + d.large;  // what is too small to be multiplied does not show in the result
   const X N = (cosine ? multiply_add(x, d.inv, d.half) : x * d.inv) + d.shifter;
@@ -123,12 +124,13 @@ inline X sine_by_polynomial(X x) {
   return bit_xor(r + cube_term, reals<X>(shift_left<63>(bits(N))));
 }
 
-template <Wanted wanted, bool ep, class X>
-inline auto wanted_by_polynomial(X x) {
+// What is wanted of sine(std::false_type) and, for the cosine, sine(std::true_type).
+template <Wanted wanted, class Sine>
+inline auto chosen(Sine sine) {
   if constexpr (wanted == Wanted::Both)
-    return Two<X>{sine_by_polynomial<false, ep>(x), sine_by_polynomial<true, ep>(x)};
+    return Two<decltype(sine(std::false_type()))>{sine(std::false_type()), sine(std::true_type())};
   else
-    return sine_by_polynomial<wanted == Wanted::Cosine, ep>(x);
+    return sine(std::bool_constant<wanted == Wanted::Cosine>());
 }
 
 // ---- the kernels
@@ -176,7 +178,7 @@ struct vdsin_low : vdsin_kernel<wanted> {
   }
   template <class X>
   static auto eval(X x) {
-    return wanted_by_polynomial<wanted, ep>(x);
+    return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, ep>(x); });
   }
 
  private:

@@ -1,0 +1,91 @@
+// Sine and cosine of single precision. HA computes in double, by the polynomial that is EP there; LA and EP subtract
+// multiples of pi in single precision. Large arguments go by the digits of 1/(2 pi), in double.
+#pragma once
+#include "sin/vdsincos.hpp"
+
+ORX_ISA_BEGIN(orx::tef)
+
+struct vssin_data_type {
+  Row<float> inv = 0x1.45f306p-2f;  // 1/pi
+  Row<float> shifter = 0x1.8p+23f, half = 0.5f;
+  // pi; all parts but the last have 12 bits, so that their products with n, and with a half of it, are exact
+  Row<float> p1 = 0x1.92p+1f, p2 = 0x1.fb4p-11f, p3 = 0x1.444p-23f, p4 = 0x1.68c234p-38f;
+  Row<float> ep_p3 = 0x1.4442d2p-23f;
+  Row<float> large = 0x1p-30f;
+  // (sin r - r)/r^3, |r| <= pi/2: to 2^-27.2 of sin r and to 2^-12.8 of sin r
+  Row<float> c[4] = {-0x1.55554cp-3f, 0x1.110edap-7f, -0x1.9f70fp-13f, 0x1.5dc902p-19f};
+  Row<float> ep[2] = {-0x1.543b6ep-3f, 0x1.f5c54cp-8f};
+};
+inline constexpr vssin_data_type vssin_data{};
+
+// sin of x, or of x + pi/2: then n counts from a half.
+template <bool cosine, bool ep, int vectors>
+inline Vec<float, vectors> sine_by_polynomial(Vec<float, vectors> x) {
+  using X = Vec<float, vectors>;
+  const auto& d = vssin_data;
+  if constexpr (cosine) x = x + d.large;  // what is too small to be multiplied does not show in the result
+  const X N = (cosine ? multiply_add(x, d.inv, d.half) : x * d.inv) + d.shifter;
+  const X n = cosine ? (N - d.shifter) - d.half : N - d.shifter;
+  const X r2 = (x - n * d.p1) - n * d.p2;
+  const X r = ep ? r2 - n * d.ep_p3 : (r2 - n * d.p3) - n * d.p4;
+  const X q = cosine ? r : without_tiny(r, d.large), square = q * q;
+  X p;
+  if constexpr (ep)
+    p = polynomial(square, square, d.ep);
+  else
+    p = polynomial(square, square * square, d.c);
+  return bit_xor(r + (q * square) * p, reals<X>(shift_left<31>(bits(N))));
+}
+
+// A function of doubles for singles: f gives one result, or two.
+template <class X, class F>
+inline auto in_double(X x, F f) {
+  const auto y = f(widen(x));
+  if constexpr (std::is_same_v<std::decay_t<decltype(y)>, decltype(widen(x))>)
+    return narrow(y);
+  else
+    return Two<X>{narrow(y.first), narrow(y.second)};
+}
+
+// The scalar routine, for what is not finite; the status to report.
+int vssin_cout_rare(const float* a, float* r);
+
+template <Wanted wanted>
+struct vssin_kernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<float>, float>(float)> {
+  template <class X>
+  static auto rare(X x) {
+    return not_below(magnitude(x), kFrom);
+  }
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    left.finish(at_most(magnitude(x), kLargest),
+                in_double(x, [](auto wide) { return wanted_of<wanted>(reduce_by_digits(wide)); }));
+  }
+  static int rare_lane(const float* a, float* r) { return vssin_cout_rare(a, r); }
+  static int rare_lane(const float* a, float* r, float* r2) {
+    const int status = vssin_cout_rare(a, r);
+    *r2 = *r;
+    return status;
+  }
+
+ private:
+  static constexpr Row<float> kFrom = 10000.0f, kLargest = FLT_MAX;
+};
+template <Wanted wanted>
+struct vssin_ha : vssin_kernel<wanted> {
+  template <class X>
+  static auto eval(X x) {
+    return in_double(x, [](auto wide) {
+      return chosen<wanted>([wide](auto cosine) { return sine_by_polynomial<cosine, true>(wide); });
+    });
+  }
+};
+template <Wanted wanted, bool ep>
+struct vssin_low : vssin_kernel<wanted> {
+  template <class X>
+  static auto eval(X x) {
+    return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, ep>(x); });
+  }
+};
+
+ORX_ISA_END
