@@ -554,8 +554,13 @@ int _kobsRngBeta(int method, KobStream* stream, int n, float r[], float p, float
 int _kobiRngBinomial(int method, KobStream* stream, int n, int32_t r[], int32_t trials, double p);
 
 /* Poisson with that mean: e^-mean mean^k / k!. Method 0: exact, by inversion below a mean of 27, by algorithm PTPE
- * (Schmeiser and Kachitvichyanukul 1981) from there on. A mean below 0 counts as 0. Other methods: KOB_ERROR_METHOD. */
+ * (Schmeiser and Kachitvichyanukul 1981) from there on. Method 1: the whole part of a polynomial in a normal number of
+ * single precision, one uniform a number; not exact, the total variation from the law is below 1e-4 for means up to 1e6
+ * (below a mean of 1 by inversion). A mean below 0 counts as 0. Other methods: KOB_ERROR_METHOD. */
 int _kobiRngPoisson(int method, KobStream* stream, int n, int32_t r[], double mean);
+
+/* The same for n means, each number with its own, by method 1. */
+int _kobiRngPoissonV(int method, KobStream* stream, int n, int32_t r[], const double means[]);
 
 /* Marked items in a sample without replacement from a lot with so many marked ones: C(marked, k) C(lot - marked,
  * sample - k) / C(lot, sample). Mode 40 or more above the least number, after folding: algorithm H2PE
@@ -568,6 +573,26 @@ int _kobiRngHypergeometric(int method, KobStream* stream, int n, int32_t r[], in
  * rejection for a of 1 or more and a Poisson number of a gamma mean for a below 1. KOB_ERROR_BAD_ARG for parameters
  * that are none. */
 int _kobiRngNegbinomial(int method, KobStream* stream, int n, int32_t r[], double a, double p);
+
+/* ---- vectors of normal numbers ----
+ *
+ * n vectors of dimen components to r, vector after vector: normal with mean a and the covariance whose Cholesky factor t
+ * is, from independent numbers by that method of Gaussian, n dimen of them in the order of r. t by mstorage: 0 the upper
+ * triangle of a full matrix, column by column, whose transpose multiplies (covariance t' t); 1 the lower triangle packed
+ * by columns, which multiplies as it is (t t'); 2 its diagonal. With any other mstorage r holds the independent numbers.
+ * Of dimen 1 it is Gaussian with mean a[0] and deviation t[0]. Statuses are those of Gaussian. */
+int _kobdRngGaussianMV(int method, KobStream* stream, int n, double r[], int dimen, int mstorage,
+                       const double a[], const double t[]);
+int _kobsRngGaussianMV(int method, KobStream* stream, int n, float r[], int dimen, int mstorage,
+                       const float a[], const float t[]);
+
+/* The inverse of a symmetric positive definite p by p matrix in its place: of p up to 3 by cofactors, without a check
+ * (infinities where the determinant is 0); from 4 on by Cholesky's factor, the upper triangle alone, column by column. When
+ * that factor does not exist the matrix is given back by orx_serv_deallocate and the status is
+ * KOB_SS_ERROR_INVERSE_FACTOR (-5041); when it cannot be inverted, KOB_SS_ERROR_INVERSE (-5042) and the matrix stays the
+ * caller's. */
+int __kobdInvCov(int p, double matrix[]);
+int __kobsInvCov(int p, float matrix[]);
 
 #ifdef __cplusplus
 }

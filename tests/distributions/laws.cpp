@@ -286,6 +286,20 @@ void add_counts(Laws& laws) {
         named("Poisson", {mean}),
         [=](KobStream* s, int n, int32_t* r) { return _kobiRngPoisson(0, s, n, r, mean); },
         [=](double x) { return poisson_below(x, mean); });
+  // Near the law: as far as the tables promise, and what singles add.
+  for (double mean : {0.01, 0.5, 0.99, 1.0, 1.5, 3.7, 10.0, 25.0, 63.0, 99.0, 100.0, 1e3, 1e5, 1e7}) {
+    laws.integer(
+        named("Poisson normal", {mean}),
+        [=](KobStream* s, int n, int32_t* r) { return _kobiRngPoisson(1, s, n, r, mean); },
+        [=](double x) { return poisson_below(x, mean); }, 1e-4);
+    laws.integer(
+        named("PoissonV", {mean}),
+        [=](KobStream* s, int n, int32_t* r) {
+          const std::vector<double> means(static_cast<size_t>(n), mean);
+          return _kobiRngPoissonV(0, s, n, r, means.data());
+        },
+        [=](double x) { return poisson_below(x, mean); }, 1e-4);
+  }
   constexpr int32_t urns[][3] = {{200, 40, 50},
                                  {200, 160, 50},
                                  {200, 40, 150},

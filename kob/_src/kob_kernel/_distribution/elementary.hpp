@@ -59,8 +59,8 @@ inline void sincos_of_turns(int count, const Real* u, Real* sine, Real* cosine) 
 // tan x in place for |x| up to pi / 2 as the type has it, which is no pole.
 template <class Real>
 inline void tangents(int count, Real* x) {
-  constexpr Real half_pi = Real(0x1.921fb54442d18469898cc517018p+0L);
-  constexpr Real rest = Real(0x1.921fb54442d18469898cc517018p+0L - static_cast<long double>(half_pi));
+  constexpr Real half_pi = Real(0x1.921fb54442d18p+0);
+  constexpr Real rest = sizeof(Real) == 8 ? Real(0x1.1a62633145c07p-54) : Real(-0x1.777a5cp-25);
   for (int i = 0; i < count; ++i) {
     const Real magnitude = x[i] < 0 ? -x[i] : x[i];
     const bool far = magnitude > Real(0.78539816339744831);
@@ -71,10 +71,20 @@ inline void tangents(int count, Real* x) {
   }
 }
 
-// erfinv x in place for a block of |x| <= 1; the ends give `lower_end` and `upper_end`.
+// Stand in for ErfInv at -1 and 1. That they do not mirror each other is on purpose: numbers drawn so far are to be
+// drawn again.
 template <class Real>
-inline void inverse_error_functions(const VectorMath& math, int count, Real* x, Real lower_end,
-                                    Real upper_end) {
+constexpr Real kLowerEnd = -0x1.88bb0708b16b6p-1;
+template <class Real>
+constexpr Real kUpperEnd = 0x1.7744f8f74e94ap+2;
+template <>
+constexpr float kLowerEnd<float> = -1.0837466f;
+template <>
+constexpr float kUpperEnd<float> = 3.832507f;
+
+// erfinv x in place for a block of |x| <= 1.
+template <class Real>
+inline void inverse_error_functions(const VectorMath& math, int count, Real* x) {
   constexpr bool wide = sizeof(Real) == 8;
   if (count < 1) return;
   Real w[kBlock];
@@ -98,7 +108,7 @@ inline void inverse_error_functions(const VectorMath& math, int count, Real* x, 
       y = ends[k] * polynomial(t, kTailDouble);
     else
       y = ends[k] * polynomial(t, kTailSingle);
-    x[tail[k]] = ends[k] <= -1 ? lower_end : ends[k] >= 1 ? upper_end : y;
+    x[tail[k]] = ends[k] <= -1 ? kLowerEnd<Real> : ends[k] >= 1 ? kUpperEnd<Real> : y;
   }
 }
 

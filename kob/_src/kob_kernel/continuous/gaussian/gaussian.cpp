@@ -9,17 +9,6 @@ using namespace orx::rng;
 static int _vdCallBack(TefErrorContext* error) { return on_pole<double>(error); }
 static int _vsCallBack(TefErrorContext* error) { return on_pole<float>(error); }
 
-// Stand in for ErfInv at -1 and 1. That they do not mirror each other is on purpose: numbers drawn so far are to be
-// drawn again.
-template <class Real>
-constexpr Real kLowerEnd = -0x1.88bb0708b16b6p-1;
-template <class Real>
-constexpr Real kUpperEnd = 0x1.7744f8f74e94ap+2;
-template <>
-constexpr float kLowerEnd<float> = -1.0837466f;
-template <>
-constexpr float kUpperEnd<float> = 3.832507f;
-
 template <class Real>
 static int box_muller(const VectorMath& math, KobStream* stream, int n, Real* r, Real a, Real sigma) {
   Real u[2 * kBlock], radius[kBlock], sine[kBlock], cosine[kBlock];
@@ -84,7 +73,7 @@ template <class Real>
 static int icdf(const VectorMath& math, KobStream* stream, int n, Real* r, Real a, Real sigma) {
   const Real scale = Real(0x1.6a09e667f3bcdp+0) * sigma;
   return transformed_uniforms<Real>(stream, n, r, -1, 1, [&](int count, Real* x) {
-    inverse_error_functions(math, count, x, kLowerEnd<Real>, kUpperEnd<Real>);
+    inverse_error_functions(math, count, x);
     for (int i = 0; i < count; ++i) x[i] = a + scale * x[i];
   });
 }
