@@ -59,6 +59,7 @@ enum {
   ORX_DF_ERROR_RESULT_HINT = -1034,       /* unknown result hint of integration */
   ORX_DF_ERROR_CHECK_FLAG = -1036,        /* check flag neither 0 nor 1 */
   ORX_DF_ERROR_SINGULAR = -1500,          /* the system of a cubic spline has a pivot of 0 */
+  ORX_DF_ERROR_OUTSIDE = -1600,           /* a site outside the partition, by orx_df_kernel_dErrorOutside */
   ORX_DF_ERROR_BREAKPOINT = -1000000      /* and below: a bad breakpoint, see ORX_DF_CHECK_FLAG */
 };
 
@@ -270,6 +271,27 @@ int32_t orx_df_kernel_dDFAkimaCubicSpline1D(DFTask* task, int64_t type, int64_t 
 int32_t orx_df_kernel_sDFAkimaCubicSpline1D(DFTask* task, int64_t type, int64_t method,
                                             const ThreadingServices* threading);
 
+/* Slopes for the Hermite builder that keep the shape of the data: between two breakpoints the cubic rises or falls as
+ * the data do, without overshoot. They are handed over as intConds = slopes + 1 (FIRST_DERIVATIVES) and bndConds =
+ * {slopes[0], slopes[nx-1]} (FIRST_LEFT + FIRST_RIGHT). */
+enum {
+  ORX_DF_PCHIP = 0,   /* F. N. Fritsch and J. Butland, SIAM J. Sci. Stat. Comput. 5, 1984 */
+  ORX_DF_STEFFEN = 1, /* M. Steffen, Astron. Astrophys. 239, 1990; an end takes the slope of its cell */
+  ORX_DF_HYMAN = 2 /* J. M. Hyman, SIAM J. Sci. Stat. Comput. 4, 1983: cuts down the slopes that are there */
+};
+
+/* Writes the derivatives at all nx breakpoints, 2 to 2^31 - 1, given one by one; HYMAN also reads them, from a
+ * natural spline for instance. Errors: GRID_SIZE, GRID, FUNCS or INT_CONDS (null), METHOD (unknown rule). */
+int32_t orx_df_kernel_dShapeSlopes1D(int64_t nx, const double* x, const double* y, int64_t rule,
+                                     double* slopes);
+int32_t orx_df_kernel_sShapeSlopes1D(int64_t nx, const float* x, const float* y, int64_t rule, float* slopes);
+
+/* The antiderivative of one function's spline that is 0 at the first breakpoint, as coefficients of one order more:
+ * (splineOrder + 1) (nx - 1) numbers, for a task over the same breakpoints with that order. Integrals are then
+ * differences of its values. Errors: TASK, SPLINE_KIND (steps, look-up, Subbotin), INDEX, COEFFS, MEMORY. */
+int32_t orx_df_kernel_dAntiderivative1D(const DFTask* task, int64_t function, double* coeffs);
+int32_t orx_df_kernel_sAntiderivative1D(const DFTask* task, int64_t function, float* coeffs);
+
 /* ---- Cell search ----
  *
  * The cell of a site is the number of breakpoints at or below it: 0 left of the partition, nx from the last
@@ -341,6 +363,18 @@ typedef int32_t (*orx_df_dinterp_cb)(const int64_t* count, const int64_t* cells,
                                      double* result, void* params);
 typedef int32_t (*orx_df_sinterp_cb)(const int64_t* count, const int64_t* cells, const float* sites,
                                      float* result, void* params);
+
+/* Call-backs that are ready, for `left` and `right`: not-a-number for each result (params: null for one wanted order,
+ * else the count of wanted orders, an int64_t), or the status ORX_DF_ERROR_OUTSIDE, which ends the call. A site at
+ * the last breakpoint belongs to the right part. */
+int32_t orx_df_kernel_dNanOutside(const int64_t* count, const int64_t* cells, const double* sites,
+                                  double* result, void* params);
+int32_t orx_df_kernel_sNanOutside(const int64_t* count, const int64_t* cells, const float* sites,
+                                  float* result, void* params);
+int32_t orx_df_kernel_dErrorOutside(const int64_t* count, const int64_t* cells, const double* sites,
+                                    double* result, void* params);
+int32_t orx_df_kernel_sErrorOutside(const int64_t* count, const int64_t* cells, const float* sites,
+                                    float* result, void* params);
 
 /* Values and derivatives of all functions at siteCount sites (ORX_DF_VALUES), and their cells (ORX_DF_CELLS).
  *

@@ -215,7 +215,7 @@ TYPED_TEST(Builders, Natural) {
     });
 }
 
-// Three breakpoints without a knot carry one cubic and three values: the parabola, as SciPy 1.14 takes it
+// Three breakpoints without a knot carry one cubic and three values: the parabola, as SciPy 1.10.1 takes it
 // (scipy.interpolate.CubicSpline(x, y, bc_type="not-a-knot")).
 TYPED_TEST(Builders, NaturalThroughThreePointsIsTheParabola) {
   using Real = TypeParam;

@@ -1,0 +1,2 @@
+#include "_service/double.hpp"
+#include "antideriv1d/antideriv1d.hpp"

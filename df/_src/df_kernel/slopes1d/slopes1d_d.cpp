@@ -1,0 +1,2 @@
+#include "_service/double.hpp"
+#include "slopes1d/slopes1d.hpp"
