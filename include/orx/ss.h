@@ -14,7 +14,7 @@
  * Names with `d` take data in double, names with `s` in single precision. All functions return 0 or one of
  * the negative codes below. Integers that a task points at are 32 bits wide, or 64 when it was made with a
  * non-zero last argument. A task may be used from one thread at a time. docs/statistics.md gives the
- * formulas. */
+ * formulas; orx/status.h turns statuses into words. */
 #ifndef ORX_SS_H
 #define ORX_SS_H
 
@@ -250,6 +250,10 @@ int __kobdSSEditTask(SSTask* task, long long id, const double* array);
 int __kobsSSEditTask(SSTask* task, long long id, const float* array);
 int __kobiSSEditTask(SSTask* task, long long id, const void* integers);
 
+/* Takes a parameter out again, so that it is as in a task that never had it: with KOB_SS_ID_WEIGHTS all weights are 1,
+ * with KOB_SS_ID_INDICES all variables are wanted. KOB_SS_ERROR_BAD_ID for an unknown number. */
+int __kobSSUnset(SSTask* task, long long id);
+
 /* Set several parameters at once; an argument that is null leaves its parameter as it was.
  * EditPooledCovariance sets no storage: those go through the generic editor. */
 int __kobdSSEditMoments(SSTask* task, double* mean, double* rawMoment2, double* rawMoment3,
@@ -332,6 +336,16 @@ int __kobsSSEditMtxParametrz(SSTask* task, const float* cor, const void* corStor
  * the results mean nothing. */
 int _kobdSSBasic(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
 int _kobsSSBasic(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+
+/* The common case without a task: mean, unbiased variance, skewness, kurtosis, minimum and maximum of p variables, by
+ * one pass. `weights` and any of the results may be null. Statuses are those of a task that was made and computed with
+ * the same arguments; KOB_SS_ERROR_OBSERVATIONS for null data. */
+int __kobdSSDescribe(int p, int n, int storage, const double* x, const double* weights, double* mean,
+                     double* variance, double* skewness, double* kurtosis, double* minimum, double* maximum,
+                     const ThreadingServices* threading);
+int __kobsSSDescribe(int p, int n, int storage, const float* x, const float* weights, float* mean,
+                     float* variance, float* skewness, float* kurtosis, float* minimum, float* maximum,
+                     const ThreadingServices* threading);
 
 /* Quantiles and order statistics, method KOB_SS_FAST. For order q and f = (n-1) q the quantile lies between
  * the order statistics of numbers floor(f) and the next, counted from 0, in proportion to the fractional part

@@ -23,6 +23,7 @@ struct Api;
     static constexpr auto new_task = __kob##t##SSNewTask;                      \
     static constexpr auto edit = __kob##t##SSEditTask;                         \
     static constexpr auto basic = _kob##t##SSBasic;                            \
+    static constexpr auto describe = __kob##t##SSDescribe;                     \
     static constexpr auto join = __kob##t##SSJoinBasic;                        \
     static constexpr auto join_minmax = __kob##t##SSJoinMinmax;                \
     static constexpr auto quantiles = _kob##t##SSQuantiles;                    \

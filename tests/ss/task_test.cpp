@@ -1,11 +1,16 @@
 // Tasks and editors: every parameter lands where the computations read it, every status is told.
 #include <cmath>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <map>
+#include <regex>
+#include <string>
 #include <tuple>
 #include <type_traits>
 
 #include "mp.hpp"
+#include "orx/status.h"
 #include "ss_task.hpp"
 #include "ss_test.hpp"
 
@@ -240,6 +245,83 @@ TYPED_TEST(TaskTest, WideCountsBeyondAnIntAreRefused) {
   EXPECT_EQ(call(), 0);
   EXPECT_EQ(mean, T(1.5));
   __kobSSDeleteTask(&task);
+}
+
+TYPED_TEST(TaskTest, UnsetParametersAreAsIfNeverSet) {
+  using T = TypeParam;
+  const T w[] = {0, 3};
+  const int mask[] = {1, 0};
+  T mean[2] = {-77, -77};
+  Task<T> t(2, 2, KOB_SS_ROWS, {2, 6, 1, 5}, w, mask);
+  t.set(KOB_SS_ID_MEAN, mean);
+  const auto call = [&] { return Api<T>::basic(t.task, KOB_SS_MEAN, KOB_SS_ONE_PASS, nullptr); };
+  ASSERT_EQ(call(), 0);
+  EXPECT_EQ(mean[0], T(6));
+  EXPECT_EQ(mean[1], T(-77));
+  EXPECT_EQ(__kobSSUnset(t.task, KOB_SS_ID_WEIGHTS), 0);
+  EXPECT_EQ(__kobSSUnset(t.task, KOB_SS_ID_INDICES), 0);
+  ASSERT_EQ(call(), 0);
+  EXPECT_EQ(mean[0], T(4));
+  EXPECT_EQ(mean[1], T(3));
+  EXPECT_EQ(__kobSSUnset(t.task, KOB_SS_ID_MEAN), 0);
+  EXPECT_EQ(call(), -4006);
+  EXPECT_EQ(__kobSSUnset(t.task, 0), -3);
+  EXPECT_EQ(__kobSSUnset(t.task, 67), -3);
+  EXPECT_EQ(__kobSSUnset(nullptr, 6), -4031);
+}
+
+TYPED_TEST(TaskTest, DescribeInOneCall) {
+  using T = TypeParam;
+  const T x[] = {1, 2, 3, 4, -2, -2, -2, 6}, w[] = {1, 1, 1, 1};
+  T mean[2], variance[2], skewness[2], kurtosis[2], least[2], greatest[2];
+  const auto describe = [&](int n, int storage, const T* data, const T* weights) {
+    return Api<T>::describe(2, n, storage, data, weights, mean, variance, skewness, kurtosis, least, greatest,
+                            nullptr);
+  };
+  for (const T* weights : {static_cast<const T*>(nullptr), w}) {
+    ASSERT_EQ(describe(4, KOB_SS_ROWS, x, weights), 0);
+    EXPECT_EQ(mean[0], T(2.5));
+    EXPECT_EQ(mean[1], T(0));
+    EXPECT_EQ(variance[0], T(5 / 3.));
+    EXPECT_EQ(variance[1], T(16));
+    EXPECT_EQ(skewness[0], T(0));
+    EXPECT_EQ(skewness[1], T(0.75));            // 48/64
+    EXPECT_EQ(kurtosis[1], T(336. / 256 - 3));  // the fourth moment is (3 * 16 + 1296)/4
+    EXPECT_EQ(least[0], T(1));
+    EXPECT_EQ(greatest[1], T(6));
+  }
+  T alone[2] = {0, 0};
+  EXPECT_EQ(Api<T>::describe(2, 4, KOB_SS_COLUMNS, x, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                             alone, nullptr),
+            0);
+  EXPECT_EQ(alone[0], T(3));
+  EXPECT_EQ(describe(0, KOB_SS_ROWS, x, nullptr), -4002);
+  EXPECT_EQ(describe(4, 7, x, nullptr), -4003);
+  EXPECT_EQ(describe(4, KOB_SS_ROWS, nullptr, nullptr), -4032);
+  EXPECT_EQ(fail_each_allocation([&] { return describe(4, KOB_SS_ROWS, x, nullptr); },
+                                 [](int status) { EXPECT_EQ(status, -4000); }),
+            4);
+}
+
+// Every status of the public headers has words of its own.
+TEST(StatusText, OfEveryStatusInTheHeaders) {
+  const struct {
+    const char *header, *pattern;
+    const char* (*text)(int);
+  } headers[] = {{"ss.h", "KOB_SS_(OK|ERROR_\\w+) = (-?\\d+)", orx_ss_status_text},
+                 {"kob.h", "KOB_(STATUS_OK|ERROR_\\w+) = (-?\\d+)", orx_kob_status_text},
+                 {"df.h", "ORX_DF_(OK|ERROR_\\w+) = (-?\\d+)", orx_df_status_text}};
+  for (const auto& h : headers) {
+    std::ifstream file(std::string(ORX_HEADERS "/") + h.header);
+    const std::string content{std::istreambuf_iterator<char>(file), {}};
+    const std::regex pattern(h.pattern);
+    int count = 0;
+    for (std::sregex_iterator i(content.begin(), content.end(), pattern), end; i != end; ++i, ++count)
+      EXPECT_STRNE(h.text(std::stoi((*i)[2])), "unknown status") << (*i)[0];
+    EXPECT_GE(count, 28) << h.header;
+    EXPECT_STREQ(h.text(12345), "unknown status");
+  }
+  EXPECT_STREQ(orx_df_status_text(-1000007), orx_df_status_text(-1000000));
 }
 
 TEST(Scalar, LogarithmAndRoot) {

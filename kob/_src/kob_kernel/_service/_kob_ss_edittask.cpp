@@ -45,3 +45,10 @@ ORX_API int __kobsSSEditTask(SSTask* task, long long id, const float* array) {
 ORX_API int __kobiSSEditTask(SSTask* task, long long id, const void* integers) {
   return edit(task, id, integers, Editor::Integer);
 }
+
+ORX_API int __kobSSUnset(SSTask* task, long long id) {
+  if (!task) return KOB_SS_ERROR_TASK;
+  if (id < 1 || id > Parameters::kLast) return KOB_SS_ERROR_BAD_ID;
+  task->*kParameters.by_id[id].field = nullptr;
+  return KOB_SS_OK;
+}

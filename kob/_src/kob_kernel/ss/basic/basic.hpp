@@ -480,16 +480,16 @@ void _vSSFinishBasic(const Computation<T>& c) {
 // one is the unbiased variance, the third and fourth are divided by W.
 template <class T>
 void make_central_moments(const Computation<T>& c, const State& state, int j) {
-  const double W = c.W(), unbiased = W * W / (W * W - c.W2());
+  const double W = c.W();
   double &c2 = state[kCentral2][j], &c3 = state[kCentral3][j], &c4 = state[kCentral4][j];
   if (c.method != KOB_SS_FAST) {
-    c2 = c2 / W * unbiased;
+    c2 /= freedom(W, c.W2());
     c3 /= W;
     c4 /= W;
     return;
   }
   const double m = state[kMean][j], raw2 = state[kRaw2][j], raw3 = state[kRaw3][j], raw4 = state[kRaw4][j];
-  c2 = unbiased * (raw2 - m * m);
+  c2 = W * W / (W * W - c.W2()) * (raw2 - m * m);
   c3 = m * (2 * m * m - 3 * raw2) + raw3;
   c4 = ((6 * raw2 - 3 * m * m) * m - 4 * raw3) * m + raw4;
 }
