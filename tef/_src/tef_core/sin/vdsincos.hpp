@@ -108,20 +108,22 @@ struct vdsin_data_type {
 };
 inline constexpr vdsin_data_type vdsin_data{};
 
-// sin of x, or of x + pi/2: then n counts from a half.
-template <bool cosine, bool ep, int vectors>
-inline Vec<double, vectors> sine_by_polynomial(Vec<double, vectors> x) {
-  using X = Vec<double, vectors>;
-  const auto& d = vdsin_data;
+// sin of x, or of x + pi/2: then n counts from a half. The constants `d` are those of the precision.
+template <bool cosine, bool ep, class X, class D>
+inline X sine_by_polynomial(X x, const D& d) {
   if constexpr (cosine) x = x + d.large;  // what is too small to be multiplied does not show in the result
   const X N = (cosine ? multiply_add(x, d.inv, d.half) : x * d.inv) + d.shifter;
   const X n = cosine ? (N - d.shifter) - d.half : N - d.shifter;
-  const X r2 = (x - n * d.p1) - n * d.p2;
-  const X r = ep ? r2 - n * d.ep_p3 : (r2 - n * d.p3) - n * d.p4;
+  const X rest = (x - n * d.p1) - n * d.p2;
+  const X r = ep ? rest - n * d.ep_p3 : (rest - n * d.p3) - n * d.p4;
   const X q = cosine ? r : without_tiny(r, d.large), square = q * q;
-  const X cube_term = (q * square) * (ep ? polynomial(square, square * square, d.ep)
-                                         : polynomial(square, square * square, d.c));
-  return bit_xor(r + cube_term, reals<X>(shift_left<63>(bits(N))));
+  X p;
+  if constexpr (ep)
+    p = polynomial(square, square * square, d.ep);
+  else
+    p = polynomial(square, square * square, d.c);
+  constexpr int sign = 8 * sizeof(typename X::Element) - 1;
+  return bit_xor(r + (q * square) * p, reals<X>(shift_left<sign>(bits(N))));
 }
 
 // What is wanted of sine(std::false_type) and, for the cosine, sine(std::true_type).
@@ -178,7 +180,7 @@ struct vdsin_low : vdsin_kernel<wanted> {
   }
   template <class X>
   static auto eval(X x) {
-    return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, ep>(x); });
+    return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, ep>(x, vdsin_data); });
   }
 
  private:

@@ -18,25 +18,6 @@ struct vssin_data_type {
 };
 inline constexpr vssin_data_type vssin_data{};
 
-// sin of x, or of x + pi/2: then n counts from a half.
-template <bool cosine, bool ep, int vectors>
-inline Vec<float, vectors> sine_by_polynomial(Vec<float, vectors> x) {
-  using X = Vec<float, vectors>;
-  const auto& d = vssin_data;
-  if constexpr (cosine) x = x + d.large;  // what is too small to be multiplied does not show in the result
-  const X N = (cosine ? multiply_add(x, d.inv, d.half) : x * d.inv) + d.shifter;
-  const X n = cosine ? (N - d.shifter) - d.half : N - d.shifter;
-  const X r2 = (x - n * d.p1) - n * d.p2;
-  const X r = ep ? r2 - n * d.ep_p3 : (r2 - n * d.p3) - n * d.p4;
-  const X q = cosine ? r : without_tiny(r, d.large), square = q * q;
-  X p;
-  if constexpr (ep)
-    p = polynomial(square, square, d.ep);
-  else
-    p = polynomial(square, square * square, d.c);
-  return bit_xor(r + (q * square) * p, reals<X>(shift_left<31>(bits(N))));
-}
-
 // A function of doubles for singles: f gives one result, or two.
 template <class X, class F>
 inline auto in_double(X x, F f) {
@@ -76,7 +57,8 @@ struct vssin_ha : vssin_kernel<wanted> {
   template <class X>
   static auto eval(X x) {
     return in_double(x, [](auto wide) {
-      return chosen<wanted>([wide](auto cosine) { return sine_by_polynomial<cosine, true>(wide); });
+      return chosen<wanted>(
+          [wide](auto cosine) { return sine_by_polynomial<cosine, true>(wide, vdsin_data); });
     });
   }
 };
@@ -84,7 +66,7 @@ template <Wanted wanted, bool ep>
 struct vssin_low : vssin_kernel<wanted> {
   template <class X>
   static auto eval(X x) {
-    return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, ep>(x); });
+    return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, ep>(x, vssin_data); });
   }
 };
 
