@@ -10,15 +10,15 @@ using namespace orx::df;
 // 19, 1972).
 class RunningSum {
  public:
-  void add(Real x) {
-    const Real next = sum_ + x, taken = next - sum_;
+  void add(double x) {
+    const double next = sum_ + x, taken = next - sum_;
     errors_ += (sum_ - (next - taken)) + (x - taken);
     sum_ = next;
   }
-  Real value() const { return sum_ + errors_; }
+  Real value() const { return Real(sum_ + errors_); }
 
  private:
-  Real sum_ = 0, errors_ = 0;
+  double sum_ = 0, errors_ = 0;
 };
 
 template <Partition G>
