@@ -141,14 +141,18 @@ void write_table(const std::string& file, const std::string& section, const char
   write_section(file, section, merged_table(head, rows, read_section(file, section)));
 }
 
-void write_report(const std::string& file) {
-  write_table(file, ORX_BENCH_SECTION "in cache", kTableHead, table_of(kInCache));
-  write_table(file, ORX_BENCH_SECTION "out of cache", kTableHead, table_of(kOutOfCache));
+void write_machine(const std::string& file) {
   std::ostringstream s;
-  s << "Last written on " << processor_name() << ", " << kCodeWidth << " code, " << kCompilerName
-    << ", glibc " << gnu_get_libc_version() << ", SLEEF " << SLEEF_VERSION_MAJOR << "." << SLEEF_VERSION_MINOR
-    << "." << SLEEF_VERSION_PATCHLEVEL << ".\n";
-  write_section(file, ORX_BENCH_SECTION "machine", s.str());
+  s << "Last written on " << processor_name() << ", " << kCodeWidth << " code, " << kCompilerName << ", glibc "
+    << gnu_get_libc_version() << ", SLEEF " << SLEEF_VERSION_MAJOR << "." << SLEEF_VERSION_MINOR << "."
+    << SLEEF_VERSION_PATCHLEVEL << ".\n";
+  write_section(file, "machine", s.str());
+}
+
+void write_report(const std::string& file) {
+  write_table(file, "in cache", kTableHead, table_of(kInCache));
+  write_table(file, "out of cache", kTableHead, table_of(kOutOfCache));
+  write_machine(file);
 }
 
 // Rows of the list whose costs are given. They are on a scale of their own; the others are measured and
@@ -215,6 +219,7 @@ int time_calls(std::vector<std::string> words) {
   }
   print_and_write(file, "short calls", kShortCallsHead, calls);
   print_and_write(file, "unusual elements", kUnusualHead, elements);
+  if (!file.empty()) write_machine(file);
   return 0;
 }
 
