@@ -1,6 +1,6 @@
-// Pi and the price of an option by Monte Carlo: work split over streams by leapfrog and by sub-generators,
-// broken off half-way and taken up again from saved streams, with the error shrinking as one over the root of
-// the work.
+// Pi, the price of an option and the wait in a queue by Monte Carlo: work split over streams by leapfrog and by
+// sub-generators, broken off half-way and taken up again from saved streams, with the error shrinking as one over the
+// root of the work.
 #include <cmath>
 #include <cstdio>
 #include <stdexcept>
@@ -34,6 +34,15 @@ class Stream {
 
   void leapfrog(int k, int parts) { check(__kobLeapfrogStream(stream_, uint32_t(k), parts)); }
   void uniform(std::vector<double>& r) { check(_kobdRngUniform(0, stream_, int(r.size()), r.data(), 0, 1)); }
+  void gaussian(std::vector<double>& r, double mean, double deviation) {
+    check(_kobdRngGaussian(2, stream_, int(r.size()), r.data(), mean, deviation));
+  }
+  void exponential(std::vector<double>& r, double mean) {
+    check(_kobdRngExponential(0, stream_, int(r.size()), r.data(), 0, mean));
+  }
+  void gamma(std::vector<double>& r, double shape, double scale) {
+    check(_kobdRngGamma(0, stream_, int(r.size()), r.data(), shape, 0, scale));
+  }
   std::vector<unsigned char> image() const {
     std::vector<unsigned char> bytes(size_t(__kobGetStreamSize(stream_)));
     check(__kobSaveStreamM(stream_, bytes.data()));
@@ -100,21 +109,14 @@ struct Sum {
   double deviation() const { return std::sqrt((squares / n - mean() * mean()) / n); }
 };
 
-// Discounted payoffs at the end of n paths; normal numbers by Box and Muller.
+// Discounted payoffs at the end of n paths.
 void simulate(const Option& option, Stream& stream, int n, Sum& payoffs) {
   const double drift = (option.rate - option.volatility * option.volatility / 2) * option.years;
   const double spread = option.volatility * std::sqrt(option.years),
                discount = std::exp(-option.rate * option.years);
-  std::vector<double> u(2 * kBlock), radius(kBlock), growth(2 * kBlock);
+  std::vector<double> growth(2 * kBlock);
   for (int done = 0; done < n; done += 2 * kBlock) {
-    stream.uniform(u);
-    for (int i = 0; i < kBlock; ++i) radius[i] = 1 - u[2 * i];
-    radius = front::ln(radius);
-    for (int i = 0; i < kBlock; ++i) {
-      const double r = std::sqrt(-2 * radius[i]), angle = 2 * M_PI * u[2 * i + 1];
-      growth[2 * i] = drift + spread * r * std::cos(angle);
-      growth[2 * i + 1] = drift + spread * r * std::sin(angle);
-    }
+    stream.gaussian(growth, drift, spread);
     for (double factor : front::exp(growth)) {
       const double payoff = discount * std::fmax(option.spot * factor - option.strike, 0);
       payoffs.sum += payoff;
@@ -169,6 +171,35 @@ void broken_off() {
               unbroken.mean() == resumed.mean() ? "the same to the last bit" : "DIFFERENT");
 }
 
+// ---- a queue ----
+
+// One server; customers arrive at random, services take gamma times. A customer waits for what the one before found and
+// brought, less the time between the two (Lindley). The formula of Pollaczek and Khinchine gives the mean exactly.
+void queue() {
+  constexpr double between = 1, shape = 2.5, load = 0.7, scale = load * between / shape;
+  const double exact = shape * (shape + 1) * scale * scale / (2 * between * (1 - load));
+  std::printf(
+      "\nWaiting in a queue of load %.1f with gamma services; the formula of Pollaczek and Khinchine gives "
+      "%.5f\n",
+      load, exact);
+  std::printf("   customers       wait     error\n");
+  Stream arrivals(KOB_BRNG_MT2203, 1), services(KOB_BRNG_MT2203 + 1, 2);
+  std::vector<double> gaps(1000), times(1000);
+  double wait = 0, sum = 0;
+  int served = 0;
+  for (int customers = 10000; customers <= 10000000; customers *= 10) {
+    for (; served < customers; served += int(gaps.size())) {
+      arrivals.exponential(gaps, between);
+      services.gamma(times, shape, scale);
+      for (size_t i = 0; i < gaps.size(); ++i) {
+        sum += wait;
+        wait = std::fmax(wait + times[i] - gaps[i], 0);
+      }
+    }
+    std::printf("  %10d   %8.5f  %+.5f\n", customers, sum / customers, sum / customers - exact);
+  }
+}
+
 }  // namespace
 
 void monte_carlo(const std::string&) {
@@ -176,4 +207,5 @@ void monte_carlo(const std::string&) {
   pi();
   option_price();
   broken_off();
+  queue();
 }
