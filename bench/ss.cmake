@@ -10,3 +10,8 @@ orx_find_library(ORX_GSL gsl)
 if(ORX_GSL)
   orx_ss_bench(bench_ss_basic ss/basic.cpp ${ORX_BLAS} ${ORX_GSL})
 endif()
+# Headers alone.
+find_path(ORX_BOOST boost/accumulators/accumulators.hpp)
+if(ORX_BOOST)
+  orx_ss_bench(bench_ss_peers ss/peers.cpp)
+endif()

@@ -1,11 +1,12 @@
 // Block copy, fill and zero. Small blocks go through the caches, large ones past them by streaming stores.
-#include <immintrin.h>
-
 #include <cstdint>
 #include <cstring>
 
 #include "orx/base/api.hpp"
+#include "orx/base/simd/lanes.hpp"
 #include "orx/primitives.h"
+
+namespace simd = orx::simd;
 
 namespace {
 
@@ -20,8 +21,8 @@ template <class Vector, class Plain>
 void stream_block(char* to, size_t size, Vector vector, Plain plain) {
   size_t i = bytes_to_alignment(to);
   plain(0, i);
-  for (; i + 32 <= size; i += 32) _mm256_stream_ps(reinterpret_cast<float*>(to + i), vector(i));
-  _mm_sfence();
+  for (; i + 32 <= size; i += 32) simd::store_past_caches(to + i, vector(i));
+  simd::fence_stores();
   plain(i, size - i);
 }
 
@@ -33,7 +34,7 @@ void fill(T value, T* to, size_t n) {
   }
   T row[32 / sizeof(T)];
   for (T& element : row) element = value;
-  const __m256 vector = _mm256_loadu_ps(reinterpret_cast<const float*>(row));
+  const simd::Doubles vector = simd::load<simd::Doubles>(row);
   stream_block(
       reinterpret_cast<char*>(to), n * sizeof(T), [=](size_t) { return vector; },
       [=](size_t at, size_t bytes) { std::memcpy(reinterpret_cast<char*>(to) + at, row, bytes); });
@@ -49,7 +50,7 @@ ORX_API void g9_ulosCopy_8u(const void* source, void* destination, size_t size) 
     return;
   }
   stream_block(
-      to, size, [=](size_t at) { return _mm256_loadu_ps(reinterpret_cast<const float*>(from + at)); },
+      to, size, [=](size_t at) { return simd::load<simd::Doubles>(from + at); },
       [=](size_t at, size_t bytes) { std::memcpy(to + at, from + at, bytes); });
 }
 
@@ -60,7 +61,7 @@ ORX_API void g9_ulosZero_8u(void* destination, size_t size) {
     return;
   }
   stream_block(
-      to, size, [](size_t) { return _mm256_setzero_ps(); },
+      to, size, [](size_t) { return simd::Doubles{}; },
       [=](size_t at, size_t bytes) { std::memset(to + at, 0, bytes); });
 }
 
