@@ -44,6 +44,14 @@ constexpr Slots<KobBrngProperties> family_rows() {
   return table;
 }
 
+// What checks a loaded stream; null where a generator was registered, which sees to that itself.
+constexpr Slots<bool (*)(KobStream*)> adopt_rows() {
+  Slots<bool (*)(KobStream*)> table{};
+  for (uint32_t i = 0; i < kFamilies; ++i) table.row[i] = kFamily[i].adopt;
+  return table;
+}
+constexpr Slots<bool (*)(KobStream*)> kAdopt = adopt_rows();
+
 constexpr Slots<int32_t> sub_generators() {
   Slots<int32_t> table{};
   for (uint32_t i = 0; i < kFamilies; ++i) table.row[i] = kFamily[i].sub_generators;
@@ -67,8 +75,8 @@ uint32_t family_row(const KobStream* stream) {
 }
 
 bool adopt(KobStream* stream) {
-  const uint32_t row = family_row(stream);
-  return row >= kFamilies || kFamily[row].adopt(stream);
+  bool (*const check)(KobStream*) = kAdopt.row[family_row(stream)];
+  return !check || check(stream);
 }
 
 }  // namespace orx::brng

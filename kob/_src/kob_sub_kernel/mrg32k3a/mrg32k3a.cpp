@@ -53,8 +53,15 @@ struct Component {
   // balanced elements are 2^15 high + low with low at most 2^14 in size.
   alignas(64) double high[3][3][kLanes], low[3][3][kLanes];
 
-  constexpr Component(uint32_t m_, int lag_, uint32_t near_, uint32_t far_)
-      : m(m_), lag(lag_), near(near_), far(far_), modulus(m_), inverse(1 / modulus), high{}, low{} {
+  constexpr Component(uint32_t prime, int steps_back, uint32_t near_factor, uint32_t far_factor)
+      : m(prime),
+        lag(steps_back),
+        near(near_factor),
+        far(far_factor),
+        modulus(prime),
+        inverse(1 / modulus),
+        high{},
+        low{} {
     Matrix step = {{{0, 1, 0}, {0, 0, 1}, {m - far, 0, 0}}}, ahead = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
     step.e[2][3 - lag] = near;
     for (int steps = 1; steps < kSteps; steps *= 2) step = multiply(step, step, m);

@@ -109,6 +109,7 @@ void _InitStateVector(State& s, const uint32_t* key, int n) {
   }
   certify_period(s.W);
   s.Index = kSize;
+  std::fill(s.Pending, s.Pending + 3, 0);  // an image shows them
   s.PendingPos = s.PendingCount = 0;
 }
 
