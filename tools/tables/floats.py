@@ -15,6 +15,12 @@ def truncated(x, unit_exponent):
     return float(mpmath.ldexp(mpmath.nint(mpmath.ldexp(mpmath.mpf(x), -unit_exponent)), unit_exponent))
 
 
+def pair(x, bits=53):
+    """x as the sum of a float and a remainder, both of `bits` bits."""
+    hi = rounded(x, bits)
+    return hi, rounded(mpmath.mpf(x) - hi, bits)
+
+
 def literal(x, suffix=""):
     return float(x).hex() + suffix
 
