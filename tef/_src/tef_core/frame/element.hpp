@@ -94,6 +94,10 @@ struct Element<Complex<T>> {
   static Complex<X> fill(T x) {
     return {broadcast<X>(x), broadcast<X>(x)};
   }
+  template <class X>
+  static Complex<X> fill(Memory x) {
+    return {broadcast<X>(x.re), broadcast<X>(x.im)};
+  }
 };
 
 template <class T>

@@ -42,7 +42,9 @@
 //       lanes' arguments, the others being kSafe; left.lanes is the full mask of the lanes still to be finished and
 //       left.y the results so far. left.finish(mask, value) settles lanes of left.lanes, left.finish(mask, value,
 //       status) settles and reports them: so a vector kernel reports a constant status without a scalar routine.
-//       Mask by select what is computed on: exceptions raised in finish count. X has one vector here.
+//       Mask by select what is computed on: exceptions raised in finish count. Where the value is long to come by,
+//       pass a function of the mask instead, left.finish(mask, [&](X which) { ... }): it is called if there is a lane.
+//       X has one vector here.
 //   rare_lane(const A* a [, const B* b], R* r [, R* r2])
 //       What finish has left, or all that is rare where there is no finish: writes the result, returns the status
 //       to report or StatusOk. Elements are as in memory: Complex<T> for complex ones, also where the signature
@@ -57,6 +59,9 @@
 // A kernel without vector code (gamma functions; PX kernels, with kControl = Control::kExtended) derives from
 // ElementKernel<signature> and has rare_lane alone, which is called for every element.
 //
+// Exceptions: frame/exceptions.hpp raises each on purpose. Usual elements must not meet an underflow on the way to a
+// normal result, nor an overflow; a tiny argument's square is the usual place (add something small before squaring).
+//
 // Singles that are computed in doubles: eval widens, computes in Vec<double, 2n> and narrows; see the vocabulary.
 //
 // What the frame does. Short vectors begin with the main part; long ones with the elements up to an aligned
@@ -70,33 +75,34 @@
 // Code that depends on the instruction set (ORX_ISA_BEGIN) includes the rare path: a kernel in a file for another
 // instruction set must not call a scalar routine that is compiled for AVX; instantiate its template in the file.
 //
-// A complete example, with all the members:
+// A complete example, with all the members (tests/tef/frame/example_test.cpp has it running):
 //
-//   // 1/sqrt(x), where the processor's root is good enough.
+//   // 1/sqrt(x), by the processor's root.
 //   struct dInvSqrt : Kernel<double(double)> {
-//     static constexpr double kSafe = 1.0;
 //     template <class X>
-//     static X rare(X x) {  // zero, denormals, negative numbers, infinities, NaN
+//     static X rare(X x) {  // zeros, denormals, negative numbers, infinities, NaN
 //       return outside(x, kSmallest, kLargest);
 //     }
 //     template <class X>
 //     static X eval(X x) {
-//       return kOne / sqrt(x);
+//       return kOne / square_root(x);
 //     }
 //     template <class X, class Left>
 //     static void finish(X x, Left& left) {
-//       const X denormal = ...;                                     // 0 < x < DBL_MIN, by integers
-//       const X scaled = select(denormal, x, broadcast<X>(1)) * k2To100;
-//       left.finish(denormal, eval(scaled) * k2To50);               // nothing to report
-//       const X zero = ...;
-//       left.finish(zero, kOne / select(zero, x, broadcast<X>(1)), StatusSingularity);  // raises divide-by-zero
+//       const X one = constant<X>(kOne);
+//       left.finish(bit_and(less(X{}, x), less(x, kSmallest)), [&](X denormal) {
+//         return kUp / square_root(select(denormal, x, one) * kUpSquare);  // nothing to report
+//       });
+//       left.finish(equal(x, X{}), [&](X zero) { return one / select(zero, x, one); }, StatusSingularity);
 //     }
-//     static int rare_lane(const double* a, double* r) {            // what is left: negative, infinite, NaN
-//       ...
-//       return StatusDomain;
+//     static int rare_lane(const double* a, double* r) {  // what is left: negative numbers, infinities, NaN
+//       if (*a != *a) return *r = *a + *a, StatusOk;
+//       if (*a > 0) return *r = 0, StatusOk;
+//       return *r = raise_invalid<double>(), StatusDomain;
 //     }
+//
 //    private:
-//     static constexpr Row<double> kSmallest = DBL_MIN, kLargest = DBL_MAX, kOne = 1.0, ...;
+//     static constexpr Row<double> kSmallest = DBL_MIN, kLargest = DBL_MAX, kOne = 1.0, kUp = 0x1p60, kUpSquare = 0x1p120;
 //   };
 //   ORX_KERNEL(d, InvSqrt, G9HAynn, dInvSqrt)
 //
