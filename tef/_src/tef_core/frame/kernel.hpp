@@ -378,10 +378,11 @@ class Loop {
  public:
   // The count is taken as unsigned.
   [[gnu::always_inline]] static void run(int count, P... p) {
-    if (static_cast<unsigned>(count) <= kLanes)
-      some(0, count, p...);
-    else
-      all(static_cast<unsigned>(count), p...);
+    const unsigned n = static_cast<unsigned>(count);
+    if (n >= kBlock) return all(n, p...);
+    unsigned i = 0;
+    for (; n - i > kLanes; i += kLanes) some(i, static_cast<int>(kLanes), p...);
+    some(i, static_cast<int>(n - i), p...);
   }
 
  private:
