@@ -65,7 +65,6 @@ void check(const std::vector<Function<T>>& functions) {
         }
 }
 
-// Not asked: e^x of denormal x, whose product with 1/ln 2 underflows and tells so.
 #define ORX_TTAB(name) #name, orx_tef_kernel_##name##_ttab
 
 TEST(Exceptions, Doubles) {
@@ -85,6 +84,8 @@ TEST(Exceptions, Doubles) {
       {ORX_TTAB(dExp),
        {{0, 0},
         {kTiny, 0},
+        {kDenormal, 0},
+        {-kDenormal, 0},
         {kInf, 0},
         {-kInf, 0},
         {kNan, 0},
@@ -145,6 +146,8 @@ TEST(Exceptions, Singles) {
       {ORX_TTAB(sExp),
        {{0, 0},
         {kTiny, 0},
+        {kDenormal, 0},
+        {-kDenormal, 0},
         {kInf, 0},
         {-kInf, 0},
         {kNan, 0},

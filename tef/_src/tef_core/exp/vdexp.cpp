@@ -24,8 +24,7 @@ struct dExp : Kernel<double(double)> {
   static constexpr Row<double> kLowest = -DBL_MAX;
 };
 
-// Added before squaring, so that squares of tiny arguments do not underflow. (Denormal arguments still do, in the product
-// with 1/ln 2: an addition before it would cost 5 % of all calls.)
+// Added to arguments, so that nothing underflows where they are tiny; the result is 1 there.
 constexpr Row<double> kLeast = 0x1p-300;
 
 // HA. The sum T + T (p + T_lo) rounds once more than the exact value.
@@ -41,7 +40,7 @@ struct {
 struct dExpHA : dExp {
   template <class X>
   static X eval(X x) {
-    return scaled<0>(x);
+    return scaled<0>(x + kLeast);
   }
   // e^x 2^-orders.
   template <int orders, class X>
@@ -56,7 +55,7 @@ struct dExpHA : dExp {
     const X r = subtract_product(subtract_product(x, Nf, d.ln2_hi), Nf, d.ln2_lo);
 
     // 3. p = e^r - 1.
-    const X r_up = r + kLeast, r2 = r_up * r_up;
+    const X r2 = r * r;
     const X p = multiply_add(r2, polynomial(r, r2, d.c), r);
 
     // 4. The table row is n mod 64; the rest of n is the exponent of a scale factor.
@@ -89,14 +88,14 @@ struct {
 
 struct dExpLA : dExp {
   template <class X>
-  static X eval(X x) {
+  static X eval(X x_exact) {
     const auto& d = vdexp_la_data;
+    const X x = x_exact + kLeast;
     const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
     const SpilledWords<X> n(N);
     const X r = subtract_product(subtract_product(x, Nf, d.ln2_hi), Nf, d.ln2_lo);
-    const X r_up = r + kLeast;
-    const X p = multiply_add(r_up * r_up, multiply_add(r, d.c3, d.c2), r);
+    const X p = multiply_add(r * r, multiply_add(r, d.c3, d.c2), r);
     const X T = gather<X>(kPowers, [&](int lane) { return n.low(lane) & 1023; });
     return multiply_add(T, p, T) * scale_from<10>(n.vector());
   }

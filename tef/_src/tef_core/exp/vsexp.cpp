@@ -29,8 +29,7 @@ struct sExp : Kernel<float(float)> {
   static constexpr Row<float> kLowest = -FLT_MAX;
 };
 
-// Added before squaring, so that squares of tiny arguments do not underflow. (Denormal arguments still do, in the product
-// with 1/ln 2: an addition before it would cost 5 % of all calls.)
+// Added to arguments, so that nothing underflows where they are tiny; the result is 1 there.
 constexpr Row<float> kLeast = 0x1p-50f;
 
 // HA. x = (4 k + j) ln2/4 + r, |r| <= ln2/8; e^x = 2^k 2^(j/4) e^r. The four powers lie in a vector.
@@ -50,7 +49,7 @@ struct {
 struct sExpHA : sExp {
   template <class X>
   static X eval(X x) {
-    return scaled<0>(x);
+    return scaled<0>(x + kLeast);
   }
   // e^x 2^-orders.
   template <int orders, class X>
@@ -60,7 +59,7 @@ struct sExpHA : sExp {
     const X Nf = N - d.shifter;
     const X r = subtract_product(subtract_product(x, Nf, d.ln2_hi), Nf, d.ln2_lo);
     const X T_hi = select_of_4(d.T_hi, N), T_lo = select_of_4(d.T_lo, N);
-    const X r_up = r + kLeast, r2 = r_up * r_up;
+    const X r2 = r * r;
     const X p = multiply_add(r2, polynomial(r, r2, d.c), r);
     X k = N;
     if constexpr (orders > 0) k = k - broadcast<X>(4.0f * orders);
@@ -81,12 +80,13 @@ struct {
 
 struct sExpLA : sExp {
   template <class X>
-  static X eval(X x) {
+  static X eval(X x_exact) {
     const auto& d = vsexp_la_data;
+    const X x = x_exact + kLeast;
     const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
     const X r = subtract_product(subtract_product(x, Nf, d.ln2_hi), Nf, d.ln2_lo);
-    const X r_up = r + kLeast, r2 = r_up * r_up;
+    const X r2 = r * r;
     // not by the fourth power of r, which might underflow
     const X q = multiply_add(r2, estrin<2, 3>(r, r2, d.c), estrin<0, 2>(r, r2, d.c));
     return (d.one + multiply_add(r2, q, r)) * scale_from<0>(N);
@@ -104,10 +104,10 @@ struct sExpEP : sExp {
   template <class X>
   static X eval(X x) {
     const auto& d = vsexp_ep_data;
-    const X t = (x)*d.inv_ln2;
+    const X t = (x + kLeast) * d.inv_ln2;
     const X N = t + d.shifter;
     const X f = t - (N - d.shifter);
-    return horner(f, d.c) * scale_from<0>(N);  // without squares, which might underflow
+    return horner(f, d.c) * scale_from<0>(N);
   }
 };
 
