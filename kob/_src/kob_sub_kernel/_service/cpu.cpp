@@ -5,7 +5,7 @@
 #include "orx/kob.h"
 
 ORX_API int __kobCPUisRDRAND() {
-  constexpr unsigned kRdrand = 1u << 30;
+  constexpr unsigned rdrand = 1u << 30;
   unsigned eax, ebx, ecx, edx;
-  return __get_cpuid(1, &eax, &ebx, &ecx, &edx) ? int(ecx & kRdrand) : 0;
+  return __get_cpuid(1, &eax, &ebx, &ecx, &edx) ? int(ecx & rdrand) : 0;
 }

@@ -112,8 +112,8 @@ int save_image(const KobStream* stream, Mover save, void* place) {
 // Whether the file goes on for that many bytes; its position stays. Small blocks need not be looked after:
 // reading them stops at the first short read.
 bool file_holds(FILE* file, uint32_t size) {
-  constexpr uint32_t kSmall = 1 << 24;
-  if (size <= kSmall) return true;
+  constexpr uint32_t small = 1 << 24;
+  if (size <= small) return true;
   if (size > INT32_MAX) return false;
   char last;
   return fseek(file, long(size) - 1, SEEK_CUR) == 0 && fread(&last, 1, 1, file) == 1 &&

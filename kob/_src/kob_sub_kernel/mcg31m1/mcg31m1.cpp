@@ -80,21 +80,21 @@ struct MCG31M1 {
 
   template <class Sink>
   static void generate(State& s, int n, Sink sink) {
-    constexpr int kLanes = 16;
+    constexpr int at_once = 16;
     int i = 0;
-    if (n >= kLanes) {
+    if (n >= at_once) {
       uint32_t first[4] = {s.X}, jump = s.Multiplier;
       for (int j = 1; j < 4; ++j) first[j] = multiply_2p31m1(first[j - 1], jump);
       const auto square = [&jump] { return jump = multiply_2p31m1(jump, jump); };
       square();
-      __m128i x[kLanes / 4] = {load4(first)};
-      for (int made = 1; made < kLanes / 4; made *= 2) {
+      __m128i x[at_once / 4] = {load4(first)};
+      for (int made = 1; made < at_once / 4; made *= 2) {
         const __m128i ahead = _mm_set1_epi32(int32_t(2 * square()));
         for (int j = 0; j < made; ++j) x[made + j] = step4(x[j], ahead);
       }
       const __m128i ahead = _mm_set1_epi32(int32_t(2 * square()));
-      for (; i <= n - kLanes; i += kLanes)
-        for (int j = 0; j < kLanes / 4; ++j) {
+      for (; i <= n - at_once; i += at_once)
+        for (int j = 0; j < at_once / 4; ++j) {
           sink(i + 4 * j, x[j]);
           x[j] = step4(x[j], ahead);
         }

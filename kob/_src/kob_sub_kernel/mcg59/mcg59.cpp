@@ -16,8 +16,8 @@ struct MCG59 {
   };
 
   static int seed(KobStream* stream, int n, const uint32_t* params) {
-    constexpr uint32_t kHighBits = uint32_t(kMask59 >> 32);
-    const uint64_t low = n < 1 ? 0 : params[0], high = n < 2 ? 0 : params[1] & kHighBits;
+    constexpr uint32_t high_bits = uint32_t(kMask59 >> 32);
+    const uint64_t low = n < 1 ? 0 : params[0], high = n < 2 ? 0 : params[1] & high_bits;
     const uint64_t x = low | high << 32;
     state<MCG59>(stream) = {x ? x : 1, 0x113769B23C5FD};
     return KOB_STATUS_OK;
@@ -111,18 +111,18 @@ struct MCG59 {
 
   template <class Sink>
   static void generate(State& s, int n, Sink sink) {
-    constexpr int kLanes = 8;
+    constexpr int at_once = 8;
     int i = 0;
-    if (n >= kLanes) {
+    if (n >= at_once) {
       uint64_t jump = s.Multiplier;
-      __m128i x[kLanes / 2] = {_mm_set_epi64x(int64_t(s.X * jump & kMask59), int64_t(s.X))};
-      for (int made = 1; made < kLanes / 2; made *= 2) {
+      __m128i x[at_once / 2] = {_mm_set_epi64x(int64_t(s.X * jump & kMask59), int64_t(s.X))};
+      for (int made = 1; made < at_once / 2; made *= 2) {
         jump = jump * jump & kMask59;
         for (int j = 0; j < made; ++j) x[made + j] = step2(x[j], jump);
       }
       jump = jump * jump & kMask59;
-      for (; i <= n - kLanes; i += kLanes)
-        for (int j = 0; j < kLanes / 2; j += 2) {
+      for (; i <= n - at_once; i += at_once)
+        for (int j = 0; j < at_once / 2; j += 2) {
           sink(i + 2 * j, x[j], x[j + 1]);
           x[j] = step2(x[j], jump);
           x[j + 1] = step2(x[j + 1], jump);
