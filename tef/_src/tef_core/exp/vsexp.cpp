@@ -107,7 +107,7 @@ struct sExpEP : sExp {
     const X t = (x + kLeast) * d.inv_ln2;
     const X N = t + d.shifter;
     const X f = t - (N - d.shifter);
-    return horner(f, d.c) * scale_from<0>(N);
+    return polynomial(f, f * f, d.c) * scale_from<0>(N);
   }
 };
 
