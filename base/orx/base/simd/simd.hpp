@@ -336,6 +336,10 @@ inline BitMask<T, n>::operator Vec<T, n>() const {
   return make<Vec<T, n>>([&](int i) { return native::lanes_of(v[i], VectorOf<T>{}); });
 }
 template <class T, int n>
+inline Vec<T, n> spread_signs(BitMask<T, n> mask) {
+  return mask;
+}
+template <class T, int n>
 inline BitMask<T, n> bit_and(BitMask<T, n> a, BitMask<T, n> b) {
   return make<BitMask<T, n>>([&](int i) { return native::bit_and(a.v[i], b.v[i]); });
 }

@@ -9,7 +9,7 @@ constexpr Row<double> kRareFrom = 0x1.6232bp+9;
 
 struct dExp : Kernel<double(double)> {
   template <class X>
-  static X rare(X x) {
+  static auto rare(X x) {
     return not_below(magnitude(x), kRareFrom);
   }
   // What is left is to be reported: overflow, and results that are denormal or 0.

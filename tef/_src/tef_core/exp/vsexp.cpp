@@ -14,7 +14,7 @@ constexpr Row<float> kRareFrom = 0x1.5d58ap+6f;
 struct sExp : Kernel<float(float)> {
   static constexpr int kTogether = 2;
   template <class X>
-  static X rare(X x) {
+  static auto rare(X x) {
     return not_below(magnitude(x), kRareFrom);
   }
   // What is left is to be reported: overflow, and results that are denormal or 0.

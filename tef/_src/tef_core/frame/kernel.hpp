@@ -4,7 +4,7 @@
 // the entry point of it:
 //
 //   struct dLnHA : Kernel<double(double)> {
-//     template <class X> static X rare(X x);                      // lanes that eval cannot be trusted with
+//     template <class X> static auto rare(X x);                   // lanes that eval cannot be trusted with
 //     template <class X> static X eval(X x);                      // the mathematics
 //     template <class X, class Left> static void finish(X x, Left& left);  // rare lanes, still as vectors
 //     static int rare_lane(const double* a, double* r);           // one rare element; its status
@@ -404,17 +404,19 @@ class Loop {
   }
 
   template <int n>
-  static Mask<n> rare(const Arguments<n>& x) {
+  static auto rare(const Arguments<n>& x) {
     if constexpr (kHasRare<K>)
       return x.into([](const auto&... a) { return K::rare(a...); });
     else
-      return {};
+      return Mask<n>{};
   }
+  template <int n>
+  static constexpr bool kTakesMask = TakesMask<K, Mask<n>, Arguments<n>>::value;
   // The results, and as `late` the lanes that eval itself found to be rare.
   template <int n>
   static Results<n> eval(const Arguments<n>& x, Mask<n>& late) {
     return x.into([&](const auto&... a) -> Results<n> {
-      if constexpr (TakesMask<K, Mask<n>, Arguments<n>>::value) {
+      if constexpr (kTakesMask<n>) {
         return K::eval(a..., late);
       } else {
         static_cast<void>(late);
@@ -433,7 +435,7 @@ class Loop {
       const unsigned i = first + static_cast<unsigned>(v) * kLanes;
       Mask<K::kTogether> late{};
       const auto y = eval<K::kTogether>(call.template load<K::kTogether>(i), late);
-      if (__builtin_expect(any(late), 0))
+      if (kTakesMask<K::kTogether> && __builtin_expect(any(late), 0))
         careful(i, i + K::kTogether * kLanes, call);
       else
         call.out.template store<K::kTogether>(i, y);
@@ -451,7 +453,7 @@ class Loop {
     if (__builtin_expect(any(rare<1>(x)), 0)) return false;
     Mask<1> late{};
     const auto y = eval<1>(x, late);
-    if (__builtin_expect(any(late), 0)) return false;
+    if (kTakesMask<1> && __builtin_expect(any(late), 0)) return false;
     call.out.store_first(i, count, y);
     return true;
   }

@@ -110,7 +110,7 @@ inline constexpr DoubleLogConstants kDoubleLog{};
 template <class D, class Log>
 struct DoubleLog : Kernel<double(double)> {
   template <class X>
-  static X rare(X x) {
+  static auto rare(X x) {
     return outside(x, kDoubleLog.smallest, kDoubleLog.largest);
   }
   template <class X>

@@ -48,12 +48,6 @@ struct sLnData {
 };
 inline constexpr sLnData vsln_data{};
 
-// A value and what it lacks.
-template <class X>
-struct HighLow {
-  X high, low;
-};
-
 // ln(1 + e) = (e - e^2/2) + e^3 Q(e). Half the square of e's leading bits is exact, and its difference from e
 // keeps its rounding error.
 template <class X>
@@ -63,8 +57,8 @@ inline HighLow<X> sln_fraction(X e) {
   const X half_hi = e_hi * d.half;
   const X square = e_hi * half_hi;
   const X high = e - square;
-  const X square_rest = (e - e_hi) * (e * d.half + half_hi);
-  return {high, ((e - high) - square) + ((e2 * e) * polynomial(e, e2, d.ha) - square_rest)};
+  const X square_rest = (e - e_hi) * multiply_add(e, d.half, half_hi);
+  return {high, ((e - high) - square) + multiply_subtract(e2 * e, polynomial(e, e2, d.ha), square_rest)};
 }
 
 // ln(m + t) + k ln 2, t a correction to m of half a unit of its last place at most, or m = 1 and t anything
@@ -73,20 +67,18 @@ template <class X>
 inline X sln_ha(const SingleLogParts<X>& p, X t) {
   const auto& d = vsln_data;
   const HighLow<X> f = sln_fraction(p.e());
-  const X H = p.k * d.L_hi;
-  const X S = H + f.high;
-  const X c = f.high - (S - H);
-  return S + (c + (p.k * d.L_lo + (t + f.low)));
+  const auto S = fast_two_sum(p.k * d.L_hi, f.high);
+  return S.high + (S.low + multiply_add(p.k, d.L_lo, t + f.low));
 }
 template <class X>
 inline X sln_la(const SingleLogParts<X>& p, X t) {
-  const X e = p.e(), e2 = e * e;
-  return (p.k * vsln_data.L + (e + t)) + e2 * polynomial(e, e2, vsln_data.la);
+  const X e = p.e(), e2 = e * e, first = multiply_add(p.k, vsln_data.L, e + t);
+  return multiply_add(e2, polynomial(e, e2, vsln_data.la), first);
 }
 template <class X>
 inline X sln_ep(const SingleLogParts<X>& p, X t) {
-  const X e = p.e(), e2 = e * e;
-  return (p.k * vsln_data.L + (e + t)) + e2 * polynomial(e, e2, vsln_data.ep);
+  const X e = p.e(), e2 = e * e, first = multiply_add(p.k, vsln_data.L, e + t);
+  return multiply_add(e2, polynomial(e, e2, vsln_data.ep), first);
 }
 
 struct SlnHA {
@@ -137,7 +129,7 @@ template <int (*rare_function)(const double*, double*), class Log>
 struct SingleLog : Kernel<float(float)> {
   static constexpr int kTogether = 2;
   template <class X>
-  static X rare(X x) {
+  static auto rare(X x) {
     return outside(x, kSingleLog.smallest, kSingleLog.largest);
   }
   template <class X>

@@ -43,7 +43,7 @@ struct LnDescription {
   static X polynomial_la(X e) {
     const X e2 = e * e;
     if constexpr (ep)
-      return e2 * (kLaData.ep_c2 + e * kLaData.ep_c3);
+      return e2 * multiply_add(e, kLaData.ep_c3, kLaData.ep_c2);
     else
       return e2 * polynomial(e, e2, kLaData.c);
   }
