@@ -143,15 +143,15 @@ void write_table(const std::string& file, const std::string& section, const char
 
 void write_machine(const std::string& file) {
   std::ostringstream s;
-  s << "Last written on " << processor_name() << ", " << kCodeWidth << " code, " << kCompilerName << ", glibc "
-    << gnu_get_libc_version() << ", SLEEF " << SLEEF_VERSION_MAJOR << "." << SLEEF_VERSION_MINOR << "."
-    << SLEEF_VERSION_PATCHLEVEL << ".\n";
-  write_section(file, "machine", s.str());
+  s << "Last written on " << processor_name() << ", " << kCodeWidth << " code, " << kCompilerName
+    << ", glibc " << gnu_get_libc_version() << ", SLEEF " << SLEEF_VERSION_MAJOR << "." << SLEEF_VERSION_MINOR
+    << "." << SLEEF_VERSION_PATCHLEVEL << ".\n";
+  write_section(file, ORX_BENCH_SECTION "machine", s.str());
 }
 
 void write_report(const std::string& file) {
-  write_table(file, "in cache", kTableHead, table_of(kInCache));
-  write_table(file, "out of cache", kTableHead, table_of(kOutOfCache));
+  write_table(file, ORX_BENCH_SECTION "in cache", kTableHead, table_of(kInCache));
+  write_table(file, ORX_BENCH_SECTION "out of cache", kTableHead, table_of(kOutOfCache));
   write_machine(file);
 }
 
