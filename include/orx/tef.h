@@ -71,6 +71,14 @@
  *   Mul         s, d   (n, a, b, r)  a b
  *   Sqr         s, d   (n, a, r)  a^2
  *   Sub         s, d   (n, a, b, r)  a - b
+ *   Cos         s, d   (n, a, r)  cos x, finite numbers
+ *                       domain error (1): infinite x
+ *   Sin         s, d   (n, a, r)  sin x, finite numbers
+ *                       domain error (1): infinite x
+ *   SinCos      s, d   (n, a, r1, r2)  sin x and cos x, finite numbers
+ *                       domain error (1): infinite x
+ *   Tan         d      (n, a, r)  tan x, finite numbers
+ *                       domain error (1): infinite x
  */
 /* end functions */
 #ifndef ORX_TEF_H
