@@ -3,9 +3,9 @@
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
-using dCosHA = vdsin_ha<Wanted::Cosine>;
-using dCosLA = vdsin_low<Wanted::Cosine, false>;
-using dCosEP = vdsin_low<Wanted::Cosine, true>;
+using dCosHA = dSinTable<Wanted::Cosine>;
+using dCosLA = dSinPolynomial<Wanted::Cosine, false>;
+using dCosEP = dSinPolynomial<Wanted::Cosine, true>;
 }  // namespace
 ORX_ISA_END
 

@@ -3,9 +3,9 @@
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
-using sCosHA = vssin_ha<Wanted::Cosine>;
-using sCosLA = vssin_low<Wanted::Cosine, false>;
-using sCosEP = vssin_low<Wanted::Cosine, true>;
+using sCosHA = sSinDouble<Wanted::Cosine>;
+using sCosLA = sSinPolynomial<Wanted::Cosine, false>;
+using sCosEP = sSinPolynomial<Wanted::Cosine, true>;
 }  // namespace
 ORX_ISA_END
 

@@ -2,7 +2,7 @@
 #include "sin/vdsincos.hpp"
 
 namespace orx::tef {
-alignas(64) const double vdsin_table[512][4] = {
+alignas(64) const double kSinTable[512][4] = {
 #include "sin/vdsin_ha.inc"
 };
 }  // namespace orx::tef
@@ -20,9 +20,9 @@ ORX_ISA_END
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
-using dSinHA = vdsin_ha<Wanted::Sine>;
-using dSinLA = vdsin_low<Wanted::Sine, false>;
-using dSinEP = vdsin_low<Wanted::Sine, true>;
+using dSinHA = dSinTable<Wanted::Sine>;
+using dSinLA = dSinPolynomial<Wanted::Sine, false>;
+using dSinEP = dSinPolynomial<Wanted::Sine, true>;
 }  // namespace
 ORX_ISA_END
 

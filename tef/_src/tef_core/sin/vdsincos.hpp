@@ -13,12 +13,12 @@
 
 namespace orx::tef {
 // cos t less its power of two, the power, sin t, what it lacks; t = j pi/256
-extern const double vdsin_table[512][4];
+extern const double kSinTable[512][4];
 }  // namespace orx::tef
 
 ORX_ISA_BEGIN(orx::tef)
 
-struct vdsin_data_ha_type {
+struct dSinTableData {
   Row<double> inv = 0x1.45f306dc9c883p+6;  // 256/pi
   Row<double> shifter = 0x1.8p+52;
   // pi/256. The product of n and the first part is exact; that of n and the second is where the result can be small, for
@@ -29,7 +29,7 @@ struct vdsin_data_ha_type {
   Row<double> c[3] = {-0x1p-1, 0x1.5555555554996p-5,
                       -0x1.6c16a82117c45p-10};  // (cos r - 1)/r^2, to 2^-79.7 of cos r
 };
-inline constexpr vdsin_data_ha_type vdsin_data_ha{};
+inline constexpr dSinTableData vdsin_data_ha{};
 
 // r without what is too small to be squared, and +0 for -0, which keeps the sign of zero in r + r^3 p for p < 0.
 template <class X>
@@ -65,7 +65,7 @@ template <int shift, class X>
 inline HighLow<X> sine_parts(const Turn<X>& t, const SmallSineCosine<X>& f, const SpilledWords<X>& n) {
   X row[4];
   gather_rows(
-      vdsin_table[0], [&](int lane) { return (n.low(lane) + shift) & 511; }, row);
+      kSinTable[0], [&](int lane) { return (n.low(lane) + shift) & 511; }, row);
   const X cos_lo = row[0], cos_hi = row[1], sin_hi = row[2], sin_lo = row[3];
   const auto sum = fast_two_sum(sin_hi, cos_hi * t.r);
   return {sum.high, ((sin_lo + sin_hi * f.c) + (cos_lo * t.r + (cos_hi + cos_lo) * f.s)) + sum.low};
@@ -92,7 +92,7 @@ inline auto wanted_of(const Turn<X>& t) {
 }
 
 // ---- LA and EP
-struct vdsin_data_type {
+struct dSinData {
   Row<double> inv = 0x1.45f306dc9c883p-2;  // 1/pi
   Row<double> shifter = 0x1.8p+52, half = 0.5;
   // pi; the products of all parts but the last with n below 2^23 and a half are exact
@@ -106,7 +106,7 @@ struct vdsin_data_type {
   Row<double> ep[4] = {-0x1.55554bc6346dbp-3, 0x1.110ed326a50afp-7, -0x1.9f6fed59cab0cp-13,
                        0x1.5dbce9e4f43c4p-19};
 };
-inline constexpr vdsin_data_type vdsin_data{};
+inline constexpr dSinData vdsin_data{};
 
 // sin of x, or of x + pi/2: then n counts from a half. The constants `d` are those of the precision.
 template <bool cosine, bool ep, class X, class D>
@@ -142,7 +142,7 @@ int vdsin_cout_rare(const double* a, double* r);
 // HA subtracts multiples of pi/256 from what is small enough, LA and EP multiples of pi; the rest goes by the digits of
 // 1/(2 pi) in all classes.
 template <Wanted wanted>
-struct vdsin_kernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<double>, double>(double)> {
+struct dSinKernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<double>, double>(double)> {
   template <class X, class Left>
   static void finish(X x, Left& left) {
     left.finish(at_most(magnitude(x), kLargest), wanted_of<wanted>(reduce_by_digits(x)));
@@ -158,7 +158,7 @@ struct vdsin_kernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<doub
   static constexpr Row<double> kLargest = DBL_MAX;
 };
 template <Wanted wanted>
-struct vdsin_ha : vdsin_kernel<wanted> {
+struct dSinTable : dSinKernel<wanted> {
   template <class X>
   static auto rare(X x) {
     return not_below(magnitude(x), kFrom);
@@ -173,7 +173,7 @@ struct vdsin_ha : vdsin_kernel<wanted> {
   static constexpr Row<double> kFrom = 0x1.fff8p+15;
 };
 template <Wanted wanted, bool ep>
-struct vdsin_low : vdsin_kernel<wanted> {
+struct dSinPolynomial : dSinKernel<wanted> {
   template <class X>
   static auto rare(X x) {
     return not_below(magnitude(x), kFrom);

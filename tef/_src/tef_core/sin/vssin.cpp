@@ -14,9 +14,9 @@ ORX_ISA_END
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
-using sSinHA = vssin_ha<Wanted::Sine>;
-using sSinLA = vssin_low<Wanted::Sine, false>;
-using sSinEP = vssin_low<Wanted::Sine, true>;
+using sSinHA = sSinDouble<Wanted::Sine>;
+using sSinLA = sSinPolynomial<Wanted::Sine, false>;
+using sSinEP = sSinPolynomial<Wanted::Sine, true>;
 }  // namespace
 ORX_ISA_END
 

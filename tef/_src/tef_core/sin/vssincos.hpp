@@ -5,7 +5,7 @@
 
 ORX_ISA_BEGIN(orx::tef)
 
-struct vssin_data_type {
+struct sSinData {
   Row<float> inv = 0x1.45f306p-2f;  // 1/pi
   Row<float> shifter = 0x1.8p+23f, half = 0.5f;
   // pi; all parts but the last have 12 bits, so that their products with n, and with a half of it, are exact
@@ -16,7 +16,7 @@ struct vssin_data_type {
   Row<float> c[4] = {-0x1.55554cp-3f, 0x1.110edap-7f, -0x1.9f70fp-13f, 0x1.5dc902p-19f};
   Row<float> ep[2] = {-0x1.543b6ep-3f, 0x1.f5c54cp-8f};
 };
-inline constexpr vssin_data_type vssin_data{};
+inline constexpr sSinData vssin_data{};
 
 // A function of doubles for singles: f gives one result, or two.
 template <class X, class F>
@@ -32,7 +32,7 @@ inline auto in_double(X x, F f) {
 int vssin_cout_rare(const float* a, float* r);
 
 template <Wanted wanted>
-struct vssin_kernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<float>, float>(float)> {
+struct sSinKernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<float>, float>(float)> {
   template <class X>
   static auto rare(X x) {
     return not_below(magnitude(x), kFrom);
@@ -53,7 +53,7 @@ struct vssin_kernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<floa
   static constexpr Row<float> kFrom = 10000.0f, kLargest = FLT_MAX;
 };
 template <Wanted wanted>
-struct vssin_ha : vssin_kernel<wanted> {
+struct sSinDouble : sSinKernel<wanted> {
   template <class X>
   static auto eval(X x) {
     return in_double(x, [](auto wide) {
@@ -63,7 +63,7 @@ struct vssin_ha : vssin_kernel<wanted> {
   }
 };
 template <Wanted wanted, bool ep>
-struct vssin_low : vssin_kernel<wanted> {
+struct sSinPolynomial : sSinKernel<wanted> {
   template <class X>
   static auto eval(X x) {
     return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, ep>(x, vssin_data); });

@@ -3,9 +3,9 @@
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
-using dSinCosHA = vdsin_ha<Wanted::Both>;
-using dSinCosLA = vdsin_low<Wanted::Both, false>;
-using dSinCosEP = vdsin_low<Wanted::Both, true>;
+using dSinCosHA = dSinTable<Wanted::Both>;
+using dSinCosLA = dSinPolynomial<Wanted::Both, false>;
+using dSinCosEP = dSinPolynomial<Wanted::Both, true>;
 }  // namespace
 ORX_ISA_END
 

@@ -3,9 +3,9 @@
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
-using sSinCosHA = vssin_ha<Wanted::Both>;
-using sSinCosLA = vssin_low<Wanted::Both, false>;
-using sSinCosEP = vssin_low<Wanted::Both, true>;
+using sSinCosHA = sSinDouble<Wanted::Both>;
+using sSinCosLA = sSinPolynomial<Wanted::Both, false>;
+using sSinCosEP = sSinPolynomial<Wanted::Both, true>;
 }  // namespace
 ORX_ISA_END
 

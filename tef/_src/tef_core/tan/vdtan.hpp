@@ -6,17 +6,17 @@
 #include "sin/vdsincos.hpp"
 
 namespace orx::tef {
-extern const double vdtan_table[256][4];  // sin t, what it lacks, cos t, what it lacks; t = j pi/256
+extern const double kTanTable[256][4];  // sin t, what it lacks, cos t, what it lacks; t = j pi/256
 }  // namespace orx::tef
 
 ORX_ISA_BEGIN(orx::tef)
 
-struct vdtan_data_type {
+struct dTanData {
   Row<double> one = 1.0;
   Row<double> four_thirds = 0x1.5555555555555p+0;  // the power of two next to y is that below 4/3 y
   Row<uint64_t> power = 0xFFF0000000000000;
 };
-inline constexpr vdtan_data_type vdtan_data{};
+inline constexpr dTanData vdtan_data{};
 
 // sin x and cos x, each as a large part and a small rest. Both signs may be wrong.
 template <class X>
@@ -28,7 +28,7 @@ struct SineAndCosine {
     const SpilledWords<X> n(t.N);
     X row[4];
     gather_rows(
-        vdtan_table[0], [&](int lane) { return n.low(lane) & 255; }, row);
+        kTanTable[0], [&](int lane) { return n.low(lane) & 255; }, row);
     const X sin_hi = row[0], sin_lo = row[1], cos_hi = row[2], cos_lo = row[3];
     sine = rotated(sin_hi, sin_lo, cos_hi, cos_lo, t.r, f);
     cosine = rotated(cos_hi, cos_lo, X{} - sin_hi, X{} - sin_lo, t.r, f);
@@ -67,7 +67,7 @@ inline X with_zeros_of(X y, X x) {
 int vdtan_cout_rare(const double* a, double* r);
 
 // Large arguments go by the digits of 1/(2 pi) in both classes.
-struct vdtan_kernel : Kernel<double(double)> {
+struct dTanKernel : Kernel<double(double)> {
   template <class X, class Left>
   static void finish(X x, Left& left) {
     const SineAndCosine<X> f(reduce_by_digits(x));
@@ -78,7 +78,7 @@ struct vdtan_kernel : Kernel<double(double)> {
  private:
   static constexpr Row<double> kLargest = DBL_MAX;
 };
-struct vdtan_ha : vdtan_kernel {
+struct dTanQuotient : dTanKernel {
   template <class X>
   static auto rare(X x) {
     return not_below(magnitude(x), kFrom);
@@ -93,7 +93,7 @@ struct vdtan_ha : vdtan_kernel {
   static constexpr Row<double> kFrom = 0x1.fff8p+15;
 };
 
-struct vdtan_la_data_type {
+struct dTanPolynomialData {
   Row<double> inv = 0x1.45f306dc9c883p-1;  // 2/pi
   Row<double> shifter = 0x1.8p+52;
   Row<double> p1 = 0x1.921fb544p+0, p2 = 0x1.0b4611a6p-34,
@@ -106,9 +106,9 @@ struct vdtan_la_data_type {
   Row<double> c[6] = {0x1.555555555554bp-5,   -0x1.6c16c16c15017p-10, 0x1.a01a019c8f66bp-16,
                       -0x1.27e4f7f1c1054p-22, 0x1.1ee9dbec7010ap-29,  -0x1.8fa6917123386p-37};
 };
-inline constexpr vdtan_la_data_type vdtan_la_data{};
+inline constexpr dTanPolynomialData vdtan_la_data{};
 
-struct vdtan_la : vdtan_kernel {
+struct dTanPolynomial : dTanKernel {
   template <class X>
   static auto rare(X x) {
     return not_below(magnitude(x), kFrom);

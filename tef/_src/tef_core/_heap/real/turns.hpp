@@ -9,7 +9,7 @@
 #include "frame/kernel.hpp"
 
 namespace orx::tef {
-extern const uint64_t turns_d[2048][3];
+extern const uint64_t kTurns[2048][3];
 }  // namespace orx::tef
 
 ORX_ISA_BEGIN(orx::tef)
@@ -29,7 +29,7 @@ struct TurnConstants {
   Row<double> signed_grid = 0x1.000008p+20;
   Row<double> grid0 = 0x1p+52;
 };
-inline constexpr TurnConstants turn_data{};
+inline constexpr TurnConstants kTurnData{};
 
 // The 128 highest bits of the fraction of a turn that |x| ends in, as two 64-bit numbers.
 template <class I>
@@ -43,8 +43,8 @@ inline TurnFraction<BitsOfLanes<X>> turn_fraction(X x) {
   constexpr uint64_t digit = 0xFFFFFFFF;
   const SpilledWords<X> words(x);
   const auto row = [&](int lane) { return 3 * (words.high(lane) >> 20 & 0x7FF); };
-  const I w[3] = {gather_bits<X>(turns_d[0] + 2, row), gather_bits<X>(turns_d[0] + 1, row),
-                  gather_bits<X>(turns_d[0], row)};
+  const I w[3] = {gather_bits<X>(kTurns[0] + 2, row), gather_bits<X>(kTurns[0] + 1, row),
+                  gather_bits<X>(kTurns[0], row)};
   const I m = words.bits();
   const I m_high = (shift_right<32>(m) & uint64_t{0xFFFFF}) | uint64_t{0x100000};
 
@@ -70,7 +70,7 @@ inline X on_grid(I word, const Row<double>& grid) {
 // The reduction of finite |x| from 2 on.
 template <class X>
 inline Turn<X> reduce_by_digits(X x) {
-  const auto& d = turn_data;
+  const auto& d = kTurnData;
   constexpr uint64_t digit = 0xFFFFFFFF;
   const auto f = turn_fraction(x);
 
