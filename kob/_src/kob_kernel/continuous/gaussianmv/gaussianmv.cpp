@@ -2,6 +2,7 @@
 // covariance matrices.
 #include "blas.hpp"
 #include "distribution.hpp"
+#include "orx/base/memory.hpp"
 #include "orx/ss.h"
 
 using namespace orx::rng;
@@ -73,7 +74,7 @@ void inverse3(Real* m) {
 template <class Real>
 int inverse(int p, Real* matrix) {
   if (blas::potrf(p, matrix) != 0) {
-    orx_serv_deallocate(matrix);
+    orx::free_array(matrix);
     return KOB_SS_ERROR_INVERSE_FACTOR;
   }
   if (blas::potri(p, matrix) != 0) return KOB_SS_ERROR_INVERSE;
