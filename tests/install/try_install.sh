@@ -21,7 +21,7 @@ fi
 for header in "$prefix"/include/orx/*.h; do
   for language in "c -std=c99" "c++ -std=c++17"; do
     # shellcheck disable=SC2086
-    echo "#include <orx/$(basename "$header")>" |
+    printf '#include <orx/%s>\nextern int not_empty;\n' "$(basename "$header")" |  # some headers hold macros alone
       "$cc" "${flags[@]}" -x $language -Wall -Wextra -pedantic -Werror -fsyntax-only -I "$prefix/include" -
   done
 done
