@@ -79,6 +79,19 @@
  *                       domain error (1): infinite x
  *   Tan         d      (n, a, r)  tan x, finite numbers
  *                       domain error (1): infinite x
+ *   Div         s, d   (n, a, b, r)  a/b, b not 0
+ *                       singularity (2): b = 0 (not in sDiv EP)
+ *                       method: the processor's division
+ *   Inv         s, d   (n, a, r)  1/x, x not 0
+ *                       singularity (2): x = 0 (not in sInv EP)
+ *                       method: the processor's division
+ *   InvSqrt     s, d   (n, a, r)  x^(-1/2), x >= 0
+ *                       domain error (1): x < 0
+ *                       singularity (2): x = 0
+ *                       method: the processor's approximate reciprocal root, refined by the binomial series
+ *   Sqrt        s, d   (n, a, r)  x^(1/2), x >= 0
+ *                       domain error (1): x < 0
+ *                       method: the processor's instruction
  */
 /* end functions */
 #ifndef ORX_TEF_H

@@ -135,6 +135,12 @@ void inv_cbrt(mpfr_t* r, const mpfr_t* x) {
   mpfr_ui_div(r[0], 1, r[0], MPFR_RNDN);
 }
 
+// MPFR's own knows no sign of zero.
+void inv_sqrt(mpfr_t* r, const mpfr_t* x) {
+  mpfr_sqrt(r[0], x[0], MPFR_RNDN);
+  mpfr_ui_div(r[0], 1, r[0], MPFR_RNDN);
+}
+
 // Squares and cubes of doubles are exact in 192 bits.
 void pow2o3(mpfr_t* r, const mpfr_t* x) {
   mpfr_sqr(r[0], x[0], MPFR_RNDN);
@@ -161,17 +167,10 @@ void mul_by_conj(mpfr_t* r, const mpfr_t* x) {
 }
 
 const std::pair<std::string_view, void (*)(mpfr_t*, const mpfr_t*)> kFormulas[] = {
-    {"cdfnorm", cdfnorm},
-    {"cdfnorminv", cdfnorminv},
-    {"cis", cis},
-    {"erfcinv", erfcinv},
-    {"erfinv", erfinv},
-    {"inv", inv},
-    {"inv_cbrt", inv_cbrt},
-    {"linear_fraction", linear_fraction},
-    {"mul_by_conj", mul_by_conj},
-    {"pow2o3", pow2o3},
-    {"pow3o2", pow3o2},
+    {"cdfnorm", cdfnorm},         {"cdfnorminv", cdfnorminv}, {"cis", cis},
+    {"erfcinv", erfcinv},         {"erfinv", erfinv},         {"inv", inv},
+    {"inv_cbrt", inv_cbrt},       {"inv_sqrt", inv_sqrt},     {"linear_fraction", linear_fraction},
+    {"mul_by_conj", mul_by_conj}, {"pow2o3", pow2o3},         {"pow3o2", pow3o2},
 };
 
 template <class F>
