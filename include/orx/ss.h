@@ -218,6 +218,7 @@ enum {
   KOB_SS_ERROR_EIGENVALUES = -4072,
   KOB_SS_ERROR_PARTIAL_ROLES = -4073, /* no variable of one of the two roles */
   KOB_SS_ERROR_STREAM_IMAGE = -4074,  /* null, cut short, damaged, or of the other precision */
+  KOB_SS_ERROR_MAHALANOBIS = -4075, /* centre, inverse or distances absent, or a bad range of observations */
   KOB_SS_ERROR_ROBUST_EIGEN = -5000,
   KOB_SS_ERROR_PARTIAL_FACTOR = -5010, /* the covariance of the conditioning variables does not factor */
   KOB_SS_ERROR_PARTIAL_INVERSE = -5011,
@@ -308,6 +309,12 @@ int __kobdSSEditMtxParametrz(SSTask* task, const double* cor, const void* corSto
                              const void* paramCorStorage);
 int __kobsSSEditMtxParametrz(SSTask* task, const float* cor, const void* corStorage, float* paramCor,
                              const void* paramCorStorage);
+
+/* What a Mahalanobis distance is taken from, see _kobdSSMahDistance. */
+int __kobdSSEditMahDistance(SSTask* task, const void* first, const void* end, const double* mean,
+                            const double* invCov, double* distances, double* work, const void* workSize);
+int __kobsSSEditMahDistance(SSTask* task, const void* first, const void* end, const float* mean,
+                            const float* invCov, float* distances, float* work, const void* workSize);
 
 /* ---- computations ----
  *
@@ -434,6 +441,49 @@ int _kobsSSPartialCovariance(SSTask* task, long long estimates, long long method
  * infinity and the maximum -infinity. */
 int _kobdSSMinmax(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
 int _kobsSSMinmax(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+
+/* Mahalanobis distances sqrt((x - mean)' invCov (x - mean)) of the observations from number `first` (0 if absent) up
+ * to, not including, `end` (n if absent), written to distances[0] and on. Of invCov, p by p, the upper triangle of columns
+ * is read (element (i, j), i <= j, at invCov[j*p + i]), as __kobdInvCov leaves it. With a work area of workSize >= 2p
+ * numbers (2000 p are plenty) blocks of observations go through dsymm; without, each is done by itself, which is slower and
+ * allocates p numbers. Where invCov is not positive definite a distance may be NaN. Set these arguments
+ * with __kobdSSEditMahDistance; KOB_SS_ERROR_MAHALANOBIS tells of what is absent or of a bad range. */
+int _kobdSSMahDistance(SSTask* task, long long estimates, long long method,
+                       const ThreadingServices* threading);
+int _kobsSSMahDistance(SSTask* task, long long estimates, long long method,
+                       const ThreadingServices* threading);
+
+/* Repairs a correlation matrix `cor` that is not positive semidefinite, method KOB_SS_SPECTRAL_DECOMPOSITION:
+ * eigenvalues below 1e-14 become 1e-14, and rows and columns are scaled so that the diagonal is 1 (Rebonato and Jaeckel
+ * 1999). A matrix that needs no repair is returned as it is. The diagonal of `cor` is not read and taken as 1.
+ * `paramCor` may be `cor` itself, unless that is packed and the result whole. -5030: the eigenvalues were not found,
+ * because of a NaN or an infinity. */
+int _kobdSSCorParametrization(SSTask* task, long long estimates, long long method,
+                              const ThreadingServices* threading);
+int _kobsSSCorParametrization(SSTask* task, long long estimates, long long method,
+                              const ThreadingServices* threading);
+
+/* Weighted quantile of order quantOrders[0], one value for each of the p variables into `quantiles` (all of them:
+ * `indices` are not looked at). In the order of the values the weights are added up until their sum reaches the
+ * order's part of the total S: the value at which it does, or, where that part is met exactly and n is even, the mean of it
+ * and of the next value of positive weight; where it is passed, between the last value of positive weight and this
+ * one in proportion. With equal weights and order 0.5 it is the median. Without weights all are 1. */
+int _kobdSSWMedian(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+int _kobsSSWMedian(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
+
+/* The chi-square law with k degrees of freedom: P(X <= x); the density; the x below which there is the probability P,
+ * infinity for P = 1, NaN for what is no probability. ln |gamma(x)|, infinite at the poles. Computed in extended
+ * precision: of k up to 1000 all are good to 1e-15 relative in both tails, as far as 1 - P can tell the upper one. */
+double __kobdChi2CDF(int k, double x);
+double __kobdChi2PDF(int k, double x);
+double __kobdChi2ICDF(int k, double P);
+double __kobdLGamma(double x);
+
+/* Makes a covariance matrix, p by p, fit for inversion. One whose eigenvalues are all above 0 is accepted; otherwise a
+ * hundredth of the least positive eigenvalue is added to the diagonal. A single variance of 0 becomes the least
+ * number that counts as one. The upper triangle of columns stays, the lower one is destroyed.
+ * KOB_SS_ERROR_NOT_POSITIVE_DEFINITE: no eigenvalue is positive, or the matrix holds a NaN or an infinity. */
+int __kobdTestCovRank(int p, double* matrix);
 
 /* Scalar helpers: the natural logarithm, at most 0.51 ulp off, -infinity at 0 and NaN below; the square root.
  */

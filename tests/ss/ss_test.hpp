@@ -31,6 +31,10 @@ struct Api;
     static constexpr auto pooled = _kob##t##SSPooledCovariance;                \
     static constexpr auto partial = _kob##t##SSPartialCovariance;              \
     static constexpr auto minmax = _kob##t##SSMinmax;                          \
+    static constexpr auto distances = _kob##t##SSMahDistance;                  \
+    static constexpr auto edit_distances = __kob##t##SSEditMahDistance;        \
+    static constexpr auto parametrize = _kob##t##SSCorParametrization;         \
+    static constexpr auto weighted_median = _kob##t##SSWMedian;                \
     static constexpr auto edit_moments = __kob##t##SSEditMoments;              \
     static constexpr auto edit_partial = __kob##t##SSEditPartialCovCor;        \
   };

@@ -35,6 +35,9 @@
   OUT(robustMean) OUT(robustCov)
 #define MTX_PARAMETRZ(OUT, IN, INT)                           \
   IN(cor) INT(corStorage) OUT(paramCor) INT(paramCorStorage)
+#define MAH_DISTANCE(OUT, IN, INT)                            \
+  INT(mahFirst) INT(mahEnd) IN(mahMean) IN(mahInvCov)          \
+  OUT(mahDistances) OUT(mahWork) INT(mahWorkSize)
 // clang-format on
 
 #define PARAMETER_OUT(name) , Real* name
@@ -59,7 +62,8 @@
   EDITOR(__kob##t##SSEditMissingVals, MISSING_VALS)           \
   EDITOR(__kob##t##SSEditOutDetect, OUT_DETECT)               \
   EDITOR(__kob##t##SSEditRCov, R_COV)                         \
-  EDITOR(__kob##t##SSEditMtxParametrz, MTX_PARAMETRZ)
+  EDITOR(__kob##t##SSEditMtxParametrz, MTX_PARAMETRZ)         \
+  EDITOR(__kob##t##SSEditMahDistance, MAH_DISTANCE)
 
 #define Real double
 EDITORS(d)

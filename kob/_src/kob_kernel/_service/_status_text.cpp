@@ -96,6 +96,8 @@ constexpr StatusText kSsTexts[] = {
     {KOB_SS_ERROR_PARTIAL_ROLES, "no variable of one of the two roles in partial covariance"},
     {KOB_SS_ERROR_STREAM_IMAGE,
      "the image of a summary is null, cut short, damaged or of the other precision"},
+    {KOB_SS_ERROR_MAHALANOBIS,
+     "the centre, the inverse covariance or the distances are absent, or the range of observations is bad"},
     {KOB_SS_ERROR_ROBUST_EIGEN, "the eigenvalues of the first robust estimate were not found"},
     {KOB_SS_ERROR_PARTIAL_FACTOR, "the covariance of the conditioning variables does not factor"},
     {KOB_SS_ERROR_PARTIAL_INVERSE, "the covariance of the conditioning variables has no inverse"},

@@ -12,7 +12,16 @@ extern "C" {
                 const T* alpha, const T* a, const int* lda, const T* b, const int* ldb, const T* beta, T* c, \
                 const int* ldc);                                                                             \
   void t##potrf_(const char* uplo, const int* n, T* a, const int* lda, int* info);                           \
-  void t##potri_(const char* uplo, const int* n, T* a, const int* lda, int* info);
+  void t##potri_(const char* uplo, const int* n, T* a, const int* lda, int* info);                           \
+  void t##symm_(const char* side, const char* uplo, const int* m, const int* n, const T* alpha, const T* a,  \
+                const int* lda, const T* b, const int* ldb, const T* beta, T* c, const int* ldc);            \
+  void t##trmm_(const char* side, const char* uplo, const char* trans, const char* diag, const int* m,       \
+                const int* n, const T* alpha, const T* a, const int* lda, T* b, const int* ldb);             \
+  void t##trtri_(const char* uplo, const char* diag, const int* n, T* a, const int* lda, int* info);         \
+  void t##syev_(const char* jobz, const char* uplo, const int* n, T* a, const int* lda, T* w, T* work,       \
+                const int* lwork, int* info);                                                                \
+  void t##spevd_(const char* jobz, const char* uplo, const int* n, T* ap, T* w, T* z, const int* ldz,        \
+                 T* work, const int* lwork, int* iwork, const int* liwork, int* info);
 ORX_BLAS_DECLARE(d, double)
 ORX_BLAS_DECLARE(s, float)
 #undef ORX_BLAS_DECLARE
@@ -45,6 +54,23 @@ namespace orx::blas {
   inline int potri(int n, T* a, int lda) {                                                                  \
     int info = 0;                                                                                           \
     t##potri_("U", &n, a, &lda, &info);                                                                     \
+    return info;                                                                                            \
+  }                                                                                                         \
+  /* c = a b, b m by n, of the symmetric a the upper triangle. */                                           \
+  inline void symm(int m, int n, const T* a, const T* b, T* c) {                                            \
+    const T one = 1, zero = 0;                                                                              \
+    t##symm_("L", "U", &m, &n, &one, a, &m, b, &m, &zero, c, &m);                                           \
+  }                                                                                                         \
+  /* Eigenvalues in rising order from the triangle `uplo`, and with jobz 'V' eigenvectors in its place. */  \
+  inline int syev(char jobz, char uplo, int n, T* a, T* w, T* work, int lwork) {                            \
+    int info = 0;                                                                                           \
+    t##syev_(&jobz, &uplo, &n, a, &n, w, work, &lwork, &info);                                              \
+    return info;                                                                                            \
+  }                                                                                                         \
+  /* The same of the lower triangle, packed column by column; the eigenvectors go to z. */                  \
+  inline int spevd(int n, T* packed, T* w, T* z, T* work, int lwork, int* iwork, int liwork) {              \
+    int info = 0;                                                                                           \
+    t##spevd_("V", "L", &n, packed, w, z, &n, work, &lwork, iwork, &liwork, &info);                         \
     return info;                                                                                            \
   }
 ORX_BLAS_WRAP(d, double)
