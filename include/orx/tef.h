@@ -79,6 +79,10 @@
  *                       domain error (1): infinite x
  *   Tan         d      (n, a, r)  tan x, finite numbers
  *                       domain error (1): infinite x
+ *   Atan        d      (n, a, r)  atan x, from -pi/2 to pi/2
+ *                       method: the nearest of 17 angles by a table, and a polynomial for what is left
+ *   Atan2       d      (n, a, b, r)  the angle of the point (x, y) = (b, a), from -pi to pi
+ *                       method: the octant 0 <= y <= x, then as Atan with a quotient of sums
  *   Div         s, d   (n, a, b, r)  a/b, b not 0
  *                       singularity (2): b = 0 (not in sDiv EP)
  *                       method: the processor's division
