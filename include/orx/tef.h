@@ -71,6 +71,13 @@
  *   Mul         s, d   (n, a, b, r)  a b
  *   Sqr         s, d   (n, a, r)  a^2
  *   Sub         s, d   (n, a, b, r)  a - b
+ *   Cosh        d      (n, a, r)  cosh x
+ *                       overflow (3): result above the largest number
+ *                       method: as Sinh
+ *   Sinh        d      (n, a, r)  sinh x
+ *                       overflow (3): result above the largest number
+ *                       method: both exponentials from one reduction by ln 2/128 and one table row; a polynomial near
+ *                       0
  *   Cos         s, d   (n, a, r)  cos x, finite numbers
  *                       domain error (1): infinite x
  *   Sin         s, d   (n, a, r)  sin x, finite numbers
