@@ -442,6 +442,36 @@ int _kobsSSPartialCovariance(SSTask* task, long long estimates, long long method
 int _kobdSSMinmax(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
 int _kobsSSMinmax(SSTask* task, long long estimates, long long method, const ThreadingServices* threading);
 
+/* Robust mean and covariance, method KOB_SS_TBS: the S-estimate of the translated biweight (Rocke 1996), from an OGK start
+ * (Maronna and Zamar 2002). n > 2p observations; `weights` and `indices` are not looked at. `robustParams`, read if
+ * `robustParamCount` is 4:
+ *   0  breakdown point, above 0, at most 0.5 (n - p)/n, which is also the default;
+ *   1  asymptotic rejection probability, in 0 to 1: the part of normal data that gets weight 0 (0.001);
+ *   2  accuracy: the weights of two rounds differ by that much in the root of the sum of squares (0.001);
+ *   3  limit of rounds (100); 0 gives the OGK start.
+ * Values outside these ranges stand for the defaults. Results are written when all has gone well.
+ * KOB_SS_ERROR_NO_SUBSET: no observation has a weight above 0, as where all are equal; -5000: a NaN or an infinity
+ * among the data, or scales beyond the range of numbers; KOB_SS_ERROR_NOT_POSITIVE_DEFINITE, -5041: the
+ * covariance is singular and could not be regularised. */
+int _kobdSSRobustCovariance(SSTask* task, long long estimates, long long method,
+                            const ThreadingServices* threading);
+int _kobsSSRobustCovariance(SSTask* task, long long estimates, long long method,
+                            const ThreadingServices* threading);
+
+/* Outliers by BACON, method KOB_SS_BACON (Billor, Hadi and Velleman 2000): `outlierWeights`, n numbers, becomes 0 for
+ * an outlier, and the weight of the observation, or 1, for others. n >= 5p observations. `outlierParams`, read
+ * if `outlierParamCount` is 3:
+ *   0  start: 1 by Mahalanobis distances, 2 by distances from the medians (2; also for other values);
+ *   1  alpha, the part of normal data beyond the cut before its correction for small samples, in 0 to 1 (0.05);
+ *   2  beta: rounds end when the number of good observations changes by less than that part of it (0.005).
+ * Where the rounds go in circles the set with the fewest outliers of the circle is taken. KOB_SS_ERROR_NO_SUBSET: no
+ * more than 5p observations are good; KOB_SS_ERROR_NOT_POSITIVE_DEFINITE, -5041: the good ones have a singular covariance
+ * that could not be regularised, or a NaN among the data. The weights then hold the last round. */
+int _kobdSSOutliersDetection(SSTask* task, long long estimates, long long method,
+                             const ThreadingServices* threading);
+int _kobsSSOutliersDetection(SSTask* task, long long estimates, long long method,
+                             const ThreadingServices* threading);
+
 /* Mahalanobis distances sqrt((x - mean)' invCov (x - mean)) of the observations from number `first` (0 if absent) up
  * to, not including, `end` (n if absent), written to distances[0] and on. Of invCov, p by p, the upper triangle of columns
  * is read (element (i, j), i <= j, at invCov[j*p + i]), as __kobdInvCov leaves it. With a work area of workSize >= 2p

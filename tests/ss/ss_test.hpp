@@ -35,6 +35,10 @@ struct Api;
     static constexpr auto edit_distances = __kob##t##SSEditMahDistance;        \
     static constexpr auto parametrize = _kob##t##SSCorParametrization;         \
     static constexpr auto weighted_median = _kob##t##SSWMedian;                \
+    static constexpr auto robust = _kob##t##SSRobustCovariance;                \
+    static constexpr auto edit_robust = __kob##t##SSEditRCov;                  \
+    static constexpr auto outliers = _kob##t##SSOutliersDetection;             \
+    static constexpr auto edit_outliers = __kob##t##SSEditOutDetect;           \
     static constexpr auto edit_moments = __kob##t##SSEditMoments;              \
     static constexpr auto edit_partial = __kob##t##SSEditPartialCovCor;        \
   };
@@ -165,4 +169,13 @@ inline int fail_each_allocation(const std::function<int()>& call, const std::fun
     failed(status);
     if (k > 1000) return -1;
   }
+}
+
+// What `call` returns; it must leave as many blocks as it found.
+template <class Call>
+int without_loss(Call call) {
+  const long before = orx_serv_live_blocks();
+  const int status = call();
+  EXPECT_EQ(orx_serv_live_blocks(), before);
+  return status;
 }

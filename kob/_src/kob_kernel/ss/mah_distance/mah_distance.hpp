@@ -1,7 +1,7 @@
 // Mahalanobis distances sqrt((x - m)' S (x - m)), S being the inverse of a covariance.
 #pragma once
 
-#include "_covariance/root.hpp"
+#include "_robust/root.hpp"
 #include "blas.hpp"
 #include "orx/base/memory.hpp"
 #include "ss_task.hpp"
@@ -55,11 +55,14 @@ void roots_of_products(int p, const T* u, const T* v, T* d) {
 
 // Observations at a time that stay in the nearest cache with their products.
 template <class T>
-int block_size(int p, int64_t half) {
-  constexpr int64_t bytes = 0x4000, least = 16;
-  int64_t block = bytes / int64_t(sizeof(T)) / p;
-  if (block < least) block = least;
-  return int(block * p < half ? block : half / p);
+constexpr int block_size(int p) {
+  constexpr int bytes = 0x4000, least = 16, block = bytes / int(sizeof(T));
+  return block / p > least ? block / p : least;
+}
+// The work area that such a block needs.
+template <class T>
+constexpr int64_t work_size(int p) {
+  return int64_t(2) * p * block_size<T>(p);
 }
 
 // `half` is half the size of the work area: the centred observations, then their products with the inverse.
@@ -67,7 +70,7 @@ template <class T>
 void distances_by_blocks(const Observations<T>& data, int first, int end, const Metric<T>& metric, T* d,
                          T* centred, int64_t half) {
   constexpr int together = 4;
-  const int p = data.p, block = block_size<T>(p, half);
+  const int p = data.p, room = int(half / p), block = room < block_size<T>(p) ? room : block_size<T>(p);
   const Kernel<T> centre = kernel(data);
   T* const product = centred + half;
   for (int count; first < end; first += count) {
@@ -102,23 +105,31 @@ void distances_one_by_one(const Observations<T>& data, int first, int end, const
   }
 }
 
-// Distances of the observations from `first` to `end` go to d[0], d[1], ... The work area has room for two
-// observations at least, or is none, or not looked at where there is one variable.
 template <class T>
-int distances(const Observations<T>& data, int first, int end, const Metric<T>& metric, T* d, T* work,
-              int64_t work_size) {
-  const int p = data.p;
-  if (p == 1) {
-    const T* const x = data.x + first;
-    const T m = metric.mean[0], s = metric.inverse[0];
-    for (int i = 0; i < end - first; ++i) d[i] = root((x[i] - m) * s * (x[i] - m));
+void distances_of_one_variable(const Observations<T>& data, int first, int end, const Metric<T>& metric,
+                               T* d) {
+  const T* const x = data.x + first;
+  const T m = metric.mean[0], s = metric.inverse[0];
+  for (int i = 0; i < end - first; ++i) d[i] = root((x[i] - m) * s * (x[i] - m));
+}
+
+// Distances of the observations from `first` to `end` go to d[0], d[1], ... The work area has room for an observation
+// and its product at least.
+template <class T>
+void distances(const Observations<T>& data, int first, int end, const Metric<T>& metric, T* d, T* work,
+               int64_t size) {
+  if (data.p == 1) return distances_of_one_variable(data, first, end, metric, d);
+  distances_by_blocks(data, first, end, metric, d, work, size / 2);
+}
+
+// The same without a work area.
+template <class T>
+int distances(const Observations<T>& data, int first, int end, const Metric<T>& metric, T* d) {
+  if (data.p == 1) {
+    distances_of_one_variable(data, first, end, metric, d);
     return KOB_SS_OK;
   }
-  if (work && work_size / 2 >= p) {
-    distances_by_blocks(data, first, end, metric, d, work, work_size / 2);
-    return KOB_SS_OK;
-  }
-  const Block<T> centred(p);
+  const Block<T> centred(data.p);
   if (!centred) return KOB_SS_ERROR_MEMORY;
   distances_one_by_one(data, first, end, metric, d, centred.get());
   return KOB_SS_OK;
@@ -133,8 +144,11 @@ int compute(SSTask* task) {
   if (!task->mahMean || !task->mahInvCov || !task->mahDistances || first < 0 || first > end || end > data.n)
     return KOB_SS_ERROR_MAHALANOBIS;
   const Metric<T> metric = {reals<T>(task->mahMean), reals<T>(task->mahInvCov)};
-  return distances(data, int(first), int(end), metric, reals<T>(task->mahDistances), reals<T>(task->mahWork),
-                   task->mahWorkSize ? value(task, task->mahWorkSize) : 0);
+  T* const d = reals<T>(task->mahDistances);
+  const int64_t size = task->mahWork && task->mahWorkSize ? value(task, task->mahWorkSize) : 0;
+  if (size / 2 < data.p) return distances(data, int(first), int(end), metric, d);
+  distances(data, int(first), int(end), metric, d, reals<T>(task->mahWork), size);
+  return KOB_SS_OK;
 }
 
 }  // namespace orx::ss::mah_distance

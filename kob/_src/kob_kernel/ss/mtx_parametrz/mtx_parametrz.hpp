@@ -2,18 +2,13 @@
 // are lifted to it, and rows scaled to length 1.
 #pragma once
 
-#include "_covariance/rank.hpp"
-#include "_covariance/root.hpp"
+#include "_robust/checks.hpp"
+#include "_robust/rank.hpp"
+#include "_robust/root.hpp"
 #include "matrix.hpp"
 #include "ss_task.hpp"
 
 namespace orx::ss::mtx_parametrz {
-
-inline int check_matrix_storage(const SSTask* task, const void* storage) {
-  if (!storage) return KOB_SS_ERROR_STORAGE_ABSENT;
-  const int64_t word = value(task, storage);
-  return word >= KOB_SS_FULL && word <= KOB_SS_UPPER_PACKED ? KOB_SS_OK : KOB_SS_ERROR_STORAGE;
-}
 
 template <class T>
 int check(const SSTask* task, unsigned method) {

@@ -1,4 +1,4 @@
-#include "_covariance/rank.hpp"
+#include "_robust/rank.hpp"
 
 #include "orx/base/api.hpp"
 
