@@ -39,9 +39,10 @@ inline LogReduced<X> log_reduce(X m, Indices<X>& index) {
   return {product_residue(m, R, D::kData.unit), R};
 }
 
-// k L + T + e + q, the first three as an exact sum of a high part and a correction; `rest` comes with q.
-template <class D, class X>
-inline X log_ha(X k, const Indices<X>& R, X e, X q) {
+// k L + T + e + q, the first three as an exact sum of a high part and a correction; `rest` comes with q. R(lane) is
+// the lane's R.
+template <class D, class X, class R_of_lane>
+inline X log_ha(X k, const R_of_lane& R, X e, X q) {
   const auto& d = D::kData;
   X T_hi, T_lo;
   gather_pairs(
@@ -53,8 +54,8 @@ inline X log_ha(X k, const Indices<X>& R, X e, X q) {
 
 // The same in one double. The exponent counts from the nearest power of two, so that T is 0 near 1 and
 // nothing cancels; the table tells the bias that belongs to T.
-template <class D, class X>
-inline X log_la(X k, const Indices<X>& R, X e, X q) {
+template <class D, class X, class R_of_lane>
+inline X log_la(X k, const R_of_lane& R, X e, X q) {
   X T, bias;
   gather_pairs(
       D::kLaTable[0], [&](int lane) { return R(lane) - D::kFirst; }, T, bias);

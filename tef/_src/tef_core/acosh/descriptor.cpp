@@ -1,0 +1,28 @@
+#include "functions/descriptor.hpp"
+
+using namespace orx::descriptor;
+
+static const Entry kEntry{{
+    .name = "Acosh",
+    .computes = "acosh x",
+    .method = "doubles: the logarithm of x + sqrt(x^2 - 1), by a short reciprocal, the logarithm's table and "
+              "a quotient "
+              "that does not cancel",
+    .c_name = "acosh",
+    .domain = "x >= 1",
+    .errors = {{StatusDomain, "x < 1"}},
+    .specials = {{1, 0},
+                 {0.5, kNaN, StatusDomain},
+                 {0, kNaN, StatusDomain},
+                 {-1, kNaN, StatusDomain},
+                 {-kInf, kNaN, StatusDomain},
+                 {kInf, kInf},
+                 {kNaN, kNaN},
+                 {kLargest, kFinite}},
+    .strata = {around({1.0001220703125, 1.5, 2, 0x1p28}), logarithmic(1, 1e6), even(1, 1.001)},
+    .s = {.strata = {around({0x1p63, 0x1p64})}},
+    .d = {.bounds = {.la = 2.2, .ha = 0.65},
+          .timed = {1, 1000},
+          .strata = {around({0x1p100, 0x1p500, 0x1p511})},
+          .approximate = kAllClasses},
+}};

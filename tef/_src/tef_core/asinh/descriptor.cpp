@@ -1,0 +1,26 @@
+#include "functions/descriptor.hpp"
+
+using namespace orx::descriptor;
+
+static const Entry kEntry{{
+    .name = "Asinh",
+    .computes = "asinh x",
+    .method = "doubles: the logarithm of |x| + sqrt(x^2 + 1), by a short reciprocal, the logarithm's table "
+              "and a quotient "
+              "that does not cancel",
+    .c_name = "asinh",
+    .specials = {{0, 0},
+                 {-0.0, -0.0},
+                 {-kInf, -kInf},
+                 {kInf, kInf},
+                 {kNaN, kNaN},
+                 {kLeast, kLeast},
+                 {kLargest, kFinite},
+                 {-kLargest, kFinite}},
+    .strata = {around({0.015625, 0.0625, 0.5, 4, 0x1p28}), logarithmic(1e-6, 1e6), logarithmic(-1e-3, -10)},
+    .s = {.strata = {around({0x1p63, 0x1p64})}},
+    .d = {.bounds = {.la = 2.2, .ha = 0.65},
+          .timed = {-1000, 1000},
+          .strata = {around({0x1p100, 0x1p500, 0x1p511})},
+          .approximate = kAllClasses},
+}};
