@@ -68,6 +68,7 @@ typedef struct SSTask SSTask;
 #define KOB_SS_STREAM_QUANTILES 0x40
 #define KOB_SS_STREAM_UPDATE 0x80
 #define KOB_SS_USER_MEAN 0x100
+#define KOB_SS_RESTORED_PRIOR 0x200 /* or-ed to KOB_SS_MULTIPLE_IMPUTATION */
 
 /* Parameter numbers of the generic editors. Integers go through __kobiSSEditTask. */
 enum {
@@ -471,6 +472,33 @@ int _kobdSSOutliersDetection(SSTask* task, long long estimates, long long method
                              const ThreadingServices* threading);
 int _kobsSSOutliersDetection(SSTask* task, long long estimates, long long method,
                              const ThreadingServices* threading);
+
+/* Multiple imputation of missing values in normal data, method KOB_SS_MULTIPLE_IMPUTATION (Schafer 1997): EM gives a start,
+ * then data augmentation draws the missing values, and mean and covariance, by turns; the values that the last round
+ * of an imputation has drawn are its result. Or-ed with KOB_SS_RESTORED_PRIOR, which is recommended, each round
+ * draws mean and covariance from the posterior of the prior; without it the prior of a round is the posterior of the
+ * round before, so that they vary less and less and intervals become too short (docs/statistics.md).
+ *
+ * A missing value is a quiet NaN whose sign is set (-NAN in C; high word 0xFFF80000 or more, in single precision
+ * 0xFFC00000). Any other NaN is taken as a value and ends in KOB_SS_ERROR_NOT_POSITIVE_DEFINITE.
+ *   miParams, 5 numbers: rounds of EM (below 1: 50); rounds for each imputation (below 1: 30); EM stops when no mean
+ *     and covariance changes by more (not above 0: 0.001; in the units of the data); number m of imputations; number
+ *     of missing values, which must be right.
+ *   miInit, p(p+3)/2 numbers: where EM begins: means, then the upper triangle of the covariance by rows. Without, or
+ *     where miInitCount is another, 0 and the unit matrix.
+ *   miPrior, at least p(p+3)/2 + 2 numbers: prior means; tau >= 0, how many observations they are worth; degrees of freedom,
+ *     p at least; inverse scale, upper triangle by rows. Without: tau 0, p degrees of freedom, inverse scale 0.
+ *   miSimul, m times the number of missing values: for each imputation the missing values of the first observation that
+ *     has some, in the order of the variables, then those of the next.
+ *   miEstimates, may be absent; m times rounds times p(p+3)/2: mean and upper triangle of the covariance of each round.
+ * The same data give the same results. Everything is computed in double precision, on the calling thread.
+ * KOB_SS_ERROR_NOT_POSITIVE_DEFINITE: an observed variable is constant or made of others. -5021: so are missing ones
+ * among themselves. -5024: the inverse scale of the prior is not positive semidefinite. After these
+ * `miSimul` and `miEstimates` hold what was drawn until then. */
+int _kobdSSMissingValues(SSTask* task, long long estimates, long long method,
+                         const ThreadingServices* threading);
+int _kobsSSMissingValues(SSTask* task, long long estimates, long long method,
+                         const ThreadingServices* threading);
 
 /* Mahalanobis distances sqrt((x - mean)' invCov (x - mean)) of the observations from number `first` (0 if absent) up
  * to, not including, `end` (n if absent), written to distances[0] and on. Of invCov, p by p, the upper triangle of columns

@@ -39,6 +39,8 @@ struct Api;
     static constexpr auto edit_robust = __kob##t##SSEditRCov;                  \
     static constexpr auto outliers = _kob##t##SSOutliersDetection;             \
     static constexpr auto edit_outliers = __kob##t##SSEditOutDetect;           \
+    static constexpr auto impute = _kob##t##SSMissingValues;                   \
+    static constexpr auto edit_missing = __kob##t##SSEditMissingVals;          \
     static constexpr auto edit_moments = __kob##t##SSEditMoments;              \
     static constexpr auto edit_partial = __kob##t##SSEditPartialCovCor;        \
   };

@@ -67,7 +67,18 @@ namespace orx::blas {
     t##syev_(&jobz, &uplo, &n, a, &n, w, work, &lwork, &info);                                              \
     return info;                                                                                            \
   }                                                                                                         \
-  /* The same of the lower triangle, packed column by column; the eigenvectors go to z. */                  \
+  /* b, n by n, becomes a' b with the upper triangle of a. */                                               \
+  inline void trmm(int n, const T* a, T* b) {                                                               \
+    const T one = 1;                                                                                        \
+    t##trmm_("L", "U", "T", "N", &n, &n, &one, a, &n, b, &n);                                               \
+  }                                                                                                         \
+  /* The inverse of an upper triangle. */                                                                   \
+  inline int trtri(int n, T* a) {                                                                           \
+    int info = 0;                                                                                           \
+    t##trtri_("U", "N", &n, a, &n, &info);                                                                  \
+    return info;                                                                                            \
+  }                                                                                                         \
+  /* Eigenvalues and eigenvectors z of the lower triangle, packed column by column. */                      \
   inline int spevd(int n, T* packed, T* w, T* z, T* work, int lwork, int* iwork, int liwork) {              \
     int info = 0;                                                                                           \
     t##spevd_("V", "L", &n, packed, w, z, &n, work, &lwork, iwork, &liwork, &info);                         \
