@@ -100,15 +100,15 @@
  *                       domain error (1): infinite x
  *   Tan         d      (n, a, r)  tan x, finite numbers
  *                       domain error (1): infinite x
- *   Acos        d      (n, a, r)  acos x, from 0 to pi, |x| <= 1
+ *   Acos        s, d   (n, a, r)  acos x, from 0 to pi, |x| <= 1
  *                       domain error (1): |x| > 1
  *                       method: as Asin
- *   Asin        d      (n, a, r)  asin x, from -pi/2 to pi/2, |x| <= 1
+ *   Asin        s, d   (n, a, r)  asin x, from -pi/2 to pi/2, |x| <= 1
  *                       domain error (1): |x| > 1
  *                       method: a polynomial, of the square root of (1 - |x|)/2 where |x| is above 1/2
- *   Atan        d      (n, a, r)  atan x, from -pi/2 to pi/2
+ *   Atan        s, d   (n, a, r)  atan x, from -pi/2 to pi/2
  *                       method: the nearest of 17 angles by a table, and a polynomial for what is left
- *   Atan2       d      (n, a, b, r)  the angle of the point (x, y) = (b, a), from -pi to pi
+ *   Atan2       s, d   (n, a, b, r)  the angle of the point (x, y) = (b, a), from -pi to pi
  *                       method: the octant 0 <= y <= x, then as Atan with a quotient of sums
  *   Div         s, d   (n, a, b, r)  a/b, b not 0
  *                       singularity (2): b = 0 (not in sDiv EP)

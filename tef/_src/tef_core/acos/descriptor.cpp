@@ -26,5 +26,6 @@ static const Entry kEntry{{
                  {-kInf, kNaN, StatusDomain},
                  {kNaN, kNaN}},
     .strata = {even(-1, 1), around({0.5, -0.5})},
+    .s = {.bounds = {.la = 1.6, .ha = 0.65}, .timed = {-1, 1}, .approximate = kHA},
     .d = {.bounds = {.la = 1.5, .ha = 0.65, .ep = 0x1p26}, .timed = {-1, 1}, .approximate = kHA},
 }};

@@ -1,16 +1,6 @@
-// Arc sine and arc cosine, double.
-//
-// With r = 2 |x| where |x| < 1/2 and r = sqrt(2 - 2 |x|) beyond, r is at most 1, and A = 2 asin(r/2) is 2 asin |x| or
-// pi - 2 asin |x|. So
-//
-//   |x| < 1/2     asin |x| = A/2          acos x = pi/2 -+ A/2
-//   beyond        asin |x| = pi/2 - A     acos x = A or pi - A
-//
-// and one odd polynomial gives A. HA takes A in two parts, and the sum from its large end; LA and EP take a root for r in
-// both cases, whose argument is the smaller of 4 x^2 and 2 - 2 |x|.
+// Constants of the arc sine and the arc cosine, double; arc.hpp tells what for.
 #pragma once
-#include "frame/exceptions.hpp"
-#include "frame/kernel.hpp"
+#include "frame/simd.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
@@ -33,63 +23,5 @@ struct dAsinData {
                        0x1.8ba18d7995903p-14, 0x1.59e76297fe1fdp-15};
 };
 inline constexpr dAsinData vdasin_data{};
-
-// Of |x| from 2^-60 to 1: r^2, its root, and whether |x| is beyond 1/2.
-template <class X>
-struct Chord {
-  X square, root;
-  Mask<double, X::kCount> steep;
-
-  explicit Chord(X size) : steep(not_below(size, vdasin_data.half)) {
-    const X twice = size + size;
-    square = min(twice * twice, vdasin_data.two - twice);
-    root = square_root(square);
-  }
-};
-
-// base + base_lo + part A; the part is +-1 where the chord is steep, +-1/2 elsewhere, the base 0 or larger than that.
-struct ArcHA {
-  template <class X>
-  static X sum(X size, const Chord<X>& chord, X base, X base_lo, X part) {
-    const auto& d = vdasin_data;
-    const X square = chord.square, root = chord.root;
-    const X leading = select(chord.steep, root, size);
-    // The root lacks half of what its square lacks, over the root.
-    const auto digits = split(root);
-    const X excess = product_residue(root, digits.high, square) + root * digits.low;
-    const X root_lo = keep(chord.steep, excess * approximate_reciprocal((root + root) + d.tiny));
-    const X rest = (leading * square) * polynomial(square, square * square, d.ha) - root_lo;
-    const X sign = bit_and(part, broadcast_bits<X>(kSignBit<double>));
-    const auto sum = fast_two_sum(base, bit_xor(leading, sign));
-    return sum.high + (sum.low + (base_lo + bit_xor(rest, sign)));
-  }
-};
-template <bool ep>
-struct ArcByRoot {
-  template <class X>
-  static X sum(X, const Chord<X>& chord, X base, X, X part) {
-    const auto& d = vdasin_data;
-    const X square = chord.square, root = chord.root;
-    X p;
-    if constexpr (ep)
-      p = polynomial(square, square * square, d.ep);
-    else
-      p = polynomial(square, square * square, d.la);
-    return multiply_add(multiply_add(root * square, p, root), part, base);
-  }
-};
-using ArcLA = ArcByRoot<false>;
-using ArcEP = ArcByRoot<true>;
-
-// Where |x| is above 1, or no number.
-struct dArcKernel : Kernel<double(double)> {
-  template <class X, class Left>
-  static void finish_outside(X x, Left& left) {
-    const auto& d = vdasin_data;
-    left.finish(unordered(x, x), [&](X nan) { return keep(nan, x) + keep(nan, x); });
-    left.finish(
-        left.lanes, [&](X which) { return square_root(d.one - keep(which, magnitude(x))); }, StatusDomain);
-  }
-};
 
 ORX_ISA_END

@@ -20,6 +20,7 @@ static const Entry kEntry{{
                  {-kInf, -kQuarter},
                  {kNaN, kNaN}},
     .strata = {multiples({1.0 / 32}, -1, 1), around({0x1p-120, 0x1p60, 1, 2, 16, 32, 1e7, 1e16})},
+    .s = {.bounds = {.la = 2.5, .ha = 0.51}, .timed = {-10, 10}, .approximate = kHA},
     .d = {.bounds = {.la = 1.7, .ha = 0.53, .ep = 65536},
           .timed = {-10, 10},
           .strata = {logarithmic(0x1p-30, 0x1p60)},

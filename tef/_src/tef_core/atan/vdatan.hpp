@@ -10,8 +10,7 @@
 #pragma once
 #include <cfloat>
 
-#include "frame/exceptions.hpp"
-#include "frame/kernel.hpp"
+#include "atan/octants.hpp"
 
 namespace orx::tef {
 extern const double kAngleTable[4 * 17][2];
@@ -32,23 +31,26 @@ struct dAtanData {
 };
 inline constexpr dAtanData vdatan_data{};
 
-// The octant of a point: `shifter` leads y/x to its rows of the table, `sign` is that of t's part in the sum.
+// The octant of a point that was reflected: `shifter` leads y/x to its rows of the table, `sign` is that of t's part in the sum.
 template <class X>
-struct Octant {
+struct TableOctant {
   X shifter, sign;
 
   // Of the octants with x > 0: the first, or by the mask that around the y axis.
-  explicit Octant(X steep)
+  explicit TableOctant(X steep)
       : shifter(vdatan_data.shifter + keep(steep, constant<X>(vdatan_data.next_octant))),
         sign(bit_and(steep, broadcast_bits<X>(kSignBit<double>))) {}
   // Of all with y > 0; x counts by its sign alone.
-  Octant(X steep, X x) : Octant(steep) {
+  TableOctant(X steep, X x) : TableOctant(steep) {
     shifter = shifter + keep(spread_signs(x), constant<X>(vdatan_data.behind));
     sign = bit_xor(sign, bit_and(x, broadcast_bits<X>(kSignBit<double>)));
   }
 };
 
-struct AngleHA {
+// Of reflected points.
+struct ReflectedHA {
+  template <class X>
+  using Octant = TableOctant<X>;
   // 0 < y <= x, both from 2^-60 to 2^60, or x at most 1 and y from 2^-120 on.
   template <class X>
   static X angle(X y, X x, const Octant<X>& octant) {
@@ -84,7 +86,9 @@ struct AngleHA {
 
 // The same, with what is in the class's reach.
 template <bool ep>
-struct AngleByDivision {
+struct ReflectedByDivision {
+  template <class X>
+  using Octant = TableOctant<X>;
   template <class X>
   static X angle(X y, X x, const Octant<X>& octant) {
     const X N = y * approximate_reciprocal(x) + octant.shifter;
@@ -101,7 +105,9 @@ struct AngleByDivision {
     return angle + multiply_add(t * square, p, t);
   }
 };
-using AngleLA = AngleByDivision<false>;
-using AngleEP = AngleByDivision<true>;
+
+using dAngleHA = Angle<ReflectedHA>;
+using dAngleLA = Angle<ReflectedByDivision<false>>;
+using dAngleEP = Angle<ReflectedByDivision<true>>;
 
 ORX_ISA_END

@@ -58,5 +58,6 @@ static const Entry kEntry{{
                {logarithmic(0x1p-100, 0x1p100), around({0, 1.0 / 32, 0.5, 1}), behind},
                {around({0, 0x1p-60, 0x1p60}), everywhere(), as_it_is},
                {everywhere(), around({0, 0x1p-60, 0x1p60}), as_it_is}},
+    .s = {.bounds = {.la = 2.5, .ha = 0.51}, .timed = {-5, 5}, .approximate = kHA},
     .d = {.bounds = {.la = 2.4, .ha = 0.53, .ep = 65536}, .timed = {-5, 5}, .approximate = kAllClasses},
 }};
