@@ -5,6 +5,7 @@ function(orx_ss_bench name source)
 endfunction()
 
 orx_ss_bench(bench_ss_quantiles ss/quantiles.cpp)
+orx_ss_bench(bench_ss_robust ss/robust.cpp ${ORX_BLAS})
 # Moments beside GSL, which is there for the reference target only.
 orx_find_library(ORX_GSL gsl)
 if(ORX_GSL)

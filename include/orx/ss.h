@@ -502,10 +502,10 @@ int _kobsSSMissingValues(SSTask* task, long long estimates, long long method,
 
 /* Mahalanobis distances sqrt((x - mean)' invCov (x - mean)) of the observations from number `first` (0 if absent) up
  * to, not including, `end` (n if absent), written to distances[0] and on. Of invCov, p by p, the upper triangle of columns
- * is read (element (i, j), i <= j, at invCov[j*p + i]), as __kobdInvCov leaves it. With a work area of workSize >= 2p
- * numbers (2000 p are plenty) blocks of observations go through dsymm; without, each is done by itself, which is slower and
- * allocates p numbers. Where invCov is not positive definite a distance may be NaN. Set these arguments
- * with __kobdSSEditMahDistance; KOB_SS_ERROR_MAHALANOBIS tells of what is absent or of a bad range. */
+ * is read (element (i, j), i <= j, at invCov[j*p + i]), as __kobdInvCov leaves it. The work area may be absent: where
+ * workSize is below 8p, or 16p in single precision, memory for as much is allocated. Where invCov is not positive
+ * definite a distance may be NaN. Set these arguments with __kobdSSEditMahDistance; KOB_SS_ERROR_MAHALANOBIS tells of what
+ * is absent or of a bad range. */
 int _kobdSSMahDistance(SSTask* task, long long estimates, long long method,
                        const ThreadingServices* threading);
 int _kobsSSMahDistance(SSTask* task, long long estimates, long long method,

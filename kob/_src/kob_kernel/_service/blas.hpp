@@ -13,8 +13,6 @@ extern "C" {
                 const int* ldc);                                                                             \
   void t##potrf_(const char* uplo, const int* n, T* a, const int* lda, int* info);                           \
   void t##potri_(const char* uplo, const int* n, T* a, const int* lda, int* info);                           \
-  void t##symm_(const char* side, const char* uplo, const int* m, const int* n, const T* alpha, const T* a,  \
-                const int* lda, const T* b, const int* ldb, const T* beta, T* c, const int* ldc);            \
   void t##trmm_(const char* side, const char* uplo, const char* trans, const char* diag, const int* m,       \
                 const int* n, const T* alpha, const T* a, const int* lda, T* b, const int* ldb);             \
   void t##trtri_(const char* uplo, const char* diag, const int* n, T* a, const int* lda, int* info);         \
@@ -55,11 +53,6 @@ namespace orx::blas {
     int info = 0;                                                                                           \
     t##potri_("U", &n, a, &lda, &info);                                                                     \
     return info;                                                                                            \
-  }                                                                                                         \
-  /* c = a b, b m by n, of the symmetric a the upper triangle. */                                           \
-  inline void symm(int m, int n, const T* a, const T* b, T* c) {                                            \
-    const T one = 1, zero = 0;                                                                              \
-    t##symm_("L", "U", &m, &n, &one, a, &m, b, &m, &zero, c, &m);                                           \
   }                                                                                                         \
   /* Eigenvalues in rising order from the triangle `uplo`, and with jobz 'V' eigenvectors in its place. */  \
   inline int syev(char jobz, char uplo, int n, T* a, T* w, T* work, int lwork) {                            \

@@ -1,41 +1,63 @@
 // Mahalanobis distances sqrt((x - m)' S (x - m)), S being the inverse of a covariance.
+//
+// Some observations at a time are centred and turned, so that those of a variable lie side by side: then vectors of
+// observations go through the triangle of S, of which each element outside the diagonal counts twice.
 #pragma once
 
 #include "_robust/root.hpp"
-#include "blas.hpp"
 #include "orx/base/memory.hpp"
+#include "orx/base/simd/memory.hpp"
 #include "ss_task.hpp"
 
 namespace orx::ss::mah_distance {
 
-// What observations are measured by: a centre, and the upper triangle, by columns, of an inverse covariance.
+// What observations are measured by: a centre, and the upper triangle, by columns, of an inverse covariance; none
+// stands for the unit matrix.
 template <class T>
 struct Metric {
   const T *mean, *inverse;
 };
 
-// x - m of `count` observations, one after the other.
+template <class T>
+using Vector = simd::VectorOf<T, 32>;
+template <class T>
+constexpr int kLanes = 32 / int(sizeof(T));
+// Observations that go together: two vectors.
+template <class T>
+constexpr int kGroup = 2 * kLanes<T>;
+// The work area that they need.
+template <class T>
+constexpr int64_t work_size(int p) {
+  return int64_t(p) * kGroup<T>;
+}
+
+// x - m of `count` observations, kGroup at most, variable by variable. What is left of a group is 0.
 template <class T>
 using Kernel = void (*)(const Observations<T>& data, int first, int count, const T* mean, T* centred);
 
 template <class T>
 void _vMahDistanceRowKernelMethod(const Observations<T>& data, int first, int count, const T* mean,
                                   T* centred) {
-  const int p = data.p;
-  for (int j = 0; j < p; ++j) {
+  constexpr int group = kGroup<T>;
+  for (int j = 0; j < data.p; ++j, centred += group) {
     const T* const x = data.variable(j) + first;
     const T m = mean[j];
-    for (int i = 0; i < count; ++i) centred[intptr_t(i) * p + j] = x[i] - m;
+    if (count == group) {
+      for (int i = 0; i < group; ++i) centred[i] = x[i] - m;
+    } else {
+      for (int i = 0; i < group; ++i) centred[i] = i < count ? x[i] - m : T(0);
+    }
   }
 }
 
 template <class T>
 void _vMahDistanceColKernelMethod(const Observations<T>& data, int first, int count, const T* mean,
                                   T* centred) {
+  constexpr int group = kGroup<T>;
   const int p = data.p;
   const T* x = data.x + intptr_t(first) * p;
-  for (int i = 0; i < count; ++i, x += p, centred += p)
-    for (int j = 0; j < p; ++j) centred[j] = x[j] - mean[j];
+  for (int i = 0; i < group; ++i, x += p)
+    for (int j = 0; j < p; ++j) centred[j * group + i] = i < count ? x[j] - mean[j] : T(0);
 }
 
 template <class T>
@@ -44,95 +66,85 @@ Kernel<T> kernel(const Observations<T>& data) {
   return table[!data.rows];
 }
 
-// The roots of `together` dot products at a time: the additions of a single one would wait for each other.
-template <int together, class T>
-void roots_of_products(int p, const T* u, const T* v, T* d) {
-  T sum[together] = {};
-  for (int j = 0; j < p; ++j)
-    for (int i = 0; i < together; ++i) sum[i] += u[intptr_t(i) * p + j] * v[intptr_t(i) * p + j];
-  for (int i = 0; i < together; ++i) d[i] = root(sum[i]);
-}
+// The observations of a group, of one variable or of a sum.
+template <class T>
+struct Group {
+  Vector<T> v[2];
 
-// Observations at a time that stay in the nearest cache with their products.
-template <class T>
-constexpr int block_size(int p) {
-  constexpr int bytes = 0x4000, least = 16, block = bytes / int(sizeof(T));
-  return block / p > least ? block / p : least;
-}
-// The work area that such a block needs.
-template <class T>
-constexpr int64_t work_size(int p) {
-  return int64_t(2) * p * block_size<T>(p);
-}
-
-// `half` is half the size of the work area: the centred observations, then their products with the inverse.
-template <class T>
-void distances_by_blocks(const Observations<T>& data, int first, int end, const Metric<T>& metric, T* d,
-                         T* centred, int64_t half) {
-  constexpr int together = 4;
-  const int p = data.p, room = int(half / p), block = room < block_size<T>(p) ? room : block_size<T>(p);
-  const Kernel<T> centre = kernel(data);
-  T* const product = centred + half;
-  for (int count; first < end; first += count) {
-    count = end - first < block ? end - first : block;
-    centre(data, first, count, metric.mean, centred);
-    blas::symm(p, count, metric.inverse, centred, product);
-    int i = 0;
-    for (; count - i >= together; i += together)
-      roots_of_products<together>(p, centred + intptr_t(i) * p, product + intptr_t(i) * p, d + i);
-    for (; i < count; ++i)
-      roots_of_products<1>(p, centred + intptr_t(i) * p, product + intptr_t(i) * p, d + i);
-    d += count;
+  static Group load(const T* x) { return {{simd::load<Vector<T>>(x), simd::load<Vector<T>>(x + kLanes<T>)}}; }
+  void add(T factor, const Group& x) {
+    const Vector<T> f = factor - Vector<T>{};
+    v[0] += f * x.v[0];
+    v[1] += f * x.v[1];
   }
-}
+  void add(const Group& x) {
+    v[0] += x.v[0];
+    v[1] += x.v[1];
+  }
+  void add(const Group& x, const Group& y) {
+    v[0] += x.v[0] * y.v[0];
+    v[1] += x.v[1] * y.v[1];
+  }
+};
 
-// One at a time, with room for the centred observation.
+// (x - m)' S (x - m) of a group. Two columns of S go together, so that additions do not wait for each other.
 template <class T>
-void distances_one_by_one(const Observations<T>& data, int first, int end, const Metric<T>& metric, T* d,
-                          T* centred) {
-  const int p = data.p;
-  const Kernel<T> centre = kernel(data);
-  for (; first < end; ++first) {
-    centre(data, first, 1, metric.mean, centred);
-    T sum = 0;
-    const T* column = metric.inverse;
-    for (int j = 0; j < p; ++j, column += p) {
-      T above = 0;
-      for (int k = 0; k < j; ++k) above += column[k] * centred[k];
-      sum += centred[j] * (2 * above + column[j] * centred[j]);
+Group<T> quadratic_forms(int p, const T* inverse, const T* centred) {
+  constexpr int group = kGroup<T>;
+  Group<T> sum = {};
+  int j = 0;
+  for (; j + 1 < p; j += 2) {
+    const T *const a = inverse + intptr_t(j) * p, *const b = a + p;
+    Group<T> of_a = {}, of_b = {};
+    for (int k = 0; k < j; ++k) {
+      const Group<T> x = Group<T>::load(centred + k * group);
+      of_a.add(a[k], x);
+      of_b.add(b[k], x);
     }
-    *d++ = root(sum);
+    const Group<T> x = Group<T>::load(centred + j * group), y = Group<T>::load(centred + (j + 1) * group);
+    of_b.add(b[j], x);
+    of_a.add(of_a);
+    of_b.add(of_b);
+    of_a.add(a[j], x);
+    of_b.add(b[j + 1], y);
+    sum.add(of_a, x);
+    sum.add(of_b, y);
   }
+  if (j == p) return sum;
+  const T* const a = inverse + intptr_t(j) * p;
+  Group<T> of_a = {};
+  for (int k = 0; k < j; ++k) of_a.add(a[k], Group<T>::load(centred + k * group));
+  const Group<T> x = Group<T>::load(centred + j * group);
+  of_a.add(of_a);
+  of_a.add(a[j], x);
+  sum.add(of_a, x);
+  return sum;
 }
 
 template <class T>
-void distances_of_one_variable(const Observations<T>& data, int first, int end, const Metric<T>& metric,
-                               T* d) {
-  const T* const x = data.x + first;
-  const T m = metric.mean[0], s = metric.inverse[0];
-  for (int i = 0; i < end - first; ++i) d[i] = root((x[i] - m) * s * (x[i] - m));
-}
-
-// Distances of the observations from `first` to `end` go to d[0], d[1], ... The work area has room for an observation
-// and its product at least.
-template <class T>
-void distances(const Observations<T>& data, int first, int end, const Metric<T>& metric, T* d, T* work,
-               int64_t size) {
-  if (data.p == 1) return distances_of_one_variable(data, first, end, metric, d);
-  distances_by_blocks(data, first, end, metric, d, work, size / 2);
-}
-
-// The same without a work area.
-template <class T>
-int distances(const Observations<T>& data, int first, int end, const Metric<T>& metric, T* d) {
-  if (data.p == 1) {
-    distances_of_one_variable(data, first, end, metric, d);
-    return KOB_SS_OK;
+Group<T> squares(int p, const T* centred) {
+  Group<T> sum = {};
+  for (int j = 0; j < p; ++j) {
+    const Group<T> x = Group<T>::load(centred + j * kGroup<T>);
+    sum.add(x, x);
   }
-  const Block<T> centred(data.p);
-  if (!centred) return KOB_SS_ERROR_MEMORY;
-  distances_one_by_one(data, first, end, metric, d, centred.get());
-  return KOB_SS_OK;
+  return sum;
+}
+
+// Distances of the observations from `first` to `end` go to d[0], d[1], ...
+template <class T>
+void distances(const Observations<T>& data, int first, int end, const Metric<T>& metric, T* d, T* work) {
+  constexpr int group = kGroup<T>;
+  const Kernel<T> centre = kernel(data);
+  for (; first < end; first += group, d += group) {
+    const int count = end - first < group ? end - first : group;
+    centre(data, first, count, metric.mean, work);
+    const Group<T> sums =
+        metric.inverse ? quadratic_forms(data.p, metric.inverse, work) : squares(data.p, work);
+    T roots[group];
+    for (int i = 0; i < group; ++i) roots[i] = root(sums.v[i / kLanes<T>][i % kLanes<T>]);
+    for (int i = 0; i < count; ++i) d[i] = roots[i];
+  }
 }
 
 template <class T>
@@ -146,8 +158,10 @@ int compute(SSTask* task) {
   const Metric<T> metric = {reals<T>(task->mahMean), reals<T>(task->mahInvCov)};
   T* const d = reals<T>(task->mahDistances);
   const int64_t size = task->mahWork && task->mahWorkSize ? value(task, task->mahWorkSize) : 0;
-  if (size / 2 < data.p) return distances(data, int(first), int(end), metric, d);
-  distances(data, int(first), int(end), metric, d, reals<T>(task->mahWork), size);
+  Block<T> own;
+  const bool suffices = size >= work_size<T>(data.p);
+  if (!suffices && !own.allocate(work_size<T>(data.p))) return KOB_SS_ERROR_MEMORY;
+  distances(data, int(first), int(end), metric, d, suffices ? reals<T>(task->mahWork) : own.get());
   return KOB_SS_OK;
 }
 

@@ -91,19 +91,23 @@ struct Bacon {
         workers(int64_t(data.n) * data.p < 10000 ? 1 : threading->maxThreads()) {}
 
   int subset_size() const { return 5 * data.p; }
-  mah_distance::Metric<T> metric() const { return {centre.get(), inverse.get()}; }
   // A worker's area: the distances of a run, then what they are computed in.
-  int64_t products_size() const { return mah_distance::work_size<T>(data.p); }
-  T* run(int worker) const { return work.get() + worker * (kRun + products_size()); }
-  T* products(int worker) const { return run(worker) + kRun; }
+  int64_t area_size() const { return kRun + mah_distance::work_size<T>(data.p); }
+  T* run(int worker) const { return work.get() + worker * area_size(); }
 
   bool allocate() {
     const int64_t p = data.p;
     return centre.allocate(p) && covariance.allocate(p * p) && nearest.allocate(5 * p) &&
-           tallies.allocate(workers) && work.allocate(workers * (kRun + products_size()));
+           tallies.allocate(workers) && work.allocate(workers * area_size());
   }
   T weight(int i) const { return given ? given[i] : T(1); }
 
+  // Distances of a run of observations into a worker's area.
+  const T* distances(int worker, int first, int count) const {
+    T* const d = run(worker);
+    mah_distance::distances<T>(data, first, first + count, {centre.get(), inverse.get()}, d, d + kRun);
+    return d;
+  }
   // The centre and the inverse covariance of weighted observations.
   int measure_by(const T* w) {
     WeightedCovariance<T> moments;
@@ -148,19 +152,6 @@ int centre_at_medians(Bacon<T>& b) {
   return KOB_SS_OK;
 }
 
-// Distances from the centre with no other measure.
-template <class T>
-void plain_distances(const Bacon<T>& b, int first, int count, T* d) {
-  const int p = b.data.p, block = mah_distance::block_size<T>(p);
-  T* const centred = b.products(0);
-  for (int i = 0; i < count; ++i) {
-    const int k = i % block;
-    if (k == 0)
-      mah_distance::kernel(b.data)(b.data, first + i, std::min(block, count - i), b.centre.get(), centred);
-    mah_distance::roots_of_products<1>(p, centred + intptr_t(k) * p, centred + intptr_t(k) * p, d + i);
-  }
-}
-
 // Keeps the nearest of all that it is shown; of equally near ones the earlier.
 template <class T>
 class Nearest {
@@ -189,15 +180,11 @@ class Nearest {
 template <class T>
 int start(Bacon<T>& b, bool by_mahalanobis) {
   if (const int status = by_mahalanobis ? b.measure_by(b.given) : centre_at_medians(b)) return status;
-  T* const d = b.run(0);
   Nearest<T> nearest(b.nearest.get(), b.subset_size());
   const int n = b.data.n;
   for (int first = 0; first < n; first += b.kRun) {
     const int count = std::min(b.kRun, n - first);
-    if (by_mahalanobis)
-      mah_distance::distances(b.data, first, first + count, b.metric(), d, b.products(0), b.products_size());
-    else
-      plain_distances(b, first, count, d);
+    const T* const d = b.distances(0, first, count);
     for (int i = 0; i < count; ++i) nearest.show(d[i], first + i);
   }
   for (int i = 0; i < n; ++i) b.weights[i] = 0;
@@ -214,11 +201,10 @@ template <class T>
 void _vSSBaconThreader(int t, int, int, void* arguments) {
   const Bacon<T>& b = *static_cast<const Bacon<T>*>(arguments);
   const int share = b.data.n / b.workers, end = t == b.workers - 1 ? b.data.n : (t + 1) * share;
-  T* const d = b.run(t);
   Tally tally = {0, 0};
   for (int first = t * share; first < end; first += b.kRun) {
     const int count = std::min(b.kRun, end - first);
-    mah_distance::distances(b.data, first, first + count, b.metric(), d, b.products(t), b.products_size());
+    const T* const d = b.distances(t, first, count);
     for (int i = 0; i < count; ++i) {
       const bool keep = b.cut > d[i];
       b.weights[first + i] = keep ? b.weight(first + i) : T(0);

@@ -60,12 +60,12 @@ struct Tbs {
   T* area() const { return vectors.get() + data.n; }
   T* weights() const { return area() + data.n; }
   T* earlier_weights() const { return weights() + data.n; }
-  int64_t products_size() const { return mah_distance::work_size<T>(data.p); }
+  int64_t area_size() const { return mah_distance::work_size<T>(data.p); }
 
   bool allocate() {
     const int64_t p = data.p;
     return vectors.allocate(4 * int64_t(data.n)) && mean.allocate(p) && covariance.allocate(p * p) &&
-           work.allocate(workers * products_size());
+           work.allocate(workers * area_size());
   }
 
   T weight(T d) const {
@@ -81,8 +81,8 @@ void _vSSTBSMahThreader(int t, int, int, void* arguments) {
   const Tbs<T>& s = *static_cast<const Tbs<T>*>(arguments);
   const int share = s.data.n / s.workers, first = t * share,
             end = t == s.workers - 1 ? s.data.n : first + share;
-  mah_distance::distances(s.data, first, end, {s.mean.get(), s.inverse.get()}, s.distances() + first,
-                          s.work.get() + t * s.products_size(), s.products_size());
+  mah_distance::distances<T>(s.data, first, end, {s.mean.get(), s.inverse.get()}, s.distances() + first,
+                             s.work.get() + t * s.area_size());
 }
 
 // Gives all observations the weights of their distances, in a unit in which the k-th smallest is `wanted`. The sum of
