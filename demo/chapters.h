@@ -7,5 +7,6 @@ void vector_math(const std::string& data_directory);
 void accuracy(const std::string& data_directory);
 void monte_carlo(const std::string& data_directory);
 void statistics(const std::string& data_directory);
+void robust(const std::string& data_directory);
 void data_fitting(const std::string& data_directory);
 void quasi(const std::string& data_directory);

@@ -40,7 +40,8 @@ bool next_line(std::ifstream& in, std::string& line) {
 
 }  // namespace
 
-std::vector<Column> read_csv(const std::string& file, const std::vector<std::string>& names) {
+std::vector<Column> read_csv(const std::string& file, const std::vector<std::string>& names,
+                             const double* missing) {
   errno = 0;
   std::ifstream in(file);
   if (!in) throw InputError(file, 0, std::string("cannot be opened: ") + std::strerror(errno));
@@ -60,7 +61,9 @@ std::vector<Column> read_csv(const std::string& file, const std::vector<std::str
     }
     for (size_t k = 0; k < fields.size(); ++k) {
       double value;
-      if (!parse(fields[k], value)) {
+      if (missing && fields[k] == "NA") {
+        value = *missing;
+      } else if (!parse(fields[k], value)) {
         throw InputError(file, number, names[k] + " is not a number: '" + fields[k] + "'");
       }
       columns[k].push_back(value);

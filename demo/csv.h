@@ -15,5 +15,6 @@ class InputError : public std::runtime_error {
 using Column = std::vector<double>;
 
 // The columns of the file, which must have exactly these names, at least one row, and a finite number in each
-// field. Throws InputError.
-std::vector<Column> read_csv(const std::string& file, const std::vector<std::string>& names);
+// field, or where `missing` is given also NA, which it stands for. Throws InputError.
+std::vector<Column> read_csv(const std::string& file, const std::vector<std::string>& names,
+                             const double* missing = nullptr);

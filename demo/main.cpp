@@ -18,6 +18,7 @@ constexpr Chapter chapters[] = {
     {"accuracy", "Accuracy classes: error in ulp and speed beside the C library", accuracy},
     {"monte-carlo", "Random streams: pi and an option price by Monte Carlo", monte_carlo},
     {"statistics", "Summary statistics: irises, and quantiles of a long stream", statistics},
+    {"robust", "Summary statistics: outliers that hide, and what gaps in the data cost", robust},
     {"data-fitting", "Data fitting: splines through carbon dioxide and the Nile", data_fitting},
     {"quasi", "Quasi-random streams: one integral by pseudo-random and by Sobol points", quasi},
 };

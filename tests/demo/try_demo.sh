@@ -29,6 +29,14 @@ expect 'resumed +8\.[0-9]+ +the same to the last bit'
 expect 'sepal length +5\.8433 +0\.68569 +0\.30864 .* 5\.100 +5\.800 +6\.400 '
 expect 'within species, by pooled covariance +0\.53024'
 expect "given the petals' length and width +0\.62857"
+# Outliers as published: 1 to 14 (Hawkins, Bradu and Kass 1984); 1, 2, 3, 21 (Rousseeuw and van Zomeren 1990). The mean of the
+# ozone that was measured is 42.13.
+expect 'by mean and covariance +12, 14$'
+expect 'by the robust estimate +1-14$'
+expect 'outliers by BACON +1-14$'
+expect 'by the robust estimate +1-3, 21$'
+expect 'Ozone +37 +42\.13 .* 4[12]\.[0-9][0-9] .* [12][0-9]\.[0-9] %'
+grep -q '</svg>' robust.svg || fail "the picture of distances is not whole"
 # The yearly mean of 1960 and the two means of the Nile's flow are 316.75, 1098 and 850 by plain sums.
 expect '1960  316\.7[0-9]  316\.75'
 expect 'mean flow until 1898 1(09|10)[0-9], from 1899 on 8[45][0-9];'

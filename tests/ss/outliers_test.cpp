@@ -109,6 +109,17 @@ TYPED_TEST(Outliers, ParametersAndThreads) {
   }
 }
 
+// The start is the same whatever the number of workers, also where a share has fewer observations than the start wants.
+TYPED_TEST(Outliers, StartOfManyWorkers) {
+  using T = TypeParam;
+  const Contaminated data = {40, 400, 40, 30, 1};
+  OutlierTask<T> one(40, 400, KOB_SS_ROWS, data.rows()), many(40, 400, KOB_SS_ROWS, data.rows());
+  ASSERT_EQ(one.compute(1), 0);
+  ASSERT_EQ(many.compute(7), 0);
+  EXPECT_EQ(one.weights, many.weights);
+  EXPECT_EQ(observations_where(40, [&](int i) { return one.weights[i] == 0; }), first(40));
+}
+
 // Weights go to the results, and an observation of weight 0 counts for nothing.
 TYPED_TEST(Outliers, KeepTheWeights) {
   using T = TypeParam;

@@ -97,7 +97,7 @@ struct Bacon {
 
   bool allocate() {
     const int64_t p = data.p;
-    return centre.allocate(p) && covariance.allocate(p * p) && nearest.allocate(5 * p) &&
+    return centre.allocate(p) && covariance.allocate(p * p) && nearest.allocate(workers * 5 * p) &&
            tallies.allocate(workers) && work.allocate(workers * area_size());
   }
   T weight(int i) const { return given ? given[i] : T(1); }
@@ -156,7 +156,9 @@ int centre_at_medians(Bacon<T>& b) {
 template <class T>
 class Nearest {
  public:
-  Nearest(Near<T>* room, int size) : room_(room), size_(size) {}
+  // The first `count` of the room are there already.
+  Nearest(Near<T>* room, int size, int count = 0) : room_(room), size_(size), count_(count) {}
+  int count() const { return count_; }
 
   void show(T distance, int i) {
     // One whose distance is NaN is farther than all others.
@@ -173,21 +175,43 @@ class Nearest {
 
  private:
   Near<T>* room_;
-  int size_, count_ = 0;
+  int size_, count_;
 };
+
+// The observations of worker t: equal shares, the rest to the last.
+template <class T>
+void share(const Bacon<T>& b, int t, int& first, int& end) {
+  const int size = b.data.n / b.workers;
+  first = t * size;
+  end = t == b.workers - 1 ? b.data.n : first + size;
+}
+
+// Each worker keeps the nearest of its share.
+template <class T>
+void _vSSNearestThreader(int t, int, int, void* arguments) {
+  const Bacon<T>& b = *static_cast<const Bacon<T>*>(arguments);
+  Nearest<T> nearest(b.nearest.get() + intptr_t(t) * b.subset_size(), b.subset_size());
+  int first, end;
+  for (share(b, t, first, end); first < end; first += b.kRun) {
+    const int count = std::min(b.kRun, end - first);
+    const T* const d = b.distances(t, first, count);
+    for (int i = 0; i < count; ++i) nearest.show(d[i], first + i);
+  }
+  b.tallies[t].kept = nearest.count();
+}
 
 // The weights of the first basic subset.
 template <class T>
 int start(Bacon<T>& b, bool by_mahalanobis) {
   if (const int status = by_mahalanobis ? b.measure_by(b.given) : centre_at_medians(b)) return status;
-  Nearest<T> nearest(b.nearest.get(), b.subset_size());
-  const int n = b.data.n;
-  for (int first = 0; first < n; first += b.kRun) {
-    const int count = std::min(b.kRun, n - first);
-    const T* const d = b.distances(0, first, count);
-    for (int i = 0; i < count; ++i) nearest.show(d[i], first + i);
-  }
-  for (int i = 0; i < n; ++i) b.weights[i] = 0;
+  b.threading->parallelRun(b.workers, &b, _vSSNearestThreader<T>);
+  Nearest<T> nearest(b.nearest.get(), b.subset_size(), b.tallies[0].kept);
+  for (int t = 1; t < b.workers; ++t)
+    for (int k = 0; k < b.tallies[t].kept; ++k) {
+      const Near<T>& next = b.nearest[intptr_t(t) * b.subset_size() + k];
+      nearest.show(next.distance, next.observation);
+    }
+  for (int i = 0; i < b.data.n; ++i) b.weights[i] = 0;
   for (int k = 0; k < b.subset_size(); ++k) {
     const int i = b.nearest[k].observation;
     b.weights[i] = b.weight(i);
@@ -200,9 +224,9 @@ int start(Bacon<T>& b, bool by_mahalanobis) {
 template <class T>
 void _vSSBaconThreader(int t, int, int, void* arguments) {
   const Bacon<T>& b = *static_cast<const Bacon<T>*>(arguments);
-  const int share = b.data.n / b.workers, end = t == b.workers - 1 ? b.data.n : (t + 1) * share;
+  int first, end;
   Tally tally = {0, 0};
-  for (int first = t * share; first < end; first += b.kRun) {
+  for (share(b, t, first, end); first < end; first += b.kRun) {
     const int count = std::min(b.kRun, end - first);
     const T* const d = b.distances(t, first, count);
     for (int i = 0; i < count; ++i) {
