@@ -23,5 +23,9 @@ static const Entry kEntry{{
                  {kLeast, kLeast}},
     .strata = {multiples({1.0 / 512}, -1, 1), around({0.015625, 0.0625, 0.5, -0.5}),
                logarithmic(1e-6, 0.999999), even(-1, 1)},
+    .s = {.bounds = {.la = 2.2, .ha = 0.51},
+          .timed = {-1, 1},
+          .strata = {around({0x1p-20})},
+          .approximate = kHA},
     .d = {.bounds = {.la = 2.2, .ha = 0.6}, .timed = {-1, 1}, .approximate = kAllClasses},
 }};

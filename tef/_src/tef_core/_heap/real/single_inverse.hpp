@@ -1,0 +1,36 @@
+// What the inverse hyperbolic functions of single precision share.
+//
+// In double: the logarithm of u, to 2^-32, is good enough for arguments down to 2^-20, where u - 1 has 32 bits; below, the
+// argument is the result. In single: the logarithm of 1 + z, as log1p has it, from a z that does not cancel.
+#pragma once
+#include "ln/slog.hpp"
+#include "ln/vdln.hpp"
+
+ORX_ISA_BEGIN(orx::tef)
+
+struct SingleInverseData {
+  Row<double> one = 1.0, half = 0.5;
+  Row<float> single_one = 1.0f;
+  Row<float> tiny = 0x1p-20f;
+};
+inline constexpr SingleInverseData kSingleInverse{};
+
+// ln u in double, u a normal number.
+template <class W>
+inline W wide_log(W u) {
+  return LogLA<LnDescription, true>::log(u, exponent_field(u));
+}
+
+// ln(1 + z) for z = a + b from 0 to 2^126, a >= b >= 0. What the rounded sums lost is added to the reduced argument.
+template <bool ep, class X>
+inline X log_of_sum(X a, X b) {
+  const auto z = fast_two_sum(a, b);
+  const auto& one = kSingleInverse.single_one;
+  const X u = z.high + one, t = u - z.high, lost = (one - t) + (z.high - (u - t));
+  const SingleLogParts<X> p(u);
+  if constexpr (ep) return sln_ep(p, lost * p.scale);
+  const X rest = (lost + z.low) * p.scale;
+  return sln_la(p, subtract_product(rest, rest, p.e()));  // ln(1 + e + t) = ln(1 + e) + t/(1 + e), nearly
+}
+
+ORX_ISA_END

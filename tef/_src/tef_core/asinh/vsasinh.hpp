@@ -1,0 +1,62 @@
+// asinh x, single. HA: ln(|x| + sqrt(x^2 + 1)) in double. LA and EP: ln(1 + z), z = |x| + x^2/(1 + sqrt(x^2 + 1)).
+#pragma once
+#include "_heap/real/single_inverse.hpp"
+
+ORX_ISA_BEGIN(orx::tef)
+
+struct sAsinhData {
+  Row<float> large = 0x1p-38f;      // takes x away where it is tiny and its square would underflow
+  Row<float> large_from = 0x1p60f;  // squares would overflow
+  Row<float> largest = FLT_MAX;
+};
+inline constexpr sAsinhData vsasinh_data{};
+
+// Infinities and NaN are x + x.
+template <class X, class Left>
+inline void finish_infinite(X x, Left& left) {
+  left.finish(not_at_most(magnitude(x), vsasinh_data.largest),
+              [&](X special) { return bit_and(special, x) + bit_and(special, x); });
+}
+
+struct sAsinhHA : Kernel<float(float)> {
+  template <class X>
+  static auto rare(X x) {
+    return not_at_most(magnitude(x), vsasinh_data.largest);
+  }
+  template <class X>
+  static X eval(X x) {
+    const X size = magnitude(x);
+    const auto wide = widen(size);
+    const X y = narrow(wide_log(wide + square_root(wide * wide + kSingleInverse.one)));
+    return with_sign_and_underflow_of(select(less(size, kSingleInverse.tiny), size, y), x);
+  }
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    finish_infinite(x, left);
+  }
+};
+// Large arguments go as in HA.
+template <bool ep>
+struct sAsinhLow : Kernel<float(float)> {
+  template <class X>
+  static auto rare(X x) {
+    return not_below(magnitude(x), vsasinh_data.large_from);
+  }
+  template <class X>
+  static X eval(X x) {
+    const auto& one = kSingleInverse.single_one;
+    const X size = magnitude(x);
+    const X q = (size + vsasinh_data.large) - vsasinh_data.large, square = q * q;
+    const X above = square / (one + square_root(square + one));
+    return with_sign_and_underflow_of(log_of_sum<ep>(size, above), x);
+  }
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    finish_infinite(x, left);
+    left.finish(left.lanes, [&](X large) { return sAsinhHA::eval(select(large, x, broadcast<X>(1))); });
+  }
+};
+using sAsinhLA = sAsinhLow<false>;
+using sAsinhEP = sAsinhLow<true>;
+
+ORX_ISA_END
