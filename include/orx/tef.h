@@ -44,7 +44,22 @@
 /* begin functions: written by script/reference */
 /*
  *   Abs         s, d   (n, a, r)  |x|
+ *   Acosh       s, d   (n, a, r)  acosh x, x >= 1
+ *                       domain error (1): x < 1
+ *                       method: doubles: the logarithm of x + sqrt(x^2 - 1), by a short reciprocal, the logarithm's
+ *                       table and a quotient that does not cancel
  *   Add         s, d   (n, a, b, r)  a + b
+ *   Asinh       s, d   (n, a, r)  asinh x
+ *                       method: doubles: the logarithm of |x| + sqrt(x^2 + 1), by a short reciprocal, the logarithm's
+ *                       table and a quotient that does not cancel
+ *   Atanh       s, d   (n, a, r)  atanh x, |x| <= 1
+ *                       domain error (1): |x| > 1
+ *                       singularity (2): |x| = 1
+ *                       method: doubles: half the logarithm of (1 + x)/(1 - x), by a short reciprocal, the
+ *                       logarithm's table and a quotient that does not cancel
+ *   Cosh        s, d   (n, a, r)  cosh x
+ *                       overflow (3): result above the largest number
+ *                       method: as Sinh
  *   Exp         s, d   (n, a, r)  e^x
  *                       overflow (3): result above the largest number
  *                       underflow (4): result denormal or 0
@@ -69,29 +84,14 @@
  *                       singularity (2): x = -1
  *                       method: as Ln for the rounded sum, and what the rounding lost
  *   Mul         s, d   (n, a, b, r)  a b
- *   Sqr         s, d   (n, a, r)  a^2
- *   Sub         s, d   (n, a, b, r)  a - b
- *   Acosh       d      (n, a, r)  acosh x, x >= 1
- *                       domain error (1): x < 1
- *                       method: doubles: the logarithm of x + sqrt(x^2 - 1), by a short reciprocal, the logarithm's
- *                       table and a quotient that does not cancel
- *   Asinh       d      (n, a, r)  asinh x
- *                       method: doubles: the logarithm of |x| + sqrt(x^2 + 1), by a short reciprocal, the logarithm's
- *                       table and a quotient that does not cancel
- *   Atanh       d      (n, a, r)  atanh x, |x| <= 1
- *                       domain error (1): |x| > 1
- *                       singularity (2): |x| = 1
- *                       method: doubles: half the logarithm of (1 + x)/(1 - x), by a short reciprocal, the
- *                       logarithm's table and a quotient that does not cancel
- *   Cosh        d      (n, a, r)  cosh x
- *                       overflow (3): result above the largest number
- *                       method: as Sinh
- *   Sinh        d      (n, a, r)  sinh x
+ *   Sinh        s, d   (n, a, r)  sinh x
  *                       overflow (3): result above the largest number
  *                       method: both exponentials from one reduction by ln 2/128 and one table row; a polynomial near
  *                       0
- *   Tanh        d      (n, a, r)  tanh x
- *                       method: doubles: addition theorem at the middle of a cell, 32 cells to a power of two
+ *   Sqr         s, d   (n, a, r)  a^2
+ *   Sub         s, d   (n, a, b, r)  a - b
+ *   Tanh        s, d   (n, a, r)  tanh x
+ *                       method: doubles: addition theorem at the middle of a cell, 64 cells to a power of two
  *   Cos         s, d   (n, a, r)  cos x, finite numbers
  *                       domain error (1): infinite x
  *   Sin         s, d   (n, a, r)  sin x, finite numbers

@@ -36,20 +36,18 @@ struct AcoshReduced {
 
   auto near_1() const { return less(x, vdacosh_data.near_1); }
 
-  X d() const {
-    const X twice = u.R + u.R, R2 = u.R * u.R, C = vdacosh_data.one + R2, S = vdacosh_data.one - R2;
+  // d, and near 1 what s lacks.
+  HighLow<X> d() const {
+    const auto& one = vdacosh_data.one;
+    const X twice = u.R + u.R, R2 = u.R * u.R, C = one + R2, S = one - R2;
     const X first = product_residue(x, twice, C);  // 2 R x - (1 + R^2), exact but for the last sum
     const X double_x = twice * x, double_s = twice * max(s, vdacosh_data.least);
-    const X quotient = first * ((double_x + C) / multiply_add(C, double_s, S * double_x));
-    return select(near_1(), s, quotient);
-  }
-  // What s lacks, where x is near 1: x^2 - 1 is 2 w + w^2, w = x - 1, and w^2 is small.
-  X rest_of_root() const {
-    const auto& d = vdacosh_data;
+    const X ratio = (double_x + C) / multiply_add(C, double_s, S * double_x);
+    // x^2 - 1 is 2 w + w^2, w = x - 1, and w^2 is small. The ratio is nearly 1/s.
     const auto parts = split(s);
     const X residue =
         (((above_1 + above_1) - parts.high * parts.high) - (s + parts.high) * parts.low) + above_1 * above_1;
-    return keep(near_1(), residue * (d.half * approximate_reciprocal(max(s, d.least))));
+    return {select(near_1(), s, first * ratio), keep(near_1(), residue * (vdacosh_data.half * ratio))};
   }
 };
 
@@ -76,15 +74,15 @@ struct dAcoshHA : dAcosh {
   template <class X>
   static X eval(X x) {
     const AcoshReduced<X> f(x);
-    const X d = f.d();
-    return f.u.log_ha(d, asinh_rest(d) + f.rest_of_root());
+    const auto d = f.d();
+    return f.u.log_ha(d.high, asinh_rest(d.high) + d.low);
   }
 };
 struct dAcoshLA : dAcosh {
   template <class X>
   static X eval(X x) {
     const AcoshReduced<X> f(x);
-    const X d = f.d();
+    const X d = f.d().high;
     return f.u.log_la(d, asinh_rest(d));
   }
 };
@@ -92,7 +90,7 @@ struct dAcoshEP : dAcosh {
   template <class X>
   static X eval(X x) {
     const AcoshReduced<X> f(x);
-    const X d = f.d();
+    const X d = f.d().high;
     return f.u.log_la(d, asinh_rest_ep(d));
   }
 };

@@ -12,6 +12,7 @@ namespace {
 struct {
   Row<double> one = 1.0;
   Row<double> small = 0x1p-6;    // below this R is 1, and d is |x|
+  Row<double> tiny = 0x1p-200;   // below this the cube would underflow
   Row<double> least = 0x1p-300;  // what magnitudes are raised to where squares would underflow and 0/0 appear
   Row<double> rare_from = 0x1p100;  // there u is beyond the range of approximate reciprocals
   Row<double> largest = DBL_MAX;
@@ -28,6 +29,8 @@ struct AsinhReduced {
         raised(max(size, vdasinh_data.least)),
         s(square_root(multiply_add(raised, raised, vdasinh_data.one))),
         u(approximate_reciprocal(size + s), less(size, vdasinh_data.small)) {}
+
+  X unless_tiny(X y) const { return keep(not_below(size, vdasinh_data.tiny), y); }
 
   X d() const {
     const X twice = u.R + u.R, R2 = u.R * u.R, C = vdasinh_data.one + R2, S = vdasinh_data.one - R2;
@@ -58,24 +61,24 @@ struct dAsinhHA : dAsinh {
   template <class X>
   static X eval(X x) {
     const AsinhReduced<X> f(x);
-    const X d = f.d();
-    return with_sign_and_underflow_of(f.u.log_ha(d, asinh_rest(d)), x);
+    const X d = f.d(), q = f.unless_tiny(d);
+    return with_sign_and_underflow_of(f.u.log_ha(d, asinh_rest(q)), x);
   }
 };
 struct dAsinhLA : dAsinh {
   template <class X>
   static X eval(X x) {
     const AsinhReduced<X> f(x);
-    const X d = f.d();
-    return with_sign_and_underflow_of(f.u.log_la(d, asinh_rest(d)), x);
+    const X d = f.d(), q = f.unless_tiny(d);
+    return with_sign_and_underflow_of(f.u.log_la(d, asinh_rest(q)), x);
   }
 };
 struct dAsinhEP : dAsinh {
   template <class X>
   static X eval(X x) {
     const AsinhReduced<X> f(x);
-    const X d = f.d();
-    return with_sign_and_underflow_of(f.u.log_la(d, asinh_rest_ep(d)), x);
+    const X d = f.d(), q = f.unless_tiny(d);
+    return with_sign_and_underflow_of(f.u.log_la(d, asinh_rest_ep(q)), x);
   }
 };
 

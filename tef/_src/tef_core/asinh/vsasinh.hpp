@@ -18,6 +18,13 @@ inline void finish_infinite(X x, Left& left) {
               [&](X special) { return bit_and(special, x) + bit_and(special, x); });
 }
 
+// The result, which is denormal where x is, with the sign of x.
+template <class X>
+inline X signed_as(X y, X x) {
+  raise_underflow_of_denormals(y);
+  return with_sign_of(y, x);
+}
+
 struct sAsinhHA : Kernel<float(float)> {
   template <class X>
   static auto rare(X x) {
@@ -28,7 +35,7 @@ struct sAsinhHA : Kernel<float(float)> {
     const X size = magnitude(x);
     const auto wide = widen(size);
     const X y = narrow(wide_log(wide + square_root(wide * wide + kSingleInverse.one)));
-    return with_sign_and_underflow_of(select(less(size, kSingleInverse.tiny), size, y), x);
+    return signed_as(select(less(size, kSingleInverse.tiny), size, y), x);
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {
@@ -48,7 +55,7 @@ struct sAsinhLow : Kernel<float(float)> {
     const X size = magnitude(x);
     const X q = (size + vsasinh_data.large) - vsasinh_data.large, square = q * q;
     const X above = square / (one + square_root(square + one));
-    return with_sign_and_underflow_of(log_of_sum<ep>(size, above), x);
+    return signed_as(log_of_sum<ep>(size, above), x);
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {

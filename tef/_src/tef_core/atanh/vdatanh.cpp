@@ -10,8 +10,8 @@ namespace {
 
 struct {
   Row<double> one = 1.0, half = 0.5;
-  Row<double> small = 0x1p-6;    // below this R is 1 and e is 2 |x|
-  Row<double> large = 0x1p-180;  // takes e away where it is tiny and its square would underflow
+  Row<double> small = 0x1p-6;   // below this R is 1 and e is 2 |x|
+  Row<double> tiny = 0x1p-200;  // below this the cube would underflow
   // (2 atanh(e/2) - e) / e^3, |e| <= 1/32: to 2^-57.9 of 2 atanh(e/2), and to 2^-28.8 of 2 atanh(e/2)
   Row<double> c[3] = {0x1.5555555556a38p-4, 0x1.9999989c2081p-7, 0x1.24ad9cc1c86acp-9};
   Row<double> ep = 0x1.555ff05654d7p-4;
@@ -39,6 +39,8 @@ struct AtanhReduced {
         difference(vdatanh_data.one - size),
         u(difference * approximate_reciprocal(sum), less(size, vdatanh_data.small)) {}
 
+  X unless_tiny(X y) const { return keep(not_below(size, vdatanh_data.tiny), y); }
+
   // With the rounding errors of sum and difference; R (1 + |x|) without an error but the last.
   X e() const {
     const auto& one = vdatanh_data.one;
@@ -54,12 +56,11 @@ struct AtanhReduced {
   }
 };
 
-// 2 atanh(e/2) - e
+// 2 atanh(e/2) - e, for e that are not so small that their squares underflow, or 0.
 template <class X>
 inline X atanh_rest(X e) {
-  const auto& d = vdatanh_data;
-  const X q = (e + d.large) - d.large, q2 = q * q;
-  return (q * q2) * polynomial(q2, q2 * q2, d.c);
+  const X e2 = e * e;
+  return (e * e2) * horner(e2, vdatanh_data.c);
 }
 
 struct dAtanh : Kernel<double(double)> {
@@ -84,7 +85,7 @@ struct dAtanhHA : dAtanh {
   static X eval(X x) {
     const AtanhReduced<X> f(x);
     const X e = f.e();
-    return half_signed(f.u.log_ha(e, atanh_rest(e)), x);
+    return half_signed(f.u.log_ha(e, atanh_rest(f.unless_tiny(e))), x);
   }
 };
 struct dAtanhLA : dAtanh {
@@ -92,7 +93,7 @@ struct dAtanhLA : dAtanh {
   static X eval(X x) {
     const AtanhReduced<X> f(x);
     const X e = f.e();
-    return half_signed(f.u.log_la(e, atanh_rest(e)), x);
+    return half_signed(f.u.log_la(e, atanh_rest(f.unless_tiny(e))), x);
   }
 };
 struct dAtanhEP : dAtanh {
@@ -100,7 +101,7 @@ struct dAtanhEP : dAtanh {
   static X eval(X x) {
     const auto& d = vdatanh_data;
     const AtanhReduced<X> f(x);
-    const X e = f.e_ep(), q = (e + d.large) - d.large;
+    const X e = f.e_ep(), q = f.unless_tiny(e);
     return half_signed(f.u.log_la(e, (q * q * q) * d.ep), x);
   }
 };

@@ -2,7 +2,7 @@
 #include "tanh/vdtanh.hpp"
 
 namespace orx::tef {
-alignas(64) const double kTanhTable[264][4] = {
+alignas(64) const double kTanhTable[1024][4] = {
 #include "tanh/vdtanh.inc"
 };
 }  // namespace orx::tef
@@ -29,22 +29,22 @@ struct dTanh : Kernel<double(double)> {
 struct dTanhHA : dTanh {
   template <class X>
   static X eval(X x) {
-    const TanhCell<X> f(x, vdtanh_data.ha);
+    const TanhCell<X> f(x);
     return signed_as(f.accurate_tanh(), x, f.size);
   }
 };
 struct dTanhLA : dTanh {
   template <class X>
   static X eval(X x) {
-    const TanhCell<X> f(x, vdtanh_data.la);
-    return signed_as(f.tanh(), x, f.size);
+    const TanhCell<X> f(x);
+    return signed_as(f.tanh(vdtanh_data.la), x, f.size);
   }
 };
 struct dTanhEP : dTanh {
   template <class X>
   static X eval(X x) {
-    const TanhCell<X> f(x, vdtanh_data.ep);
-    return signed_as(f.tanh(), x, f.size);
+    const TanhCell<X> f(x);
+    return signed_as(f.tanh(vdtanh_data.ep), x, f.size);
   }
 };
 

@@ -1,4 +1,6 @@
-"""0 and the middles a of the cells of [1/16, 19.5), 32 to each power of two: tanh a, 1 - tanh^2 a, what tanh a lacks."""
+"""For the cells of [1/16, 19.5), 64 to each power of two, that begin at a: tanh a, 1 - tanh^2 a, what tanh a lacks. A
+cell's row is told by the low four bits of a's exponent field and the leading six of its fraction. The row in front of the
+first, for arguments below, has a = 0."""
 import mpmath
 from floats import emit, rounded
 
@@ -8,5 +10,11 @@ def entry(a):
     return rounded(tanh), rounded(1 - tanh**2), rounded(tanh - rounded(tanh)), 0
 
 
-cells = [mpmath.ldexp(mpmath.mpf(64 + 2 * j + 1) / 64, e) for e in range(-4, 5) for j in range(32)]
-emit([entry(a) for a in [0] + [a for a in cells if a < 19.5]], "tanh a, 1 - tanh^2 a, low part of tanh a")
+rows = [(0, 0, 0, 0)] * 1024
+for exponent in range(-4, 5):
+    for leading in range(64):
+        a = mpmath.ldexp(1 + mpmath.mpf(leading) / 64, exponent)
+        if a < 19.5:
+            rows[(exponent + 1023) % 16 * 64 + leading] = entry(a)
+rows[(-5 + 1023) % 16 * 64 + 63] = entry(mpmath.mpf(0))
+emit(rows, "tanh a, 1 - tanh^2 a, low part of tanh a")

@@ -34,9 +34,9 @@ struct sTanhHA : sTanh {
   template <class X>
   static X eval(X x) {
     const auto wide = widen(x);
-    const TanhCell f(wide, vdtanh_data.ep);
+    const TanhCell f(wide);
     raise_underflow_of_denormals(min(magnitude(x), vstanh_data.top));
-    return with_sign_of(narrow(f.tanh()), x);
+    return with_sign_of(narrow(f.tanh(vdtanh_data.ep)), x);
   }
 };
 template <bool ep>
@@ -60,7 +60,6 @@ struct sTanhLow : sTanh {
     }
     const X power = scale_from<0>(N), H = (power - d.half) + power * p;
     raise_underflow_of_denormals(size);
-    if constexpr (ep) return with_sign_of(H * approximate_reciprocal(H + d.one), x);
     return with_sign_of(H / (H + d.one), x);
   }
 };

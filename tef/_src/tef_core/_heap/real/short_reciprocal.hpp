@@ -15,6 +15,7 @@ ORX_ISA_BEGIN(orx::tef)
 struct ShortReciprocalData {
   Row<double> rounding = 0x1.004p+0;           // a product with it and a cut round to ten bits
   Row<uint64_t> leading = 0xFFFFF80000000000;  // the bits that are left
+  Row<uint64_t> index = 0x000FF80000000000;    // those of them that tell the row of the logarithm's table
   Row<double> bias = 2045.0;                   // of the logarithm's table: 1022 + 1023
   Row<double> one = 1.0;
 };
@@ -31,14 +32,14 @@ class ShortReciprocal {
       : R(bit_and(
             max(approximation * kShortReciprocal.rounding, keep(small, constant<X>(kShortReciprocal.one))),
             kShortReciprocal.leading)),
-        words_(R) {}
+        words_(bit_and(R, kShortReciprocal.index)) {}
 
   // ln(1/R) + e + q.
   X log_ha(X e, X q) const { return tef::log_ha<LnDescription>(exponent(), *this, e, q); }
   X log_la(X e, X q) const { return tef::log_la<LnDescription>(exponent(), *this, e, q); }
 
-  // The row of the logarithm's table.
-  int operator()(int lane) const { return LnDescription::kFirst + ((words_.high(lane) >> 11) & 511); }
+  // The logarithm's table goes by R as an integer from 512 on.
+  int operator()(int lane) const { return LnDescription::kFirst + (words_.high(lane) >> 11); }
 
  private:
   X exponent() const { return kShortReciprocal.bias - exponent_field(R); }
@@ -46,22 +47,21 @@ class ShortReciprocal {
   SpilledWords<X> words_;
 };
 
-// The residue of asinh and acosh: asinh d = d + residue(d). |d| <= 1/64, to 2^-59.8 of asinh d, to 2^-30.2 of asinh d
+// asinh d = d + rest; the rest from d, or from 0 where d is so small that its square would underflow. |d| <= 1/64:
+// to 2^-59.8 of asinh d, and to 2^-30.2 of asinh d
 struct AsinhRestData {
-  Row<double> large = 0x1p-180;  // takes d away where it is tiny and its square would underflow
   Row<double> c[3] = {-0x1.55555555549ecp-3, 0x1.333332a8af95dp-4, -0x1.6d98fc1fe5445p-5};
   Row<double> ep = -0x1.554d61a777aacp-3;
 };
 inline constexpr AsinhRestData kAsinhRest{};
 template <class X>
 inline X asinh_rest(X d) {
-  const X q = (d + kAsinhRest.large) - kAsinhRest.large, q2 = q * q;
-  return (q * q2) * polynomial(q2, q2 * q2, kAsinhRest.c);
+  const X d2 = d * d;
+  return (d * d2) * horner(d2, kAsinhRest.c);
 }
 template <class X>
 inline X asinh_rest_ep(X d) {
-  const X q = (d + kAsinhRest.large) - kAsinhRest.large;
-  return (q * q * q) * kAsinhRest.ep;
+  return (d * d * d) * kAsinhRest.ep;
 }
 
 ORX_ISA_END
