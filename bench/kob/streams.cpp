@@ -9,7 +9,6 @@
 #include <x86intrin.h>
 
 #include <algorithm>
-#include <functional>
 #include <iomanip>
 #include <limits>
 #include <map>
@@ -115,18 +114,18 @@ void fills(const std::string& kind) {
     });
 }
 
-// Numbers of one call, and of long ones, beside the other libraries'.
-using FillDoubles = std::function<void(double*, int)>;
-
-void add_race(const std::string& name, const FillDoubles& fill) {
+// Numbers in blocks, and by calls for one each, beside the other libraries'. `block` fills r; `one` makes a number, by a
+// function call that is not inlined.
+template <class Block, class One>
+void add_race(const std::string& name, Block block, One one) {
   benchmark::RegisterBenchmark(("race/" + name).c_str(), [=](benchmark::State& state) {
     least[name] = fill_cycles<double>(state, [&](double* r, int times) {
-      for (int k = 0; k < times; ++k) fill(r, kBlock);
+      for (int k = 0; k < times; ++k) block(r, kBlock);
     });
   });
   benchmark::RegisterBenchmark(("race, one call/" + name).c_str(), [=](benchmark::State& state) {
     least["one call/" + name] = fill_cycles<double>(state, [&](double* r, int times) {
-      for (int i = 0; i < kBlock * times; ++i) fill(r, 1);
+      for (int i = 0; i < kBlock * times; ++i) one(r);
     });
   });
 }
@@ -134,9 +133,13 @@ void add_race(const std::string& name, const FillDoubles& fill) {
 void races() {
   for (const Generator& g : kGenerators) {
     const auto stream = std::make_shared<Stream>(g.id);
-    add_race(g.name, [stream](double* r, int n) { stream->fill(r, n); });
+    KobStream* const s = *stream;
+    add_race(
+        g.name, [stream](double* r, int n) { stream->fill(r, n); },
+        [s](double* r) { _kobdRngUniform(0, s, 1, r, 0, 1); });
     for (const Peer& p : peers())
-      if (p.id == g.id) add_race(std::string(g.name) + "/" + p.library, p.fill);
+      if (p.id == g.id)
+        add_race(std::string(g.name) + "/" + p.library, p.fill, [fill = p.fill](double* r) { fill(r, 1); });
   }
 }
 

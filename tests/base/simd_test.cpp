@@ -442,6 +442,11 @@ void check_integers() {
       ASSERT_EQ(mixed[i], static_cast<E>((x & 15) + 1));
     }
   });
+  for (int lane = -1; lane < I::kLanes; ++lane) {
+    const auto mask =
+        equal(integers_of<I>([](int i) { return E(i); }), integers_of<I>([=](int) { return E(lane); }));
+    EXPECT_EQ(any(mask), lane >= 0) << lane;
+  }
 }
 
 TYPED_TEST(Simd, Integers) {

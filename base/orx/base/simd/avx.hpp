@@ -55,6 +55,7 @@ inline __m256d compare(__m256d a, __m256d b) {
   return _mm256_cmp_pd(a, b, predicate);
 }
 
+inline bool any(__m256i a) { return !_mm256_testz_si256(a, a); }
 inline __m256d to_double(__m128 a) { return _mm256_cvtps_pd(a); }
 inline __m256d to_double(__m128i a) { return _mm256_cvtepi32_pd(a); }
 inline __m128 to_single(__m256d a) { return _mm256_cvtpd_ps(a); }

@@ -101,6 +101,8 @@ inline __m512d spread_signs(__m512d a) {
   return _mm512_castsi512_pd(_mm512_srai_epi64(_mm512_castpd_si512(a), 63));
 }
 
+inline bool any(__m512i a) { return _mm512_test_epi32_mask(a, a) != 0; }
+
 // ---- conversions and halves
 inline __m512d to_double(__m256 a) { return _mm512_cvtps_pd(a); }
 inline __m512d to_double(__m256i a) { return _mm512_cvtepi32_pd(a); }

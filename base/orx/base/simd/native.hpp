@@ -56,6 +56,8 @@ inline auto whole(I a) {
   return (typename IntegerType<sizeof(I)>::Type)a;
 }
 
+inline bool any(__m128i a) { return _mm_movemask_epi8(a) != 0; }
+
 template <class V>
 struct WordsOf {
   typedef long long Type __attribute__((vector_size(sizeof(V))));

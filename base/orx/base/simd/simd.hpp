@@ -16,7 +16,7 @@
 //   bits          bit_and bit_or bit_xor bit_andnot bits reals as high_words low_words scale_from exponent_field
 //   comparisons   less at_most equal not_equal not_below not_at_most outside unordered; quiet for NaN
 //   masks         bit_and bit_or bit_andnot complement select keep spread_signs any movemask
-//   integers      + - * & | ^ shift_left shift_right equal greater multiply_wide
+//   integers      + - * & | ^ shift_left shift_right equal greater any multiply_wide
 //   conversions   widen narrow to_doubles to_floats round_to_ints truncate_to_ints integer_bits
 //   tables        SpilledWords Indices gather gather_bits gather_pairs gather_rows select_of_4
 #pragma once
@@ -418,6 +418,19 @@ inline Integers<E, l, n> greater(Integers<E, l, n> a, Integers<E, l, n> b) {
 template <class E, int l, int n>
 inline Integers<E, l, n> greater(Integers<E, l, n> a, E b) {
   return make<Integers<E, l, n>>([&](int i) { return (typename Integers<E, l, n>::V)(a.v[i] > b); });
+}
+// Whether any lane of a mask is set.
+template <class E, int l, int n>
+inline bool any(Integers<E, l, n> a) {
+  using V = typename Integers<E, l, n>::V;
+  V all = a.v[0];
+  for (int i = 1; i < n; ++i) all |= a.v[i];
+  if constexpr (n * sizeof(V) > l * sizeof(E)) {  // spare lanes
+    V used{};
+    for (int i = 0; i < l / n; ++i) used[i] = static_cast<E>(-1);
+    all &= used;
+  }
+  return native::any(native::whole(all));
 }
 // The product of the lower halves, whole.
 template <int l, int n>

@@ -11,10 +11,12 @@
 #include "_math/modular.hpp"
 #include "_service/generator.hpp"
 #include "_service/reals.hpp"
+#include "orx/base/simd/simd.hpp"
 
 namespace {
 
 using namespace orx::brng;
+namespace simd = orx::simd;
 
 constexpr int kLanes = 16, kSteps = 32, kBlock = kLanes * kSteps;
 constexpr int kFew = 64;  // from there on a block costs less than numbers made singly
@@ -121,16 +123,6 @@ struct Component {
       last[j] = double_to_word(s < 0 ? s + modulus : s);
     }
   }
-
-  // The next number, in integers; 2^32 is worth 2^32 - m, so that two folds and a subtraction make the remainder.
-  uint32_t next(uint32_t* last) const {
-    const auto fold = [this](uint64_t p) { return (p >> 32) * (0u - m) + uint32_t(p); };
-    const uint64_t once = fold(uint64_t(near) * last[3 - lag] + uint64_t(far) * (m - last[0]));
-    const uint64_t twice = fold(once), made = twice >= m ? twice - m : twice;
-    last[0] = last[1];
-    last[1] = last[2];
-    return last[2] = uint32_t(made);
-  }
 };
 
 constexpr Component kX(4294967087, 2, 1403580, 810728), kY(4294944443, 1, 527612, 1370589);
@@ -214,8 +206,38 @@ struct MRG32K3A : NoLeapfrog {
   static void singly(State& s, int n, const Sink& sink) {
     for (int i = 0; i < n; ++i) sink(i, word_to_double(next(s)));
   }
-  static uint32_t next(State& s) {
-    const uint32_t x = kX.next(s.S), y = kY.next(s.S + 3);
+
+  // Words of y and of x in 64-bit lanes, y in the lower one: the chain from number to number goes through it.
+  using Pair = simd::Integers<uint64_t, 2, 1>;
+  static Pair pair(uint32_t y, uint32_t x) {
+    simd::Integers<uint32_t, 4, 1> words = {{{y, 0, 0, 0}}};
+    __asm__("" : "+x"(words.v[0]));  // or the compiler would shuffle them together in two more steps
+    words.v[0][2] = x;
+    return simd::as<uint64_t>(words);
+  }
+  // 2^32 is worth 2^32 - m.
+  static Pair folded(Pair p) {
+    constexpr Pair worth = {{{0u - kY.m, 0u - kX.m}}};
+    return multiply_wide(simd::shift_right<32>(p), worth) + (p & uint64_t(0xFFFFFFFF));
+  }
+
+  // The next number, in integers. Folded twice, a component is hardly ever above its modulus.
+  static uint32_t next(State& state) {
+    constexpr Pair near = {{{kY.near, kX.near}}}, far = {{{kY.far, kX.far}}}, modulus = {{{kY.m, kX.m}}};
+    uint32_t* const s = state.S;
+    const Pair recent = pair(s[6 - kY.lag], s[3 - kX.lag]), oldest = pair(s[3], s[0]);
+    Pair made = folded(folded(multiply_wide(recent, near) + multiply_wide(modulus - oldest, far)));
+    const auto excess =
+        simd::as<uint64_t>(simd::greater(simd::as<int64_t>(made), simd::as<int64_t>(modulus - uint64_t(1))));
+    if (__builtin_expect(any(excess), 0)) made = made - (excess & modulus);
+    const uint32_t y = uint32_t(made.v[0][0]), x = uint32_t(made.v[0][1]);
+    // Each in a store of its own: a load of two would wait for both.
+    const auto put = [s](int i, uint32_t word) {
+      s[i] = word;
+      __asm__("" : "+m"(s[i]));
+    };
+    put(0, s[1]), put(1, s[2]), put(2, x);
+    put(3, s[4]), put(4, s[5]), put(5, y);
     return x >= y ? x - y : x - y + kX.m;
   }
 

@@ -117,19 +117,18 @@ struct WH {
     }
   };
 
-  // Whatever the rounding mode: x a mod m for x and a below m < 2^24, in double. The product is exact. Its quotient by m is no integer
-  // unless the product is 0, so it lies at least 1/m > 2^-24 away from any; the computed quotient, below
-  // 2^24, errs by less than 2^-27 and has the same whole part.
+  // Whatever the rounding mode: x a mod m for x and a below m < 2^24, in double; a_by_m is a times the inverse of m.
+  // The product is exact. Its quotient by m is no integer unless the product is 0, so it lies at least 1/m > 2^-24
+  // away from any; x a_by_m, below 2^24, errs by less than 2^-26 and has the same whole part.
   template <class V, class C>
-  static V multiply(V x, C a, C m, C inverse) {
-    const V product = x * a;
-    return product - whole(product * inverse) * m;
+  static V multiply(V x, C a, C a_by_m, C m) {
+    return x * a - whole(x * a_by_m) * m;
   }
   // One step of all four components; what they were before.
   static __m256d step(State& s, uint32_t row) {
     const __m256d x = _mm256_cvtepi32_pd(load4(s.X)), a = _mm256_cvtepi32_pd(load4(s.A)),
                   m = _mm256_cvtepi32_pd(load4(_kob_WH_M[row]));
-    store4(s.X, _mm256_cvttpd_epi32(multiply(x, a, m, _mm256_load_pd(_kobdWH_IM_Tab[row]))));
+    store4(s.X, _mm256_cvttpd_epi32(multiply(x, a, a * _mm256_load_pd(_kobdWH_IM_Tab[row]), m)));
     return x;
   }
 
@@ -146,20 +145,22 @@ struct WH {
     int i = 0;
     if (n >= at_once) {
       __m256d lanes[2][4];
-      double jump[4];
+      double jump[4], jump_by_m[4];
       for (int c = 0; c < 4; ++c) {
-        const auto square = [m = m[c], inverse = inverse[c]](double y) { return multiply(y, y, m, inverse); };
-        const double next = multiply(x[c], a[c], m[c], inverse[c]), a2 = square(a[c]), a4 = square(a2);
-        const __m256d first = {x[c], next, multiply(x[c], a2, m[c], inverse[c]),
-                               multiply(next, a2, m[c], inverse[c])};
+        const auto square = [m = m[c], inverse = inverse[c]](double y) { return multiply(y, y, y * inverse, m); };
+        const double a2 = square(a[c]), a4 = square(a2), a2_by_m = a2 * inverse[c];
+        const double next = multiply(x[c], a[c], a[c] * inverse[c], m[c]);
+        const __m256d first = {x[c], next, multiply(x[c], a2, a2_by_m, m[c]),
+                               multiply(next, a2, a2_by_m, m[c])};
         lanes[0][c] = first;
-        lanes[1][c] = multiply(first, a4, m[c], inverse[c]);
+        lanes[1][c] = multiply(first, a4, a4 * inverse[c], m[c]);
         jump[c] = square(a4);
+        jump_by_m[c] = jump[c] * inverse[c];
       }
       for (; i <= n - at_once; i += at_once)
         for (int j = 0; j < 2; ++j) {
           sink(i + 4 * j, lanes[j]);
-          for (int c = 0; c < 4; ++c) lanes[j][c] = multiply(lanes[j][c], jump[c], m[c], inverse[c]);
+          for (int c = 0; c < 4; ++c) lanes[j][c] = multiply(lanes[j][c], jump[c], jump_by_m[c], m[c]);
         }
       int j = 0;
       for (; i <= n - 4; i += 4) sink(i, lanes[j++]);
@@ -167,7 +168,7 @@ struct WH {
     }
     for (; i < n; ++i) {
       sink(i, x);
-      for (int c = 0; c < 4; ++c) x[c] = multiply(x[c], a[c], m[c], inverse[c]);
+      for (int c = 0; c < 4; ++c) x[c] = multiply(x[c], a[c], a[c] * inverse[c], m[c]);
     }
     for (int c = 0; c < 4; ++c) s.X[c] = uint32_t(int(x[c]));
   }
