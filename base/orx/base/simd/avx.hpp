@@ -95,7 +95,6 @@ inline __m256 select_of_4(const float* table, __m256 index) {
 #if defined(ORX_ISA_AVX)
 inline __m256 spread_signs(__m256 a) { return join(spread_signs(low_half(a)), spread_signs(high_half(a))); }
 inline __m256d spread_signs(__m256d a) { return join(spread_signs(low_half(a)), spread_signs(high_half(a))); }
-inline __m128i multiply_wide(__m128i a, __m128i b) { return _mm_mul_epu32(a, b); }
 #endif
 
 // Not by blends, which the compiler would take apart lane by lane.

@@ -56,6 +56,7 @@ inline auto whole(I a) {
   return (typename IntegerType<sizeof(I)>::Type)a;
 }
 
+inline __m128i multiply_wide(__m128i a, __m128i b) { return _mm_mul_epu32(a, b); }
 inline bool any(__m128i a) { return _mm_movemask_epi8(a) != 0; }
 
 template <class V>

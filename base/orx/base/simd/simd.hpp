@@ -18,6 +18,7 @@
 //   masks         bit_and bit_or bit_andnot complement select keep spread_signs any movemask
 //   integers      + - * & | ^ shift_left shift_right equal greater any multiply_wide
 //   conversions   widen narrow to_doubles to_floats round_to_ints truncate_to_ints integer_bits
+//   groups        of four doubles, whatever the width, in lanes.hpp; of four words beside them in words.hpp
 //   tables        SpilledWords Indices gather gather_bits gather_pairs gather_rows select_of_4
 #pragma once
 #include <cstdint>

@@ -106,7 +106,6 @@ inline __m128d round(__m128d a) {
   return round_by_addition<mode>(a, 0x1p52);
 }
 
-inline __m128i multiply_wide(__m128i a, __m128i b) { return _mm_mul_epu32(a, b); }
 inline __m128d unpack_low(__m128d a, __m128d b) { return _mm_unpacklo_pd(a, b); }
 inline __m128d unpack_high(__m128d a, __m128d b) { return _mm_unpackhi_pd(a, b); }
 

@@ -1,7 +1,5 @@
 #include "_math/scalar.hpp"
 
-#include <immintrin.h>
-
 #include "orx/base/api.hpp"
 
 namespace {
@@ -19,5 +17,5 @@ T logarithm(T x) {
 
 ORX_API double __kobdLn(double x) { return logarithm(x); }
 extern "C" float __kobsLn(float x) { return logarithm(x); }
-ORX_API double __kobdSqrt(double x) { return _mm_cvtsd_f64(_mm_sqrt_pd(_mm_set1_pd(x))); }
-extern "C" float __kobsSqrt(float x) { return _mm_cvtss_f32(_mm_sqrt_ss(_mm_set_ss(x))); }
+ORX_API double __kobdSqrt(double x) { return __builtin_sqrt(x); }
+extern "C" float __kobsSqrt(float x) { return __builtin_sqrtf(x); }

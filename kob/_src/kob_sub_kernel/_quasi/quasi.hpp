@@ -83,14 +83,14 @@ void emit_point(const Sequence& s, const Sink& sink, int at) {
     uint32_t& x = s.x[size_t(d) * s.x_step];
     const uint32_t now = x;
     x = now ^ s.v(size_t(d), c);
-    return int(now);
+    return now;
   };
   int d = 0;
   for (; d + 4 <= s.dimension; d += 4) {
-    const int w0 = next(d), w1 = next(d + 1), w2 = next(d + 2), w3 = next(d + 3);
-    sink(at + d, _mm_set_epi32(w3, w2, w1, w0));
+    const uint32_t w0 = next(d), w1 = next(d + 1), w2 = next(d + 2), w3 = next(d + 3);
+    sink(at + d, Words4{w0, w1, w2, w3});
   }
-  for (; d < s.dimension; ++d) sink(at + d, uint32_t(next(d)));
+  for (; d < s.dimension; ++d) sink(at + d, next(d));
 }
 
 constexpr int kMostWidth = 320;  // words of a row that is made here

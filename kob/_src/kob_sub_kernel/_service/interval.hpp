@@ -2,11 +2,11 @@
 // set.
 #pragma once
 
-#include <immintrin.h>
-
 #include <cstdint>
 
+#include "orx/base/bits.hpp"
 #include "orx/base/default_arithmetic.hpp"
+#include "orx/base/simd/words.hpp"
 
 namespace orx::brng {
 
@@ -23,8 +23,8 @@ inline bool rounds_to_nearest() {
 inline double argument_value(const double& argument) {
 #if defined(__i386__)
   const volatile uint32_t* const halves = reinterpret_cast<const volatile uint32_t*>(&argument);
-  const __m128i low = _mm_cvtsi32_si128(int32_t(halves[0]));
-  return _mm_cvtsd_f64(_mm_castsi128_pd(_mm_insert_epi32(low, int32_t(halves[1]), 1)));
+  const simd::Words4 both = {halves[0], halves[1]};
+  return simd::VectorOf<double, 16>(both)[0];
 #else
   return argument;
 #endif

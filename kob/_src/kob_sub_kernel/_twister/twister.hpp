@@ -80,7 +80,7 @@ class Twister {
   static Words4 if_odd(Words4 x, uint32_t value) {
     // A look-up by the two lowest bits: one instruction for a mask and an AND.
     const Words4 choice = {0, value, 0, value};
-    return Words4(_mm_permutevar_ps(__m128(choice), __m128i(x)));
+    return simd::select_of_4(choice, x);
   }
 
   uint32_t* mt_;

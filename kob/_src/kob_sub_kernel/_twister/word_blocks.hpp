@@ -10,19 +10,9 @@
 
 namespace orx::brng {
 
-// GCC and Clang give these the operators of uint32_t, so that one template is the recursion word by word and
-// four words at a time.
-typedef uint32_t Words4 __attribute__((vector_size(16)));
-
-template <class Word>
-Word load(const uint32_t* p) {
-  if constexpr (sizeof(Word) == 4)
-    return *p;
-  else
-    return Word(load4(p));
-}
-inline void store(uint32_t* p, uint32_t w) { *p = w; }
-inline void store(uint32_t* p, Words4 w) { store4(p, __m128i(w)); }
+// One template is the recursion word by word and four words at a time.
+using simd::load;
+using simd::store;
 
 // Words for the places from `at` on of a sink, or for nobody.
 template <class Sink>
@@ -30,7 +20,7 @@ struct SinkAt {
   Sink sink;
   int at;
   void operator()(int i, uint32_t w) const { sink(at + i, w); }
-  void operator()(int i, Words4 w) const { sink(at + i, __m128i(w)); }
+  void operator()(int i, Words4 w) const { sink(at + i, w); }
 };
 struct NoSink {
   template <class Word>

@@ -63,19 +63,19 @@ struct MCG31M1 {
   template <class Real>
   struct Convert {
     RealSink<Real> sink;
-    void operator()(int i, __m128i x) const { sink(i, _mm256_cvtepi32_pd(x)); }
+    void operator()(int i, Words4 x) const { sink(i, simd::to_doubles(Ints4(x))); }
     void operator()(int i, uint32_t x) const { sink(i, double(int32_t(x))); }
   };
 
   // Four words times a common multiplier, given doubled: of each product the high word is then its bits from
   // 31 up and the low word, halved, the bits below. Their sum is x y mod 2^31 - 1 up to one subtraction.
-  static __m128i step4(__m128i x, __m128i doubled) {
-    const __m128i even = _mm_mul_epu32(x, doubled);
-    const __m128i odd = _mm_mul_epu32(_mm_srli_epi64(x, 32), doubled);
-    const __m128i high = _mm_blend_epi16(_mm_srli_epi64(even, 32), odd, 0xCC);
-    const __m128i low = _mm_srli_epi32(_mm_blend_epi16(even, _mm_slli_epi64(odd, 32), 0xCC), 1);
-    const __m128i sum = _mm_add_epi32(high, low);
-    return _mm_min_epu32(sum, _mm_sub_epi32(sum, _mm_set1_epi32(k2p31m1)));
+  static Words4 step4(Words4 x, Words4 doubled) {
+    const Wide2 even = simd::multiply_wide(Wide2(x), Wide2(doubled));
+    const Wide2 odd = simd::multiply_wide(Wide2(x) >> 32, Wide2(doubled));
+    const Words4 high = simd::alternate(Words4(even >> 32), Words4(odd));
+    const Words4 low = simd::alternate(Words4(even), Words4(odd << 32)) >> 1;
+    const Words4 sum = high + low;
+    return simd::min(sum, sum - uint32_t(k2p31m1));
   }
 
   template <class Sink>
@@ -87,12 +87,12 @@ struct MCG31M1 {
       for (int j = 1; j < 4; ++j) first[j] = multiply_2p31m1(first[j - 1], jump);
       const auto square = [&jump] { return jump = multiply_2p31m1(jump, jump); };
       square();
-      __m128i x[at_once / 4] = {load4(first)};
+      Words4 x[at_once / 4] = {load4(first)};
       for (int made = 1; made < at_once / 4; made *= 2) {
-        const __m128i ahead = _mm_set1_epi32(int32_t(2 * square()));
+        const Words4 ahead = 2 * square() + Words4{};
         for (int j = 0; j < made; ++j) x[made + j] = step4(x[j], ahead);
       }
-      const __m128i ahead = _mm_set1_epi32(int32_t(2 * square()));
+      const Words4 ahead = 2 * square() + Words4{};
       for (; i <= n - at_once; i += at_once)
         for (int j = 0; j < at_once / 4; ++j) {
           sink(i + 4 * j, x[j]);
@@ -100,7 +100,7 @@ struct MCG31M1 {
         }
       int j = 0;
       for (; i <= n - 4; i += 4) sink(i, x[j++]);
-      s.X = uint32_t(_mm_cvtsi128_si32(x[j]));
+      s.X = x[j][0];
     }
     for (; i < n; ++i) {
       sink(i, s.X);

@@ -70,9 +70,9 @@ struct MCG59 {
 
   struct Words {
     uint32_t* r;
-    void operator()(int i, __m128i first, __m128i second) const {
-      store4(r + 2 * ptrdiff_t(i), first);
-      store4(r + 2 * ptrdiff_t(i) + 4, second);
+    void operator()(int i, Wide2 first, Wide2 second) const {
+      store4(r + 2 * ptrdiff_t(i), Words4(first));
+      store4(r + 2 * ptrdiff_t(i) + 4, Words4(second));
     }
     void operator()(int i, uint64_t x) const {
       r[2 * ptrdiff_t(i)] = uint32_t(x);
@@ -85,28 +85,26 @@ struct MCG59 {
   template <class Real>
   struct Convert {
     RealSink<Real> sink;
-    void operator()(int i, __m128i first, __m128i second) const {
-      const __m256d x = _mm256_castsi256_pd(pair(first, second));
-      const __m256d low = _mm256_castps_pd(
-          _mm256_blend_ps(_mm256_castpd_ps(x), _mm256_castpd_ps(_mm256_set1_pd(0x1p52)), 0xAA));
-      const __m256d high =
-          _mm256_or_pd(_mm256_castsi256_pd(pair(_mm_srli_epi64(first, 32), _mm_srli_epi64(second, 32))),
-                       _mm256_set1_pd(0x1p84));
-      sink(i, high - _mm256_set1_pd(0x1p84 + 0x1p52) + low);
+    void operator()(int i, Wide2 first, Wide2 second) const {
+      const Doubles x = simd::reals(first, second);
+      const Doubles low = simd::lower_half_below(spread(0x1p52), x),
+                    high = simd::upper_half_below(spread(0x1p84), x);
+      sink(i, high - (0x1p84 + 0x1p52) + low);
     }
     void operator()(int i, uint64_t x) const { sink(i, to_double(x)); }
-
-    static __m256i pair(__m128i first, __m128i second) {
-      return _mm256_insertf128_si256(_mm256_castsi128_si256(first), second, 1);
-    }
   };
 
+  // A multiplier for two words at a time.
+  struct Multiplier2 {
+    Wide2 low, high;
+    explicit Multiplier2(uint64_t a) : low(a + Wide2{}), high((a >> 32) + Wide2{}) {
+      __asm__("" : "+m"(high));  // stays in memory: there are few registers
+    }
+  };
   // Two words times a common multiplier mod 2^59. The product of the high halves lies beyond.
-  static __m128i step2(__m128i x, uint64_t a) {
-    const __m128i low = _mm_set1_epi64x(int64_t(a)), high = _mm_set1_epi64x(int64_t(a >> 32));
-    const __m128i cross = _mm_add_epi64(_mm_mul_epu32(_mm_srli_epi64(x, 32), low), _mm_mul_epu32(x, high));
-    const __m128i product = _mm_add_epi64(_mm_mul_epu32(x, low), _mm_slli_epi64(cross, 32));
-    return _mm_and_si128(product, _mm_set1_epi64x(int64_t(kMask59)));
+  static Wide2 step2(Wide2 x, const Multiplier2& a) {
+    const Wide2 cross = simd::multiply_wide(x >> 32, a.low) + simd::multiply_wide(x, a.high);
+    return (simd::multiply_wide(x, a.low) + (cross << 32)) & kMask59;
   }
 
   template <class Sink>
@@ -115,21 +113,25 @@ struct MCG59 {
     int i = 0;
     if (n >= at_once) {
       uint64_t jump = s.Multiplier;
-      __m128i x[at_once / 2] = {_mm_set_epi64x(int64_t(s.X * jump & kMask59), int64_t(s.X))};
+      Wide2 x[at_once / 2] = {{s.X, s.X * jump & kMask59}};
       for (int made = 1; made < at_once / 2; made *= 2) {
         jump = jump * jump & kMask59;
-        for (int j = 0; j < made; ++j) x[made + j] = step2(x[j], jump);
+        for (int j = 0; j < made; ++j) x[made + j] = step2(x[j], Multiplier2(jump));
       }
-      jump = jump * jump & kMask59;
+      const Multiplier2 ahead(jump * jump & kMask59);
       for (; i <= n - at_once; i += at_once)
         for (int j = 0; j < at_once / 2; j += 2) {
           sink(i + 2 * j, x[j], x[j + 1]);
-          x[j] = step2(x[j], jump);
-          x[j + 1] = step2(x[j + 1], jump);
+          x[j] = step2(x[j], ahead);
+          x[j + 1] = step2(x[j + 1], ahead);
         }
-      int j = 0;
-      for (; i + 4 <= n; i += 4, j += 2) sink(i, x[j], x[j + 1]);
-      _mm_storel_epi64(reinterpret_cast<__m128i*>(&s.X), x[j]);
+      Wide2 next = x[0];
+      if (i + at_once / 2 <= n) {
+        sink(i, x[0], x[1]);
+        next = x[2];
+        i += at_once / 2;
+      }
+      s.X = next[0];
     }
     for (; i < n; ++i) {
       sink(i, s.X);

@@ -11,12 +11,10 @@
 #include "_math/modular.hpp"
 #include "_service/generator.hpp"
 #include "_service/reals.hpp"
-#include "orx/base/simd/simd.hpp"
 
 namespace {
 
 using namespace orx::brng;
-namespace simd = orx::simd;
 
 constexpr int kLanes = 16, kSteps = 32, kBlock = kLanes * kSteps;
 constexpr int kFew = 64;  // from there on a block costs less than numbers made singly
@@ -33,16 +31,18 @@ constexpr Matrix multiply(const Matrix& f, const Matrix& g, uint64_t m) {
   return product;
 }
 
+using Lanes = simd::Vec<double, 1>;  // as many lanes as the processor's vectors have, two at least
+Lanes lanes_of(double x) { return simd::broadcast<Lanes>(x); }
 template <int direction>
-__m256d whole(__m256d x) {
-  return _mm256_round_pd(x, direction | _MM_FROUND_NO_EXC);
+Lanes whole(Lanes x) {
+  return simd::round<direction | simd::kQuietly>(x);
 }
 
 // The last three numbers of each lane, oldest first, and those that it makes.
 struct alignas(64) Numbers {
   double s[3 + kSteps][kLanes];
 
-  __m256d load(int row, int lane) const { return _mm256_load_pd(&s[row][lane]); }
+  Lanes load(int row, int lane) const { return simd::load_vectors<Lanes, true>(&s[row][lane]); }
 };
 
 // One component: s(n) = near s(n - lag) - far s(n - 3) mod m.
@@ -78,40 +78,36 @@ struct Component {
 
   // The remainder of least size, up to one unit, of an integer of size below 2^52.5: its quotient by m is below
   // 2^20.5 and computed to within 2^-32.
-  __m256d reduced(__m256d p) const {
-    return p - whole<_MM_FROUND_TO_NEAREST_INT>(p * _mm256_set1_pd(inverse)) * _mm256_set1_pd(modulus);
+  Lanes reduced(Lanes p) const {
+    return p - whole<simd::kToNearest>(p * lanes_of(inverse)) * lanes_of(modulus);
   }
   // The remainder from 0 up of an integer of size below 2 m. The factor is a little below 1 / m: however it is
   // rounded, the quotient of a multiple does not come out below the integer that it is.
-  __m256d canonical(__m256d p) const {
-    const __m256d below = _mm256_set1_pd(inverse * (1 - 0x1p-50));
-    return p - whole<_MM_FROUND_TO_NEG_INF>(p * below) * _mm256_set1_pd(modulus);
+  Lanes canonical(Lanes p) const {
+    return p - whole<simd::kDown>(p * lanes_of(inverse * (1 - 0x1p-50))) * lanes_of(modulus);
   }
   // The same of one that is reduced.
-  __m256d canonical_of_reduced(__m256d r) const {
-    const __m256d negative = _mm256_cmp_pd(r, _mm256_setzero_pd(), _CMP_LT_OQ);
-    return r + _mm256_and_pd(negative, _mm256_set1_pd(modulus));
-  }
+  Lanes canonical_of_reduced(Lanes r) const { return r + keep(less(r, lanes_of(0)), lanes_of(modulus)); }
 
   void start(const uint32_t* last, Numbers& numbers) const {
-    __m256d s[3];
-    for (int j = 0; j < 3; ++j) s[j] = reduced(_mm256_set1_pd(word_to_double(last[j])));
+    Lanes s[3];
+    for (int j = 0; j < 3; ++j) s[j] = reduced(lanes_of(word_to_double(last[j])));
     for (int i = 0; i < 3; ++i)
-      for (int lane = 0; lane < kLanes; lane += 4) {
+      for (int lane = 0; lane < kLanes; lane += Lanes::kLanes) {
         const auto row = [&](const double(&e)[3][3][kLanes]) {
-          return _mm256_load_pd(&e[i][0][lane]) * s[0] + _mm256_load_pd(&e[i][1][lane]) * s[1] +
-                 _mm256_load_pd(&e[i][2][lane]) * s[2];
+          const auto at = [&](int j) { return simd::load_vectors<Lanes, true>(&e[i][j][lane]); };
+          return at(0) * s[0] + at(1) * s[1] + at(2) * s[2];
         };
-        const __m256d upper = reduced(row(high));
-        _mm256_store_pd(&numbers.s[i][lane], reduced(upper * _mm256_set1_pd(0x1p15) + row(low)));
+        const Lanes upper = reduced(row(high));
+        simd::store_vectors<true>(&numbers.s[i][lane], reduced(upper * lanes_of(0x1p15) + row(low)));
       }
   }
 
-  // Makes number k of four lanes.
-  __m256d next(Numbers& numbers, int k, int lane) const {
-    const __m256d made = reduced(numbers.load(k + 3 - lag, lane) * _mm256_set1_pd(near) -
-                                 numbers.load(k, lane) * _mm256_set1_pd(far));
-    _mm256_store_pd(&numbers.s[k + 3][lane], made);
+  // Makes number k of some lanes.
+  Lanes next(Numbers& numbers, int k, int lane) const {
+    const Lanes made =
+        reduced(numbers.load(k + 3 - lag, lane) * lanes_of(near) - numbers.load(k, lane) * lanes_of(far));
+    simd::store_vectors<true>(&numbers.s[k + 3][lane], made);
     return made;
   }
 
@@ -177,7 +173,7 @@ struct MRG32K3A : NoLeapfrog {
 
   struct Words {
     uint32_t* r;
-    void operator()(int i, __m256d z) const { store4(r + i, double_to_word(z)); }
+    void operator()(int i, Doubles z) const { store4(r + i, double_to_word(z)); }
     void operator()(int i, double z) const { r[i] = double_to_word(z); }
   };
 
@@ -208,29 +204,28 @@ struct MRG32K3A : NoLeapfrog {
   }
 
   // Words of y and of x in 64-bit lanes, y in the lower one: the chain from number to number goes through it.
-  using Pair = simd::Integers<uint64_t, 2, 1>;
-  static Pair pair(uint32_t y, uint32_t x) {
-    simd::Integers<uint32_t, 4, 1> words = {{{y, 0, 0, 0}}};
-    __asm__("" : "+x"(words.v[0]));  // or the compiler would shuffle them together in two more steps
-    words.v[0][2] = x;
-    return simd::as<uint64_t>(words);
+  static Wide2 pair(uint32_t y, uint32_t x) {
+    Words4 words = {y};
+    __asm__("" : "+x"(words));  // or the compiler would shuffle them together in two more steps
+    words[2] = x;
+    return Wide2(words);
   }
   // 2^32 is worth 2^32 - m.
-  static Pair folded(Pair p) {
-    constexpr Pair worth = {{{0u - kY.m, 0u - kX.m}}};
-    return multiply_wide(simd::shift_right<32>(p), worth) + (p & uint64_t(0xFFFFFFFF));
+  static Wide2 folded(Wide2 p) {
+    constexpr Wide2 worth = {0u - kY.m, 0u - kX.m};
+    return simd::multiply_wide(p >> 32, worth) + (p & 0xFFFFFFFF);
   }
 
   // The next number, in integers. Folded twice, a component is hardly ever above its modulus.
   static uint32_t next(State& state) {
-    constexpr Pair near = {{{kY.near, kX.near}}}, far = {{{kY.far, kX.far}}}, modulus = {{{kY.m, kX.m}}};
+    constexpr Wide2 near = {kY.near, kX.near}, far = {kY.far, kX.far}, modulus = {kY.m, kX.m};
     uint32_t* const s = state.S;
-    const Pair recent = pair(s[6 - kY.lag], s[3 - kX.lag]), oldest = pair(s[3], s[0]);
-    Pair made = folded(folded(multiply_wide(recent, near) + multiply_wide(modulus - oldest, far)));
-    const auto excess =
-        simd::as<uint64_t>(simd::greater(simd::as<int64_t>(made), simd::as<int64_t>(modulus - uint64_t(1))));
-    if (__builtin_expect(any(excess), 0)) made = made - (excess & modulus);
-    const uint32_t y = uint32_t(made.v[0][0]), x = uint32_t(made.v[0][1]);
+    const Wide2 recent = pair(s[6 - kY.lag], s[3 - kX.lag]), oldest = pair(s[3], s[0]);
+    Wide2 made =
+        folded(folded(simd::multiply_wide(recent, near) + simd::multiply_wide(modulus - oldest, far)));
+    const Words4 excess = Words4(simd::Longs2(made) > simd::Longs2(modulus - 1));
+    if (__builtin_expect(simd::any(excess), 0)) made -= Wide2(excess) & modulus;
+    const uint32_t y = uint32_t(made[0]), x = uint32_t(made[1]);
     // Each in a store of its own: a load of two would wait for both.
     const auto put = [s](int i, uint32_t word) {
       s[i] = word;
@@ -249,7 +244,7 @@ struct MRG32K3A : NoLeapfrog {
     alignas(32) double rest[kBlock];  // of a block of which not all is wanted
     block(s, n - done, RealSink<double>(rest, 0, 1), 0);
     int i = 0;
-    for (; done + i + 4 <= n; i += 4) sink(done + i, _mm256_load_pd(rest + i));
+    for (; done + i + 4 <= n; i += 4) sink(done + i, load4(rest + i));
     for (; done + i < n; ++i) sink(done + i, rest[i]);
   }
 
@@ -262,9 +257,9 @@ struct MRG32K3A : NoLeapfrog {
     for (int k = 0; k < kSteps; k += 4) {
       alignas(64) double z[4][kLanes];
       for (int i = 0; i < 4; ++i) {
-        for (int lane = 0; lane < kLanes; lane += 4) {
-          const __m256d y_made = kY.next(y, k + i, lane), x_made = kX.next(x, k + i, lane);
-          _mm256_store_pd(&z[i][lane], kX.canonical(x_made - kY.canonical_of_reduced(y_made)));
+        for (int lane = 0; lane < kLanes; lane += Lanes::kLanes) {
+          const Lanes y_made = kY.next(y, k + i, lane), x_made = kX.next(x, k + i, lane);
+          simd::store_vectors<true>(&z[i][lane], kX.canonical(x_made - kY.canonical_of_reduced(y_made)));
         }
         // The compiler would carry the last three numbers of all lanes through registers that there are not.
         __asm__ volatile("" : : : "memory");
@@ -278,14 +273,9 @@ struct MRG32K3A : NoLeapfrog {
   // Four numbers of each of four lanes, in rows across the lanes, to where the lanes put them.
   template <class Sink>
   static void emit(const double* z, const Sink& sink, int at) {
-    const __m256d z0 = _mm256_load_pd(z), z1 = _mm256_load_pd(z + kLanes),
-                  z2 = _mm256_load_pd(z + 2 * kLanes), z3 = _mm256_load_pd(z + 3 * kLanes);
-    const __m256d even01 = _mm256_unpacklo_pd(z0, z1), odd01 = _mm256_unpackhi_pd(z0, z1),
-                  even23 = _mm256_unpacklo_pd(z2, z3), odd23 = _mm256_unpackhi_pd(z2, z3);
-    sink(at, _mm256_permute2f128_pd(even01, even23, 0x20));
-    sink(at + kSteps, _mm256_permute2f128_pd(odd01, odd23, 0x20));
-    sink(at + 2 * kSteps, _mm256_permute2f128_pd(even01, even23, 0x31));
-    sink(at + 3 * kSteps, _mm256_permute2f128_pd(odd01, odd23, 0x31));
+    Doubles row[4] = {load4(z), load4(z + kLanes), load4(z + 2 * kLanes), load4(z + 3 * kLanes)};
+    simd::transpose4(row);
+    for (int lane = 0; lane < 4; ++lane) sink(at + lane * kSteps, row[lane]);
   }
 };
 

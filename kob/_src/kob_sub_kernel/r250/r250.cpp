@@ -76,7 +76,7 @@ struct R250 : NoLeapfrog, NoSkip {
       uint32_t *x = s.X + s.I, *y = s.X + s.J;
       int i = 0;
       for (; i + 4 <= length; i += 4) {
-        const __m128i w = _mm_xor_si128(load4(x + i), load4(y + i));
+        const Words4 w = load4(x + i) ^ load4(y + i);
         store4(x + i, w);
         sink(done + i, w);
       }

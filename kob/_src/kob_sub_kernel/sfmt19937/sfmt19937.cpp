@@ -55,9 +55,9 @@ class Engine {
   // compiler, which takes the sum in any order, is kept from it.
   static Words4 next(Words4 a, Words4 b, Words4 c, Words4 d) {
     constexpr Words4 mask = {0xDFFFFFEF, 0xDDFECB7F, 0xBFFAFFFF, 0xBFFFFFF6};
-    Words4 sum = a ^ Words4(_mm_slli_si128(__m128i(a), 1)) ^ ((b >> 11) & mask);
+    Words4 sum = a ^ simd::shift_bytes_left<1>(a) ^ ((b >> 11) & mask);
     asm("" : "+x"(sum));
-    sum ^= Words4(_mm_srli_si128(__m128i(c), 1));
+    sum ^= simd::shift_bytes_right<1>(c);
     asm("" : "+x"(sum));
     return sum ^ (d << 18);
   }

@@ -16,7 +16,7 @@ namespace {
 using namespace orx::brng;
 
 double whole(double x) { return int(x); }
-__m256d whole(__m256d x) { return _mm256_round_pd(x, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC); }
+Doubles whole(Doubles x) { return simd::round<simd::kToZero | simd::kQuietly>(x); }
 
 struct WH {
   struct State {
@@ -50,7 +50,7 @@ struct WH {
   static constexpr double kUnit = 1;
   static int number(KobStream* stream, double* number) {
     const uint32_t row = sub_generator(stream);
-    const __m256d u = step(state<WH>(stream), row) * _mm256_load_pd(_kobdWH_IM_Tab[row]);
+    const Doubles u = step(state<WH>(stream), row) * load4(_kobdWH_IM_Tab[row]);
     const double sum = ((u[0] + u[1]) + u[2]) + u[3];
     *number = sum - whole(sum);
     return KOB_STATUS_OK;
@@ -109,11 +109,10 @@ struct WH {
     void operator()(int i, const double (&x)[4]) const {
       for (int j = 0; j < 4; ++j) r[4 * ptrdiff_t(i) + j] = uint32_t(int(x[j]));
     }
-    void operator()(int i, const __m256d (&x)[4]) const {
-      __m128 row[4];
-      for (int j = 0; j < 4; ++j) row[j] = _mm_castsi128_ps(_mm256_cvttpd_epi32(x[j]));
-      _MM_TRANSPOSE4_PS(row[0], row[1], row[2], row[3]);
-      for (int j = 0; j < 4; ++j) store4(r + 4 * ptrdiff_t(i + j), _mm_castps_si128(row[j]));
+    void operator()(int i, const Doubles (&x)[4]) const {
+      Doubles row[4] = {x[0], x[1], x[2], x[3]};
+      simd::transpose4(row);
+      for (int j = 0; j < 4; ++j) store4(r + 4 * ptrdiff_t(i + j), Words4(simd::truncate_to_ints(row[j])));
     }
   };
 
@@ -125,10 +124,10 @@ struct WH {
     return x * a - whole(x * a_by_m) * m;
   }
   // One step of all four components; what they were before.
-  static __m256d step(State& s, uint32_t row) {
-    const __m256d x = _mm256_cvtepi32_pd(load4(s.X)), a = _mm256_cvtepi32_pd(load4(s.A)),
-                  m = _mm256_cvtepi32_pd(load4(_kob_WH_M[row]));
-    store4(s.X, _mm256_cvttpd_epi32(multiply(x, a, a * _mm256_load_pd(_kobdWH_IM_Tab[row]), m)));
+  static Doubles step(State& s, uint32_t row) {
+    const auto doubles = [](const uint32_t* words) { return simd::to_doubles(Ints4(load4(words))); };
+    const Doubles x = doubles(s.X), a = doubles(s.A), m = doubles(_kob_WH_M[row]);
+    store4(s.X, Words4(simd::truncate_to_ints(multiply(x, a, a * load4(_kobdWH_IM_Tab[row]), m))));
     return x;
   }
 
@@ -144,13 +143,15 @@ struct WH {
     }
     int i = 0;
     if (n >= at_once) {
-      __m256d lanes[2][4];
+      Doubles lanes[2][4];
       double jump[4], jump_by_m[4];
       for (int c = 0; c < 4; ++c) {
-        const auto square = [m = m[c], inverse = inverse[c]](double y) { return multiply(y, y, y * inverse, m); };
+        const auto square = [m = m[c], inverse = inverse[c]](double y) {
+          return multiply(y, y, y * inverse, m);
+        };
         const double a2 = square(a[c]), a4 = square(a2), a2_by_m = a2 * inverse[c];
         const double next = multiply(x[c], a[c], a[c] * inverse[c], m[c]);
-        const __m256d first = {x[c], next, multiply(x[c], a2, a2_by_m, m[c]),
+        const Doubles first = {x[c], next, multiply(x[c], a2, a2_by_m, m[c]),
                                multiply(next, a2, a2_by_m, m[c])};
         lanes[0][c] = first;
         lanes[1][c] = multiply(first, a4, a4 * inverse[c], m[c]);

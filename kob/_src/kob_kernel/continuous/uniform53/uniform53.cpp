@@ -1,13 +1,14 @@
 // Uniform doubles of 53 random bits on [a, b).
-#include <immintrin.h>
-
 #include "distribution.hpp"
 #include "orx/base/bits.hpp"
+#include "orx/base/simd/words.hpp"
 #include "wide_words.hpp"
 
 namespace {
 
 using namespace orx::rng;
+namespace simd = orx::simd;
+using simd::Doubles;
 
 // The largest double below b, which is finite.
 double just_below(double b) {
@@ -15,40 +16,51 @@ double just_below(double b) {
   return b == 0 ? -0x1p-1074 : orx::bit_cast<double>(b > 0 ? bits - 1 : bits + 1);
 }
 
-// The upper 53 bits of a word as a double: the halves stand in the low bits of 2^84 and of 2^52, and only what
-// is exact is added. Then a + (b - a) u, which rounding must not carry to b.
-class Conversion {
- public:
-  Conversion(double a, double b) : a_(a), scale_((b - a) * 0x1p-64), below_(just_below(b)) {}
+// The upper 53 bits of four words that stand in memory as doubles there, on [0, 2^64 unit): the halves stand in the low bits
+// of 2^84 unit and of 2^52 unit, and only what is exact is added.
+Doubles converted(const double* words, double unit) {
+  const Doubles w = simd::load4(words), kept = simd::spread(orx::bit_cast<double>(~uint64_t{0x7FF}));
+  const Doubles high = simd::upper_half_below(simd::spread(0x1p84 * unit), w);
+  const Doubles low = simd::lower_half_below(simd::spread(0x1p52 * unit), simd::native::bit_and(w, kept));
+  return high - (0x1p84 + 0x1p52) * unit + low;
+}
 
-  __m256d operator()(const uint64_t* w) const {
-    const __m256 words = _mm256_loadu_ps(reinterpret_cast<const float*>(w));
-    const __m256 upper = _mm256_castpd_ps(_mm256_set1_pd(0x1p84)),
-                 lower = _mm256_castpd_ps(_mm256_set1_pd(0x1p52));
-    const __m256 kept = _mm256_castsi256_ps(_mm256_set1_epi64x(0xFFFFF800));
-    const __m256d high = _mm256_castps_pd(_mm256_blend_ps(_mm256_permute_ps(words, 0xF5), upper, 0xAA));
-    const __m256d low = _mm256_castps_pd(_mm256_or_ps(_mm256_and_ps(words, kept), lower));
-    const __m256d u = high - _mm256_set1_pd(0x1p84 + 0x1p52) + low;
-    return _mm256_min_pd(u * _mm256_set1_pd(scale_) + _mm256_set1_pd(a_), _mm256_set1_pd(below_));
+// On [0, 1) nothing rounds.
+Doubles on_unit_interval(const double* words) { return converted(words, 0x1p-64); }
+
+// a + (b - a) u, which rounding must not carry to b.
+class OnInterval {
+ public:
+  OnInterval(double a, double b) : a_(a), scale_((b - a) * 0x1p-64), below_(just_below(b)) {}
+
+  Doubles operator()(const double* words) const {
+    return simd::lesser(converted(words, 1) * scale_ + a_, simd::spread(below_));
   }
 
  private:
   double a_, scale_, below_;
 };
 
+// n words in memory as doubles there.
+template <class Conversion>
+void convert(const Conversion& conversion, int n, double* r) {
+  int i = 0;
+  for (; i + 4 <= n; i += 4) simd::store4(r + i, conversion(r + i));
+  double last[4] = {};
+  std::copy(r + i, r + n, last);
+  simd::store4(last, conversion(last));
+  std::copy_n(last, n - i, r + i);
+}
+
 int uniforms(KobStream* stream, int n, double* r, double a, double b) {
   if (!(a < b)) return KOB_ERROR_BAD_ARG;
-  const Conversion converted(a, b);
-  alignas(32) uint64_t words[kBlock];
   return in_blocks(n, [&](int done, int count) {
-    const int status = wide_words(stream, count, words);
+    const int status = wide_words(stream, count, reinterpret_cast<uint64_t*>(r + done));
     if (status < 0) return status;
-    int i = 0;
-    for (; i + 4 <= count; i += 4) _mm256_storeu_pd(r + done + i, converted(words + i));
-    if (i == count) return status;
-    std::fill(words + count, words + i + 4, 0);
-    const __m256d last = converted(words + i);
-    for (int j = 0; i < count; ++i, ++j) r[done + i] = last[j];
+    if (a == 0 && b == 1)
+      convert(on_unit_interval, count, r + done);
+    else
+      convert(OnInterval(a, b), count, r + done);
     return status;
   });
 }

@@ -1,23 +1,19 @@
 // Uniform integers a to b - 1: the whole part of a uniform real.
-#include <immintrin.h>
-
 #include "distribution.hpp"
+#include "orx/base/simd/words.hpp"
 
 using namespace orx::rng;
+namespace simd = orx::simd;
 
 namespace {
 
 // A real that was rounded up to b, or the largest numbers of some generators, would give b itself.
 void floor_to_int(const double* x, int n, double largest, int32_t* r) {
   int i = 0;
-  for (; i + 4 <= n; i += 4) {
-    const __m256d whole = _mm256_min_pd(_mm256_floor_pd(_mm256_load_pd(x + i)), _mm256_set1_pd(largest));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(r + i), _mm256_cvttpd_epi32(whole));
-  }
-  for (; i < n; ++i) {
-    const __m128d value = _mm_set_sd(x[i]);
-    r[i] = _mm_cvttsd_si32(_mm_min_sd(_mm_floor_sd(value, value), _mm_set_sd(largest)));
-  }
+  for (; i + 4 <= n; i += 4)
+    simd::store4(r + i, simd::truncate_to_ints(simd::lesser(simd::round<simd::kDown>(simd::load4(x + i)),
+                                                            simd::spread(largest))));
+  for (; i < n; ++i) r[i] = int32_t(std::min(__builtin_floor(x[i]), largest));
 }
 
 int integers(KobStream* stream, int n, int32_t* r, int32_t a, int32_t b) {

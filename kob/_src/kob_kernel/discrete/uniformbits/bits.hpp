@@ -2,13 +2,12 @@
 // either width; a width is given as the number W of 32-bit words in an output word.
 #pragma once
 
-#include <immintrin.h>
-
 #include <algorithm>
 #include <cstring>
 
 #include "_service/chunks.hpp"
 #include "_service/registry.hpp"
+#include "orx/base/simd/words.hpp"
 
 namespace orx::rng {
 
@@ -48,7 +47,12 @@ int words59(int method, KobStream* stream, int n, uint32_t* r) {
     const int count = int(std::min<int64_t>(total - done, block));
     const int status = _kobiRngUniformBits(method, stream, count, reinterpret_cast<uint32_t*>(buffer));
     if (status < 0) return status;
-    for (int i = 0; i < count; ++i) r[done + i] = uint32_t(buffer[i] >> low_bits);
+    int i = 0;
+    for (; i + 4 <= count; i += 4) {
+      const auto pair = [&](int k) { return simd::load<simd::Wide2>(buffer + i + k) >> low_bits; };
+      simd::store4(r + done + i, simd::low_halves(pair(0), pair(2)));
+    }
+    for (; i < count; ++i) r[done + i] = uint32_t(buffer[i] >> low_bits);
   }
   return KOB_STATUS_OK;
 }

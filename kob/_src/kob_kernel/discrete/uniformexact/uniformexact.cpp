@@ -1,14 +1,16 @@
 // Uniform integers without bias: D. Lemire, Fast random integer generation in an interval, ACM Trans. Model.
 // Comput. Simul. 29 (2019). A word of 64 bits times the number of integers has the integer above bit 64 and a
 // fraction below; words with a fraction below 2^64 mod the number are refused, fewer than one in 2^32.
-#include <immintrin.h>
-
 #include "distribution.hpp"
+#include "orx/base/simd/words.hpp"
 #include "wide_words.hpp"
 
 namespace {
 
 using namespace orx::rng;
+namespace simd = orx::simd;
+using simd::Wide2;
+using simd::Words4;
 
 // So many requests refused whole, one after the other, come from a generator that stands still.
 constexpr int kMostRefusals = 16;
@@ -29,22 +31,16 @@ class Interval {
   // The same of four words at once. False where one of them may have to be refused: the upper half of its
   // fraction is 0.
   bool take4(const uint64_t* words, int32_t* r) const {
-    const __m128i upper0 = upper2(words), upper1 = upper2(words + 2);
-    const __m128i fractions = shuffled<0x88>(upper0, upper1), integers = shuffled<0xDD>(upper0, upper1);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(r), _mm_add_epi32(integers, _mm_set1_epi32(first_)));
-    return _mm_testz_si128(_mm_cmpeq_epi32(fractions, _mm_setzero_si128()), _mm_set1_epi32(-1));
+    const Wide2 upper0 = upper2(words), upper1 = upper2(words + 2);
+    const Words4 fractions = simd::low_halves(upper0, upper1), integers = simd::high_halves(upper0, upper1);
+    simd::store(r, integers + uint32_t(first_));
+    return !simd::any(Words4(fractions == 0));
   }
 
  private:
-  __m128i upper2(const uint64_t* words) const {
-    const __m128i w = _mm_load_si128(reinterpret_cast<const __m128i*>(words));
-    const __m128i size = _mm_set1_epi32(int32_t(size_));
-    const __m128i lower = _mm_mul_epu32(w, size);
-    return _mm_add_epi64(_mm_mul_epu32(_mm_srli_epi64(w, 32), size), _mm_srli_epi64(lower, 32));
-  }
-  template <int choice>
-  static __m128i shuffled(__m128i x, __m128i y) {
-    return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(x), _mm_castsi128_ps(y), choice));
+  Wide2 upper2(const uint64_t* words) const {
+    const Wide2 w = simd::load<Wide2>(words), size = size_ + Wide2{};
+    return simd::multiply_wide(w >> 32, size) + (simd::multiply_wide(w, size) >> 32);
   }
 
   int32_t first_;
