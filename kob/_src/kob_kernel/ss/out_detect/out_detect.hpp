@@ -120,34 +120,34 @@ struct Bacon {
 
 template <class T>
 struct Medians {
-  const Observations<T>* data;
-  T *areas, *medians;
+  const Bacon<T>* bacon;
+  T* areas;                              // for each worker n numbers,
+  wmedian::Weighted<T>* weighted_areas;  // or as many with their weights
 };
 
 template <class T>
 void _vSSMedianThreader(int j, int t, int, void* arguments) {
   const Medians<T>& m = *static_cast<const Medians<T>*>(arguments);
-  const int n = m.data->n;
+  const Bacon<T>& b = *m.bacon;
+  const int n = b.data.n;
+  if (b.given) {
+    b.centre[j] = wmedian::quantile_of(b.data, j, b.given, T(0.5), m.weighted_areas + intptr_t(t) * n);
+    return;
+  }
   T* const area = m.areas + intptr_t(t) * n;
-  quantiles::copy(m.data->variable(j), m.data->stride(), area, 1, n);
-  m.medians[j] = median(area, n);
+  quantiles::copy(b.data.variable(j), b.data.stride(), area, 1, n);
+  b.centre[j] = median(area, n);
 }
 
 // The medians of all variables become the centre.
 template <class T>
 int centre_at_medians(Bacon<T>& b) {
-  if (b.given) {
-    T half = T(0.5);
-    SSTask inner = same_data(b.task);
-    inner.weights = b.task->weights;
-    inner.quantOrders = &half;
-    inner.quantiles = b.centre.get();
-    return wmedian::compute<T>(&inner);
-  }
   const int threads = std::min(b.workers, b.data.p);
-  const Block<T> areas(int64_t(threads) * b.data.n);
-  if (!areas) return KOB_SS_ERROR_MEMORY;
-  Medians<T> medians = {&b.data, areas.get(), b.centre.get()};
+  const int64_t size = int64_t(threads) * b.data.n;
+  Block<T> areas;
+  Block<wmedian::Weighted<T>> weighted_areas;
+  if (b.given ? !weighted_areas.allocate(size) : !areas.allocate(size)) return KOB_SS_ERROR_MEMORY;
+  Medians<T> medians = {&b, areas.get(), weighted_areas.get()};
   b.threading->parallelFor(b.data.p, threads, &medians, _vSSMedianThreader<T>);
   return KOB_SS_OK;
 }

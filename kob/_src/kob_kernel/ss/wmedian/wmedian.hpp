@@ -1,8 +1,8 @@
 // Weighted quantiles: where the running sum of the weights, in the order of the values, reaches a part of their total.
 #pragma once
 
-#include "_math/sort.hpp"
 #include "orx/base/memory.hpp"
+#include "quantiles/select.hpp"
 #include "radix.hpp"
 #include "ss_task.hpp"
 
@@ -14,44 +14,104 @@ struct Weighted {
   bool operator<(const Weighted& other) const { return value < other.value; }
 };
 
-// By values, which carry their weights along.
-template <class T>
-void _vSSQuickMapSort(int n, Weighted<T>* x) {
-  sorting::sort(x, n, sorting::Contiguous());
-}
-
 // Sums of weights in extended precision, where some thousand equal weights add up exactly: half of them is then half
 // of the total.
 using Sum = long double;
 
 template <class T>
-Sum total(int n, const T* weights) {
-  if (!weights) return n;
+Sum sum_of_weights(const Weighted<T>* x, int first, int end) {
   Sum sum = 0;
-  for (int i = 0; i < n; ++i) sum += weights[i];
+  for (int i = first; i < end; ++i) sum += x[i].weight;
   return sum;
 }
 
-// Of sorted values the quantile of order q.
+// Weighted values of which those from `first` to `last` are where a sort would put them, as is the border to what lies
+// before and after them.
+struct Part {
+  int first, last;
+  Sum before;  // weights of what lies before
+};
+
+// Sorts values, which carry their weights along, around the place where the sum of the weights reaches `wanted`.
 template <class T>
-T quantile(int n, const Weighted<T>* x, Sum total_weight, T q) {
-  const Sum wanted = total_weight * q;
-  Sum sum = x[0].weight;
-  int i = 0;
-  while (!(sum >= wanted) && i < n - 1) sum += x[++i].weight;
-  if (sum == wanted) {
-    if (n % 2 == 1 || i == n - 1) return x[i].value;
-    int next = i + 1;
-    while (next < n - 1 && !(x[next].weight > 0)) ++next;
-    return T((x[i].value + x[next].value) * T(0.5));
+Part _vSSQuickMapSort(int n, Weighted<T>* x, Sum total, Sum wanted) {
+  constexpr int few = 100;
+  const sorting::Range<Weighted<T>, sorting::Contiguous> range(x, {});
+  quantiles::Sample<Weighted<T>> sample;
+  Part part = {0, n - 1, 0};
+  Sum inside = total;
+  while (part.last - part.first >= few) {
+    const Sum share = inside > 0 ? (wanted - part.before) / inside : 0;
+    const int size = part.last - part.first + 1,
+              guess = share > 0 ? share < 1 ? int(share * size) : size - 1 : 0;
+    sample.draw(x, part.first, part.last, part.first + guess);
+    const Weighted<T> pivot = sample.pivot();
+    const int middle = int(range.gather(part.first, part.last + 1, [&](const auto& v) { return v < pivot; }));
+    const Sum low = sum_of_weights(x, part.first, middle);
+    if (part.before + low >= wanted && middle > part.first) {
+      part.last = middle - 1;
+      inside = low;
+      continue;
+    }
+    // What lies from `middle` to `rest` is equal to the pivot.
+    const int rest = int(range.gather(middle, part.last + 1, [&](const auto& v) { return !(pivot < v); }));
+    const Sum equal = sum_of_weights(x, middle, rest);
+    part.before += low;
+    if (part.before + equal >= wanted || rest > part.last) return {middle, rest - 1, part.before};
+    part.first = rest;
+    part.before += equal;
+    inside -= low + equal;
   }
-  const Sum before = sum - x[i].weight;
+  sorting::sort(x + part.first, part.last - part.first + 1, sorting::Contiguous());
+  return part;
+}
+
+// The nearest value of positive weight before and after element i, where the part around it is sorted.
+template <class T>
+T value_before(const Weighted<T>* x, const Part& part, int i) {
+  while (i > part.first)
+    if (x[--i].weight > 0) return x[i].value;
+  const Weighted<T>* nearest = nullptr;
+  for (i = 0; i < part.first; ++i)
+    if (x[i].weight > 0 && (!nearest || *nearest < x[i])) nearest = &x[i];
+  return nearest ? nearest->value : x[part.first].value;
+}
+template <class T>
+T value_after(int n, const Weighted<T>* x, const Part& part, int i) {
+  while (i < part.last)
+    if (x[++i].weight > 0) return x[i].value;
+  const Weighted<T>*nearest = nullptr, *last = &x[part.last];
+  for (i = part.last + 1; i < n; ++i) {
+    if (x[i].weight > 0 && (!nearest || x[i] < *nearest)) nearest = &x[i];
+    if (*last < x[i]) last = &x[i];
+  }
+  return nearest ? nearest->value : last->value;
+}
+
+// The quantile of order q; the values are put into another order.
+template <class T>
+T quantile(int n, Weighted<T>* x, Sum total, T q) {
+  const Sum wanted = total * q;
+  const Part part = _vSSQuickMapSort(n, x, total, wanted);
+  int i = part.first;
+  Sum before = part.before, sum = before + x[i].weight;
+  for (; !(sum >= wanted) && i < part.last; sum += x[i].weight) {
+    before = sum;
+    ++i;
+  }
+  if (sum == wanted)
+    return n % 2 == 1 || i == n - 1 ? x[i].value : T((x[i].value + value_after(n, x, part, i)) * T(0.5));
   if (!(before > 0)) return x[i].value;
-  if (n % 2 == 1 && before == (total_weight - x[i].weight) * q) return x[i].value;
-  int previous = i - 1;
-  while (previous > 0 && !(x[previous].weight > 0)) --previous;
-  const T low = x[previous].value;
+  if (n % 2 == 1 && before == (total - x[i].weight) * q) return x[i].value;
+  const T low = value_before(x, part, i);
   return T(low + (wanted - before) / (sum - before) * (x[i].value - low));
+}
+
+// Of variable j; `area` has room for all of its values.
+template <class T>
+T quantile_of(const Observations<T>& data, int j, const T* weights, T q, Weighted<T>* area) {
+  for (int i = 0; i < data.n; ++i) area[i] = {data(j, i), weights ? weights[i] : T(1)};
+  return quantile(data.n, area, sum_of_weights(area, 0, data.n), q);
 }
 
 template <class T>
@@ -66,12 +126,7 @@ int compute(SSTask* task) {
   const Block<Weighted<T>> x(data.n);
   if (!x) return KOB_SS_ERROR_MEMORY;
   const T* const weights = reals<T>(task->weights);
-  const Sum total_weight = total(data.n, weights);
-  for (int j = 0; j < data.p; ++j) {
-    for (int i = 0; i < data.n; ++i) x[i] = {data(j, i), weights ? weights[i] : T(1)};
-    _vSSQuickMapSort(data.n, x.get());
-    reals<T>(task->quantiles)[j] = quantile(data.n, x.get(), total_weight, q);
-  }
+  for (int j = 0; j < data.p; ++j) reals<T>(task->quantiles)[j] = quantile_of(data, j, weights, q, x.get());
   return KOB_SS_OK;
 }
 
