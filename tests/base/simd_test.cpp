@@ -557,6 +557,22 @@ TYPED_TEST(Simd, ScaleFromShiftedInteger) {
   }
 }
 
+template <int n>
+void check_real_of_bits() {
+  using X = Vec<float, n>;
+  for (int k = -127; k <= 128; ++k) {
+    const X x =
+        vector_of<X>([&](int i) { return (static_cast<float>(k + 127) + 0.25f * (i % 4)) * 0x1p23f; });
+    const auto y = lanes_of(real_of_bits(x));
+    for (int i = 0; i < X::kLanes; ++i)
+      EXPECT_EQ(bit_cast<uint32_t>(y[i]), static_cast<uint32_t>(4 * (k + 127) + i % 4) << 21);
+  }
+}
+TEST(SimdSingle, RealOfBits) {
+  check_real_of_bits<1>();
+  check_real_of_bits<2>();
+}
+
 // ---- exact sums and products
 __extension__ typedef __float128 Wide;
 
@@ -634,7 +650,7 @@ TYPED_TEST(SimdDouble, Tables) {
   alignas(64) static double table[64][4];
   for (int i = 0; i < 64; ++i)
     for (int k = 0; k < 4; ++k) table[i][k] = 10 * i + k;
-  const X N = vector_of<X>([](int i) { return 0x1.8p52 + (37 * i + 5) % 64; });
+  const X N = vector_of<X>([](int i) { return 0x1.8p52 + 0x500 + (37 * i + 5) % 64; });
   const SpilledWords<X> n(N);
   const auto index = [&](int lane) { return n.low(lane) & 63; };
   X first, second, columns[4];
@@ -646,6 +662,7 @@ TYPED_TEST(SimdDouble, Tables) {
   for (int i = 0; i < X::kLanes; ++i) {
     const int row = (37 * i + 5) % 64;
     EXPECT_EQ(index(i), row);
+    EXPECT_EQ(n.low_byte(i), row);
     EXPECT_EQ(lanes_of(first)[i], table[row][0]);
     EXPECT_EQ(lanes_of(second)[i], table[row][1]);
     for (int k = 0; k < 4; ++k) EXPECT_EQ(lanes_of(columns[k])[i], table[row][k]);

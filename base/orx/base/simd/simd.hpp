@@ -14,6 +14,7 @@
 //   exact         two_sum fast_two_sum exact_product product_residue split
 //   approximate   approximate_reciprocal approximate_reciprocal_root integer_reciprocal
 //   bits          bit_and bit_or bit_xor bit_andnot bits reals as high_words low_words scale_from exponent_field
+//                 real_of_bits
 //   comparisons   less at_most equal not_equal not_below not_at_most outside unordered; quiet for NaN
 //   masks         bit_and bit_or bit_andnot complement select keep spread_signs any movemask
 //   integers      + - * & | ^ shift_left shift_right equal greater any multiply_wide
@@ -543,8 +544,14 @@ inline Vec<double, n> exponent_field(Vec<double, n> x) {
 // low bits.
 template <int bit, class X>
 inline X scale_from(X N) {
-  if constexpr (bit > 0) N = bit_andnot(broadcast_bits<X>((1u << bit) - 1), N);
+  if constexpr (bit > 0) N = bit_and(N, broadcast_bits<X>(~BitsOf<typename X::Element>{} << bit));
   return reals<X>(shift_left<(sizeof(typename X::Element) == 8 ? 52 : 23) - bit>(bits(N)));
+}
+
+// The single whose bits, as an integer, are x rounded: 2^k from (k + 127) 2^23.
+template <int n>
+inline Vec<float, n> real_of_bits(Vec<float, n> x) {
+  return map<Vec<float, n>>([](auto v) { return (decltype(v))native::round_to_int(v); }, x);
 }
 
 // ---- exact sums and products
@@ -629,6 +636,7 @@ struct SpilledWords {
     asm("" : "+m"(word));  // or the compiler would look through the store
   }
   int low(int lane) const { return word[2 * lane]; }
+  int low_byte(int lane) const { return reinterpret_cast<const unsigned char*>(word)[8 * lane]; }
   int high(int lane) const { return word[2 * lane + 1]; }
   BitsOfLanes<X> bits() const {
     using I = BitsOfLanes<X>;

@@ -1,4 +1,4 @@
-// e^x, double. x = (64 k + j) ln2/64 + r, |r| <= ln2/128; e^x = 2^k 2^(j/64) e^r.
+// e^x, double. x = (256 k + j) ln2/256 + r, |r| <= ln2/512; e^x = 2^k 2^(j/256) e^r.
 #include "exp/vdexp.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
@@ -24,49 +24,53 @@ struct dExp : Kernel<double(double)> {
   static constexpr Row<double> kLowest = -DBL_MAX;
 };
 
-// Added to arguments, so that nothing underflows where they are tiny; the result is 1 there.
+// Where x is tiny the result is 1, and nothing may underflow on the way. x/ln 2 is formed in units of 2^-60, so that it
+// is a normal number for denormal x. For all else something small is added to x, which is ready before n is.
+constexpr double kUp = 0x1p60;
 constexpr Row<double> kLeast = 0x1p-300;
 
 // HA. The sum T + T (p + T_lo) rounds once more than the exact value.
 struct {
-  Row<double> inv_ln2 = 0x1.71547652b82fep+6;  // 64/ln 2
-  Row<double> shifter = 0x1.800000000ffcp+52;  // 1.5 * 2^52 + 64 * 1023: leaves n and the exponent's bias
-  Row<double> ln2_hi = 0x1.62e42fefap-7;       // ln 2/64; short, so that its product with an integer is exact
-  Row<double> ln2_lo = 0x1.cf79abc9e3b3ap-46;
-  // (e^r - 1 - r) / r^2, to 2^-59.3 of e^r
-  Row<double> c[4] = {0x1.fffffffffdbd9p-2, 0x1.5555555557677p-3, 0x1.555573c3149fdp-5, 0x1.111108f30ec0dp-7};
+  Row<double> inv_ln2 = 0x1.71547652b82fep+8 * kUp;  // 256/ln 2
+  Row<double> shifter =
+      0x1.800000003ffp+52 * kUp;  // 1.5 * 2^52 + 256 * 1023: leaves n and the exponent's bias
+  Row<double> ln2_hi =
+      0x1.62e42fef8p-9 / kUp;  // ln 2/256; short, so that its product with an integer is exact
+  Row<double> ln2_lo = 0x1.1cf79abc9e3b4p-44 / kUp;
+  // (e^r - 1 - r) / r^2, to 2^-57.4 of e^r
+  Row<double> c[3] = {0x1.fffffffffffdcp-2, 0x1.5555571d6b6bbp-3, 0x1.5555573c703e7p-5};
 } constexpr vdexp_data{};
 
 struct dExpHA : dExp {
   template <class X>
   static X eval(X x) {
-    return scaled<0>(x + kLeast);
+    return scaled<0>(x);
   }
   // e^x 2^-orders.
   template <int orders, class X>
   static X scaled(X x) {
     const auto& d = vdexp_data;
-    // 1. n = round(x * 64/ln2), in the low bits of N.
+    // 1. n = round(x * 256/ln2), in the low bits of N.
     const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
     const SpilledWords<X> n(N);
 
-    // 2. r = x - n ln2/64.
-    const X r = subtract_product(subtract_product(x, Nf, d.ln2_hi), Nf, d.ln2_lo);
+    // 2. r = x - n ln2/256.
+    const X r = subtract_product(subtract_product(x + kLeast, Nf, d.ln2_hi), Nf, d.ln2_lo);
 
     // 3. p = e^r - 1.
     const X r2 = r * r;
     const X p = multiply_add(r2, polynomial(r, r2, d.c), r);
 
-    // 4. The table row is n mod 64; the rest of n is the exponent of a scale factor.
+    // 4. The table row is n mod 256; the rest of n is the exponent of a scale factor.
     X T, T_lo;
     gather_pairs(
-        _tefdExpHATab[0], [&](int lane) { return n.low(lane) & 63; }, T, T_lo);
+        _tefdExpHATab[0], [&](int lane) { return n.low_byte(lane); }, T, T_lo);
 
     // 5. e^x = 2^k T (1 + p).
     X k = n.vector();
-    if constexpr (orders > 0) k = k - broadcast<X>(64.0 * orders);
-    return multiply_add(T, p + T_lo, T) * scale_from<6>(k);
+    if constexpr (orders > 0) k = k - broadcast<X>(256.0 * orders * kUp);
+    return multiply_add(T, p + T_lo, T) * scale_from<8>(k);
   }
 };
 
@@ -77,10 +81,10 @@ alignas(64) constexpr double kPowers[1024] = {
 };
 
 struct {
-  Row<double> inv_ln2 = 0x1.71547652b82fep+10;  // 1024/ln 2
-  Row<double> shifter = 0x1.80000000ffcp+52;    // 1.5 * 2^52 + 1024 * 1023
-  Row<double> ln2_hi = 0x1.62e42fecp-11;        // ln 2/1024
-  Row<double> ln2_lo = 0x1.d1cf79abc9e3bp-42;
+  Row<double> inv_ln2 = 0x1.71547652b82fep+10 * kUp;  // 1024/ln 2
+  Row<double> shifter = 0x1.80000000ffcp+52 * kUp;    // 1.5 * 2^52 + 1024 * 1023
+  Row<double> ln2_hi = 0x1.62e42fecp-11 / kUp;        // ln 2/1024
+  Row<double> ln2_lo = 0x1.d1cf79abc9e3bp-42 / kUp;
   // (e^r - 1 - r) / r^2, with the table's factor to 2^-53.5 of e^r
   Row<double> c2 = 0x1.0000002726a4bp-1;
   Row<double> c3 = 0x1.5555557081401p-3;
@@ -88,13 +92,12 @@ struct {
 
 struct dExpLA : dExp {
   template <class X>
-  static X eval(X x_exact) {
+  static X eval(X x) {
     const auto& d = vdexp_la_data;
-    const X x = x_exact + kLeast;
     const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
     const SpilledWords<X> n(N);
-    const X r = subtract_product(subtract_product(x, Nf, d.ln2_hi), Nf, d.ln2_lo);
+    const X r = subtract_product(subtract_product(x + kLeast, Nf, d.ln2_hi), Nf, d.ln2_lo);
     const X p = multiply_add(r * r, multiply_add(r, d.c3, d.c2), r);
     const X T = gather<X>(kPowers, [&](int lane) { return n.low(lane) & 1023; });
     return multiply_add(T, p, T) * scale_from<10>(n.vector());
@@ -112,7 +115,7 @@ ScaledExponential reduce_and_evaluate(double x) {
   const double N = x * 0x1.71547652b82fep+6 + shifter;
   const double Nf = N - shifter;
   const int n = static_cast<int>(bit_cast<uint64_t>(N));
-  const double* T = _tefdExpHATab[n & 63];
+  const double* T = _tefdExpHATab[4 * (n & 63)];
   const double r = (x - Nf * 0x1.62e42fefap-7) - Nf * 0x1.cf79abc9e3b3ap-46;
   // e^r - 1, to 2^-70.2 of e^r
   const double c3 = 0x1.55555555548fdp-3, c4 = 0x1.5555555556592p-5, c5 = 0x1.111123a859c35p-7,

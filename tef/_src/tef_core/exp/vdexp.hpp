@@ -7,8 +7,8 @@
 
 ORX_ISA_BEGIN(orx::tef)
 
-// 2^(j/64), j = 0 .. 63: a double, and what it lacks as a fraction of it.
-alignas(64) inline constexpr double _tefdExpHATab[64][2] = {
+// 2^(j/256), j = 0 .. 255: a double, and what it lacks as a fraction of it.
+alignas(64) inline constexpr double _tefdExpHATab[256][2] = {
 #include "exp/vdexp_ha.inc"
 };
 

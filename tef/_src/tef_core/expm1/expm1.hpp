@@ -3,25 +3,26 @@
 // The sum T s - 1 is made first, so that nothing cancels for x near 0: there T s is 1, and what remains is
 // the polynomial. D holds the constants and knows where its powers are.
 #pragma once
+#include "frame/exceptions.hpp"
 #include "frame/kernel.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
-// The constants of HA and LA, and those of EP: 1/L; a shifter, which leaves n and the exponent's bias in the low bits; L;
-// (e^r - 1 - r) / r^2. L_hi is short, so that its product with an integer is exact. Where T s is down to `least` the
-// result is -1 already, and products with less might underflow.
+// The constants of HA and LA, and those of EP: 1/L and a shifter, which leaves n in the low bits, in a unit in which
+// denormal arguments over L are normal; L; (e^r - 1 - r) / r^2. L_hi is short, so that its product with an integer is
+// exact. Where T s is down to `least` the result is -1 already, and products with less might underflow.
 template <class T>
 inline constexpr T kLeastExpm1 = sizeof(T) == 8 ? T(0x1p-200) : T(0x1p-50);
 template <class T, class Word>
 struct Expm1Constants {
   Row<T> inv_L, shifter, L_hi, L_lo, c[4];
   Row<Word> leading_bits;
-  Row<T> minus_one = T(-1), least = kLeastExpm1<T>;
+  Row<T> one = T(1), minus_one = T(-1), least = kLeastExpm1<T>;
 };
 template <class T>
 struct Expm1EpConstants {
   Row<T> inv_L, shifter, L, c[2];
-  Row<T> minus_one = T(-1), least = kLeastExpm1<T>;
+  Row<T> one = T(1), least = kLeastExpm1<T>;
 };
 
 // The common reduction: N, n in its low bits; and x - n L before its low part is taken off.
@@ -50,7 +51,7 @@ struct Expm1HA : D {
     const X c = r2 * polynomial(r, r2, d.c);
     X high, rest;
     D::powers(n.N, high, rest);
-    const X Ts = max(high * scale_from<D::kB>(n.N), d.least);
+    const X Ts = max(high * D::scale(n.N), d.least);
     const auto u = two_sum(Ts, constant<X>(d.minus_one));
     const auto v = fast_two_sum(u.high, Ts * r_hi);
     const X tail = c + (r_lo + multiply_add(rest, r + c, rest));
@@ -59,7 +60,7 @@ struct Expm1HA : D {
   }
 };
 
-// LA. The same without the rounding errors.
+// LA. The same without the rounding errors, and with powers in full length.
 template <class D>
 struct Expm1LA : D {
   template <class X>
@@ -69,25 +70,30 @@ struct Expm1LA : D {
     const X r = subtract_product(n.r1, n.Nf, d.L_lo);
     const X r2 = r * r;
     const X p = multiply_add(r2, polynomial(r, r2, d.c), r);
-    X high, rest;
-    D::powers(n.N, high, rest);
-    const X Ts = max(high * scale_from<D::kB>(n.N), d.least);
-    const X y = multiply_add(Ts, p + multiply_add(rest, p, rest), Ts + d.minus_one);
-    return with_sign_of(y, x);
+    X T, rest;
+    D::rounded_powers(n.N, T, rest);
+    const X Ts = max(T * D::scale(n.N), d.least);
+    return multiply_subtract(Ts, p + rest, d.one - Ts);  // -0 for -0
   }
 };
 
-// EP. The low part of n L is below the accuracy that is asked for.
+// EP. The low part of n L is below the accuracy that is asked for, so that tiny arguments need no path of their own: what
+// is added to r keeps the polynomial's products from underflow, and the factor next to 1 tells the one of the result.
 template <class D>
 struct Expm1EP : D {
+  template <class X>
+  static auto rare(X x) {
+    return D::too_large(magnitude(x));
+  }
   template <class X>
   static X eval(X x) {
     const auto& d = D::kEpData;
     const X N = multiply_add(x, d.inv_L, d.shifter);
-    const X r = subtract_product(x, N - d.shifter, d.L);
-    const X p = multiply_add(r * r, multiply_add(r, d.c[1], d.c[0]), r);
-    const X Ts = max(D::power(N) * scale_from<D::kEpB>(N), d.least);
-    return with_sign_of(multiply_add(Ts, p, Ts + d.minus_one), x);
+    const X r = subtract_product(x, N - d.shifter, d.L), s = r + d.least;
+    const X q = multiply_add(s * s, d.c[1], multiply_add(s, d.c[0], kNextToOne<typename X::Element>)),
+            p = r * q;
+    const X Ts = max(D::power(N) * D::scale(N), d.least);
+    return multiply_subtract(Ts, p, d.one - Ts);
   }
 };
 

@@ -5,27 +5,29 @@
 ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-alignas(64) constexpr float kPowersOfTwo4[2][8] = {
+alignas(64) constexpr float kPowersOfTwo4[4][8] = {
 #include "expm1/vsexpm1.inc"
 };
 
 constexpr Row<float> kTiny = 0x1p-60f, kRareFrom = 0x1.5d58ap+6f;
+// The unit of n, to a whole: so n with the exponent's bias is the bits of a scale factor.
+constexpr float kQuarters = 0x1p21f;
 
 struct sExpm1 : Kernel<float(float)> {
   static constexpr int kTogether = 2;
   // L = ln 2/4; |r| <= ln2/8, to 2^-30.7 of e^r - 1
-  static constexpr int kB = 2;
   static constexpr Expm1Constants<float, uint32_t> kData{
-      0x1.715476p+2f,
-      0x1.8003f8p+23f,  // 1.5 * 2^23 + 4 * 127
-      0x1.62ep-3f,
-      0x1.0bfbe8p-17f,  // what it lacks of ln 2/4
+      0x1.715476p+2f * kQuarters,
+      0x1.8p+23f * kQuarters,
+      0x1.62ep-3f / kQuarters,
+      0x1.0bfbe8p-17f / kQuarters,  // what it lacks of ln 2/4
       {0x1.fffffep-2f, 0x1.555556p-3f, 0x1.557278p-5f, 0x1.11164ap-7f},
       0xFFFFF000};
   // the same L; to 2^-17.1 of e^r - 1
-  static constexpr int kEpB = 2;
-  static constexpr Expm1EpConstants<float> kEpData{
-      0x1.715476p+2f, 0x1.8003f8p+23f, 0x1.62e43p-3f, {0x1.001ea6p-1f, 0x1.556374p-3f}};
+  static constexpr Expm1EpConstants<float> kEpData{0x1.715476p+2f * kQuarters,
+                                                   0x1.8p+23f * kQuarters,
+                                                   0x1.62e43p-3f / kQuarters,
+                                                   {0x1.001ea6p-1f, 0x1.556374p-3f}};
 
   template <class X>
   static void powers(X N, X& high, X& rest) {
@@ -33,13 +35,26 @@ struct sExpm1 : Kernel<float(float)> {
     rest = select_of_4(kPowersOfTwo4[1], N);
   }
   template <class X>
-  static X power(X N) {
-    return select_of_4(kRoundedPowers, N);
+  static void rounded_powers(X N, X& T, X& rest) {
+    T = power(N);
+    rest = select_of_4(kPowersOfTwo4[3], N);
   }
   template <class X>
-  static X rare(X x) {
+  static X power(X N) {
+    return select_of_4(kPowersOfTwo4[2], N);
+  }
+  template <class X>
+  static X scale(X N) {
+    return bit_and(real_of_bits(N - kBiased), kExponent);
+  }
+  template <class X>
+  static auto too_large(X size) {
+    return not_below(size, kRareFrom);
+  }
+  template <class X>
+  static auto rare(X x) {
     const X size = magnitude(x);
-    return bit_or(not_below(size, kRareFrom), less(size, kTiny));
+    return bit_or(too_large(size), less(size, kTiny));
   }
   // Where x is tiny it is the result. Far below 0 the result is -1, and no underflow is told. The others are so
   // large that e^x - 1 is e^x.
@@ -52,9 +67,8 @@ struct sExpm1 : Kernel<float(float)> {
   static int rare_lane(const float* a, float* r) { return vsexp_cout_rare(a, r); }
 
  private:
-  alignas(32) static constexpr float kRoundedPowers[8] = {0x1p+0f,        0x1.306fep+0f, 0x1.6a09e6p+0f,
-                                                          0x1.ae89fap+0f, 0x1p+0f,       0x1.306fep+0f,
-                                                          0x1.6a09e6p+0f, 0x1.ae89fap+0f};
+  static constexpr Row<float> kBiased = (0x1.8p+23f - 4 * 127) * kQuarters;
+  static constexpr Row<uint32_t> kExponent = 0x7F800000;
 };
 
 using sExpm1HA = Expm1HA<sExpm1>;
