@@ -393,7 +393,7 @@ class Loop {
       i = to_boundary(call);
       if (i) some(0, static_cast<int>(i), p...);
     }
-    for (; n - i >= kBlock; i += kBlock) block(i, call);
+    for (const unsigned end = n - (n - i) % kBlock; i != end; i += kBlock) block(i, call);
     for (; i < n; i += kLanes) some(i, static_cast<int>(n - i < kLanes ? n - i : kLanes), p...);
     zero_upper();
   }
