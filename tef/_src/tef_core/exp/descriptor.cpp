@@ -23,7 +23,7 @@ static const Entry kEntry{{
                        {-88, kFinite, StatusUnderflow},
                        {88.7, kFinite}},
           .strata = {around({87.33654, -87.33654, 88.72283, -103.97208, -103.27893})}},
-    .d = {.bounds = {.la = 2.0, .ha = 0.525},
+    .d = {.bounds = {.la = 2.0, .ha = 0.55},
           .timed = {-700, 700},
           .specials = {{710, kInf, StatusOverflow},
                        {-746, 0, StatusUnderflow},

@@ -13,7 +13,7 @@ static const Entry kEntry{{
     .specials = {{0, 0}, {-0.0, -0.0}, {-kInf, -1}, {kInf, kInf}, {kNaN, kNaN}, {kLeast, kLeast}},
     .strata = {multiples({kLn2, kLn2 / 4, kLn2 / 64, kLn2 / 128, kLn2 / 1024}),
                around({-36.7368, -37.42994775, -17.3286795, 0.5, -0.5, kLn2, -kLn2})},
-    .s = {.bounds = {.la = 2.0, .ha = 0.61},
+    .s = {.bounds = {.la = 2.0, .ha = 0.75},
           .timed = {-80, 80},
           .specials = {{-100, -1}, {89, kInf, StatusOverflow}, {88.7, kFinite}},
           .strata = {around({88.72283})}},
