@@ -123,6 +123,26 @@
  *   Sqrt        s, d   (n, a, r)  x^(1/2), x >= 0
  *                       domain error (1): x < 0
  *                       method: the processor's instruction
+ *   Ceil        s, d   (n, a, r)  the least integer not below x
+ *                       method: one instruction of the processor
+ *   Floor       s, d   (n, a, r)  the greatest integer not above x
+ *                       method: one instruction of the processor
+ *   Modf        s, d   (n, a, r1, r2)  x without its fraction, and its fraction
+ *                       method: the integer part by the processor
+ *   NearbyInt   s, d   (n, a, r)  the nearest integer, of two the even one; inexact is not raised
+ *                       method: one instruction of the processor
+ *   Rint        s, d   (n, a, r)  the nearest integer, of two the even one; inexact is raised
+ *                       method: one instruction of the processor
+ *   Round       s, d   (n, a, r)  the nearest integer, of two the one farther from 0
+ *                       method: the nearest integer by the processor, ties corrected
+ *   Trunc       s, d   (n, a, r)  x without its fraction
+ *                       method: one instruction of the processor
+ *   PackI       s, d, c, z (n, a, stride, y)  y[i] = a[i * stride]
+ *   PackM       s, d, c, z (n, a, selection, y)  y = the elements of a whose mask is not 0
+ *   PackV       s, d, c, z (n, a, selection, y)  y[i] = a[index[i]]
+ *   UnpackI     s, d, c, z (n, a, y, stride)  y[i * stride] = a[i]
+ *   UnpackM     s, d, c, z (n, a, y, selection)  y[i] = the next element of a where mask[i] is not 0
+ *   UnpackV     s, d, c, z (n, a, y, selection)  y[index[i]] = a[i]
  */
 /* end functions */
 #ifndef ORX_TEF_H
