@@ -39,154 +39,114 @@ int exceptions(void (*kernel)(int, const T*, T*), const std::vector<T>& a, int e
   return raised;
 }
 
+// Arguments that stand for a precision: small ones, and where exponentials begin to overflow and to underflow.
+struct Marks {
+  double tiny, denormal, huge, largest;
+  double exp_large, exp_overflows, exp_small, exp_denormal, exp_zero;
+};
+constexpr Marks kDoubleMarks = {1e-200, 1e-310, 1e300, 1.7976931348623157e308, 709.7, 710, -708, -710, -746};
+constexpr Marks kSingleMarks = {1e-30, 1e-40, 1e37, std::numeric_limits<float>::max(), 88.7, 89,
+                                -87,   -88,   -104};
+
+struct Case {
+  double x;
+  int expected;
+};
+
+std::vector<Case> of_exp(const Marks& m) {
+  return {{0, 0},
+          {m.tiny, 0},
+          {m.denormal, 0},
+          {-m.denormal, 0},
+          {kInf, 0},
+          {-kInf, 0},
+          {kNan, 0},
+          {m.exp_large, 0},
+          {m.exp_overflows, FE_OVERFLOW},
+          {m.largest, FE_OVERFLOW},
+          {m.exp_small, 0},
+          {m.exp_denormal, FE_UNDERFLOW},
+          {m.exp_zero, FE_UNDERFLOW},
+          {-m.huge, FE_UNDERFLOW}};
+}
+std::vector<Case> of_expm1(const Marks& m) {
+  return {{0, 0},
+          {-0.0, 0},
+          {m.tiny, 0},
+          {m.denormal, FE_UNDERFLOW},
+          {-m.denormal, FE_UNDERFLOW},
+          {kInf, 0},
+          {-kInf, 0},
+          {kNan, 0},
+          {m.exp_small, 0},
+          {-m.huge, 0},
+          {m.exp_large, 0},
+          {m.exp_overflows, FE_OVERFLOW}};
+}
+std::vector<Case> of_ln(const Marks& m) {
+  return {{0.0, FE_DIVBYZERO},
+          {-0.0, FE_DIVBYZERO},
+          {-1, FE_INVALID},
+          {-kInf, FE_INVALID},
+          {-m.denormal, FE_INVALID},
+          {kInf, 0},
+          {kNan, 0},
+          {m.denormal, 0},
+          {m.tiny, 0},
+          {m.largest / 3, 0},
+          {m.largest, 0},
+          {1, 0}};
+}
+std::vector<Case> of_log1p(const Marks& m) {
+  return {{0, 0},
+          {-0.0, 0},
+          {m.tiny, 0},
+          {-m.tiny, 0},
+          {m.denormal, FE_UNDERFLOW},
+          {-1, FE_DIVBYZERO},
+          {-2, FE_INVALID},
+          {-kInf, FE_INVALID},
+          {kInf, 0},
+          {kNan, 0},
+          {std::sqrt(m.huge), 0},
+          {m.huge, 0},
+          {m.largest, 0}};
+}
+
 template <class T>
-struct Function {
+using Table = void (*const*)(int, const T*, T*);
+const struct {
   const char* name;
-  void (*const* ttab)(int, const T*, T*);
-  struct Case {
-    double x;
-    int expected;
-  };
-  std::vector<Case> cases;
+  Table<float> singles;
+  Table<double> doubles;
+  std::vector<Case> (*cases)(const Marks&);
+} kFunctions[] = {
+#define ORX_CASES(Fn, cases) \
+  { #Fn, orx_tef_kernel_s##Fn##_ttab, orx_tef_kernel_d##Fn##_ttab, cases }
+    ORX_CASES(Exp, of_exp),  ORX_CASES(Expm1, of_expm1), ORX_CASES(Ln, of_ln),
+    ORX_CASES(Log10, of_ln), ORX_CASES(Log1p, of_log1p),
+#undef ORX_CASES
 };
 
 // The element alone, and among usual ones in the main part, before and after it.
 template <class T>
-void check(const std::vector<Function<T>>& functions) {
+void check(const char* name, Table<T> ttab, const std::vector<Case>& cases) {
   _tefSetMode(TEF_ERRMODE_IGNORE);
-  for (const auto& f : functions)
-    for (const auto& c : f.cases)
-      for (int index = 0; index < 3; ++index)
-        for (const size_t place : {0, 1, 9, 20, 44}) {
-          std::vector<T> a(place == 0 ? 1 : 45, T(0.625));
-          a[place] = static_cast<T>(c.x);
-          EXPECT_EQ(exceptions(f.ttab[index], a, c.expected), c.expected)
-              << f.name << " " << index << " of " << c.x << " at " << place;
-        }
+  for (const Case& c : cases)
+    for (int index = 0; index < 3; ++index)
+      for (const size_t place : {0, 1, 9, 20, 44}) {
+        std::vector<T> a(place == 0 ? 1 : 45, T(0.625));
+        a[place] = static_cast<T>(c.x);
+        EXPECT_EQ(exceptions(ttab[index], a, c.expected), c.expected)
+            << name << " " << index << " of " << c.x << " at " << place;
+      }
 }
-
-#define ORX_TTAB(name) #name, orx_tef_kernel_##name##_ttab
 
 TEST(Exceptions, Doubles) {
-  constexpr double kTiny = 1e-200, kDenormal = 1e-310, kMax = 1.7976931348623157e308;
-  const std::vector<Function<double>::Case> logarithm = {{0.0, FE_DIVBYZERO},
-                                                         {-0.0, FE_DIVBYZERO},
-                                                         {-1, FE_INVALID},
-                                                         {-kInf, FE_INVALID},
-                                                         {-kDenormal, FE_INVALID},
-                                                         {kInf, 0},
-                                                         {kNan, 0},
-                                                         {kDenormal, 0},
-                                                         {kTiny, 0},
-                                                         {kMax, 0},
-                                                         {1, 0}};
-  check<double>({
-      {ORX_TTAB(dExp),
-       {{0, 0},
-        {kTiny, 0},
-        {kDenormal, 0},
-        {-kDenormal, 0},
-        {kInf, 0},
-        {-kInf, 0},
-        {kNan, 0},
-        {709.7, 0},
-        {710, FE_OVERFLOW},
-        {kMax, FE_OVERFLOW},
-        {-708, 0},
-        {-710, FE_UNDERFLOW},
-        {-746, FE_UNDERFLOW},
-        {-1e300, FE_UNDERFLOW}}},
-      {ORX_TTAB(dExpm1),
-       {{0, 0},
-        {-0.0, 0},
-        {kTiny, 0},
-        {kDenormal, FE_UNDERFLOW},
-        {-kDenormal, FE_UNDERFLOW},
-        {kInf, 0},
-        {-kInf, 0},
-        {kNan, 0},
-        {-700, 0},
-        {-1e300, 0},
-        {709.7, 0},
-        {710, FE_OVERFLOW}}},
-      {ORX_TTAB(dLn), logarithm},
-      {ORX_TTAB(dLog10), logarithm},
-      {ORX_TTAB(dLog1p),
-       {{0, 0},
-        {-0.0, 0},
-        {kTiny, 0},
-        {-kTiny, 0},
-        {kDenormal, FE_UNDERFLOW},
-        {-1, FE_DIVBYZERO},
-        {-2, FE_INVALID},
-        {-kInf, FE_INVALID},
-        {kInf, 0},
-        {kNan, 0},
-        {1e150, 0},
-        {1e300, 0},
-        {kMax, 0}}},
-  });
+  for (const auto& f : kFunctions) check(f.name, f.doubles, f.cases(kDoubleMarks));
 }
-
 TEST(Exceptions, Singles) {
-  constexpr double kTiny = 1e-30, kDenormal = 1e-40, kMax = std::numeric_limits<float>::max();
-  const std::vector<Function<float>::Case> logarithm = {{0.0, FE_DIVBYZERO},
-                                                        {-0.0, FE_DIVBYZERO},
-                                                        {-1, FE_INVALID},
-                                                        {-kInf, FE_INVALID},
-                                                        {-kDenormal, FE_INVALID},
-                                                        {kInf, 0},
-                                                        {kNan, 0},
-                                                        {kDenormal, 0},
-                                                        {kTiny, 0},
-                                                        {kMax / 3, 0},
-                                                        {kMax, 0},
-                                                        {1, 0}};
-  check<float>({
-      {ORX_TTAB(sExp),
-       {{0, 0},
-        {kTiny, 0},
-        {kDenormal, 0},
-        {-kDenormal, 0},
-        {kInf, 0},
-        {-kInf, 0},
-        {kNan, 0},
-        {88.7, 0},
-        {89, FE_OVERFLOW},
-        {kMax, FE_OVERFLOW},
-        {-87, 0},
-        {-88, FE_UNDERFLOW},
-        {-104, FE_UNDERFLOW},
-        {-1e30, FE_UNDERFLOW}}},
-      {ORX_TTAB(sExpm1),
-       {{0, 0},
-        {-0.0, 0},
-        {kTiny, 0},
-        {kDenormal, FE_UNDERFLOW},
-        {kInf, 0},
-        {-kInf, 0},
-        {kNan, 0},
-        {-80, 0},
-        {-1e30, 0},
-        {88.7, 0},
-        {89, FE_OVERFLOW}}},
-      {ORX_TTAB(sLn), logarithm},
-      {ORX_TTAB(sLog10), logarithm},
-      {ORX_TTAB(sLog1p),
-       {{0, 0},
-        {-0.0, 0},
-        {kTiny, 0},
-        {-kTiny, 0},
-        {kDenormal, FE_UNDERFLOW},
-        {-1, FE_DIVBYZERO},
-        {-2, FE_INVALID},
-        {-kInf, FE_INVALID},
-        {kInf, 0},
-        {kNan, 0},
-        {1e20, 0},
-        {1e37, 0},
-        {kMax, 0}}},
-  });
+  for (const auto& f : kFunctions) check(f.name, f.singles, f.cases(kSingleMarks));
 }
 
 }  // namespace

@@ -500,6 +500,41 @@ TEST(FrameControl, X87WordIsExtendedInsideAndTheCallersAfterwards) {
   set_x87_control(caller);
 }
 
+// What is evaluated: no vector without elements, and but one more than they fill, where a long call begins and ends
+// between boundaries.
+template <int together>
+struct Evaluations : Kernel<double(double)> {
+  static constexpr int kTogether = together;
+  static int vectors;
+  template <class X>
+  static X eval(X a) {
+    vectors += X::kCount;
+    return a;
+  }
+};
+template <int together>
+int Evaluations<together>::vectors;
+
+template <int together>
+void check_evaluations() {
+  using K = Evaluations<together>;
+  constexpr int lanes = Vec<double, 1>::kLanes;
+  alignas(64) double a[400] = {}, r[400];
+  for (int offset = 0; offset < lanes; ++offset)
+    for (int n = 0; n < 390; ++n) {
+      K::vectors = 0;
+      run_kernel<K, Named>(n, static_cast<const double*>(a + offset), r);
+      const int full = (n + lanes - 1) / lanes;
+      ASSERT_GE(K::vectors, full) << n << " from " << offset;
+      ASSERT_LE(K::vectors, full + (offset > 0 && n > 16 * lanes)) << n << " from " << offset;
+    }
+}
+TEST(FrameLoop, NoEmptyPartIsEvaluated) {
+  check_evaluations<1>();
+  check_evaluations<2>();
+  check_evaluations<4>();
+}
+
 // Nothing is touched for no elements, nor asked.
 TEST(FrameControl, NoElements) {
   _mm_setcsr(0x7F80);
