@@ -452,7 +452,7 @@ int _kobsSSMinmax(SSTask* task, long long estimates, long long method, const Thr
  *   3  limit of rounds (100); 0 gives the OGK start.
  * Values outside these ranges stand for the defaults. Results are written when all has gone well.
  * KOB_SS_ERROR_NO_SUBSET: no observation has a weight above 0, as where all are equal; -5000: a NaN or an infinity
- * among the data, or scales beyond the range of numbers; KOB_SS_ERROR_NOT_POSITIVE_DEFINITE, -5041: the
+ * among the data; KOB_SS_ERROR_NOT_POSITIVE_DEFINITE, -5041: the
  * covariance is singular and could not be regularised. */
 int _kobdSSRobustCovariance(SSTask* task, long long estimates, long long method,
                             const ThreadingServices* threading);

@@ -13,10 +13,11 @@ template <class T>
 int check(const SSTask* task, unsigned method) {
   if (const int status = check_task<T>(task)) return status;
   if (const int status = check_dimension(task)) return status;
-  if (const int status = check_count(task, task->observationCount, KOB_SS_ERROR_OBSERVATION_COUNT))
-    return status;
+  if (!task->observationCount) return KOB_SS_ERROR_OBSERVATION_COUNT;
   if (value(task, task->observationCount) <= 2 * value(task, task->dimension) || !task->observations)
     return KOB_SS_ERROR_OBSERVATIONS;
+  if (const int status = check_count(task, task->observationCount, KOB_SS_ERROR_OBSERVATION_COUNT))
+    return status;
   if (!task->obsStorage) return KOB_SS_ERROR_STORAGE_ABSENT;
   if (!is_observation_storage(task, task->obsStorage)) return KOB_SS_ERROR_STORAGE;
   if (!task->robustMean) return KOB_SS_ERROR_ROBUST_MEAN;
@@ -137,6 +138,8 @@ int compute(SSTask* task, unsigned method, const ThreadingServices* threading) {
   Parameters parameters(p, n);
   if (const T* given = given_parameters<T>(task, task->robustParamCount, task->robustParams, 4))
     parameters.read(given);
+  // No order statistic, and no eigenvalue, is worth having of what is not a number.
+  if (!all_finite(s.data.x, intptr_t(n) * p)) return KOB_SS_ERROR_ROBUST_EIGEN;
   if (!s.allocate()) return KOB_SS_ERROR_MEMORY;
   const Biweight biweight =
       in_default_arithmetic([&] { return _vSSInitTBSMethod(p, parameters.breakdown, parameters.rejection); });
