@@ -88,6 +88,7 @@ struct Integers {
   static constexpr int kLanes = lanes;
   static constexpr int kBytes = lanes * sizeof(E) / count < 16 ? 16 : lanes * sizeof(E) / count;
   typedef E V __attribute__((vector_size(kBytes)));
+  typedef std::make_unsigned_t<E> U __attribute__((vector_size(kBytes)));  // in which arithmetic wraps
   V v[count];
 };
 template <class E, int lanes>
@@ -377,19 +378,24 @@ inline bool any(X<T, n> x) {
   return native::signs(all) != 0;
 }
 
-// ---- integers
-#define ORX_INTEGER_OPERATOR(op)                                                   \
-  template <class E, int l, int n>                                                 \
-  inline Integers<E, l, n> operator op(Integers<E, l, n> a, Integers<E, l, n> b) { \
-    return make<Integers<E, l, n>>([&](int i) { return a.v[i] op b.v[i]; });       \
-  }                                                                                \
-  template <class E, int l, int n>                                                 \
-  inline Integers<E, l, n> operator op(Integers<E, l, n> a, E b) {                 \
-    return make<Integers<E, l, n>>([&](int i) { return a.v[i] op b; });            \
-  }                                                                                \
-  template <class E, int l, int n>                                                 \
-  inline Integers<E, l, n> operator op(E a, Integers<E, l, n> b) {                 \
-    return make<Integers<E, l, n>>([&](int i) { return a op b.v[i]; });            \
+// ---- integers, which wrap, signed ones too
+#define ORX_INTEGER_OPERATOR(op)                                                                            \
+  template <class E, int l, int n>                                                                          \
+  inline Integers<E, l, n> operator op(Integers<E, l, n> a, Integers<E, l, n> b) {                          \
+    using I = Integers<E, l, n>;                                                                            \
+    return make<I>([&](int i) { return (typename I::V)((typename I::U)a.v[i] op(typename I::U) b.v[i]); }); \
+  }                                                                                                         \
+  template <class E, int l, int n>                                                                          \
+  inline Integers<E, l, n> operator op(Integers<E, l, n> a, E b) {                                          \
+    using I = Integers<E, l, n>;                                                                            \
+    const auto word = static_cast<std::make_unsigned_t<E>>(b);                                              \
+    return make<I>([&](int i) { return (typename I::V)((typename I::U)a.v[i] op word); });                  \
+  }                                                                                                         \
+  template <class E, int l, int n>                                                                          \
+  inline Integers<E, l, n> operator op(E a, Integers<E, l, n> b) {                                          \
+    using I = Integers<E, l, n>;                                                                            \
+    const auto word = static_cast<std::make_unsigned_t<E>>(a);                                              \
+    return make<I>([&](int i) { return (typename I::V)(word op(typename I::U) b.v[i]); });                  \
   }
 ORX_INTEGER_OPERATOR(+)
 ORX_INTEGER_OPERATOR(-)
@@ -401,7 +407,8 @@ ORX_INTEGER_OPERATOR(^)
 
 template <int k, class E, int l, int n>
 inline Integers<E, l, n> shift_left(Integers<E, l, n> a) {
-  return make<Integers<E, l, n>>([&](int i) { return a.v[i] << k; });
+  return make<Integers<E, l, n>>(
+      [&](int i) { return (typename Integers<E, l, n>::V)((typename Integers<E, l, n>::U)a.v[i] << k); });
 }
 // With copies of the sign if the integers have one.
 template <int k, class E, int l, int n>
