@@ -647,27 +647,26 @@ TYPED_TEST(SimdDouble, IntegerReciprocals) {
 // ---- look-up
 TYPED_TEST(SimdDouble, Tables) {
   using X = TypeParam;
-  alignas(64) static double table[64][4];
-  for (int i = 0; i < 64; ++i)
-    for (int k = 0; k < 4; ++k) table[i][k] = 10 * i + k;
+  alignas(64) static double table[64 * 4];
+  for (int i = 0; i < 64 * 4; ++i) table[i] = 10 * (i / 4) + i % 4;
   const X N = vector_of<X>([](int i) { return 0x1.8p52 + 0x500 + (37 * i + 5) % 64; });
   const SpilledWords<X> n(N);
   const auto index = [&](int lane) { return n.low(lane) & 63; };
   X first, second, columns[4];
   gather_pairs(
-      table[0], [&](int lane) { return 2 * index(lane); }, first, second);
-  gather_rows(table[0], index, columns);
-  const auto words = lanes_of(gather_bits<X>(table[0], index));
-  const auto single = lanes_of(gather<X>(table[0], index));
+      table, [&](int lane) { return 2 * index(lane); }, first, second);
+  gather_rows(table, index, columns);
+  const auto words = lanes_of(gather_bits<X>(table, index));
+  const auto single = lanes_of(gather<X>(table, index));
   for (int i = 0; i < X::kLanes; ++i) {
     const int row = (37 * i + 5) % 64;
     EXPECT_EQ(index(i), row);
     EXPECT_EQ(n.low_byte(i), row);
-    EXPECT_EQ(lanes_of(first)[i], table[row][0]);
-    EXPECT_EQ(lanes_of(second)[i], table[row][1]);
-    for (int k = 0; k < 4; ++k) EXPECT_EQ(lanes_of(columns[k])[i], table[row][k]);
-    EXPECT_EQ(single[i], table[0][row]);
-    EXPECT_EQ(words[i], bit_cast<uint64_t>(table[0][row]));
+    EXPECT_EQ(lanes_of(first)[i], table[4 * row]);
+    EXPECT_EQ(lanes_of(second)[i], table[4 * row + 1]);
+    for (int k = 0; k < 4; ++k) EXPECT_EQ(lanes_of(columns[k])[i], table[4 * row + k]);
+    EXPECT_EQ(single[i], table[row]);
+    EXPECT_EQ(words[i], bit_cast<uint64_t>(table[row]));
     EXPECT_EQ(lanes_of(n.bits())[i], bit_cast<uint64_t>(lanes_of(N)[i]));
     EXPECT_EQ(lanes_of(n.vector())[i], lanes_of(N)[i]);
   }
