@@ -292,6 +292,19 @@ int32_t orx_df_kernel_sShapeSlopes1D(int64_t nx, const float* x, const float* y,
 int32_t orx_df_kernel_dAntiderivative1D(const DFTask* task, int64_t function, double* coeffs);
 int32_t orx_df_kernel_sAntiderivative1D(const DFTask* task, int64_t function, float* coeffs);
 
+/* Where derivative number `derivative` (0: the spline itself) of a spline of order 2 to 4 takes the value `level`, between
+ * `from` and `to`, within the partition: ascending, each once. Derivative 1 with level 0 gives the sites of the
+ * extrema (and where the slope is 0 without a turn). A derivative that jumps over the level at a breakpoint takes it
+ * there; a cell that is the level throughout gives its two ends; where the spline touches the level to rounding
+ * that is one site. *count is how many there are, the first `room` of which are written: a call with room 0
+ * counts. Sites are found by the turns of the cell's polynomial, and between them by Newton's steps, in double
+ * precision. Errors: TASK, SPLINE_KIND (another order, Subbotin), INDEX, METHOD (no such derivative),
+ * INTERPOLATION (null count, or sites with room), COEFFS. */
+int32_t orx_df_kernel_dRoots1D(const DFTask* task, int64_t function, int64_t derivative, double level,
+                               double from, double to, int64_t room, double* sites, int64_t* count);
+int32_t orx_df_kernel_sRoots1D(const DFTask* task, int64_t function, int64_t derivative, float level,
+                               float from, float to, int64_t room, float* sites, int64_t* count);
+
 /* ---- Cell search ----
  *
  * The cell of a site is the number of breakpoints at or below it: 0 left of the partition, nx from the last

@@ -266,6 +266,49 @@ TYPED_TEST(Interpolation, FewSites) {
       }
 }
 
+// What a short call need not ask is asked by the editors, after every edit.
+TYPED_TEST(Interpolation, FewSitesAfterEdits) {
+  using Real = TypeParam;
+  auto x = make_grid<Real>(200, 0.3);
+  Spline<Real> s(x, 0, {std::vector<Real>(200)});
+  s.describe(4, 0);
+  s.coeffs = random_values<Real>(int64_t(s.coeffs.size()), -1, 1, 9);
+  const auto sites = random_values<Real>(40, -1, 200, 6);
+  const auto same_as_many = [&] {
+    std::vector<Real> many, few;
+    ASSERT_EQ(s.interpolate(sites, {}, many), 0);
+    ASSERT_EQ(s.interpolate({sites.begin(), sites.begin() + 3}, {}, few), 0);
+    EXPECT_TRUE(std::equal(few.begin(), few.end(), many.begin()));
+  };
+  const auto status = [&] {
+    std::vector<Real> few;
+    return s.interpolate({sites.begin(), sites.begin() + 3}, {}, few);
+  };
+  Api<Real>::edit_pointer(s.task, ORX_DF_COEFFS, s.coeffs.data());
+  same_as_many();
+  const auto shifted = random_values<Real>(int64_t(s.coeffs.size()), -1, 1, 10);
+  Api<Real>::edit_indexed(s.task, ORX_DF_COEFFS, 0, shifted.data());
+  same_as_many();
+  orx_df_kernel_iEditVal(s.task, ORX_DF_SPLINE_ORDER, 2);
+  same_as_many();
+  orx_df_kernel_iEditVal(s.task, ORX_DF_GRID_HINT, ORX_DF_QUASI_UNIFORM_PARTITION);
+  same_as_many();
+  orx_df_kernel_iEditVal(s.task, ORX_DF_GRID_HINT, ORX_DF_NO_HINT);
+  orx_df_kernel_iEditVal(s.task, ORX_DF_GRID_SIZE, 100);
+  same_as_many();
+  orx_df_kernel_iEditVal(s.task, ORX_DF_GRID_SIZE, 200);
+  s.describe(1, 0);
+  EXPECT_EQ(status(), ORX_DF_ERROR_SPLINE_KIND);
+  s.describe(4, 0);
+  same_as_many();
+  orx_df_kernel_iEditVal(s.task, ORX_DF_CHECK_FLAG, 1);
+  s.x[7] = s.x[6];
+  EXPECT_EQ(ORX_DF_BAD_BREAKPOINT(status()), 7);
+  orx_df_kernel_iEditVal(s.task, ORX_DF_CHECK_FLAG, 0);
+  orx_df_kernel_iEditVal(s.task, ORX_DF_FUNC_COUNT, 2);
+  EXPECT_EQ(status(), ORX_DF_ERROR_COEFFS);
+}
+
 // Ranges whose width overflows, or whose reciprocal does.
 TYPED_TEST(Interpolation, OneSiteInAnExtremeRange) {
   using Real = TypeParam;

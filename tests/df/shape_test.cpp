@@ -1,4 +1,4 @@
-// Slopes that keep the shape, antiderivatives, call-backs for sites outside: beside what SciPy 1.10.1 and GSL 2.7.1
+// Slopes that keep the shape, antiderivatives, roots, call-backs for sites outside: beside what SciPy 1.10.1 and GSL 2.7.1
 // print for the same seven points.
 #include "fixture.h"
 
@@ -15,6 +15,7 @@ struct More;
   struct More<Real> {                                                      \
     static constexpr auto slopes = orx_df_kernel_##t##ShapeSlopes1D;       \
     static constexpr auto primitive = orx_df_kernel_##t##Antiderivative1D; \
+    static constexpr auto roots = orx_df_kernel_##t##Roots1D;              \
     static constexpr auto nan_outside = orx_df_kernel_##t##NanOutside;     \
     static constexpr auto error_outside = orx_df_kernel_##t##ErrorOutside; \
   };
@@ -125,6 +126,123 @@ TYPED_TEST(Shapes, AntiderivativeOfManyCells) {
   for (int64_t i = 0; i < nx - 1; i += 997)
     ASSERT_NEAR(double(out[size_t(3 * i)]), double(Real(0.1)) * 2 * double(i) / double(nx - 1),
                 8 * kEps<Real> * 0.2);
+}
+
+// Where derivative number `derivative` takes the level, in an array with room for one more.
+template <class Real>
+std::vector<Real> roots_of(const Spline<Real>& s, int64_t derivative, double level, double from, double to) {
+  int64_t count = -7, written = -7;
+  EXPECT_EQ(More<Real>::roots(s.task, 0, derivative, Real(level), Real(from), Real(to), 0, nullptr, &count),
+            0);
+  std::vector<Real> sites(size_t(count + 1), Real(-77));
+  EXPECT_EQ(More<Real>::roots(s.task, 0, derivative, Real(level), Real(from), Real(to), count, sites.data(),
+                              &written),
+            0);
+  EXPECT_EQ(written, count);
+  EXPECT_EQ(sites.back(), Real(-77));
+  sites.pop_back();
+  return sites;
+}
+
+template <class Real>
+void expect_near(const std::vector<Real>& found, const std::vector<double>& expected, double error) {
+  ASSERT_EQ(found.size(), expected.size());
+  for (size_t i = 0; i < found.size(); ++i) EXPECT_NEAR(found[i], expected[i], error) << i;
+}
+
+TYPED_TEST(Shapes, RootsOfSciPy) {
+  using Real = TypeParam;
+  Spline<Real> s(kX<Real>, 0, {kY<Real>});
+  s.describe(4, ORX_DF_NATURAL, ORX_DF_FREE_END);
+  ASSERT_EQ(Api<Real>::natural(s.task, 0, 0, nullptr), 0);
+  // CubicSpline(x, y, bc_type="natural"): solve(4.25), solve(4), derivative().roots(), derivative(2).solve(3), all
+  // with extrapolate=False.
+  constexpr double error = 100 * kEps<Real>;
+  expect_near(roots_of(s, 0, 4.25, -1, 9), {2.8294434930659054, 3.896166261186624, 6.404161014787368}, error);
+  expect_near(roots_of(s, 0, 4, -1, 9), {2.782395661028791, 4, 6}, error);
+  expect_near(roots_of(s, 1, 0, 0, 7),
+              {0.9198547389082494, 1.8928380679392691, 3.2706266970010622, 4.784816399995655}, error);
+  expect_near(roots_of(s, 2, 3, 0, 7),
+              {1.7271476578181737, 2.6449132867310303, 3.96022093761257, 4.331415913394547}, error);
+  // A part of the interval, with an end at a root and a cell cut on both sides; nothing where the ends are exchanged.
+  expect_near(roots_of(s, 0, 4, 4, 5.9), {4}, error);
+  expect_near(roots_of(s, 1, 0, 1.5, 2), {1.8928380679392691}, error);
+  expect_near(roots_of(s, 1, 0, 2, 1), {}, error);
+}
+
+// Lines, jumps, cells that are the level throughout, and a touch; evenly spaced and not.
+TYPED_TEST(Shapes, RootsWithoutCrossing) {
+  using Real = TypeParam;
+  for (const int64_t hint : {0, 4}) {
+    Spline<Real> lines({0, 1, 2, 3, 4, 5}, hint, {{1, -1, 0, 0, 2, 0}});
+    lines.describe(2, 0);
+    ASSERT_EQ(Api<Real>::linear(lines.task, 0, 0, 0, nullptr), 0);
+    expect_near(roots_of(lines, 0, 0, 0, 5), {0.5, 2, 3, 5}, 0);
+    expect_near(roots_of(lines, 1, 1.5, 0, 5), {3, 4}, 0);  // slopes -2, 1, 0, 2, -2
+    expect_near(roots_of(lines, 0, 0, 2.25, 2.75), {2.25, 2.75}, 0);
+
+    // (t - 1/2)^2 (t + 1) - 1/4 and its mirror image: they touch -1/4 within, and meet at breakpoint 1.
+    Spline<Real> touching({0, 1, 2}, hint, {{0, 0, 0}});
+    touching.describe(4, ORX_DF_HERMITE);
+    touching.coeffs = {0, Real(-0.75), 0, 1, Real(0.25), Real(-2.25), 3, -1};
+    Api<Real>::edit_pointer(touching.task, ORX_DF_COEFFS, touching.coeffs.data());
+    expect_near(roots_of(touching, 0, -0.25, 0, 2), {0.5, 1.5}, 4 * kEps<Real>);
+    expect_near(roots_of(touching, 1, 0, 0, 2), {0.5, 1, 1.5}, 4 * kEps<Real>);
+    expect_near(roots_of(touching, 3, 2, 0, 2), {1}, 0);
+  }
+}
+
+// Every root of random splines, judged by the values beside it, and none left out: the values between two
+// neighbours have one sign.
+TYPED_TEST(Shapes, RootsOfRandomSplines) {
+  using Real = TypeParam;
+  const auto x = make_grid<Real>(60, 0.3);
+  Spline<Real> s(x, 0, {random_values<Real>(60, -1, 1, 5)});
+  s.describe(4, ORX_DF_NATURAL, ORX_DF_FREE_END);
+  ASSERT_EQ(Api<Real>::natural(s.task, 0, 0, nullptr), 0);
+  for (const int64_t derivative : {0, 1, 2}) {
+    auto roots = roots_of(s, derivative, 0, 0.25, 58.5);
+    EXPECT_GT(roots.size(), 20u);
+    roots.insert(roots.begin(), Real(0.25));
+    roots.push_back(Real(58.5));
+    std::vector<int32_t> orders(size_t(derivative + 1));
+    orders.back() = 1;
+    int before = 0;
+    for (size_t i = 0; i + 1 < roots.size(); ++i) {
+      const double a = roots[i], b = roots[i + 1];
+      std::vector<Real> sites, values;
+      for (int k = 1; k < 50; ++k) sites.push_back(Real(a + (b - a) * k / 50));
+      ASSERT_EQ(s.interpolate(sites, orders, values), 0);
+      const int sign = values[25] > 0 ? 1 : -1;
+      for (size_t k = 0; k < values.size(); ++k)
+        if (std::abs(values[k]) > 20 * double(kEps<Real>) * 10) {
+          ASSERT_GT(values[k] * Real(sign), 0) << derivative << ": " << sites[k];
+        }
+      ASSERT_NE(sign, before) << a;
+      before = sign;
+    }
+  }
+}
+
+TYPED_TEST(Shapes, RootsRefuse) {
+  using Real = TypeParam;
+  Spline<Real> s(kX<Real>, 0, {kY<Real>});
+  s.describe(4, ORX_DF_NATURAL, ORX_DF_FREE_END);
+  int64_t count = -7;
+  Real site;
+  const auto ask = [&](DFTask* task, int64_t function, int64_t derivative, int64_t room, Real* sites,
+                       int64_t* n) {
+    return More<Real>::roots(task, function, derivative, 0, 0, 7, room, sites, n);
+  };
+  EXPECT_EQ(ask(nullptr, 0, 0, 1, &site, &count), ORX_DF_ERROR_TASK);
+  EXPECT_EQ(ask(s.task, 1, 0, 1, &site, &count), ORX_DF_ERROR_INDEX);
+  EXPECT_EQ(ask(s.task, 0, 4, 1, &site, &count), ORX_DF_ERROR_METHOD);
+  EXPECT_EQ(ask(s.task, 0, -1, 1, &site, &count), ORX_DF_ERROR_METHOD);
+  EXPECT_EQ(ask(s.task, 0, 0, 1, nullptr, &count), ORX_DF_ERROR_INTERPOLATION);
+  EXPECT_EQ(ask(s.task, 0, 0, 1, &site, nullptr), ORX_DF_ERROR_INTERPOLATION);
+  orx_df_kernel_iEditVal(s.task, ORX_DF_SPLINE_ORDER, 5);
+  EXPECT_EQ(ask(s.task, 0, 0, 1, &site, &count), ORX_DF_ERROR_SPLINE_KIND);
+  EXPECT_EQ(count, -7);
 }
 
 TYPED_TEST(Shapes, CallBacksForSitesOutside) {

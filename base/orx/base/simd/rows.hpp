@@ -22,9 +22,11 @@ inline __m256d where_at_most(__m256d a, __m256d b, __m256d v) {
 inline __m256 where_at_most(__m256 a, __m256 b, __m256 v) {
   return _mm256_and_ps(_mm256_cmp_ps(a, b, _CMP_LE_OQ), v);
 }
-// The smaller number; where one is none, b.
+// The smaller number, and the greater; where one is none, b.
 inline __m256d smaller(__m256d a, __m256d b) { return _mm256_min_pd(a, b); }
 inline __m256 smaller(__m256 a, __m256 b) { return _mm256_min_ps(a, b); }
+inline __m256d greater(__m256d a, __m256d b) { return _mm256_max_pd(a, b); }
+inline __m256 greater(__m256 a, __m256 b) { return _mm256_max_ps(a, b); }
 inline __m256d round_down(__m256d v) { return _mm256_floor_pd(v); }
 inline __m256 round_down(__m256 v) { return _mm256_floor_ps(v); }
 inline __m256d magnitude(__m256d v) { return _mm256_andnot_pd(_mm256_set1_pd(-0.0), v); }

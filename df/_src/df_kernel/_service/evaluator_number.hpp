@@ -19,6 +19,8 @@ enum EvaluatorNumber : int32_t {
   kEvaluatorCount
 };
 
+constexpr int32_t kFewSitesOrders = kCubic + 1;  // the first of these serve short calls
+
 // By order and kind, or a status. A task without a spline can be served by call-backs for all parts of the
 // line.
 template <class Real>

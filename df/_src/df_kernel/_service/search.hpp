@@ -28,6 +28,11 @@ int32_t check_data_hint(const Real* hint, int64_t nx, bool* peak) {
   return *peak && hint[4] >= 0 && hint[4] <= Real(nx) ? ORX_DF_OK : ORX_DF_ERROR_DATA_HINT;
 }
 
+// The inverse of the step of an even partition with the same ends.
+Real reciprocal_step(const Task<Real>* task) {
+  return Real(int32_t(task->gridSize) - 1) / (task->last() - task->grid[0]);
+}
+
 struct Search {
   const Task<Real>* task;
   SearchMethod method;
@@ -73,7 +78,7 @@ int32_t choose_search(const Task<Real>* task, int64_t site_hint, const Real* dat
   else if (peak)
     search->value = data_hint[4];
   else if (task->uniform() || search->method == kQuasiUniform)
-    search->value = Real(int32_t(task->gridSize) - 1) / (task->last() - task->grid[0]);
+    search->value = reciprocal_step(task);
   else
     search->value = 0;
   return ORX_DF_OK;

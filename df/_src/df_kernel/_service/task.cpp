@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "_service/cell_table.hpp"
+#include "_service/evaluator_number.hpp"
 #include "orx/base/memory.hpp"
 
 namespace orx::df {
@@ -76,6 +77,25 @@ int32_t set_coeffs(Task<Real>* task, Real* base, int64_t hint) {
                           task->splineOrder * cells);
 }
 
+// One function's polynomials of order 2 to 4, whose coefficients are there, over breakpoints that need no check.
+template <class Real>
+int32_t few_sites_kernel(const Task<Real>* task) {
+  const int32_t evaluator = evaluator_number(task, false);
+  const bool plain = evaluator >= kLinear && evaluator <= kCubic && task->funcCount == 1 &&
+                     !task->checkFlag && task->table_size == task->gridSize &&
+                     check_coeffs(task) == ORX_DF_OK;
+  if (!plain) return -1;
+  if (task->uniform()) return counts_exactly<Real>(task->gridSize) ? evaluator : -1;
+  return evaluator + kFewSitesOrders * (task->gridHint == ORX_DF_QUASI_UNIFORM_PARTITION ? 1 : 2);
+}
+
+// Every editor's end.
+template <class Real>
+int32_t edited(Task<Real>* task, int32_t status) {
+  if (task) task->few_sites_kernel = few_sites_kernel(task);
+  return status;
+}
+
 template <class Real>
 int32_t check_new_task(int64_t grid_size, const Real* grid, int64_t grid_hint, int64_t func_count,
                        const Real* funcs, int64_t func_hint) {
@@ -102,6 +122,7 @@ int32_t new_task(DFTask** out, int64_t grid_size, const Real* grid, int64_t grid
     if (const int32_t bad = set_funcs(task, funcs, func_hint, func_count, grid_size)) return bad;
   task->ilp64Flag = ilp64_flag;
   task->taskMark = 4;
+  task->few_sites_kernel = -1;
   task->isDouble = sizeof(Real) == sizeof(double);
   task->taskDim = 1;
   task->gridSize = grid_size;
@@ -242,24 +263,28 @@ using namespace orx::df;
   ORX_API int32_t orx_df_kernel_##t##EditPPSpline1D(                                                         \
       DFTask* task, int64_t spline_order, int64_t spline_kind, int64_t bnd_cond_kind, const Real* bnd_conds, \
       int64_t int_cond_kind, const Real* int_conds, Real* coeffs, int64_t coeff_hint) {                      \
-    return edit_spline(Task<Real>::of(task), spline_order, spline_kind, bnd_cond_kind, bnd_conds,            \
-                       int_cond_kind, int_conds, coeffs, coeff_hint);                                        \
+    const auto t = Task<Real>::of(task);                                                                     \
+    return edited(t, edit_spline(t, spline_order, spline_kind, bnd_cond_kind, bnd_conds, int_cond_kind,      \
+                                 int_conds, coeffs, coeff_hint));                                            \
   }                                                                                                          \
   ORX_API int32_t orx_df_kernel_##t##EditPtr(DFTask* task, int64_t parameter, const Real* pointer) {         \
-    return edit_pointer(Task<Real>::of(task), parameter, pointer);                                           \
+    const auto t = Task<Real>::of(task);                                                                     \
+    return edited(t, edit_pointer(t, parameter, pointer));                                                   \
   }                                                                                                          \
   ORX_API int32_t orx_df_kernel_##t##EditIdxPtr(DFTask* task, int64_t parameter, int64_t index,              \
                                                 const Real* pointer) {                                       \
-    return edit_indexed_pointer(Task<Real>::of(task), parameter, index, pointer);                            \
+    const auto t = Task<Real>::of(task);                                                                     \
+    return edited(t, edit_indexed_pointer(t, parameter, index, pointer));                                    \
   }
 
 ORX_DF_TASK(d, double)
 ORX_DF_TASK(s, float)
 
 ORX_API int32_t orx_df_kernel_iEditVal(DFTask* task, int64_t parameter, int64_t value) {
-  if (const auto as_double = Task<double>::of(task)) return edit_value(as_double, parameter, value);
+  if (const auto as_double = Task<double>::of(task))
+    return edited(as_double, edit_value(as_double, parameter, value));
   const auto as_single = Task<float>::of(task);
-  return as_single ? edit_value(as_single, parameter, value) : int32_t(ORX_DF_ERROR_TASK);
+  return as_single ? edited(as_single, edit_value(as_single, parameter, value)) : int32_t(ORX_DF_ERROR_TASK);
 }
 
 // The two records differ behind their pointers alone, so that either type deletes both.

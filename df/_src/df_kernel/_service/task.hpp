@@ -42,6 +42,10 @@ struct Task {
   Index func_room, coeff_room;
   int64_t table_size;
 
+  // Which kernel serves calls for a few sites: by partition and order; -1 where such a call has more to look at.
+  // The editors keep it, for a short call can hardly afford to ask all this.
+  int32_t few_sites_kernel;
+
   // Null when there is no task, or when it is one of the other precision.
   static Task* of(DFTask* task) {
     const auto typed = reinterpret_cast<Task*>(task);
@@ -58,6 +62,12 @@ static_assert(offsetof(Task<double>, gridSize) == 16 && offsetof(Task<double>, f
 static_assert(offsetof(Task<double>, coeffs) == 96 && offsetof(Task<double>, cellTableScale) == 116);
 static_assert(offsetof(Task<double>, func_room) == 124 && offsetof(Task<float>, func_room) == 120);
 #endif
+
+// Whether counts up to n are all numbers of type Real.
+template <class Real>
+bool counts_exactly(int64_t n) {
+  return sizeof(Real) == sizeof(double) || n <= 1 << 24;
+}
 
 // The types of the call-backs by precision.
 template <class Real>

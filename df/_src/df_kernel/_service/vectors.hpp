@@ -30,6 +30,14 @@ template <class Real>
 Vec<Real> broadcast(Real x) {
   return x - Vec<Real>{};  // x - 0 is x, also for -0
 }
+// A number as a number or as a vector.
+template <class T, class Real>
+T spread(Real x) {
+  if constexpr (sizeof(T) == sizeof(Real))
+    return x;
+  else
+    return broadcast(x);
+}
 template <class T, class Real>
 T read(const Real* p) {
   if constexpr (sizeof(T) == sizeof(Real))
@@ -59,6 +67,10 @@ constexpr unsigned kAllLanes = (1u << kLanes<Real>)-1;
 inline double smaller(double a, double b) { return a < b ? a : b; }
 inline float smaller(float a, float b) { return a < b ? a : b; }
 using simd::rows::smaller;
+// The greater number; where one is none, b.
+inline double greater(double a, double b) { return a > b ? a : b; }
+inline float greater(float a, float b) { return a > b ? a : b; }
+using simd::rows::greater;
 inline double round_down(double x) { return __builtin_floor(x); }
 inline float round_down(float x) { return __builtin_floorf(x); }
 using simd::rows::round_down;

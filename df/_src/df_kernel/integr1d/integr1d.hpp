@@ -232,10 +232,9 @@ double breakpoints_within(const Integration& work) {
   const auto nx = int32_t(task->gridSize);
   const bool uniform = task->uniform();
   const Bins<Real> bins(nx, task->grid[0], task->cellTableScale);
-  const UniformCells<Real> cells(nx, task->grid[0], task->last(),
-                                 Real(nx - 1) / (task->last() - task->grid[0]));
+  const UniformCells<Real> cells(nx, task->grid[0], task->last(), reciprocal_step(task));
   const auto place = [&](Real site) {
-    return uniform ? double(cells.about(site)) : double(task->cellTable[2 * bins.of(site)]);
+    return uniform ? double(cells.of_one(site)) : double(task->cellTable[2 * bins.of(site)]);
   };
   double sum = 0;
   Index n = 0;

@@ -4,12 +4,13 @@
 #include "_service/blocks.hpp"
 #include "_service/search.hpp"
 #include "interp1d/evaluators.hpp"
-#include "simple_search1d/methods.hpp"
+#include "interp1d/few_sites.hpp"
 
 namespace {
 using namespace orx::df;
 
-constexpr Index kGroupBlocks = 5, kThreadedSites = 512, kFewSites = 8;
+constexpr Index kGroupBlocks = 5, kThreadedSites = 512;
+constexpr uint64_t kMostFewSites = 8;
 constexpr Index kScratchSites = 32, kScratchBytes = 18256, kScratchValues = 2048;
 
 // The evaluators by name, and their tables.
@@ -64,125 +65,70 @@ int32_t check_data(const Task<Real>* task, EvaluatorNumber evaluator, const Orde
   return check_spline_data(task, evaluator);
 }
 
-// ---- Few sites ----
-
-// How cells of single sites are found on the three sorts of partition.
-struct UniformFinder {
-  explicit UniformFinder(const Search& search)
-      : cells(int32_t(search.task->gridSize), search.task->grid[0], search.task->grid[1], search.value) {}
-  int32_t cell(const Real& site) const { return cells.of_one(site); }
-  Real base(Index polynomial) const { return cells.breakpoint(Real(polynomial)); }
-  UniformCells<Real> cells;
-};
-struct QuasiUniformFinder {
-  int32_t cell(const Real& site) const {
-    int32_t found;
-    quasi_uniform_cells(int32_t(search.task->gridSize), search.task->grid, 1, &site, search.value, &found);
-    return found;
-  }
-  Real base(Index polynomial) const { return search.task->grid[polynomial]; }
-  const Search& search;
-};
-struct HybridFinder {
-  explicit HybridFinder(const Task<Real>* task)
-      : cells(int32_t(task->gridSize), task->grid, task->cellTableScale, task->cellTable), grid(task->grid) {}
-  int32_t cell(const Real& site) const { return cells.of(site); }
-  Real base(Index polynomial) const { return grid[polynomial]; }
-  HybridCells<Real> cells;
-  const Real* grid;
-};
-
-// A few sites of one polynomial spline: results of a site `plane` apart, those of the next site `step` further.
-struct FewSites {
-  const Search& search;
-  EvaluatorNumber evaluator;
-  unsigned wanted;  // a mask of orders
+// All arguments of a call but the table of threads.
+struct Request {
+  const Task<Real>* task;
+  int64_t type, count;
   const Real* sites;
-  Index count;
+  int64_t site_hint, order_count;
+  const void* derivative_orders;
+  const Real* data_hint;
   Real* result;
-  Index step, plane;
-  const PartCallbacks& callbacks;  // for a single site
+  int64_t result_hint;
+  PartCallbacks callbacks;
+  SearchCallback<Real> search;
+  void* search_params;
+  void* cells;
 };
 
-template <int kOrder>
-[[gnu::always_inline]] inline void evaluate_one(const Real* c, Index polynomial, const Real& t,
-                                                unsigned wanted, Real* result, Index plane) {
-  c += polynomial * kOrder;
-  const auto put = [&](Real value) {
-    *result = value;
-    result += plane;
-  };
-  if (wanted & 1) put(derivative<kOrder, 0, Real>(c, t));
-  if (wanted & 2) put(derivative<kOrder, 1, Real>(c, t));
-  if (wanted & 4) put(derivative<kOrder, 2, Real>(c, t));
-  if (wanted & 8) put(derivative<kOrder, 3, Real>(c, t));
+bool is_by_site(int64_t result_hint) {
+  return result_hint == ORX_DF_ROWS || result_hint == ORX_DF_FIRST_ONLY;
 }
-
-template <class Finder>
-[[gnu::noinline]] int32_t evaluate_few(const FewSites& few, const Finder& find) {
-  const auto nx = int32_t(few.search.task->gridSize);
-  const Real* const coeffs = few.search.task->coeffs[0];
-  Real* result = few.result;
-  for (Index i = 0; i < few.count; ++i, result += few.step) {
-    const Real& site = few.sites[i];
-    const int32_t cell = find.cell(site);
-    const Part part = part_of_cell(cell, nx);
-    if (few.callbacks.call[part]) {
-      const int64_t count = 1, wide_cell = cell;
-      return few.callbacks.call[part](&count, &wide_cell, &site, result, few.callbacks.params[part]);
-    }
-    const Index polynomial = polynomial_of_cell(cell, nx);
-    const Real t = site - find.base(polynomial);
-    if (few.evaluator == kCubic)
-      evaluate_one<ORX_DF_CUBIC>(coeffs, polynomial, t, few.wanted, result, few.plane);
-    else if (few.evaluator == kQuadratic)
-      evaluate_one<ORX_DF_QUADRATIC>(coeffs, polynomial, t, few.wanted, result, few.plane);
-    else
-      evaluate_one<ORX_DF_LINEAR>(coeffs, polynomial, t, few.wanted, result, few.plane);
-  }
-  return ORX_DF_OK;
-}
-
-int32_t _Interp1DKernel_scalar(const FewSites& few) {
-  switch (few.search.method) {
-    case kUniform:
-      return evaluate_few(few, UniformFinder(few.search));
-    case kQuasiUniform:
-      return evaluate_few(few, QuasiUniformFinder{few.search});
-    default:
-      return evaluate_few(few, HybridFinder(few.search.task));
-  }
+bool is_by_order(int64_t result_hint) {
+  return result_hint == ORX_DF_NO_HINT || result_hint == ORX_DF_COLUMNS;
 }
 
 // ---- Blocks ----
 
 struct Interpolation : BlockWork {
+  Interpolation(const Request& request, const Search& chosen, EvaluatorNumber number, const Orders& wanted)
+      : r(request),
+        task(request.task),
+        search(chosen),
+        evaluator(number),
+        orders(wanted),
+        want_values(request.type & ORX_DF_VALUES),
+        want_cells(request.type & ORX_DF_CELLS),
+        uniform_sites(request.site_hint == ORX_DF_UNIFORM_SITES),
+        by_site(is_by_site(request.result_hint)) {
+    count = Index(request.count);
+    block = kSiteBlock;
+    site_step = uniform_sites && count > 1 ? (r.sites[1] - r.sites[0]) / Real(count - 1) : 0;
+  }
+
+  const Request& r;
   const Task<Real>* task;
-  Search search;
+  const Search& search;
   EvaluatorNumber evaluator;
+  const Orders& orders;
   bool want_values, want_cells, uniform_sites, by_site;
-  const Real* sites;
   Real site_step;
-  const Orders* orders;
-  Real* result;
-  PartCallbacks callbacks;
-  void* cells;
   Real* buffers;  // one for each worker, kSiteBlock sites of all wanted orders
 
-  Index buffer_size() const { return kSiteBlock * orders->count(); }
+  Index buffer_size() const { return kSiteBlock * orders.count(); }
   // Whether a block's values go to a buffer first: they are interleaved, or come list by list.
-  bool buffered() const { return callbacks.any() || (by_site && orders->count() > 1); }
+  bool buffered() const { return r.callbacks.any() || (by_site && orders.count() > 1); }
   Index function_count() const { return std::max<Index>(task->functions(), 1); }
 
   // The sites of a block; filled up to whole groups.
   const Real* block_sites(Index first, int32_t n, SiteList<Real>* list) const {
     list->count = n;
     if (uniform_sites) {
-      for (int32_t i = 0; i < n; ++i) list->sites[i] = sites[0] + Real(first + i) * site_step;
+      for (int32_t i = 0; i < n; ++i) list->sites[i] = r.sites[0] + Real(first + i) * site_step;
     } else if (n == list->padded()) {
-      return sites + first;
+      return r.sites + first;
     } else {
-      std::copy_n(sites + first, n, list->sites);
+      std::copy_n(r.sites + first, n, list->sites);
     }
     std::fill(list->sites + n, list->sites + list->padded(), list->sites[n - 1]);
     return list->sites;
@@ -190,9 +136,9 @@ struct Interpolation : BlockWork {
 
   void write_cells(Index first, const SiteList<Real>& list) const {
     if (task->ilp64Flag)
-      std::copy_n(list.cells, list.count, static_cast<int64_t*>(cells) + first);
+      std::copy_n(list.cells, list.count, static_cast<int64_t*>(r.cells) + first);
     else
-      std::copy_n(list.cells, list.count, static_cast<int32_t*>(cells) + first);
+      std::copy_n(list.cells, list.count, static_cast<int32_t*>(r.cells) + first);
   }
 
   void locate_sites(const Real* at, SiteList<Real>* list) const {
@@ -205,24 +151,24 @@ struct Interpolation : BlockWork {
 
   // From a buffer to where the results of site `first` and those that follow it belong.
   void scatter(Index f, Index first, const int32_t* places, int32_t n, const Real* buffer) const {
-    const Index wanted = orders->count();
+    const Index wanted = orders.count();
     for (Index d = 0; d < wanted; ++d, buffer += kSiteBlock)
       for (int32_t i = 0; i < n; ++i) {
         const Index at = first + (places ? places[i] : i);
-        result[by_site ? (f * count + at) * wanted + d : (f * wanted + d) * count + at] = buffer[i];
+        r.result[by_site ? (f * count + at) * wanted + d : (f * wanted + d) * count + at] = buffer[i];
       }
   }
 
   EvalBlock<Real> eval_block(Index f, const SiteList<Real>& list, const Real* at, Real* out,
                              Index plane) const {
-    return {task, &list, at, f, orders, out, plane, nullptr, nullptr, by_site};
+    return {task, &list, at, f, &orders, out, plane, nullptr, nullptr, by_site};
   }
 
   int32_t evaluate(Index first, const Real* at, SiteList<Real>* list, Real* buffer) const {
     const bool direct = !buffered() && list->count == list->padded();
     locate_sites(at, list);
     for (Index f = 0; f < function_count(); ++f) {
-      Real* out = direct ? result + f * orders->count() * count + first : buffer;
+      Real* out = direct ? r.result + f * orders.count() * count + first : buffer;
       const auto b = eval_block(f, *list, at, out, direct ? count : Index(kSiteBlock));
       if (const int32_t bad = _Interpolate1DDispatch[evaluator](b)) return bad;
       if (!direct) scatter(f, first, nullptr, list->count, buffer);
@@ -243,11 +189,11 @@ struct Interpolation : BlockWork {
       SiteList<Real>& part = parts[p];
       if (part.count == 0) continue;
       std::fill(part.sites + part.count, part.sites + part.padded(), part.sites[part.count - 1]);
-      if (!callbacks.call[p]) locate_sites(part.sites, &part);
+      if (!r.callbacks.call[p]) locate_sites(part.sites, &part);
       for (Index f = 0; f < function_count(); ++f) {
         auto b = eval_block(f, part, part.sites, buffer, kSiteBlock);
-        b.callback = callbacks.call[p];
-        b.params = callbacks.params[p];
+        b.callback = r.callbacks.call[p];
+        b.params = r.callbacks.params[p];
         const int32_t status = _Interpolate1DDispatchCB[evaluator](b);
         if (status < 0) return status;
         scatter(f, first, part.places, part.count, buffer);
@@ -265,7 +211,7 @@ struct Interpolation : BlockWork {
     if (want_cells) write_cells(first, list);
     if (!want_values) return ORX_DF_OK;
     Real* buffer = buffers + (buffered() ? t * buffer_size() : 0);
-    return callbacks.any() ? evaluate_parts(first, at, list, buffer) : evaluate(first, at, &list, buffer);
+    return r.callbacks.any() ? evaluate_parts(first, at, list, buffer) : evaluate(first, at, &list, buffer);
   }
 };
 
@@ -287,7 +233,7 @@ int32_t run_interpolation(Interpolation* work, Real* values, const ThreadingServ
   if (needed > kScratchValues && !buffers) return ORX_DF_ERROR_MEMORY;
   work->buffers = buffers ? buffers.get() : values;
   return run_blocks(work, kGroupBlocks, threads, threading,
-                    work->callbacks.any() ? _v1DInterpThreaderCB : _v1DInterpThreader);
+                    work->r.callbacks.any() ? _v1DInterpThreaderCB : _v1DInterpThreader);
 }
 
 // A short call needs no block of scratch.
@@ -303,8 +249,53 @@ int32_t run_with_scratch(Interpolation* work, const ThreadingServices* threading
   return run_interpolation(work, reinterpret_cast<Real*>(scratch.get()), threading);
 }
 
+// A single site: left to the call-back of its part of the line or, where there is none, evaluated at once.
+// `served` tells whether it could be.
+int32_t _Interp1DKernel_scalar(const Request& r, const Search& search, unsigned wanted, bool* served) {
+  int32_t start = 0, cell, flag;
+  search.block(1, r.sites, &start, &cell, &flag);
+  const Part part = part_of_cell(cell, r.task->size());
+  const int64_t count = 1, wide_cell = cell;
+  *served = true;
+  if (r.callbacks.call[part])
+    return r.callbacks.call[part](&count, &wide_cell, r.sites, r.result, r.callbacks.params[part]);
+  *served = r.task->few_sites_kernel >= 0;
+  return *served ? kFewSites[r.task->few_sites_kernel]({r.task, wanted, r.sites, 1, r.result, 0, 1})
+                 : ORX_DF_OK;
+}
+
+__attribute__((noinline)) int32_t interpolate(const Request& r, const ThreadingServices* threading) {
+  const Task<Real>* const t = r.task;
+  const int32_t number = evaluator_number(t, r.callbacks.all());
+  if (number < 0) return number;
+  const auto evaluator = EvaluatorNumber(number);
+  Search found;
+  if (const int32_t bad = choose_search(t, r.site_hint, r.data_hint, r.search, r.search_params, &found))
+    return bad;
+  if (const int32_t bad = check_breakpoints(t)) return bad;
+  const Orders orders(t, r.order_count, r.derivative_orders);
+  const bool want_values = r.type & ORX_DF_VALUES, want_cells = r.type & ORX_DF_CELLS;
+  if (want_values && !r.callbacks.all())
+    if (const int32_t bad = check_data(t, evaluator, orders)) return bad;
+  const bool alone = r.count == 1 && want_values && !want_cells && r.site_hint != ORX_DF_UNIFORM_SITES &&
+                     evaluator <= kCubic && r.order_count <= 4 && t->funcCount <= 1 && !r.search;
+  if (alone) {
+    bool served;
+    const int32_t status = _Interp1DKernel_scalar(r, found, orders.mask(), &served);
+    if (served) return status;
+  } else if (!is_by_site(r.result_hint) && !is_by_order(r.result_hint)) {
+    return ORX_DF_ERROR_INTERPOLATION;
+  }
+  if (r.count <= 0) return ORX_DF_OK;
+  if (r.count > PTRDIFF_MAX / int64_t(sizeof(Real))) return ORX_DF_ERROR_MEMORY;
+  Interpolation work(r, found, evaluator, orders);
+  return run_with_scratch(&work, orx::threading_or_serial(threading));
+}
+
 }  // namespace
 
+// Calls for a few sites that ask for nothing unusual are sorted out first; whatever is wrong with a call is left
+// to those that are not.
 ORX_API int32_t ORX_DF_NAME(DFInterpolate1D)(
     DFTask* task, int64_t type, int64_t, int64_t site_count, const Real* sites, int64_t site_hint,
     int64_t order_count, const void* derivative_orders, const Real* data_hint, Real* result,
@@ -313,46 +304,29 @@ ORX_API int32_t ORX_DF_NAME(DFInterpolate1D)(
     void* search_params, void* cells, const ThreadingServices* threading) {
   const auto* t = Task<Real>::of(task);
   if (!t) return ORX_DF_ERROR_TASK;
-  const PartCallbacks callbacks = {{left, inside, right}, {left_params, inside_params, right_params}};
-  const int32_t number = evaluator_number(t, callbacks.all());
-  if (number < 0) return number;
-  const auto evaluator = EvaluatorNumber(number);
-  Search found;
-  if (const int32_t bad = choose_search(t, site_hint, data_hint, search, search_params, &found)) return bad;
-  if (const int32_t bad = check_breakpoints(t)) return bad;
-  const Orders orders(t, order_count, derivative_orders);
-  const bool want_values = type & ORX_DF_VALUES, want_cells = type & ORX_DF_CELLS;
-  if (want_values && !callbacks.all())
-    if (const int32_t bad = check_data(t, evaluator, orders)) return bad;
-  const bool uniform_sites = site_hint == ORX_DF_UNIFORM_SITES;
-  const bool simple = want_values && !want_cells && !uniform_sites && evaluator <= kCubic &&
-                      order_count <= 4 && t->funcCount <= 1 && !search && !found.stale_table;
-  if (simple && site_count == 1)
-    return _Interp1DKernel_scalar({found, evaluator, orders.mask(), sites, 1, result, 0, 1, callbacks});
-  const bool by_site = result_hint == ORX_DF_ROWS || result_hint == ORX_DF_FIRST_ONLY;
-  if (!by_site && result_hint != ORX_DF_NO_HINT && result_hint != ORX_DF_COLUMNS)
-    return ORX_DF_ERROR_INTERPOLATION;
-  if (site_count <= 0) return ORX_DF_OK;
-  if (site_count > PTRDIFF_MAX / int64_t(sizeof(Real))) return ORX_DF_ERROR_MEMORY;
-  const auto count = Index(site_count);
-  if (simple && count <= kFewSites && !callbacks.any())
-    return _Interp1DKernel_scalar({found, evaluator, orders.mask(), sites, count, result,
-                                   by_site ? orders.count() : 1, by_site ? 1 : count, callbacks});
-  Interpolation work{};
-  work.count = count;
-  work.block = kSiteBlock;
-  work.task = t;
-  work.search = found;
-  work.evaluator = evaluator;
-  work.want_values = want_values;
-  work.want_cells = want_cells;
-  work.uniform_sites = uniform_sites;
-  work.by_site = by_site;
-  work.sites = sites;
-  work.site_step = uniform_sites && count > 1 ? (sites[1] - sites[0]) / Real(count - 1) : 0;
-  work.orders = &orders;
-  work.result = result;
-  work.callbacks = callbacks;
-  work.cells = cells;
-  return run_with_scratch(&work, orx::threading_or_serial(threading));
+  const bool unusual = left || right || inside || search || data_hint || order_count > 4;
+  const bool few = type == ORX_DF_VALUES && uint64_t(site_count) - 1 < kMostFewSites;
+  if (few && !unusual && t->few_sites_kernel >= 0 && site_hint != ORX_DF_UNIFORM_SITES &&
+      (is_by_order(result_hint) || is_by_site(result_hint))) {
+    const Orders orders(t, order_count, derivative_orders);
+    const auto count = Index(site_count);
+    const bool rows = is_by_site(result_hint);
+    return kFewSites[t->few_sites_kernel](
+        {t, orders.mask(), sites, count, result, rows ? orders.count() : 1, rows ? 1 : count});
+  }
+  return interpolate({t,
+                      type,
+                      site_count,
+                      sites,
+                      site_hint,
+                      order_count,
+                      derivative_orders,
+                      data_hint,
+                      result,
+                      result_hint,
+                      {{left, inside, right}, {left_params, inside_params, right_params}},
+                      search,
+                      search_params,
+                      cells},
+                     threading);
 }

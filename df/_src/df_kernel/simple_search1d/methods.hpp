@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 
 #include "_service/cell_table.hpp"
 #include "simple_search1d/scan.hpp"
@@ -12,15 +13,10 @@ namespace orx::df {
 
 constexpr int32_t kSearchBlock = 128;
 
-// Whether counts up to n are all numbers of type Real.
-template <class Real>
-bool counts_exactly(int32_t n) {
-  return sizeof(Real) == sizeof(double) || n <= 1 << 24;
-}
-
 // Cells of a uniform partition by division, which rounding may put on the wrong side of a breakpoint. The guess
 // is therefore made a little too low, by more than rounding can make it too high, and one comparison with the
-// next breakpoint, as evaluation computes it, settles it. The ends are compared with as they are given.
+// next breakpoint, as evaluation computes it, settles it. The right end counts as it is given: mostly the last
+// breakpoint, computed like the others, meets it; where it does not, sites are compared with both.
 template <class Real>
 class UniformCells {
  public:
@@ -29,61 +25,62 @@ class UniformCells {
       : first_(first),
         last_(last),
         step_((last - first) / Real(nx - 1)),
-        reciprocal_(reciprocal_step * (1 - 8 * kEpsilon)),
-        inner_(Real(counts_exactly<Real>(nx) ? nx - 2 : (nx - 2) & -128)),
-        right_(nx) {}
+        reciprocal_(smaller(reciprocal_step * (1 - 8 * kEpsilon), std::numeric_limits<Real>::max())),
+        last_inner_(breakpoint(Real(nx - 2))),
+        nx_(nx) {}
 
   // Breakpoint i as evaluation computes it.
   template <class T>
   T breakpoint(T i) const {
     return first_ + i * step_;
   }
-  // The cell, for a number or a vector of them; 0 for what is not a number.
-  template <class T>
-  T of(T s) const {
-    const T k = guess(s), next = k + Real(1);
-    return between_ends(s, smaller(k + ones_at_most(breakpoint(next), s), T{} + inner_));
+  bool ends_meet() const {
+    return breakpoint(Real(nx_ - 1)) == last_ && reciprocal_ < std::numeric_limits<Real>::max();
   }
-  // The same without a look at the breakpoints inside.
-  Real about(Real s) const { return between_ends(s, guess(s)); }
-  // The cell of a single site: branches are foretold, so that what follows need not wait for the comparisons.
+  // The cell, for a number or a vector of them; 0 for what is not a number.
+  template <bool kEndsMeet, class T>
+  T of(T s) const {
+    const T within = smaller(spread<T>(kEndsMeet ? last_ : last_inner_), s);
+    const T k = round_down(greater((within - first_) * reciprocal_ + kBelowOne, T{}));
+    const T cell = k + ones_at_most(breakpoint(k), within);
+    return kEndsMeet ? cell : greater(cell, where_at_most(spread<T>(last_), s, spread<T>(Real(nx_))));
+  }
+  // The same of a single site: branches are foretold, so that what follows need not wait for the comparisons.
   int32_t of_one(const Real& s) const {
     if (!(s >= first_)) return 0;
-    if (s >= last_) return right_;
-    const int32_t k = int32_t(smaller((s - first_) * reciprocal_, inner_));
-    return s < breakpoint(Real(k + 1)) || k + 2 == right_ ? k + 1 : k + 2;
+    if (s >= last_) return nx_;
+    const auto k = int32_t(greater((smaller(last_inner_, s) - first_) * reciprocal_ + kBelowOne, Real(0)));
+    return s < breakpoint(Real(k)) ? k : k + 1;
   }
 
  private:
-  static constexpr Real kEpsilon = sizeof(Real) == sizeof(double) ? Real(0x1p-52) : Real(0x1p-23);
+  static constexpr Real kEpsilon = std::numeric_limits<Real>::epsilon();
+  static constexpr Real kBelowOne = 1 - kEpsilon / 2;
 
-  template <class T>
-  T guess(T s) const {
-    return round_down(smaller((s - first_) * reciprocal_, T{} + inner_));
-  }
-  // The cell behind breakpoint k, unless the site is beyond the ends.
-  template <class T>
-  T between_ends(T s, T k) const {
-    return where_at_most(T{} + first_, s, k + Real(1) + ones_at_most(T{} + last_, s));
-  }
-
-  Real first_, last_, step_, reciprocal_, inner_;
-  int32_t right_;
+  Real first_, last_, step_, reciprocal_, last_inner_;
+  int32_t nx_;
 };
+
+template <bool kEndsMeet, class Real>
+void uniform_cells(const UniformCells<Real>& uniform, int32_t n, const Real* sites, int32_t* cells) {
+  int32_t i = 0;
+  for (; i + kLanes<Real> <= n; i += kLanes<Real>) {
+    const auto cell = __builtin_convertvector(uniform.template of<kEndsMeet>(load(sites + i)), CellVec<Real>);
+    __builtin_memcpy(cells + i, &cell, sizeof cell);
+  }
+  for (; i < n; ++i) cells[i] = uniform.of_one(sites[i]);
+}
 
 template <class Real>
 void uniform_cells(int32_t nx, const Real* ends, int32_t n, const Real* sites, Real reciprocal_step,
                    int32_t* cells) {
   const UniformCells<Real> uniform(nx, ends[0], ends[1], reciprocal_step);
-  int32_t i = 0;
-  for (; i + kLanes<Real> <= n; i += kLanes<Real>) {
-    const auto cell = __builtin_convertvector(uniform.of(load(sites + i)), CellVec<Real>);
-    __builtin_memcpy(cells + i, &cell, sizeof cell);
-  }
-  for (; i < n; ++i) cells[i] = int32_t(uniform.of(sites[i]));
+  if (uniform.ends_meet())
+    uniform_cells<true>(uniform, n, sites, cells);
+  else
+    uniform_cells<false>(uniform, n, sites, cells);
   if (counts_exactly<Real>(nx)) return;
-  for (i = 0; i < n; ++i)
-    if (sites[i] >= ends[1]) cells[i] = nx;
+  for (int32_t i = 0; i < n; ++i) cells[i] = sites[i] >= ends[1] ? nx : std::min(cells[i], nx - 1);
 }
 
 // From a guess at most nx - 1, either way.
@@ -111,7 +108,7 @@ template <class Real>
 void quasi_uniform_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real reciprocal_step,
                          int32_t* cells) {
   const UniformCells<Real> uniform(nx, grid[0], grid[nx - 1], reciprocal_step);
-  for (int32_t i = 0; i < n; ++i) cells[i] = int32_t(uniform.about(sites[i]));
+  for (int32_t i = 0; i < n; ++i) cells[i] = uniform.of_one(sites[i]);
   for (int32_t i = 0; i < n; ++i)
     if (cells[i] != 0) cells[i] = cell_from_guess(grid, nx, sites, i, cells[i]);
 }
@@ -185,12 +182,7 @@ class Bins {
  public:
   Bins(int32_t nx, Real first, Real scale)
       : first_(first), scale_(scale), last_(Real(cell_table_bins(nx) - 1)) {}
-  int32_t of(Real site) const {
-    Real bin = scale_ * (site - first_);
-    bin = bin > 0 ? bin : 0;
-    bin = bin < last_ ? bin : last_;
-    return int32_t(bin);
-  }
+  int32_t of(Real site) const { return int32_t(smaller(greater(scale_ * (site - first_), Real(0)), last_)); }
 
  private:
   Real first_, scale_, last_;
@@ -243,27 +235,27 @@ void hybrid_block(int32_t nx, const Real* grid, int32_t n, const Real* sites, Re
 
 // The cells of single sites, with what they share computed once.
 //
-// What the table leaves is mostly counted at once, for halving waits for each load, and the number of its
-// steps cannot be foretold.
+// Halving waits for each load, and where the number of steps varies they cannot be foretold. The bins of most
+// tables hold 16 breakpoints, a few more or fewer, so that one step leaves what is counted at once. The upper
+// end of a pair is a breakpoint, and stays within what is looked at.
 template <class Real>
 class HybridCells {
  public:
   HybridCells(int32_t nx, const Real* grid, Real scale, const int32_t* table)
-      : nx_(nx), grid_(grid), last_(grid[nx - 1]), bins_(nx, grid[0], scale), table_(table) {}
-  [[gnu::always_inline]] int32_t of(const Real& site) const {
+      : nx_(nx), grid_(grid), bins_(nx, grid[0], scale), table_(table) {}
+  [[gnu::always_inline]] inline int32_t of(const Real& site) const {
     if (nx_ < kCountedOfOne) return bisect(grid_, 0, nx_, site);
     const int32_t* pair = table_ + 2 * bins_.of(site);
-    int32_t width = std::max(1, pair[1] - pair[0]), at = std::min(pair[0], nx_ - 1 - width);
-    for (; width > kCountedOfOne; width -= width / 2) at = halved(grid_, at, width / 2, site);
-    const int32_t cell = count_from<kCountedOfOne>(grid_, std::min(at, nx_ - kCountedOfOne), site);
-    return site >= last_ ? nx_ : cell;
+    int32_t at = pair[0];
+    for (int32_t width = pair[1] - at; width >= kCountedOfOne; width -= width / 2)
+      at = halved(grid_, at, width / 2, site);
+    return count_from<kCountedOfOne>(grid_, std::min(at, nx_ - kCountedOfOne), site);
   }
 
  private:
-  static constexpr int32_t kCountedOfOne = 3 * kCounted;
+  static constexpr int32_t kCountedOfOne = sizeof(Real) == sizeof(double) ? 12 : 16;
   int32_t nx_;
   const Real* grid_;
-  Real last_;
   Bins<Real> bins_;
   const int32_t* table_;
 };

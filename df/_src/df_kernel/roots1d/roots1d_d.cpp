@@ -1,0 +1,2 @@
+#include "_service/double.hpp"
+#include "roots1d/roots1d.hpp"
