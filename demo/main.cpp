@@ -16,6 +16,7 @@ struct Chapter {
 constexpr Chapter chapters[] = {
     {"vector-math", "Vector mathematics: exponentials and logarithms", vector_math},
     {"accuracy", "Accuracy classes: error in ulp and speed beside the C library", accuracy},
+    {"globe", "Trigonometry: earthquakes on the globe, and the length of the day", globe},
     {"monte-carlo", "Random streams: pi and an option price by Monte Carlo", monte_carlo},
     {"statistics", "Summary statistics: irises, and quantiles of a long stream", statistics},
     {"robust", "Summary statistics: outliers that hide, and what gaps in the data cost", robust},

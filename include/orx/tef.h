@@ -98,7 +98,7 @@
  *                       domain error (1): infinite x
  *   SinCos      s, d   (n, a, r1, r2)  sin x and cos x, finite numbers
  *                       domain error (1): infinite x
- *   Tan         d      (n, a, r)  tan x, finite numbers
+ *   Tan         s, d   (n, a, r)  tan x, finite numbers
  *                       domain error (1): infinite x
  *   Acos        s, d   (n, a, r)  acos x, from 0 to pi, |x| <= 1
  *                       domain error (1): |x| > 1
@@ -149,6 +149,7 @@
 #define ORX_TEF_H
 
 #include "orx/tef_mode.h"
+#include "orx/tef_scalar.h"
 #include "orx/tef_shapes.h"
 
 #ifdef __cplusplus

@@ -22,6 +22,14 @@ expect 'callback: vdLn, status 2 \(singularity\), index 1, argument 0, result -i
 expect 'callback: vdLn, status 1 \(domain\), index 3, argument -3\.93, result -?nan replaced by 0'
 expect 'callback: vdLn, status -1 \(bad size\), index -1'
 expect 'callback: vdExp, status -2 \(bad pointer\)'
+# Distances and bearings by another formula (spherical law of cosines); days of London and Reykjavik as almanacs give them.
+expect 'distances from 143 to 2289 km; .* at most [0-9]e-0[67] mm apart'
+expect ' 6\.4 +-15\.56 +167\.62 +127 +1186\.4 +282\.4$'
+expect ' 6\.0 +-21\.59 +170\.56 +165 +908\.8 +243\.7$'
+expect 'London .* 16 h 38 m .* 7 h (49|50) m'
+expect 'Reykjavik .* 21 h 0[89] m .* 4 h 0[78] m'
+expect 'Longyearbyen .* 24 h 00 m .* 0 h 00 m'
+expect '^ +2 arc cosines of numbers beyond 1 or -1 were reported'
 # Pi to three deviations, and a simulation that was broken off.
 expect '^ +8000000 +3\.14(0|1|2)'
 expect 'resumed +8\.[0-9]+ +the same to the last bit'

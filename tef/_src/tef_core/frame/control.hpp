@@ -18,14 +18,15 @@ constexpr uint32_t kMxcsrFlushBits = 0x8040;    // flush-to-zero, denormals-are-
 constexpr uint32_t kMxcsrCheckedBits = 0xE040;  // and the two rounding bits
 
 constexpr uint16_t kX87CheckedBits = 0xF00;  // precision and rounding control
-constexpr uint16_t kX87Extended = 0x300;
+constexpr uint16_t kX87Extended = 0x300, kX87Double = 0x200;
 
 // Sets the x87 control word for the life of the object.
+template <uint16_t wanted>
 class X87Control {
  public:
   X87Control() {
     asm volatile("fnstcw %0" : "=m"(saved_));
-    if (changed()) set(static_cast<uint16_t>((saved_ & ~kX87CheckedBits) | kX87Extended));
+    if (changed()) set(static_cast<uint16_t>((saved_ & ~kX87CheckedBits) | wanted));
   }
   ~X87Control() {
     if (changed()) set(saved_);
@@ -34,7 +35,7 @@ class X87Control {
   X87Control& operator=(const X87Control&) = delete;
 
  private:
-  bool changed() const { return (saved_ & kX87CheckedBits) != kX87Extended; }
+  bool changed() const { return (saved_ & kX87CheckedBits) != wanted; }
   static void set(uint16_t word) { asm volatile("fldcw %0" : : "m"(word)); }
   uint16_t saved_;
 };
@@ -69,7 +70,7 @@ template <Control control, auto body, class... P>
   if constexpr (control == Control::kUntouched) {
     body(p...);
   } else if constexpr (control == Control::kExtended) {
-    const X87Control guard;
+    const X87Control<kX87Extended> guard;
     body(p...);
   } else {
     const uint32_t wanted = wanted_mxcsr<control>(), found = _mm_getcsr();
