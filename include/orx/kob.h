@@ -215,7 +215,9 @@ typedef struct KobGlobalEntry {
 /* KOB_ERROR_GLOBAL_ENTRY_NOT_FOUND for a null id, one that is all zero, or one that is not in the table. */
 int __kobFindGlobRODataTableEntry(KobGlobalEntry** entry, const KobGlobalId* id);
 
-/* A name that no entry has, from the time-stamp counter and the caller's value. Returns 0. */
+/* A name that no entry has and that no other call in this process is given, whether it is entered or not: of the
+ * time-stamp counter, or the number after the last name's if that is larger, and of the caller's value. May be called from
+ * several threads at once. Returns 0. */
 int __kobGenerateNewGlobalRODataTableEntryId(KobGlobalId* id, int32_t value);
 
 /* Enters a block with one reference. KOB_ERROR_GLOBAL_TABLE_FULL. */
