@@ -186,6 +186,83 @@ TYPED_TEST(Robust, ContaminatedData) {
   }
 }
 
+// ---- the start ----
+
+double median(std::vector<double> x) {
+  std::sort(x.begin(), x.end());
+  return (x[(x.size() - 1) / 2] + x[x.size() / 2]) / 2;
+}
+
+// Location and variance as Maronna and Zamar tell them (2002, section 2).
+std::pair<double, double> two_step(const std::vector<double>& x) {
+  const double m = median(x);
+  std::vector<double> distance;
+  for (const double v : x) distance.push_back(std::abs(v - m));
+  const double s = median(distance);
+  double weights = 0, sum = 0, squares = 0;
+  for (const double v : x) {
+    const double z = (v - m) / s / 4.5, w = std::abs(z) <= 1 ? (1 - z * z) * (1 - z * z) : 0;
+    weights += w;
+    sum += w * v;
+  }
+  const double mu = sum / weights;
+  for (const double v : x) squares += std::min(std::pow((v - mu) / s, 2), 9.0);
+  return {mu, squares / double(x.size()) * s * s};
+}
+
+extern "C" void dsyev_(const char*, const char*, const int*, double*, const int*, double*, double*,
+                       const int*, int*);
+
+// With a limit of 0 rounds the start is the result: the orthogonalized estimate, step by step (section 3).
+TEST(RobustFixed, Start) {
+  const Contaminated data = {3, 301, 60, 25, 1};
+  const int p = data.p, n = data.n, room = 100;
+  const std::vector<double> rows = data.rows();
+  const auto combined = [&](double a, int i, double b, int j) {
+    std::vector<double> y(n);
+    for (int k = 0; k < n; ++k) y[k] = a * rows[i * n + k] + b * rows[j * n + k];
+    return y;
+  };
+  double unit[3], z[9], eigenvalues[3], work[room];
+  for (int j = 0; j < p; ++j) unit[j] = 1 / std::sqrt(two_step(combined(1, j, 0, j)).second);
+  for (int i = 0; i < p; ++i)
+    for (int j = 0; j < p; ++j)
+      z[i * p + j] = i == j ? 1
+                            : (two_step(combined(unit[i], i, unit[j], j)).second -
+                               two_step(combined(unit[i], i, -unit[j], j)).second) /
+                                  4;
+  int info;
+  dsyev_("V", "U", &p, z, &p, eigenvalues, work, &room, &info);
+  std::vector<double> d(n);
+  for (int c = 0; c < p; ++c) {
+    std::vector<double> y(n);
+    for (int k = 0; k < n; ++k)
+      for (int r = 0; r < p; ++r) y[k] += z[c * p + r] * unit[r] * rows[r * n + k];
+    const auto [location, variance] = two_step(y);
+    for (int k = 0; k < n; ++k) d[k] += (y[k] - location) * (y[k] - location) / variance;
+  }
+  const double threshold = __kobdChi2ICDF(p, 0.9) / __kobdChi2ICDF(p, 0.5) * median(d);
+  double W = 0, mean[3] = {};
+  for (int k = 0; k < n; ++k)
+    if (d[k] < threshold) {
+      W += 1;
+      for (int j = 0; j < p; ++j) mean[j] += rows[j * n + k];
+    }
+  for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS}) {
+    RobustTask<double> t(p, n, storage, rows, {0.5, 0.001, 0.001, 0});
+    ASSERT_EQ(t.compute(), 0);
+    for (int i = 0; i < p; ++i) {
+      EXPECT_NEAR(t.mean[i], mean[i] / W, 1e-12);
+      for (int j = 0; j < p; ++j) {
+        double sum = 0;
+        for (int k = 0; k < n; ++k)
+          if (d[k] < threshold) sum += (rows[i * n + k] - mean[i] / W) * (rows[j * n + k] - mean[j] / W);
+        EXPECT_NEAR(t.element(i, j), sum / W, 1e-12);
+      }
+    }
+  }
+}
+
 // The S-estimate goes with any linear map of the data; its start goes with shifts and scales alone.
 TEST(RobustFixed, AffineWhereTheMethodIs) {
   const Contaminated data = {4, 1500, 150, 20, 1};
