@@ -10,4 +10,5 @@ void monte_carlo(const std::string& data_directory);
 void statistics(const std::string& data_directory);
 void robust(const std::string& data_directory);
 void data_fitting(const std::string& data_directory);
+void normal_plot(const std::string& data_directory);
 void quasi(const std::string& data_directory);

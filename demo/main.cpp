@@ -21,6 +21,7 @@ constexpr Chapter chapters[] = {
     {"statistics", "Summary statistics: irises, and quantiles of a long stream", statistics},
     {"robust", "Summary statistics: outliers that hide, and what gaps in the data cost", robust},
     {"data-fitting", "Data fitting: splines through carbon dioxide and the Nile", data_fitting},
+    {"normal-plot", "Error functions: is it normal, and carbon in steel", normal_plot},
     {"quasi", "Quasi-random streams: one integral by pseudo-random and by Sobol points", quasi},
 };
 

@@ -101,12 +101,35 @@ VectorCall<R> c_loop(const Function& f, void* symbol) {
   return nullptr;
 }
 
+// What the C library lacks of the normal distribution and of the inverses of the error function, by GSL's functions.
+template <class R>
+VectorCall<R> gsl_loop(const Function& f) {
+  using Call = double (*)(double);
+  const auto symbol = [](const char* name) {
+    return reinterpret_cast<Call>(find_symbol("libgsl.so.27", name));
+  };
+  const Call distribution = symbol("gsl_cdf_ugaussian_P"), lower = symbol("gsl_cdf_ugaussian_Pinv"),
+             upper = symbol("gsl_cdf_ugaussian_Qinv");
+  if (!distribution || !lower || !upper) return nullptr;
+  const auto loop = [](auto function) -> VectorCall<R> {
+    return [function](int n, const Operands<R>& o) {
+      for_each<1>(n, [&](int i) { o.out[0][i] = static_cast<R>(function(double{o.in[0][i]})); });
+    };
+  };
+  constexpr double root_half = 0.70710678118654752;
+  if (f.name == "CdfNorm") return loop(distribution);
+  if (f.name == "CdfNormInv") return loop(lower);
+  if (f.name == "ErfInv") return loop([=](double x) { return root_half * lower(0.5 * x + 0.5); });
+  if (f.name == "ErfcInv") return loop([=](double x) { return root_half * upper(0.5 * x); });
+  return nullptr;
+}
+
 template <class R>
 VectorCall<R> plain_loop(const Function& f) {
   if (const VectorCall<R> loop = compiled_loop<R>(f)) return loop;
   const std::string name = (f.complex() ? "c" : "") + std::string(f.descriptor->c_name) + Traits<R>::c_suffix;
   void* const symbol = find_symbol("libm.so.6", name);
-  if (!symbol) return nullptr;
+  if (!symbol) return gsl_loop<R>(f);
   return f.complex() ? c_loop<R, typename Traits<R>::Complex>(f, symbol) : c_loop<R, R>(f, symbol);
 }
 

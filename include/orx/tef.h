@@ -143,6 +143,36 @@
  *   UnpackI     s, d, c, z (n, a, y, stride)  y[i * stride] = a[i]
  *   UnpackM     s, d, c, z (n, a, y, selection)  y[i] = the next element of a where mask[i] is not 0
  *   UnpackV     s, d, c, z (n, a, y, selection)  y[index[i]] = a[i]
+ *   CdfNorm     s, d   (n, a, r)  the normal distribution of unit variance, erfc(-x/sqrt(2))/2
+ *                       underflow (4): x < -37.7403; singles: the result is 0 or denormal
+ *                       method: series about a grid of 2^-7, distribution and density there from a table
+ *   CdfNormInv  s, d   (n, a, r)  y with CdfNorm y = x, 0 <= x <= 1
+ *                       domain error (1): x < 0, x > 1
+ *                       singularity (2): x = 0, x = 1
+ *                       method: as ErfcInv, of 2 x
+ *   Erf         s, d   (n, a, r)  the error function, 2/sqrt(pi) times the integral of e^(-v^2) from 0 to x
+ *                       method: Taylor series about a grid of 2^-7, erf and its derivative there from a table
+ *   Erfc        s, d   (n, a, r)  the complementary error function, 1 - Erf x
+ *                       underflow (4): x > 26.6994; singles: the result is 0 or denormal
+ *                       method: series about a grid of 2^-7, erfc and its derivative there from a table
+ *   ErfcInv     s, d   (n, a, r)  y with erfc y = x, 0 <= x <= 2
+ *                       domain error (1): x < 0, x > 2
+ *                       singularity (2): x = 0, x = 2
+ *                       method: as ErfInv; below 2^-54 polynomials in rows by ln x
+ *   ErfInv      s, d   (n, a, r)  y with erf y = x, |x| <= 1
+ *                       domain error (1): |x| > 1, infinities
+ *                       singularity (2): |x| = 1
+ *                       method: polynomials in rows by the leading bits of |x| and 1 - |x|
+ *   LGamma      s, d   (n, a, r)  ln |gamma x|
+ *                       singularity (2): x is 0 or a negative integer
+ *                       overflow (3): x is too large
+ *                       method: polynomials in rows of 1/8, Stirling's series from 8 on, reflection (DLMF 5.5, 5.11)
+ *   TGamma      s, d   (n, a, r)  gamma x, all numbers but negative integers
+ *                       domain error (1): x is a negative integer or -infinity
+ *                       singularity (2): x = 0
+ *                       overflow (3): the result is too large
+ *                       underflow (4): the result is 0 or denormal
+ *                       method: polynomials in rows of 1/8, Stirling's series from 8 on, reflection (DLMF 5.5, 5.11)
  */
 /* end functions */
 #ifndef ORX_TEF_H
@@ -176,6 +206,11 @@ extern "C" {
   ORX_TEF_FORWARDERS_##t(Fn)
 #include "orx/tef_functions.def"
 #undef ORX_FUNCTION
+
+/* The far tails behind ErfcInv and CdfNormInv, two numbers at a time: r[i] = erfc^-1(y[i]), and the same times sqrt(2), for
+ * y from the least denormal to 2^-47, to 1 ulp. Nothing is checked or reported; the control word is the caller's. */
+void dErfcInv_Tail(const double* y, double* r);
+void dCdfNormInv_Tail(const double* y, double* r);
 
 #ifdef __cplusplus
 }

@@ -49,6 +49,11 @@ grep -q '</svg>' robust.svg || fail "the picture of distances is not whole"
 expect '1960  316\.7[0-9]  316\.75'
 expect 'mean flow until 1898 1(09|10)[0-9], from 1899 on 8[45][0-9];'
 grep -q '</svg>' data_fitting.svg || fail "the picture is not whole"
+# R: cor(qnorm(ppoints(100)), sort(Nile)) and ks.test; the textbook's 7.1 hours, with more digits of erf than its table has.
+expect 'Nile, flow of a year +100 +919\.350 +169\.228 +0\.9863 +0\.0960'
+expect 'Old Faithful, eruptions +272 +3\.488 +1\.141 +0\.9209 +0\.1813'
+expect '0\.80 % at 0\.5 mm after 253[67][0-9] s = 7\.05 hours'
+grep -q '</svg>' normal_plot.svg || fail "the picture of normal-plot is not whole"
 # A million points: one over the root of the number, and one over the number.
 expect '^ +1048576 +[2-9]\.[0-9]e-04 +[0-9]\.[0-9]e-0[67] '
 expect 'points\^-0\.[45][0-9] \(pseudo\), points\^-(0\.9|1\.0)[0-9] \(Sobol\)'

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string_view>
 #include <utility>
 
@@ -27,13 +28,17 @@ using mpc_ptr = mpfr_t*;
 using mpc_srcptr = const mpfr_t*;
 constexpr int kNearest = 0;  // MPC_RNDNN
 
-// Steps of Newton's method from a start that is not far off: each doubles the digits.
+// Steps of Newton's method from a start that is not far off: each doubles the digits, and the one after a change in the
+// last half of them would change nothing.
 template <class Step>
 void newton(mpfr_ptr r, Step step) {
   Local change(r);
   for (int i = 0; i < 10; ++i) {
     step(change);
     mpfr_sub(r, r, change, MPFR_RNDN);
+    if (mpfr_zero_p(change)) return;
+    const long small = static_cast<long>(mpfr_get_prec(r)) * 5 / 8;
+    if (mpfr_get_exp(change) < mpfr_get_exp(r) - small) return;
   }
 }
 
@@ -51,7 +56,14 @@ void gauss(mpfr_ptr r, mpfr_srcptr x) {
 
 // erf(r) = y for |y| <= 1/2.
 void inverse_erf_small(mpfr_ptr r, mpfr_srcptr y) {
-  mpfr_mul_d(r, y, 0.9, MPFR_RNDN);
+  // The digits of doubles first, where a step is cheap.
+  const double goal = mpfr_get_d(y, MPFR_RNDN);
+  double start = 0.9 * goal;
+  for (int i = 0; i < 5; ++i) start -= (std::erf(start) - goal) * 0.886226925452758 * std::exp(start * start);
+  if (std::fabs(start) > 1e-290)
+    mpfr_set_d(r, start, MPFR_RNDN);
+  else
+    mpfr_mul_d(r, y, 0.886226925452758, MPFR_RNDN);
   newton(r, [&](mpfr_ptr change) {
     Local slope(r);
     gauss(slope, r);
@@ -66,8 +78,13 @@ void inverse_erf_small(mpfr_ptr r, mpfr_srcptr y) {
 void inverse_erfc_small(mpfr_ptr r, mpfr_srcptr y) {
   Local goal(r);
   mpfr_log(goal, y, MPFR_RNDN);
-  mpfr_neg(r, goal, MPFR_RNDN);  // x^2 is somewhat below -ln y
-  mpfr_sqrt(r, r, MPFR_RNDN);
+  const double log = mpfr_get_d(goal, MPFR_RNDN);
+  double start = std::sqrt(-log);  // x^2 is somewhat below -ln y
+  for (int i = 0; i < 6 && start < 26; ++i) {
+    const double value = std::erfc(start);
+    start += (std::log(value) - log) * value * 0.886226925452758 * std::exp(start * start);
+  }
+  mpfr_set_d(r, start, MPFR_RNDN);
   newton(r, [&](mpfr_ptr change) {
     Local slope(r), value(r);
     mpfr_erfc(value, r, MPFR_RNDN);
@@ -128,6 +145,11 @@ void cdfnorm(mpfr_t* r, const mpfr_t* x) {
   mpfr_div_2ui(r[0], r[0], 1, MPFR_RNDN);
 }
 
+void lgamma(mpfr_t* r, const mpfr_t* x) {
+  int sign;
+  mpfr_lgamma(r[0], &sign, x[0], MPFR_RNDN);
+}
+
 void inv(mpfr_t* r, const mpfr_t* x) { mpfr_ui_div(r[0], 1, x[0], MPFR_RNDN); }
 
 void inv_cbrt(mpfr_t* r, const mpfr_t* x) {
@@ -167,10 +189,19 @@ void mul_by_conj(mpfr_t* r, const mpfr_t* x) {
 }
 
 const std::pair<std::string_view, void (*)(mpfr_t*, const mpfr_t*)> kFormulas[] = {
-    {"cdfnorm", cdfnorm},         {"cdfnorminv", cdfnorminv}, {"cis", cis},
-    {"erfcinv", erfcinv},         {"erfinv", erfinv},         {"inv", inv},
-    {"inv_cbrt", inv_cbrt},       {"inv_sqrt", inv_sqrt},     {"linear_fraction", linear_fraction},
-    {"mul_by_conj", mul_by_conj}, {"pow2o3", pow2o3},         {"pow3o2", pow3o2},
+    {"cdfnorm", cdfnorm},
+    {"cdfnorminv", cdfnorminv},
+    {"cis", cis},
+    {"erfcinv", erfcinv},
+    {"erfinv", erfinv},
+    {"inv", inv},
+    {"inv_cbrt", inv_cbrt},
+    {"inv_sqrt", inv_sqrt},
+    {"lgamma", lgamma},
+    {"linear_fraction", linear_fraction},
+    {"mul_by_conj", mul_by_conj},
+    {"pow2o3", pow2o3},
+    {"pow3o2", pow3o2},
 };
 
 template <class F>

@@ -1,0 +1,38 @@
+#include "functions/descriptor.hpp"
+
+using namespace orx::descriptor;
+
+static const Entry kEntry{{
+    .name = "CdfNormInv",
+    .computes = "y with CdfNorm y = x",
+    .method = "as ErfcInv, of 2 x",
+    .c_name = "cdfnorminv",
+    .domain = "0 <= x <= 1",
+    .errors = {{StatusDomain, "x < 0, x > 1"}, {StatusSingularity, "x = 0, x = 1"}},
+    .specials = {{0.5, 0},
+                 {0, -kInf, StatusSingularity},
+                 {-0.0, -kInf, StatusSingularity},
+                 {1, kInf, StatusSingularity},
+                 {-kLeast, kNaN, StatusDomain},
+                 {1.5, kNaN, StatusDomain},
+                 {kLargest, kNaN, StatusDomain},
+                 {kInf, kNaN, StatusDomain},
+                 {-kInf, kNaN, StatusDomain},
+                 {kNaN, kNaN},
+                 {0.25, -0.674489750196081743},
+                 {0.75, 0.674489750196081743},
+                 {0.0009765625, -3.097269078},
+                 {kSmallest, kFinite}},
+    .strata = {around({0.25, 0.75, 0.5, 1, 0.125, 0x1p-55, 0x1p-47, 0x1p-60, 0x1p-101}),
+               multiples({1.0 / 256}, 0, 1), even(0, 1), even(0.46875, 0.53125), logarithmic(1e-4, 1)},
+    .s = {.bounds = {.la = 0.55, .ha = 0.55, .ep = 0.55},
+          .timed = {0, 1},
+          .specials = {{kLeast, -14.1214266}},
+          .strata = {logarithmic(1e-45, 1e-15)},
+          .approximate = kAllClasses},
+    .d = {.bounds = {.la = 1.6, .ha = 0.85},
+          .timed = {0, 1},
+          .specials = {{kLeast, -38.467405617144346}, {1e-300, -37.0471096}},
+          .strata = {logarithmic(5e-324, 1e-15)},
+          .approximate = kAllClasses},
+}};
