@@ -1,6 +1,6 @@
-// Quasi-random streams, in cache, beside GSL's generators. `cycles` counts the time-stamp counter, the least
+// Quasi-random streams, in cache, beside those of Boost.Random and GSL. `cycles` counts the time-stamp counter, the least
 // of all rounds, per number (for skip, creation and copying, per call); `ratio` is how many times faster than
-// GSL in the same run.
+// the peer in the same run.
 //
 //   bench_kob_quasi --write docs/performance.md    times doubles and writes the section "points"
 #include <benchmark/benchmark.h>
@@ -16,15 +16,14 @@
 
 #include "functions/sections.hpp"
 #include "orx/kob.h"
-#ifdef ORX_HAVE_GSL
-#include <gsl/gsl_qrng.h>
-#endif
+#include "quasi_peers.hpp"
 
 namespace {
 
+constexpr const char* kLibraries[] = {"Boost", "GSL"};
 constexpr int kBlock = 2000, kRounds = 20;  // numbers of a call, calls of a measurement
 
-std::map<std::string, double> peer;          // GSL's cycles, by name
+std::map<std::string, double> peer;          // cycles, by name and library
 std::vector<std::string> rows;               // of doubles, in order
 std::map<std::string, double> doubles_made;  // our cycles
 
@@ -98,33 +97,30 @@ void fill(const std::string& name, const char* type, uint32_t id, const std::vec
     const double ours = least / (kBlock * kRounds);
     state.counters["cycles"] = ours;
     if (sizeof(Element) == sizeof(double)) doubles_made[name] = ours;
-    if (peer.count(name)) state.counters["ratio"] = peer[name] / ours;
+    for (const char* library : kLibraries)
+      if (peer.count(name + library))
+        state.counters[std::string("ratio_") + library] = peer[name + library] / ours;
   });
 }
 
-#ifdef ORX_HAVE_GSL
-void judge(const std::string& name, const gsl_qrng_type* type, unsigned dimension) {
-  add(name + "GSL", [=](benchmark::State& state) {
-    gsl_qrng* q = gsl_qrng_alloc(type, dimension);
-    double* const r = output<double>();
-    const int points = kBlock / int(dimension);
-    peer[name] = cycles(state, double(points) * dimension * kRounds, [&] {
-      for (int k = 0; k < kRounds; ++k) {
-        for (int i = 0; i < points; ++i) gsl_qrng_get(q, r + i * int(dimension));
-        benchmark::DoNotOptimize(r);
-      }
+void race(const std::string& name, uint32_t id, unsigned dimension) {
+  for (const QuasiPeer& p : quasi_peers(id, dimension))
+    add(name + p.library, [=](benchmark::State& state) {
+      double* const r = output<double>();
+      const int points = kBlock / int(dimension);
+      peer[name + p.library] = cycles(state, double(points) * dimension * kRounds, [&] {
+        for (int k = 0; k < kRounds; ++k) {
+          p.fill(r, points);
+          benchmark::DoNotOptimize(r);
+        }
+      });
     });
-    gsl_qrng_free(q);
-  });
 }
-#endif
 
 void fills() {
   for (uint32_t dimension : {1, 2, 3, 8, 16, 40}) {
     const std::string name = "Sobol/" + std::to_string(dimension) + "/";
-#ifdef ORX_HAVE_GSL
-    judge(name, gsl_qrng_sobol, dimension);
-#endif
+    race(name, KOB_BRNG_SOBOL, dimension);
     fill<double>(name, "doubles", KOB_BRNG_SOBOL, {dimension});
     fill<float>(name, "singles", KOB_BRNG_SOBOL, {dimension});
     fill<uint32_t>(name, "words", KOB_BRNG_SOBOL, {dimension});
@@ -132,9 +128,7 @@ void fills() {
   fill<double>("Sobol/component 17 of 40/", "doubles", KOB_BRNG_SOBOL, {40}, 17);
   for (uint32_t dimension : {12, 100, 318}) {
     const std::string name = "Niederreiter/" + std::to_string(dimension) + "/";
-#ifdef ORX_HAVE_GSL
-    if (dimension <= 12) judge(name, gsl_qrng_niederreiter_2, dimension);
-#endif
+    race(name, KOB_BRNG_NIEDERR, dimension);
     fill<double>(name, "doubles", KOB_BRNG_NIEDERR, {dimension});
   }
   fill<double>("Niederreiter, own matrix/400/", "doubles", KOB_BRNG_NIEDERR, matrix_seed(400));
@@ -175,11 +169,16 @@ void calls() {
 
 std::string table() {
   std::ostringstream s;
-  s << std::fixed << std::setprecision(2) << "| sequence, dimension | cycles | GSL |\n|---|---|---|\n";
+  s << std::fixed << std::setprecision(2)
+    << "| sequence, dimension | cycles | Boost | GSL |\n|---|---|---|---|\n";
   for (const std::string& name : rows) {
     const double ours = doubles_made[name];
-    s << "| " << name.substr(0, name.size() - 1) << " | " << ours << " | ";
-    if (peer.count(name)) s << peer[name] << " (" << peer[name] / ours << "x)";
+    s << "| " << name.substr(0, name.size() - 1) << " | " << ours;
+    for (const char* library : kLibraries) {
+      s << " | ";
+      if (const auto theirs = peer.find(name + library); theirs != peer.end())
+        s << theirs->second << " (" << theirs->second / ours << "x)";
+    }
     s << " |\n";
   }
   return s.str();

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <functional>
 
-#include "kob/stream.hpp"
+#include "support/stream.hpp"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The law of every distribution on a grid of parameters: few numbers and fixed seeds; tools/kob/distributions has
 // the long form.
-#include "kob/stream.hpp"
 #include "laws.hpp"
+#include "support/stream.hpp"
 
 TEST(Laws, HoldForEveryBranch) {
   for (const Law& law : all_laws()) {

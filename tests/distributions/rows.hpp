@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "kob/stream.hpp"
+#include "support/stream.hpp"
 
 // Numbers of any type as doubles, which hold them all.
 using Draw = std::function<int(KobStream*, int n, double* r)>;

@@ -1,7 +1,7 @@
 // Uniform reals, integers and bits; Bernoulli and geometric.
 #include <cmath>
 
-#include "kob/models.hpp"
+#include "support/models.hpp"
 
 namespace {
 

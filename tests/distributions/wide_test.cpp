@@ -1,7 +1,7 @@
 // Doubles of 53 bits and integers without bias.
 #include <cmath>
 
-#include "kob/models.hpp"
+#include "support/models.hpp"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "image.hpp"
-#include "stream.hpp"
+#include "support/stream.hpp"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include "split_streams.hpp"
 #include "statistical_tests.hpp"
-#include "stream.hpp"
+#include "support/stream.hpp"
 
 namespace {
 

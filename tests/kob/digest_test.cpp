@@ -1,7 +1,7 @@
 // Digests of what every generator gives first, over all sub-generators and all dimensions: one wrong bit in a
 // row of a parameter table, or in a direction number, changes one. The tables themselves are judged by the
 // programs in tools/kob and by the other tests of this directory; here nothing may change unnoticed.
-#include "models.hpp"
+#include "support/models.hpp"
 
 namespace {
 

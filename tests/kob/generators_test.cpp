@@ -3,7 +3,7 @@
 #include <numeric>
 
 #include "image.hpp"
-#include "models.hpp"
+#include "support/models.hpp"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <csignal>
 
 #include "image.hpp"
-#include "stream.hpp"
+#include "support/stream.hpp"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "image.hpp"
-#include "models.hpp"
+#include "support/models.hpp"
 #ifdef ORX_HAVE_GSL
 #include <gsl/gsl_qrng.h>
 #endif

@@ -4,7 +4,7 @@
 #include <cfenv>
 #include <cstring>
 
-#include "models.hpp"
+#include "support/models.hpp"
 
 namespace {
 

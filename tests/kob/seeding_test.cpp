@@ -1,7 +1,7 @@
 // What pseudo generators make of their seeds, published sequences, and the modular powers behind the jumps.
 #include <cmath>
 
-#include "models.hpp"
+#include "support/models.hpp"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <functional>
 #include <thread>
 
-#include "stream.hpp"
+#include "support/stream.hpp"
 
 namespace {
 

@@ -5,7 +5,7 @@
 //   cmake --build build/fuzz --target fuzz_load_stream
 //   mkdir corpus
 //   build/fuzz/tests/fuzz_load_stream -max_total_time=300 -max_len=60000 corpus
-#include "../image.hpp"
+#include "kob/image.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static TemporaryFile file;

@@ -8,7 +8,7 @@
 #include <random>
 #include <string>
 
-#include "stream.hpp"
+#include "support/stream.hpp"
 
 struct Model {
   virtual ~Model() = default;
