@@ -4,6 +4,7 @@
 #include <string>
 
 void vector_math(const std::string& data_directory);
+void powers(const std::string& data_directory);
 void accuracy(const std::string& data_directory);
 void globe(const std::string& data_directory);
 void monte_carlo(const std::string& data_directory);

@@ -29,15 +29,35 @@ inline void exp(int n, const float* a, float* r) { unary("vsExp", orx_tef_kernel
 inline void ln(int n, const double* a, double* r) { unary("vdLn", orx_tef_kernel_dLn_ttab, n, a, r); }
 inline void ln(int n, const float* a, float* r) { unary("vsLn", orx_tef_kernel_sLn_ttab, n, a, r); }
 
-inline std::vector<double> exp(const std::vector<double>& x) {
+// Of whole vectors, about which there is nothing to report.
+using Unary = void (*const[3])(int, const double*, double*);
+inline std::vector<double> unary(const char* name, Unary ttab, const std::vector<double>& x) {
   std::vector<double> y(x.size());
-  exp(int(x.size()), x.data(), y.data());
+  unary(name, ttab, int(x.size()), x.data(), y.data());
   return y;
 }
+inline std::vector<double> exp(const std::vector<double>& x) {
+  return unary("vdExp", orx_tef_kernel_dExp_ttab, x);
+}
 inline std::vector<double> ln(const std::vector<double>& x) {
-  std::vector<double> y(x.size());
-  ln(int(x.size()), x.data(), y.data());
-  return y;
+  return unary("vdLn", orx_tef_kernel_dLn_ttab, x);
+}
+inline std::vector<double> cbrt(const std::vector<double>& x) {
+  return unary("vdCbrt", orx_tef_kernel_dCbrt_ttab, x);
+}
+inline std::vector<double> pow2o3(const std::vector<double>& x) {
+  return unary("vdPow2o3", orx_tef_kernel_dPow2o3_ttab, x);
+}
+// x[i]^y[i], the vectors of one length, and x[i]^y, in high accuracy.
+inline std::vector<double> pow(const std::vector<double>& x, const std::vector<double>& y) {
+  std::vector<double> r(x.size());
+  _tefdPow(int(x.size()), x.data(), y.data(), r.data());
+  return r;
+}
+inline std::vector<double> powx(const std::vector<double>& x, double y) {
+  std::vector<double> r(x.size());
+  _tefdPowx(int(x.size()), x.data(), y, r.data());
+  return r;
 }
 
 // Sets the thread's accuracy class, error mode or both, and puts the old ones back at the end.

@@ -15,6 +15,7 @@ struct Chapter {
 
 constexpr Chapter chapters[] = {
     {"vector-math", "Vector mathematics: exponentials and logarithms", vector_math},
+    {"powers", "Powers and roots: petals, populations, planets", powers},
     {"accuracy", "Accuracy classes: error in ulp and speed beside the C library", accuracy},
     {"globe", "Trigonometry: earthquakes on the globe, and the length of the day", globe},
     {"monte-carlo", "Random streams: pi and an option price by Monte Carlo", monte_carlo},

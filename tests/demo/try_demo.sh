@@ -30,6 +30,14 @@ expect 'London .* 16 h 38 m .* 7 h (49|50) m'
 expect 'Reykjavik .* 21 h 0[89] m .* 4 h 0[78] m'
 expect 'Longyearbyen .* 24 h 00 m .* 0 h 00 m'
 expect '^ +2 arc cosines of numbers beyond 1 or -1 were reported'
+# (39.8 / 3.93)^(1/80) = 1.02936, and 3.93 times its 180th power is 719.0.
+expect '1790 to 1870, 2\.94 % per year'
+expect '1970 +203\.20 +71[0-9]\.[0-9]+'
+# Neptune: 164.79^(2/3) = 30.06 of the Earth's distances; the Earth's pull reaches 1.5 million km, Jupiter's 53.
+expect 'Neptune +164\.79 +4515\.0 +449[0-9]\.[0-9] '
+expect 'Earth +1\.00 +149\.6 +149\.6 +\+0\.00 % +1\.50'
+expect 'Jupiter .* 53\.[0-9]+$'
+expect 'length / cm\)\^1\.[0-9]+, correlation of the logarithms 0\.9[0-9]+'
 # Pi to three deviations, and a simulation that was broken off.
 expect '^ +8000000 +3\.14(0|1|2)'
 expect 'resumed +8\.[0-9]+ +the same to the last bit'

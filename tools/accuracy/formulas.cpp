@@ -171,6 +171,7 @@ void pow2o3(mpfr_t* r, const mpfr_t* x) {
 void pow3o2(mpfr_t* r, const mpfr_t* x) {
   mpfr_pow_ui(r[0], x[0], 3, MPFR_RNDN);
   mpfr_sqrt(r[0], r[0], MPFR_RNDN);
+  if (mpfr_zero_p(r[0])) mpfr_abs(r[0], r[0], MPFR_RNDN);  // as powers that are not odd integers
 }
 
 void linear_fraction(mpfr_t* r, const mpfr_t* x) {

@@ -72,6 +72,11 @@ inline __m128i words_of(__m256d a) {
 }
 inline __m128i high_words(__m256d a) { return words_of<1>(a); }
 inline __m128i low_words(__m256d a) { return words_of<0>(a); }
+inline __m256d from_high_words(__m128i a) {
+  const __m128i zero = _mm_setzero_si128();
+  return _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_castsi128_pd(_mm_unpacklo_epi32(zero, a))),
+                              _mm_castsi128_pd(_mm_unpackhi_epi32(zero, a)), 1);
+}
 
 inline __m256i as_int(__m256 a) { return _mm256_castps_si256(a); }
 inline __m128 low_half(__m256 a) { return _mm256_castps256_ps128(a); }

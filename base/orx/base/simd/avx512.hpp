@@ -113,6 +113,9 @@ inline __m512 to_float(__m512i a) { return _mm512_cvtepi32_ps(a); }
 inline __m512i round_to_int(__m512 a) { return _mm512_cvtps_epi32(a); }
 inline __m512i truncate_to_int(__m512 a) { return _mm512_cvttps_epi32(a); }
 inline __m256i low_words(__m512d a) { return _mm512_cvtepi64_epi32(_mm512_castpd_si512(a)); }
+inline __m512d from_high_words(__m256i a) {
+  return _mm512_castsi512_pd(_mm512_slli_epi64(_mm512_cvtepu32_epi64(a), 32));
+}
 inline __m256i high_words(__m512d a) {
   return _mm512_cvtepi64_epi32(_mm512_srli_epi64(_mm512_castpd_si512(a), 32));
 }

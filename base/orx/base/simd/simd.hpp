@@ -13,14 +13,14 @@
 //                 copy_sign polynomial horner
 //   exact         two_sum fast_two_sum exact_product product_residue split
 //   approximate   approximate_reciprocal approximate_reciprocal_root integer_reciprocal
-//   bits          bit_and bit_or bit_xor bit_andnot bits reals as high_words low_words scale_from exponent_field
+//   bits          bit_and bit_or bit_xor bit_andnot bits reals as high_words low_words from_high_words scale_from exponent_field
 //                 real_of_bits
 //   comparisons   less at_most equal not_equal not_below not_at_most outside unordered; quiet for NaN
 //   masks         bit_and bit_or bit_andnot complement select keep spread_signs any movemask
 //   integers      + - * & | ^ shift_left shift_right equal greater any multiply_wide
 //   conversions   widen narrow to_doubles to_floats round_to_ints truncate_to_ints integer_bits
 //   groups        of four doubles, whatever the width, in lanes.hpp; of four words beside them in words.hpp
-//   tables        SpilledWords Indices gather gather_bits gather_pairs gather_rows select_of_4
+//   tables        SpilledWords Indices set_indices gather gather_bits gather_pairs gather_rows select_of_4
 #pragma once
 #include <cstdint>
 #include <cstring>
@@ -526,6 +526,11 @@ inline WordOfLanes<Vec<double, n>> low_words(Vec<double, n> x) {
   using I = WordOfLanes<Vec<double, n>>;
   return make<I>([&](int i) { return (typename I::V)native::low_words(x.v[i]); });
 }
+// Doubles with the high words given, their low words 0.
+template <class X, class E, int l, int n>
+inline X from_high_words(Integers<E, l, n> a) {
+  return make<X>([&](int i) { return native::from_high_words(native::whole(a.v[i])); });
+}
 // Singles and 32-bit integers: integer values in the bits of a Vec, or the Vec's values.
 template <int n>
 inline auto round_to_ints(Vec<float, n> x) {
@@ -634,6 +639,13 @@ struct Indices {
   alignas(kVectorBytes) int at[X::kLanes];
   int operator()(int lane) const { return at[lane]; }
 };
+// Of integers that were computed.
+template <class X>
+inline void set_indices(Indices<X>& index, WordOfLanes<X> a) {
+  for (int i = 0; i < X::kCount; ++i)
+    std::memcpy(index.at + X::kLanesEach * i, &a.v[i], X::kLanesEach * sizeof(int));
+  asm("" : "+m"(index.at));  // or the compiler would look through the stores
+}
 // The lanes of a Vec of doubles in memory in the same way, for indices taken from their low words.
 template <class X>
 struct SpilledWords {

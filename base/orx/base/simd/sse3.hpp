@@ -42,6 +42,9 @@ inline __m128i round_to_int(__m128d a) { return _mm_cvtpd_epi32(a); }
 inline __m128i truncate_to_int(__m128d a) { return _mm_cvttpd_epi32(a); }
 inline __m128i high_words(__m128d a) { return _mm_shuffle_epi32(_mm_castpd_si128(a), 0xDD); }
 inline __m128i low_words(__m128d a) { return _mm_shuffle_epi32(_mm_castpd_si128(a), 0x88); }
+inline __m128d from_high_words(__m128i a) {
+  return _mm_castsi128_pd(_mm_unpacklo_epi32(_mm_setzero_si128(), a));
+}
 
 inline __m128i as_int(__m128 a) { return _mm_castps_si128(a); }
 inline __m128 low_half(__m128 a) { return a; }

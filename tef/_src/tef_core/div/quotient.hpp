@@ -1,4 +1,4 @@
-// a/b by the processor's division, in all classes. What could take its place is no quicker on processors of today:
+// a/b by the processor's division, in all classes. What could take its place is hardly quicker on processors of today:
 // one division for the product of four vectors, from which multiplications make the four reciprocals, took 0.81
 // cycles for a reciprocal where the division took 0.86; in single precision the approximate reciprocal with one
 // correction took 0.31, the division 0.25 (an AMD EPYC with Zen 4 cores). And the results are exact, and do not depend

@@ -76,10 +76,6 @@ struct dExpHA : dExp {
 
 // LA. A finer table, |r| <= ln2/2048, and a shorter polynomial. The exponent comes in last: T p might underflow if T had
 // it already.
-alignas(64) constexpr double kPowers[1024] = {
-#include "exp/vdexp_la.inc"
-};
-
 struct {
   Row<double> inv_ln2 = 0x1.71547652b82fep+10 * kUp;  // 1024/ln 2
   Row<double> shifter = 0x1.80000000ffcp+52 * kUp;    // 1.5 * 2^52 + 1024 * 1023
@@ -99,24 +95,24 @@ struct dExpLA : dExp {
     const SpilledWords<X> n(N);
     const X r = subtract_product(subtract_product(x + kLeast, Nf, d.ln2_hi), Nf, d.ln2_lo);
     const X p = multiply_add(r * r, multiply_add(r, d.c3, d.c2), r);
-    const X T = gather<X>(kPowers, [&](int lane) { return n.low(lane) & 1023; });
+    const X T = gather<X>(kExpLaPowers, [&](int lane) { return n.low(lane) & 1023; });
     return multiply_add(T, p, T) * scale_from<10>(n.vector());
   }
 };
 
-// e^x = 2^k (hi + tail), for |x| below 750.
+// e^(x + rest) = 2^k (hi + tail), for |x| below 750; rest is small.
 struct ScaledExponential {
   int k;
   double hi, tail;
 };
 
-ScaledExponential reduce_and_evaluate(double x) {
+ScaledExponential reduce_and_evaluate(double x, double rest) {
   const double shifter = 0x1.8p+52;
   const double N = x * 0x1.71547652b82fep+6 + shifter;
   const double Nf = N - shifter;
   const int n = static_cast<int>(bit_cast<uint64_t>(N));
   const double* T = _tefdExpHATab[4 * (n & 63)];
-  const double r = (x - Nf * 0x1.62e42fefap-7) - Nf * 0x1.cf79abc9e3b3ap-46;
+  const double r = (x - Nf * 0x1.62e42fefap-7) + (rest - Nf * 0x1.cf79abc9e3b3ap-46);
   // e^r - 1, to 2^-70.2 of e^r
   const double c3 = 0x1.55555555548fdp-3, c4 = 0x1.5555555556592p-5, c5 = 0x1.111123a859c35p-7,
                c6 = 0x1.6c16ba65f287fp-10;
@@ -126,6 +122,7 @@ ScaledExponential reduce_and_evaluate(double x) {
 
 // A result that is denormal. It is formed 60 binary orders too high and rounded there to the grid on which it
 // will lie, with the tail still at hand; so it rounds once.
+constexpr double kDenormalBelow = -708.3964185322641;
 double denormal_result(const ScaledExponential& e) {
   const double up = power_of_two(e.k + 60);
   const double high = e.hi * up, low = e.tail * up;
@@ -140,8 +137,16 @@ double denormal_result(const ScaledExponential& e) {
 Vec<double, 1> vdexp_half(Vec<double, 1> x) { return dExpHA::scaled<1>(x); }
 
 double vdexp_moderate(double x) {
-  const ScaledExponential e = reduce_and_evaluate(x);
+  const ScaledExponential e = reduce_and_evaluate(x, 0);
   return (e.tail + e.hi) * power_of_two(e.k);
+}
+
+double vdexp_wide(double x, double rest) {
+  const ScaledExponential e = reduce_and_evaluate(x, rest);
+  if (x < kDenormalBelow) return denormal_result(e);
+  // 2^1024 does not fit in a scale factor: one order less, and twice.
+  const int doubled = e.k > 1023;
+  return (e.tail + e.hi) * power_of_two(e.k - doubled) * (1 + doubled);
 }
 
 int vdexp_cout_rare(const double* a, double* r) {
@@ -164,16 +169,10 @@ int vdexp_cout_rare(const double* a, double* r) {
     *r = raise_underflow<double>();
     return StatusUnderflow;
   }
-  const ScaledExponential e = reduce_and_evaluate(x);
-  if (x < -708.3964185322641) {
-    *r = denormal_result(e);
-    hidden(raise_underflow<double>());  // the last step of the result is exact
-    return StatusUnderflow;
-  }
-  // 2^1024 does not fit in a scale factor: one order less, and twice.
-  const int doubled = e.k > 1023;
-  *r = (e.tail + e.hi) * power_of_two(e.k - doubled) * (1 + doubled);
-  return StatusOk;
+  *r = vdexp_wide(x, 0);
+  if (x >= kDenormalBelow) return StatusOk;
+  hidden(raise_underflow<double>());  // the last step of the result is exact
+  return StatusUnderflow;
 }
 
 ORX_ISA_END

@@ -12,11 +12,19 @@ alignas(64) inline constexpr double _tefdExpHATab[256][2] = {
 #include "exp/vdexp_ha.inc"
 };
 
+// 2^(j/1024), j = 0 .. 1023, with a factor that makes up for the cubic polynomial of the LA kernel.
+alignas(64) inline constexpr double kExpLaPowers[1024] = {
+#include "exp/vdexp_la.inc"
+};
+
 // 2^k, k in the range of normal numbers.
 inline double power_of_two(int k) { return bit_cast<double>(static_cast<uint64_t>(k + 1023) << 52); }
 
 // e^x for |x| below 700, as accurate as the HA kernel.
 double vdexp_moderate(double x);
+
+// e^(x + rest) for x from -746 to 710, rounded once even where it is denormal, overflowing where it does; rest is small.
+double vdexp_wide(double x, double rest);
 
 // e^x / 2, as accurate as the HA kernel, for x from -700 up to where e^x overflows.
 Vec<double, 1> vdexp_half(Vec<double, 1> x);
