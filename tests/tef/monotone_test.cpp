@@ -46,12 +46,21 @@ void expect_rising(const Rising<T>& f) {
   }
 }
 
+// Between the angles of the table of Atan, on both sides of 1, and its ends.
+std::vector<double> angles_between() {
+  std::vector<double> all = {0, 1, 0x1p-120, 0x1p60};
+  for (int i = 1; i < 32; i += 2) all.insert(all.end(), {i / 32.0, 32.0 / i, -i / 32.0});
+  return all;
+}
+
 TEST(Monotone, Double) {
   const std::vector<Rising<double>> functions = {
       {"dTanh", _tefdTanh, -25, 25, {0, 0.0625, -0.0625, 4, 8, 16, 19.0616, 19.25, -19.25}},
       {"dSinh", _tefdSinh, -710, 710, {0, 0.0625, -0.0625, 707.69983, 709.0895657128241}},
       {"dAsinh", _tefdAsinh, -0x1p1000, 0x1p1000, {0, 0.015625, -0.015625, 0x1p27, 0x1p100, 0x1p500}},
       {"dAcosh", _tefdAcosh, 1, 0x1p1000, {1, 0x1.0008p+0, 0x1p27, 0x1p100, 0x1p500}},
+      {"dAsin", _tefdAsin, -1, 1, {0, 0x1p-60, 0.5, -0.5}},
+      {"dAtan", _tefdAtan, -0x1p100, 0x1p100, angles_between()},
       {"dAtanh", _tefdAtanh, -0x1.fffffffffffffp-1, 0x1.fffffffffffffp-1, {0, 0.015625, -0.015625, 0.5}},
   };
   for (const auto& f : functions) expect_rising(f);
@@ -63,6 +72,8 @@ TEST(Monotone, Single) {
       {"sSinh", _tefsSinh, -89.41f, 89.41f, {0, 89, 88.72283}},
       {"sAsinh", _tefsAsinh, -0x1p120, 0x1p120, {0, 0x1p-20, -0x1p-20, 0x1p60, 0x1p64}},
       {"sAcosh", _tefsAcosh, 1, 0x1p120, {1, 0x1p60, 0x1p64}},
+      {"sAsin", _tefsAsin, -1, 1, {0, 0x1p-40, 0.5, -0.5}},
+      {"sAtan", _tefsAtan, -0x1p100, 0x1p100, angles_between()},
       {"sAtanh", _tefsAtanh, -0x1.fffffep-1, 0x1.fffffep-1, {0, 0x1p-20, -0x1p-20, 0.5}},
   };
   for (const auto& f : functions) expect_rising(f);
