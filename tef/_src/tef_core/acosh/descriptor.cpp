@@ -5,9 +5,8 @@ using namespace orx::descriptor;
 static const Entry kEntry{{
     .name = "Acosh",
     .computes = "acosh x",
-    .method = "doubles: the logarithm of x + sqrt(x^2 - 1), by a short reciprocal, the logarithm's table and "
-              "a quotient "
-              "that does not cancel",
+    .method = "doubles: addition theorem at the middle of a cell of x - 1, 32 cells to a power of two; "
+              "singles: the logarithm of x + sqrt(x^2 - 1)",
     .c_name = "acosh",
     .domain = "x >= 1",
     .errors = {{StatusDomain, "x < 1"}},
@@ -24,8 +23,8 @@ static const Entry kEntry{{
           .timed = {1, 1000},
           .strata = {around({0x1p60, 0x1p63, 0x1p64})},
           .approximate = kHA},
-    .d = {.bounds = {.la = 2.4, .ha = 0.65},
+    .d = {.bounds = {.la = 1.9, .ha = 0.55},
           .timed = {1, 1000},
-          .strata = {around({0x1p100, 0x1p500, 0x1p511})},
+          .strata = {around({0x1p26, 0x1p27, 0x1p500, 0x1p511}), logarithmic(1e6, 1e9)},
           .approximate = kAllClasses},
 }};

@@ -1,86 +1,57 @@
-// asinh x, double: ln u, u = |x| + s, s = sqrt(x^2 + 1). With R near 1/u (short_reciprocal.hpp tells the plan) and
-// c = (1/R - R)/2, which is the sinh of ln(1/R),
+// asinh x, double, by cells (inverse_cells.hpp tells the plan). With s = sqrt(x^2 + 1) and S = sqrt(c^2 + 1)
 //
-//   d = |x| cosh ln(1/R) - s sinh ln(1/R) = (x^2 - c^2) / (|x| (1/R + R)/2 + s c),
-//
-// numerator and denominator multiplied by 4 R^2: (2 R |x|)^2 - (1 - R^2)^2 above.
-#include "_heap/real/short_reciprocal.hpp"
+//   d = |x| S - c s = (x^2 - c^2)/(|x| S + c s).
+#include "_heap/real/inverse_cells.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
 
 struct {
   Row<double> one = 1.0;
-  Row<double> small = 0x1p-6;    // below this R is 1, and d is |x|
-  Row<double> tiny = 0x1p-200;   // below this the cube would underflow
+  Row<double> small = 0x1p-6, below_small = 0x1.fffffffffffffp-7;
   Row<double> least = 0x1p-300;  // what magnitudes are raised to where squares would underflow and 0/0 appear
-  Row<double> rare_from = 0x1p100;  // there u is beyond the range of approximate reciprocals
-  Row<double> largest = DBL_MAX;
+  Row<double> tiny = 0x1p-200;   // below this the cube would underflow
 } constexpr vdasinh_data{};
 
-// R, and what does not need d in full accuracy.
-template <class X>
-struct AsinhReduced {
-  X size, raised, s;
-  ShortReciprocal<X> u;
-
-  explicit AsinhReduced(X x)
-      : size(magnitude(x)),
-        raised(max(size, vdasinh_data.least)),
-        s(square_root(multiply_add(raised, raised, vdasinh_data.one))),
-        u(approximate_reciprocal(size + s), less(size, vdasinh_data.small)) {}
-
-  X unless_tiny(X y) const { return keep(not_below(size, vdasinh_data.tiny), y); }
-
-  X d() const {
-    const X twice = u.R + u.R, R2 = u.R * u.R, C = vdasinh_data.one + R2, S = vdasinh_data.one - R2;
-    const X first = product_residue(size, twice, S);  // 2 R |x| - (1 - R^2), exact but for the last sum
-    const X x = twice * raised;
-    return first * ((x + S) / multiply_add(C, x, S * (twice * s)));
-  }
+// asinh c, sqrt(c^2 + 1), what asinh c lacks
+alignas(64) constexpr double kAsinhTable[2048][4] = {
+#include "asinh/vdasinh.inc"
 };
 
-// Infinities and NaN are x + x; for finite large arguments 1 does not matter under the root.
+template <bool ha, bool ep>
 struct dAsinh : Kernel<double(double)> {
   template <class X>
   static auto rare(X x) {
-    return not_below(magnitude(x), vdasinh_data.rare_from);
+    return not_at_most(magnitude(x), kInverseCells.usual_to);
   }
+  template <class X>
+  static X eval(X x) {
+    const auto& d = vdasinh_data;
+    const X size = magnitude(x), raised = max(size, d.least);
+    const X s = square_root(multiply_add(raised, raised, d.one));
+    const InverseCell<X> cell(size, d.small, d.below_small);
+    X T, S, T_lo{}, unused;
+    gather_pairs<1>(kAsinhTable[0], cell, T, S);
+    if constexpr (ha) gather_pairs<1>(kAsinhTable[0] + 2, cell, T_lo, unused);
+    const X ratio = (raised + cell.c) / multiply_add(raised, S, cell.c * s);
+    const X difference = (size - cell.c) * ratio;
+    const X rest = asinh_rest<ep>(keep(not_below(size, d.tiny), difference));
+    const X y = T + (difference + (ha ? T_lo + rest : rest));
+    return with_sign_and_underflow_of(y, x);
+  }
+  // Infinities and NaN are x + x.
   template <class X, class Left>
   static void finish(X x, Left& left) {
     const X size = magnitude(x);
-    left.finish(not_at_most(size, vdasinh_data.largest),
+    left.finish(not_at_most(size, kInverseCells.largest),
                 [&](X special) { return bit_and(special, x) + bit_and(special, x); });
-    left.finish(left.lanes, [&](X large) {
-      const X v = select(large, size, broadcast<X>(1));
-      return with_sign_of(LogHA<LnDescription>::log(v, exponent_field(v) + vdasinh_data.one), x);
-    });
+    left.finish(left.lanes, [&](X large) { return with_sign_of(log_of_twice(large, size), x); });
   }
 };
-struct dAsinhHA : dAsinh {
-  template <class X>
-  static X eval(X x) {
-    const AsinhReduced<X> f(x);
-    const X d = f.d(), q = f.unless_tiny(d);
-    return with_sign_and_underflow_of(f.u.log_ha(d, asinh_rest(q)), x);
-  }
-};
-struct dAsinhLA : dAsinh {
-  template <class X>
-  static X eval(X x) {
-    const AsinhReduced<X> f(x);
-    const X d = f.d(), q = f.unless_tiny(d);
-    return with_sign_and_underflow_of(f.u.log_la(d, asinh_rest(q)), x);
-  }
-};
-struct dAsinhEP : dAsinh {
-  template <class X>
-  static X eval(X x) {
-    const AsinhReduced<X> f(x);
-    const X d = f.d(), q = f.unless_tiny(d);
-    return with_sign_and_underflow_of(f.u.log_la(d, asinh_rest_ep(q)), x);
-  }
-};
+
+using dAsinhHA = dAsinh<true, false>;
+using dAsinhLA = dAsinh<false, false>;
+using dAsinhEP = dAsinh<false, true>;
 
 }  // namespace
 ORX_ISA_END

@@ -5,9 +5,8 @@ using namespace orx::descriptor;
 static const Entry kEntry{{
     .name = "Atanh",
     .computes = "atanh x",
-    .method = "doubles: half the logarithm of (1 + x)/(1 - x), by a short reciprocal, the logarithm's table "
-              "and a quotient "
-              "that does not cancel",
+    .method =
+        "half the logarithm of (1 + x)/(1 - x), by the logarithm's table and a quotient that does not cancel",
     .c_name = "atanh",
     .domain = "|x| <= 1",
     .errors = {{StatusDomain, "|x| > 1"}, {StatusSingularity, "|x| = 1"}},

@@ -1,9 +1,9 @@
-// atanh x, double: half of ln u, u = (1 + |x|)/(1 - |x|). With R near 1/u (short_reciprocal.hpp tells the plan) and
+// atanh x, double: half of ln u, u = (1 + |x|)/(1 - |x|). With R near 1/u and
 //
 //   e/2 = tanh(ln(u R)/2) = (R (1 + |x|) - (1 - |x|)) / (R (1 + |x|) + (1 - |x|))
 //
-// it is half of ln(1/R) + 2 atanh(e/2).
-#include "_heap/real/short_reciprocal.hpp"
+// it is half of ln(1/R) + 2 atanh(e/2). For small x R is made 1, e is 2 |x|, and the polynomial reaches that far.
+#include "atanh/short_reciprocal.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {

@@ -31,18 +31,18 @@ struct dCoshHA : dCosh<dCoshHA> {
   template <int orders, class X>
   static X scaled(X size) {
     const auto h = ExponentialHalves<X>::template with_rests<orders>(size, size);
-    const SmallHyperbolic<X> f(h.r, h.r, vdcosh_data.s);
+    const X r2 = h.r * h.r, c = cosh_rest(r2), s = h.r + (h.r * r2) * horner(r2, vdcosh_data.s);
     const X C = h.a + h.b, C_lo = (h.a - C) + h.b;
-    return C + (C_lo + (h.a * (f.c + f.s + h.a_rest) + h.b * (f.c - f.s + h.b_rest)));
+    return C + (C_lo + (h.a * (c + s + h.a_rest) + h.b * (c - s + h.b_rest)));
   }
 };
 struct dCoshLA : dCosh<dCoshLA> {
   template <int orders, class X>
   static X scaled(X size) {
     const auto h = ExponentialHalves<X>::template without_rests<orders>(size, size);
-    const SmallHyperbolic<X> f(h.r, h.r, vdcosh_data.s);
+    const X r2 = h.r * h.r, c = cosh_rest(r2), s = h.r + (h.r * r2) * horner(r2, vdcosh_data.s);
     const X C = h.a + h.b, S = h.a - h.b;
-    return C + (C * f.c + S * f.s);
+    return C + (C * c + S * s);
   }
 };
 struct dCoshEP : dCosh<dCoshEP> {

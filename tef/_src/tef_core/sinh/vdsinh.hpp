@@ -27,9 +27,8 @@ struct dSinhData {
   Row<uint64_t> exponent = 0x7FF0000000000000;
   // (cosh r - 1 - r^2/2) / r^4, |r| <= ln2/256, to 2^-63.9 of cosh r
   Row<double> half = 0.5, c4 = 0x1.55555a3890e07p-5;
-  // Magnitudes from here on (707.6998), infinities and NaN are rare; finite results end at finite_to.
-  Row<double> rare_from = 0x1.61d99p+9, finite_to = 0x1.633ce8fb9f87dp+9, largest = DBL_MAX;
-  Row<double> large = 0x1p-180;  // takes r away where it is tiny and its square would underflow
+  // Magnitudes above this (707.6998), infinities and NaN are rare; finite results end at finite_to.
+  Row<double> rare_above = 0x1.61d99p+9, finite_to = 0x1.633ce8fb9f87dp+9, largest = DBL_MAX;
 };
 inline constexpr dSinhData vdsinh_data{};
 
@@ -84,13 +83,24 @@ inline int vdsinh_cout_rare(const double* a, double* r) {
   return StatusOverflow;
 }
 
+// Lanes of magnitudes above a limit, NaN among them: their signs tell. Where integers are as wide as reals they do it, as
+// the comparison of reals has to step around NaN there.
+constexpr bool kWideIntegers = kIntegerBytes == kVectorBytes;
+template <class X>
+inline auto above(X size, const Row<double>& limit) {
+  if constexpr (kWideIntegers)
+    return reals<X>(bits(constant<X>(limit)) - bits(size));
+  else
+    return not_at_most(size, limit);
+}
+
 // What both functions do about rare lanes. F::scaled<orders> is the function of |x| times 2^-orders, F::signed_as
 // makes it that of x.
 template <class F>
 struct dSinhKernel : Kernel<double(double)> {
   template <class X>
   static auto rare(X x) {
-    return not_below(magnitude(x), vdsinh_data.rare_from);
+    return above(magnitude(x), vdsinh_data.rare_above);
   }
   template <class X>
   static X eval(X x) {
@@ -115,39 +125,32 @@ struct dSinhKernel : Kernel<double(double)> {
 struct dSinhHAData {
   // Below this n is 0. (sinh r - r) / r^3 for |r| up to it, to 2^-57.2 of sinh r
   Row<double> small = 0.0625;
+  Row<double> large = 0x1p-180;  // takes r away where it is tiny and its square would underflow
   Row<double> s[3] = {0x1.5555555555993p-3, 0x1.111110f753fcep-7, 0x1.a0251b7f82067p-13};
 };
 inline constexpr dSinhHAData vdsinh_ha_data{};
 struct dSinhLAData {
   // Without the rests of a and b, a - b is good enough only from here on. The same to 2^-55.4 of sinh r
-  Row<double> small = 0.5;
+  Row<double> small = 0.5, one = 1.0;
+  Row<double> least = 0x1p-300;  // added to r, so that its square does not underflow
   Row<double> s[5] = {0x1.55555555555dfp-3, 0x1.11111110f26b1p-7, 0x1.a01a022dadf7ep-13,
                       0x1.71dd1d39bf43ep-19, 0x1.b06d138d85428p-26};
 };
 inline constexpr dSinhLAData vdsinh_la_data{};
 
-// cosh r - 1 and sinh r; q is r, or 0 where r is so small that its square would underflow.
+// cosh r - 1, of |r| up to ln2/256, from the square of r.
 template <class X>
-struct SmallHyperbolic {
-  X c, s;
-
-  template <int terms>
-  SmallHyperbolic(X r, X q, const Row<double> (&coefficients)[terms]) {
-    const auto& d = vdsinh_data;
-    const X r2 = q * q;
-    s = r + (q * r2) * polynomial(r2, r2 * r2, coefficients);
-    c = r2 * multiply_add(r2, d.c4, d.half);
-  }
-};
-template <class X, int terms>
-inline SmallHyperbolic<X> around_0(X r, const Row<double> (&coefficients)[terms]) {
-  const auto& d = vdsinh_data;
-  return {r, (r + d.large) - d.large, coefficients};
+inline X cosh_rest(X r2) {
+  return r2 * multiply_add(r2, vdsinh_data.c4, vdsinh_data.half);
 }
 // The magnitude, but 0 where it is small.
 template <class X>
 inline X unless_small(X size, const Row<double>& small) {
-  return keep(not_below(size, small), size);
+  const auto mask = above(size, small);
+  if constexpr (kWideIntegers)
+    return keep(spread_signs(mask), size);
+  else
+    return keep(mask, size);
 }
 
 struct dSinhHA : dSinhKernel<dSinhHA> {
@@ -155,10 +158,11 @@ struct dSinhHA : dSinhKernel<dSinhHA> {
   static X scaled(X size) {
     const auto& d = vdsinh_ha_data;
     const auto h = ExponentialHalves<X>::template with_rests<orders>(size, unless_small(size, d.small));
-    const auto f = around_0(h.r, d.s);
+    const X q = (h.r + d.large) - d.large, r2 = q * q;
+    const X c = cosh_rest(r2), s = h.r + (q * r2) * horner(r2, d.s);
     const X C = h.a + h.b, S = h.a - h.b, S_lo = (h.a - S) - h.b;
     const X rest = h.a * h.a_rest - h.b * h.b_rest;
-    return S + (S_lo + (rest + (S * f.c + C * f.s)));
+    return S + (S_lo + (rest + (S * c + C * s)));
   }
   template <class X>
   static X signed_as(X y, X x) {
@@ -171,9 +175,10 @@ struct dSinhLA : dSinhKernel<dSinhLA> {
   static X scaled(X size) {
     const auto& d = vdsinh_la_data;
     const auto h = ExponentialHalves<X>::template without_rests<orders>(size, unless_small(size, d.small));
-    const auto f = around_0(h.r, d.s);
+    const X q = h.r + d.least, r2 = q * q;
+    const X c = cosh_rest(r2), s = h.r * multiply_add(r2, horner(r2, d.s), d.one);
     const X C = h.a + h.b, S = h.a - h.b;
-    return S + (S * f.c + C * f.s);
+    return S + (S * c + C * s);
   }
   template <class X>
   static X signed_as(X y, X x) {

@@ -5,7 +5,8 @@ using namespace orx::descriptor;
 static const Entry kEntry{{
     .name = "Tanh",
     .computes = "tanh x",
-    .method = "doubles: addition theorem at the middle of a cell, 64 cells to a power of two",
+    .method = "doubles: addition theorem at the beginning of a cell, 64 cells to a power of two; singles: "
+              "(e^2x - 1)/(e^2x + 1)",
     .c_name = "tanh",
     .specials =
         {{0, 0}, {-0.0, -0.0}, {-kInf, -1}, {kInf, 1}, {kNaN, kNaN}, {kLeast, kLeast}, {-kLargest, -1}},

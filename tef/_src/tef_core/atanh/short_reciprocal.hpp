@@ -1,12 +1,5 @@
-// What the inverse hyperbolic functions of double precision share.
-//
-// Each is ln u of a u of its own, not below 1. With R near 1/u, of ten bits, it is
-//
-//   ln(1/R) + asinh d,   d = sinh(ln(u R)) = (u R - 1/(u R)) / 2,
-//
-// or the same with another odd function of u R. The first term comes from the logarithm's table. The second is a small
-// part of the sum, and its formulas do not cancel, so that u is never needed in more than a double. Where the argument
-// is small R is made 1: then ln(1/R) is 0, d is exact, and the polynomial, which reaches that far, is the result.
+// ln u by a short number R near 1/u: ln(1/R) comes from the logarithm's table, and what is left, ln(u R), from a formula that
+// does not cancel. Where u is near 1 R is made 1, so that nothing is left but the formula.
 #pragma once
 #include "ln/vdln.hpp"
 
@@ -46,22 +39,5 @@ class ShortReciprocal {
 
   SpilledWords<X> words_;
 };
-
-// asinh d = d + rest; the rest from d, or from 0 where d is so small that its square would underflow. |d| <= 1/64:
-// to 2^-59.8 of asinh d, and to 2^-30.2 of asinh d
-struct AsinhRestData {
-  Row<double> c[3] = {-0x1.55555555549ecp-3, 0x1.333332a8af95dp-4, -0x1.6d98fc1fe5445p-5};
-  Row<double> ep = -0x1.554d61a777aacp-3;
-};
-inline constexpr AsinhRestData kAsinhRest{};
-template <class X>
-inline X asinh_rest(X d) {
-  const X d2 = d * d;
-  return (d * d2) * horner(d2, kAsinhRest.c);
-}
-template <class X>
-inline X asinh_rest_ep(X d) {
-  return (d * d * d) * kAsinhRest.ep;
-}
 
 ORX_ISA_END
