@@ -6,7 +6,7 @@ namespace {
 
 struct {
   Row<float> one = 1.0f;
-  Row<float> large = 0x1p-18f;  // takes r away where it is tiny and its cube would underflow
+  Row<float> least = 0x1p-50f;  // added to r, so that its square does not underflow
   // (sinh r - r) / r^3, |r| <= 1: to 2^-31.3 of sinh r, and to 2^-17 of sinh r
   Row<float> la[4] = {0x1.555556p-3f, 0x1.1110eap-7f, 0x1.a01c22p-13f, 0x1.76771ep-19f};
   Row<float> ep[2] = {0x1.552904p-3f, 0x1.1a270ep-7f};
@@ -30,20 +30,19 @@ struct sSinhHA : sSinhKernel<sSinhHA> {
 };
 template <bool ep>
 struct sSinhLow : sSinhKernel<sSinhHA> {
-  static constexpr int kTogether = 2;
   template <class X>
   static X eval(X x) {
     const auto& d = vssinh_single_data;
     const X size = magnitude(x);
     const SingleHalves<X> h(size, keep(not_below(size, d.one), size), ep);
-    const X q = (h.r + d.large) - d.large, r2 = q * q;
+    const X q = h.r + d.least, r2 = q * q;
     X c, s;
     if constexpr (ep) {
       c = r2 * horner(r2, vssinh_data.ep_c);
-      s = h.r + (q * r2) * horner(r2, d.ep);
+      s = h.r * multiply_add(r2, horner(r2, d.ep), d.one);
     } else {
       c = r2 * horner(r2, vssinh_data.c);
-      s = h.r + (q * r2) * polynomial(r2, r2 * r2, d.la);
+      s = h.r * multiply_add(r2, horner(r2, d.la), d.one);
     }
     return with_sign_and_underflow_of(h.S + (h.S * c + h.C * s), x);
   }
