@@ -1,12 +1,13 @@
 // asinh x, single. HA: ln(|x| + sqrt(x^2 + 1)) in double. LA and EP: ln(1 + z), z = |x| + x^2/(1 + sqrt(x^2 + 1)).
 #pragma once
+#include "_heap/real/magnitudes.hpp"
 #include "_heap/real/single_inverse.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
 struct sAsinhData {
-  Row<float> large = 0x1p-38f;      // takes x away where it is tiny and its square would underflow
-  Row<float> large_from = 0x1p60f;  // squares would overflow
+  Row<float> large = 0x1p-38f;         // takes x away where it is tiny and its square would underflow
+  Row<float> largest_usual = 0x1p60f;  // squares would overflow
   Row<float> largest = FLT_MAX;
 };
 inline constexpr sAsinhData vsasinh_data{};
@@ -28,14 +29,14 @@ inline X signed_as(X y, X x) {
 struct sAsinhHA : Kernel<float(float)> {
   template <class X>
   static auto rare(X x) {
-    return not_at_most(magnitude(x), vsasinh_data.largest);
+    return above(magnitude(x), vsasinh_data.largest);
   }
   template <class X>
   static X eval(X x) {
     const X size = magnitude(x);
     const auto wide = widen(size);
     const X y = narrow(wide_log(wide + square_root(wide * wide + kSingleInverse.one)));
-    return signed_as(select(less(size, kSingleInverse.tiny), size, y), x);
+    return signed_as(select(mask_above(size, kSingleInverse.tiny), y, size), x);
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {
@@ -47,7 +48,7 @@ template <bool ep>
 struct sAsinhLow : Kernel<float(float)> {
   template <class X>
   static auto rare(X x) {
-    return not_below(magnitude(x), vsasinh_data.large_from);
+    return above(magnitude(x), vsasinh_data.largest_usual);
   }
   template <class X>
   static X eval(X x) {

@@ -10,6 +10,7 @@
 #pragma once
 #include <cfloat>
 
+#include "_heap/real/magnitudes.hpp"
 #include "frame/exceptions.hpp"
 #include "frame/kernel.hpp"
 
@@ -83,17 +84,6 @@ inline int vdsinh_cout_rare(const double* a, double* r) {
   return StatusOverflow;
 }
 
-// Lanes of magnitudes above a limit, NaN among them: their signs tell. Where integers are as wide as reals they do it, as
-// the comparison of reals has to step around NaN there.
-constexpr bool kWideIntegers = kIntegerBytes == kVectorBytes;
-template <class X>
-inline auto above(X size, const Row<double>& limit) {
-  if constexpr (kWideIntegers)
-    return reals<X>(bits(constant<X>(limit)) - bits(size));
-  else
-    return not_at_most(size, limit);
-}
-
 // What both functions do about rare lanes. F::scaled<orders> is the function of |x| times 2^-orders, F::signed_as
 // makes it that of x.
 template <class F>
@@ -146,11 +136,7 @@ inline X cosh_rest(X r2) {
 // The magnitude, but 0 where it is small.
 template <class X>
 inline X unless_small(X size, const Row<double>& small) {
-  const auto mask = above(size, small);
-  if constexpr (kWideIntegers)
-    return keep(spread_signs(mask), size);
-  else
-    return keep(mask, size);
+  return keep(mask_above(size, small), size);
 }
 
 struct dSinhHA : dSinhKernel<dSinhHA> {
