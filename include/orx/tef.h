@@ -46,17 +46,17 @@
  *   Abs         s, d   (n, a, r)  |x|
  *   Acosh       s, d   (n, a, r)  acosh x, x >= 1
  *                       domain error (1): x < 1
- *                       method: doubles: the logarithm of x + sqrt(x^2 - 1), by a short reciprocal, the logarithm's
- *                       table and a quotient that does not cancel
+ *                       method: doubles: addition theorem at the middle of a cell of x - 1, 32 cells to a power of
+ *                       two; singles: the logarithm of x + sqrt(x^2 - 1)
  *   Add         s, d   (n, a, b, r)  a + b
  *   Asinh       s, d   (n, a, r)  asinh x
- *                       method: doubles: the logarithm of |x| + sqrt(x^2 + 1), by a short reciprocal, the logarithm's
- *                       table and a quotient that does not cancel
+ *                       method: doubles: addition theorem at the middle of a cell, 32 cells to a power of two;
+ *                       singles: the logarithm of |x| + sqrt(x^2 + 1)
  *   Atanh       s, d   (n, a, r)  atanh x, |x| <= 1
  *                       domain error (1): |x| > 1
  *                       singularity (2): |x| = 1
- *                       method: doubles: half the logarithm of (1 + x)/(1 - x), by a short reciprocal, the
- *                       logarithm's table and a quotient that does not cancel
+ *                       method: half the logarithm of (1 + x)/(1 - x), by the logarithm's table and a quotient that
+ *                       does not cancel
  *   Cosh        s, d   (n, a, r)  cosh x
  *                       overflow (3): result above the largest number
  *                       method: as Sinh
@@ -91,7 +91,8 @@
  *   Sqr         s, d   (n, a, r)  a^2
  *   Sub         s, d   (n, a, b, r)  a - b
  *   Tanh        s, d   (n, a, r)  tanh x
- *                       method: doubles: addition theorem at the middle of a cell, 64 cells to a power of two
+ *                       method: doubles: addition theorem at the beginning of a cell, 64 cells to a power of two;
+ *                       singles: (e^2x - 1)/(e^2x + 1)
  *   Cos         s, d   (n, a, r)  cos x, finite numbers
  *                       domain error (1): infinite x
  *   Sin         s, d   (n, a, r)  sin x, finite numbers
