@@ -1,31 +1,15 @@
-#include "functions/descriptor.hpp"
+#include "sin/descriptor.hpp"
 
 using namespace orx::descriptor;
 
-static constexpr double kPi = 0x1.921fb54442d18p+1;
-
-// The HA method adds the sine of the nearest table point, 0, to x.
-static constexpr Classes kLowerClasses = static_cast<Classes>(kLA | kEP);
-
-static const Entry kEntry{{
+static const Entry kEntry{of_sines({
     .name = "Sin",
     .computes = "sin x",
     .c_name = "sin",
-    .domain = "finite numbers",
-    .errors = {{StatusDomain, "infinite x"}},
     .specials = {{0, 0},
-                 {-0.0, -0.0, StatusOk, kLowerClasses},
+                 {-0.0, -0.0, StatusOk, kSinesWithSignsOfZero},
                  {kInf, kNaN, StatusDomain},
                  {-kInf, kNaN, StatusDomain},
                  {kNaN, kNaN}},
-    .strata = {multiples({kPi / 2, kPi, kPi / 256}, -65568, 65568), multiples({kPi / 2}, 0x1p16, 0x1p25),
-               around({kPi / 2, kPi / 4, kPi, 65568, 16777216, 10000, 0x1p30, 0x1p53})},
     .zero_signs_free = kHA,
-    .s = {.bounds = {.la = 2.5, .ha = 0.65}, .timed = {-1000, 1000}, .floor = {.ep = 1}},
-    .d = {.bounds = {.la = 2.5, .ha = 0.52},
-          .timed = {-1000, 1000},
-          .strata = {logarithmic(1, 0x1.fffffffffffffp1023),
-                     hard({0x1.6ac5b262ca1ffp849, 0x1.6ac5b262ca1ffp848, 0x1p1000, 1e22,
-                           0x1.d12ed0af1a27fp+15})},
-          .floor = {.ep = 1}},
-}};
+})};

@@ -8,6 +8,7 @@
 // LA, EP: x = n pi + r, |r| <= pi/2, an odd polynomial, and the sign of n.
 #pragma once
 #include <cfloat>
+#include <limits>
 
 #include "_heap/real/turns.hpp"
 
@@ -136,29 +137,40 @@ inline auto chosen(Sine sine) {
 }
 
 // ---- the kernels
-// The scalar routine, for what is not finite; the status to report.
+// The scalar routine, for what is not finite; the status to report. x is looked at by its bits: quietly.
+template <class T>
+inline int sine_of_special(const T* a, T* r) {
+  const T x = hidden(*a);
+  const bool infinite = bit_cast<BitsOf<T>>(x) << 1 == ~BitsOf<T>{} << std::numeric_limits<T>::digits;
+  *r = infinite ? x * 0 : x * x;
+  return infinite ? StatusDomain : StatusOk;
+}
 int vdsin_cout_rare(const double* a, double* r);
+
+template <class T, Wanted wanted, int cout_rare(const T*, T*)>
+struct SinKernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<T>, T>(T)> {
+  static int rare_lane(const T* a, T* r) { return cout_rare(a, r); }
+  static int rare_lane(const T* a, T* r, T* r2) {
+    const int status = cout_rare(a, r);
+    *r2 = *r;
+    return status;
+  }
+};
 
 // HA subtracts multiples of pi/256 from what is small enough, LA and EP multiples of pi; the rest goes by the digits of
 // 1/(2 pi) in all classes.
 template <Wanted wanted>
-struct dSinKernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<double>, double>(double)> {
+struct dSinKernel : SinKernel<double, wanted, vdsin_cout_rare> {
   template <class X, class Left>
   static void finish(X x, Left& left) {
     left.finish(at_most(magnitude(x), kLargest), wanted_of<wanted>(reduce_by_digits(x)));
-  }
-  static int rare_lane(const double* a, double* r) { return vdsin_cout_rare(a, r); }
-  static int rare_lane(const double* a, double* r, double* r2) {
-    const int status = vdsin_cout_rare(a, r);
-    *r2 = *r;
-    return status;
   }
 
  private:
   static constexpr Row<double> kLargest = DBL_MAX;
 };
 template <Wanted wanted>
-struct dSinTable : dSinKernel<wanted> {
+struct dSinHA : dSinKernel<wanted> {
   template <class X>
   static auto rare(X x) {
     return not_below(magnitude(x), kFrom);
@@ -186,5 +198,15 @@ struct dSinPolynomial : dSinKernel<wanted> {
  private:
   static constexpr Row<double> kFrom = 0x1p+24;
 };
+template <Wanted wanted>
+using dSinLA = dSinPolynomial<wanted, false>;
+template <Wanted wanted>
+using dSinEP = dSinPolynomial<wanted, true>;
 
 ORX_ISA_END
+
+// The kernels of a function, in all classes: ORX_SINES(unary, d, Cos, Cosine).
+#define ORX_SINES(shape, t, Fn, what)                                              \
+  ORX_KERNEL_OF(shape, t, Fn, G9HAynn, orx::tef::t##SinHA<orx::tef::Wanted::what>) \
+  ORX_KERNEL_OF(shape, t, Fn, G9LAynn, orx::tef::t##SinLA<orx::tef::Wanted::what>) \
+  ORX_KERNEL_OF(shape, t, Fn, G9EPnnn, orx::tef::t##SinEP<orx::tef::Wanted::what>)

@@ -28,11 +28,10 @@ inline auto in_double(X x, F f) {
     return Two<X>{narrow(y.first), narrow(y.second)};
 }
 
-// The scalar routine, for what is not finite; the status to report.
 int vssin_cout_rare(const float* a, float* r);
 
 template <Wanted wanted>
-struct sSinKernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<float>, float>(float)> {
+struct sSinKernel : SinKernel<float, wanted, vssin_cout_rare> {
   template <class X>
   static auto rare(X x) {
     return not_below(magnitude(x), kFrom);
@@ -42,18 +41,12 @@ struct sSinKernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<float>
     left.finish(at_most(magnitude(x), kLargest),
                 in_double(x, [](auto wide) { return wanted_of<wanted>(reduce_by_digits(wide)); }));
   }
-  static int rare_lane(const float* a, float* r) { return vssin_cout_rare(a, r); }
-  static int rare_lane(const float* a, float* r, float* r2) {
-    const int status = vssin_cout_rare(a, r);
-    *r2 = *r;
-    return status;
-  }
 
  private:
   static constexpr Row<float> kFrom = 10000.0f, kLargest = FLT_MAX;
 };
 template <Wanted wanted>
-struct sSinDouble : sSinKernel<wanted> {
+struct sSinHA : sSinKernel<wanted> {
   template <class X>
   static auto eval(X x) {
     return in_double(x, [](auto wide) {
@@ -69,5 +62,9 @@ struct sSinPolynomial : sSinKernel<wanted> {
     return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, ep>(x, vssin_data); });
   }
 };
+template <Wanted wanted>
+using sSinLA = sSinPolynomial<wanted, false>;
+template <Wanted wanted>
+using sSinEP = sSinPolynomial<wanted, true>;
 
 ORX_ISA_END
