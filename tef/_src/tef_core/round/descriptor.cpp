@@ -5,7 +5,7 @@ using namespace orx::descriptor;
 static const Entry kEntry{{
     .name = "Round",
     .computes = "the nearest integer, of two the one farther from 0",
-    .method = "the nearest integer by the processor, ties corrected",
+    .method = "towards zero, after the largest number below a half is added",
     .c_name = "round",
     .specials = {{0.5, 1},
                  {-0.5, -1},

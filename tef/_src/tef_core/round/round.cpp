@@ -1,24 +1,23 @@
 // To nearest, ties away from zero.
+#include <limits>
+
 #include "frame/kernel.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
 
+// Towards zero, after the largest number below a half has been added: where x is so large that the sum is rounded, its
+// spacing is above that of the halves, and x is left or the next integer reached as it should be. Of integers, too, inexact may
+// be raised.
 template <class T>
 struct RoundTiesAway : Kernel<T(T)> {
-  static constexpr T kSafe = 1;  // a number with a fraction would raise inexact
-  // Ties that went down to the even neighbour go up after all. No difference is taken: of infinities it would be
-  // invalid, and of a denormal number and 0 denormal.
   template <class X>
   static X eval(X x) {
-    const X size = magnitude(x), even = round<kToNearest>(size);
-    const auto went_down = less(even, size);
-    const auto tie = equal(even + keep(went_down, constant<X>(kHalf)), size);
-    return with_sign_of(even + keep(bit_and(went_down, tie), constant<X>(kOne)), x);
+    return round<kToZero>(x + with_sign_of(constant<X>(kBelowHalf), x));
   }
 
  private:
-  static constexpr Row<T> kHalf = T(0.5), kOne = T(1);
+  static constexpr Row<T> kBelowHalf = T(0.5) - std::numeric_limits<T>::epsilon() / 4;
 };
 
 using sRoundHA = RoundTiesAway<float>;
