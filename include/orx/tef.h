@@ -135,7 +135,7 @@
  *   Rint        s, d   (n, a, r)  the nearest integer, of two the even one; inexact is raised
  *                       method: one instruction of the processor
  *   Round       s, d   (n, a, r)  the nearest integer, of two the one farther from 0
- *                       method: the nearest integer by the processor, ties corrected
+ *                       method: towards zero, after the largest number below a half is added
  *   Trunc       s, d   (n, a, r)  x without its fraction
  *                       method: one instruction of the processor
  *   PackI       s, d, c, z (n, a, stride, y)  y[i] = a[i * stride]
