@@ -140,7 +140,8 @@ template <class T>
 constexpr void (*_vSSComputeOGKMethod[2])(const Observations<T>& data, const T* z, T* y) = {
     _vSSComputeOGKMethodRow<T>, _vSSComputeOGKMethodCol<T>};
 
-// Each worker takes every so-manieth coordinate and sums its part of the squared distances.
+// Worker t takes the coordinates t, t + workers and so on, and sums its part of the squared distances: the same part
+// each time, so that results do not hang on timing.
 template <class T>
 void _vSSOGKMahThreader(int t, int, int, void* arguments) {
   const Ogk<T>& g = *static_cast<const Ogk<T>*>(arguments);
