@@ -21,10 +21,8 @@ struct Ogk {
   Block<T> matrices;                           // what follows
   T *reciprocals, *packed, *vectors, *lapack;  // of p, p(p + 1)/2, p p and (p + 6)p + 1 elements
   Block<int> lapack_integers;
-  T* first;  // the variable that correlations are had with, in units of its scale
 
-  Ogk(const SSTask* task, const ThreadingServices* services, T* room)
-      : data(task), threading(services), first(room) {
+  Ogk(const SSTask* task, const ThreadingServices* services) : data(task), threading(services) {
     // The vectors of all workers take some ten million bytes, unless one worker's take more.
     constexpr int64_t affordable = 1250000;
     const int64_t most = std::max<int64_t>(1, affordable / (3 * int64_t(data.n)));
@@ -64,23 +62,18 @@ void _vSSOGKThreader(int j, int t, int, void* arguments) {
 // The variances of sum and difference of two standardized variables differ by four times their correlation
 // (Gnanadesikan and Kettenring 1972).
 template <class T>
-struct Pairs {
-  const Ogk<T>* ogk;
-  int i;
-};
-
-template <class T>
-void _vSSOGKCorThreader(int k, int t, int, void* arguments) {
-  const Pairs<T>& pairs = *static_cast<const Pairs<T>*>(arguments);
-  const Ogk<T>& g = *pairs.ogk;
-  const int i = pairs.i, j = i + 1 + k, n = g.data.n, p = g.data.p;
-  const T* const x = g.data.variable(j);
+void _vSSOGKCorThreader(int pair, int t, int, void* arguments) {
+  const Ogk<T>& g = *static_cast<const Ogk<T>*>(arguments);
+  const int n = g.data.n, p = g.data.p;
+  int i = 0, j = pair + 1;
+  for (; j >= p; ++i) j -= p - 2 - i;
+  const T *const x = g.data.variable(i), *const z = g.data.variable(j);
   const intptr_t stride = g.data.stride();
   T* const y = g.area(t, 0);
   double variance[2];
   for (const int sign : {1, -1}) {
-    const T b = T(sign) * g.reciprocals[j];
-    for (int l = 0; l < n; ++l) y[l] = g.first[l] + b * x[l * stride];
+    const T a = g.reciprocals[i], b = T(sign) * g.reciprocals[j];
+    for (int l = 0; l < n; ++l) y[l] = a * x[l * stride] + b * z[l * stride];
     variance[sign < 0] = two_step(y, n, g.area(t, 1)).variance;
   }
   g.packed[intptr_t(i) * (2 * p - i - 1) / 2 + j] = T((variance[0] - variance[1]) * 0.25);
@@ -88,13 +81,9 @@ void _vSSOGKCorThreader(int k, int t, int, void* arguments) {
 
 template <class T>
 void correlate(Ogk<T>& g) {
-  const int p = g.data.p, n = g.data.n;
-  for (int i = 0; i < p; ++i) {
-    g.packed[intptr_t(i) * (2 * p - i - 1) / 2 + i] = 1;
-    for (int l = 0; l < n; ++l) g.first[l] = g.reciprocals[i] * g.data(i, l);
-    Pairs<T> pairs = {&g, i};
-    if (i < p - 1) g.threading->parallelFor(p - 1 - i, g.workers, &pairs, _vSSOGKCorThreader<T>);
-  }
+  const int p = g.data.p;
+  for (int i = 0; i < p; ++i) g.packed[intptr_t(i) * (2 * p - i - 1) / 2 + i] = 1;
+  if (p > 1) g.threading->parallelFor(p * (p - 1) / 2, g.workers, &g, _vSSOGKCorThreader<T>);
 }
 
 // Eigenvectors of the correlations, in columns, in units of the variables.
@@ -176,7 +165,7 @@ T* squared_distances(Ogk<T>& g) {
 // quantile 0.5.
 template <class T>
 int _vSSOGK(const SSTask* task, const ThreadingServices* threading, T* weights, T* mean, T* cov) {
-  Ogk<T> g(task, threading, weights);
+  Ogk<T> g(task, threading);
   if (!g.allocate()) return KOB_SS_ERROR_MEMORY;
   const int n = g.data.n, p = g.data.p;
   threading->parallelFor(p, g.workers, &g, _vSSOGKThreader<T>);
