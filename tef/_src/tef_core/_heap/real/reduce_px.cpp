@@ -109,8 +109,8 @@ void as_sum(const Wide<4>& t, int shift, bool negative, Real y[2]) {
 template <class Real>
 int reduce(Real x, Real y[2]) {
   // The largest number below pi/4, or next to it from above.
-  constexpr Real kEighth = static_cast<Real>(0xC.90FDAA22168C235p-4L);
-  if (!(x >= kEighth || x <= -kEighth) || x - x != 0) {
+  constexpr Real eighth = static_cast<Real>(0xC.90FDAA22168C235p-4L);
+  if (!(x >= eighth || x <= -eighth) || x - x != 0) {
     y[0] = x - x == 0 ? x : x - x;
     y[1] = 0 * y[0];
     return 0;
@@ -124,9 +124,9 @@ int reduce(Real x, Real y[2]) {
     ++quadrant;
     rest.negate();
   }
-  constexpr Wide<4> kQuarter = {{0x80DC1CD1, 0xC4C6628B, 0x2168C234, 0xC90FDAA2}};  // pi/2, 2^-127 the unit
+  constexpr Wide<4> quarter = {{0x80DC1CD1, 0xC4C6628B, 0x2168C234, 0xC90FDAA2}};  // pi/2, 2^-127 the unit
   const int shift = rest.leading_zeros();
-  as_sum(product(rest.from_bit<4>(shift), kQuarter).template from_bit<4>(0), shift, beyond != p.negative, y);
+  as_sum(product(rest.from_bit<4>(shift), quarter).template from_bit<4>(0), shift, beyond != p.negative, y);
   return (p.negative ? -quadrant : quadrant) & 3;
 }
 
