@@ -174,6 +174,36 @@
  *                       overflow (3): the result is too large
  *                       underflow (4): the result is 0 or denormal
  *                       method: polynomials in rows of 1/8, Stirling's series from 8 on, reflection (DLMF 5.5, 5.11)
+ *   Pow         s, d   (n, a, b, r)  x^y, x >= 0, or y an integer
+ *                       domain error (1): x < 0, y not an integer
+ *                       singularity (2): x = 0, y < 0
+ *                       overflow (3): result above the largest number
+ *                       underflow (4): result denormal or 0
+ *                       method: e^(y ln x), the logarithm as a sum of two doubles (after P. T. P. Tang, ACM TOMS 16,
+ *                       1990)
+ *   Powx        s, d   (n, a, b, r; b one value)  x^y for one y, x >= 0, or y an integer
+ *                       domain error (1): x < 0, y not an integer
+ *                       singularity (2): x = 0, y < 0
+ *                       overflow (3): result above the largest number
+ *                       underflow (4): result denormal or 0
+ *                       method: e^(y ln x), the logarithm as a sum of two doubles (after P. T. P. Tang, ACM TOMS 16,
+ *                       1990)
+ *   Cbrt        s, d   (n, a, r)  x^(1/3)
+ *                       method: a table of the power at 96 points, the binomial series for the rest (after P. T. P.
+ *                       Tang, ACM TOMS 16, 1990)
+ *   InvCbrt     s, d   (n, a, r)  x^(-1/3), x not 0
+ *                       singularity (2): x = 0
+ *                       method: a table of the power at 96 points, the binomial series for the rest (after P. T. P.
+ *                       Tang, ACM TOMS 16, 1990)
+ *   Pow2o3      s, d   (n, a, r)  x^(2/3)
+ *                       method: a table of the power at 96 points, the binomial series for the rest (after P. T. P.
+ *                       Tang, ACM TOMS 16, 1990)
+ *   Pow3o2      s, d   (n, a, r)  x^(3/2), x >= 0
+ *                       domain error (1): x < 0
+ *                       method: the processor's root; HA with its rounding error made good
+ *   Hypot       s, d   (n, a, b, r)  (x^2 + y^2)^(1/2)
+ *                       method: the processor's root; HA of a sum in two parts, with the root's rounding error made
+ *                       good
  */
 /* end functions */
 #ifndef ORX_TEF_H
