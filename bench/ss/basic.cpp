@@ -53,7 +53,8 @@ constexpr int all_moments = KOB_SS_MEAN | KOB_SS_RAW_MOMENT_2 | KOB_SS_RAW_MOMEN
                             KOB_SS_KURTOSIS | KOB_SS_SKEWNESS | KOB_SS_VARIATION;
 
 template <class T>
-void run(benchmark::State& state, int p, int n, int storage, int estimates, int method, bool threads) {
+void run(benchmark::State& state, int p, int n, int storage, int estimates, int method, bool threads,
+         bool weighted = false) {
   const DataSet<T>& d = data_set<T>(p, n, storage);
   std::vector<T> results(size_t(p) * 20 + size_t(p) * p);
   const int full = KOB_SS_FULL;
@@ -64,6 +65,9 @@ void run(benchmark::State& state, int p, int n, int storage, int estimates, int 
   edit(task, KOB_SS_ID_COVARIANCE, &results[size_t(p) * 20]);
   __kobiSSEditTask(task, KOB_SS_ID_COVARIANCE_STORAGE, &full);
   for (int j = 0; j < p; ++j) results[j] = T(3);
+  std::vector<T> weights(n);
+  for (int i = 0; i < n; ++i) weights[i] = T(1 + i % 3);
+  if (weighted) edit(task, KOB_SS_ID_WEIGHTS, weights.data());
   const ThreadingServices* table = threads ? orx_serv_threading() : orx_serv_threading_serial();
   bench::cycles(state, double(p) * n, [&] { basic(task, estimates, method, table, T()); });
   __kobSSDeleteTask(&task);
@@ -161,6 +165,11 @@ void register_all() {
         [=](auto& s) { run<double>(s, 10, n, storage, all_moments, KOB_SS_ONE_PASS, true); });
     add("moments/p10/" + where + "/fast_two_threads", 100,
         [=](auto& s) { run<double>(s, 10, n, storage, all_moments, KOB_SS_FAST, true); });
+    for (const auto& m : methods) {
+      const int bit = m.bit;
+      add("moments/p10/" + where + "/weights/" + m.name, 50,
+          [=](auto& s) { run<double>(s, 10, n, storage, all_moments, bit, false, true); });
+    }
     add("mean/p10/" + where + "/one_pass", 100,
         [=](auto& s) { run<double>(s, 10, n, storage, KOB_SS_MEAN, KOB_SS_ONE_PASS, false); });
     add("mean/p10/" + where + "/one_pass_two_threads", 100,
@@ -173,6 +182,13 @@ void register_all() {
       add(std::string("moments/p10/float/") + name_of(storage) + "/" + m.name, 100,
           [=](auto& s) { run<float>(s, 10, n, storage, all_moments, bit, false); });
     }
+  for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS})
+    for (const auto& m : {methods[0], methods[1]})
+      for (const bool weighted : {false, true}) {
+        const int bit = m.bit;
+        add(std::string("covariance/p10/") + name_of(storage) + (weighted ? "/weights/" : "/") + m.name, 50,
+            [=](auto& s) { run<double>(s, 10, n, storage, KOB_SS_COVARIANCE, bit, false, weighted); });
+      }
   for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS}) {
     const std::string where = name_of(storage);
     add("covariance/p100/" + where + "/fast", 5,

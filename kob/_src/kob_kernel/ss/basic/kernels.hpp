@@ -5,6 +5,7 @@
 // registers are all there are on the 32-bit target: no sweep has more than four sums.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "orx/base/simd/lanes.hpp"
@@ -347,7 +348,11 @@ void start_mean(const KernelArgs<T>& args, int begin) {
 template <class T, bool rows, bool weighted, int order>
 void one_pass_moments(const KernelArgs<T>& args, int begin) {
   const State state = args.state();
-  const int block = rows || args.p == 1 ? sum_block_size(args, true) : kChain;
+  // Columns: as many observations as the chains of all sets of sums take, if the cache does.
+  constexpr int chains = kChain * PowerSums<1, order, true, weighted>::kSets;
+  const bool in_row = rows || args.p == 1;
+  const int cached = sum_block_size(args, in_row),
+            block = in_row ? cached : std::clamp(cached, kChain, chains);
   each_block(begin, args.end, block, [&](int first, int count) {
     sum_block<1, order, true, rows, weighted>(args, first, count, state[kMean], state[kBlockSums]);
     const Weights w = block_weights<weighted>(args, first, count);
