@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "chapters.h"
@@ -20,18 +21,43 @@ void check(int status) {
 
 using Builder = int32_t(DFTask*, int64_t, int64_t, const ThreadingServices*);
 
-// A cubic spline with free ends through y over x. Breakpoints that are evenly spaced may be given by the
-// first and the last alone.
+// A kind of spline: a cubic with free ends unless it is told otherwise.
+struct Kind {
+  int64_t kind;
+  Builder* build;
+  int64_t order = ORX_DF_CUBIC, boundary = ORX_DF_FREE_END;
+  Column ends = {}, inner = {};  // values that the boundary takes, derivatives at the inner breakpoints
+};
+
+// The cubic with slopes that keep the shape of the data.
+Kind shaped(const Column& x, const Column& y, int64_t rule) {
+  Column slopes(x.size());
+  check(orx_df_kernel_dShapeSlopes1D(int64_t(x.size()), x.data(), y.data(), rule, slopes.data()));
+  return {ORX_DF_HERMITE,
+          orx_df_kernel_dDFHermiteCubicSpline1D,
+          ORX_DF_CUBIC,
+          ORX_DF_FIRST_LEFT + ORX_DF_FIRST_RIGHT,
+          {slopes.front(), slopes.back()},
+          Column(slopes.begin() + 1, slopes.end() - 1)};
+}
+
+// A spline through y over x. Breakpoints that are evenly spaced may be given by the first and the last alone.
 class Spline {
  public:
-  Spline(const Column& x, const Column& y, bool even, int64_t kind, Builder* build)
-      : x_(even ? Column{x.front(), x.back()} : x), y_(y), coeffs_(4 * (y.size() - 1)) {
+  Spline(const Column& x, const Column& y, bool even, const Kind& kind)
+      : x_(even ? Column{x.front(), x.back()} : x),
+        y_(y),
+        coeffs_(size_t(kind.order) * (y.size() - 1)),
+        ends_(kind.ends),
+        inner_(kind.inner) {
     const auto n = int64_t(y_.size());
     check(orx_df_kernel_dNewTask1D(&task_, n, x_.data(), even ? ORX_DF_UNIFORM_PARTITION : ORX_DF_NO_HINT, 1,
                                    y_.data(), ORX_DF_NO_HINT, 0));
-    check(orx_df_kernel_dEditPPSpline1D(task_, ORX_DF_CUBIC, kind, ORX_DF_FREE_END, nullptr, 0, nullptr,
-                                        coeffs_.data(), ORX_DF_NO_HINT));
-    check(build(task_, 0, 0, orx_serv_threading()));
+    check(orx_df_kernel_dEditPPSpline1D(
+        task_, kind.order, kind.kind, kind.boundary, ends_.empty() ? nullptr : ends_.data(),
+        inner_.empty() ? 0 : ORX_DF_FIRST_DERIVATIVES, inner_.empty() ? nullptr : inner_.data(),
+        coeffs_.data(), ORX_DF_NO_HINT));
+    check(kind.build(task_, 0, 0, orx_serv_threading()));
   }
   ~Spline() { orx_df_kernel_DeleteTask(&task_); }
   Spline(const Spline&) = delete;
@@ -58,9 +84,25 @@ class Spline {
   }
 
  private:
-  Column x_, y_, coeffs_;
+  Column x_, y_, coeffs_, ends_, inner_;
   DFTask* task_ = nullptr;
 };
+
+Kind natural() { return {ORX_DF_NATURAL, orx_df_kernel_dDFNaturalCubicSpline1D}; }
+Kind akima() { return {ORX_DF_AKIMA, orx_df_kernel_dDFAkimaCubicSpline1D}; }
+Kind bessel() { return {ORX_DF_BESSEL, orx_df_kernel_dDFBesselCubicSpline1D}; }
+Kind linear() {
+  const auto build = [](DFTask* task, int64_t, int64_t, const ThreadingServices* threading) {
+    return orx_df_kernel_dDFLinearSpline1D(task, 0, 0, 0, threading);
+  };
+  return {ORX_DF_DEFAULT, build, ORX_DF_LINEAR, 0};
+}
+Kind quadratic(double middle) {
+  const auto build = [](DFTask* task, int64_t, int64_t, const ThreadingServices* threading) {
+    return orx_df_kernel_dDFQuadraticSpline1D(task, 0, 0, 0, threading);
+  };
+  return {ORX_DF_DEFAULT, build, ORX_DF_QUADRATIC, ORX_DF_QUADRATIC_VALUE, {middle}};
+}
 
 Column range(double from, double to, size_t n) {
   Column x(n);
@@ -100,15 +142,9 @@ void left_out(const Column& years, const Column& ppm) {
   for (size_t i = 0; i < sites.size(); ++i) line[i] = (kept_y[i] + kept_y[i + 1]) / 2;
   std::printf("\n  Every other month left out and filled in, root mean square error in ppm:\n");
   std::printf("    straight lines %.3f", error(line));
-  const struct {
-    const char* name;
-    int64_t kind;
-    Builder* build;
-  } builders[] = {{"Akima", ORX_DF_AKIMA, orx_df_kernel_dDFAkimaCubicSpline1D},
-                  {"Bessel", ORX_DF_BESSEL, orx_df_kernel_dDFBesselCubicSpline1D},
-                  {"natural cubic", ORX_DF_NATURAL, orx_df_kernel_dDFNaturalCubicSpline1D}};
-  for (const auto& [name, kind, build] : builders)
-    std::printf(", %s %.3f", name, error(Spline(kept_x, kept_y, false, kind, build).at(sites)));
+  for (const auto& [name, kind] :
+       {std::pair{"Akima", akima()}, {"Bessel", bessel()}, {"natural cubic", natural()}})
+    std::printf(", %s %.3f", name, error(Spline(kept_x, kept_y, false, kind).at(sites)));
   std::printf("\n");
 }
 
@@ -162,13 +198,35 @@ Panel slope_panel(const char* title, const char* unit, const Spline& spline, dou
   return {title, "year", unit, {{sites, spline.at(sites, true), "#2d8a4e", "derivative"}}};
 }
 
+// ---- Overshoot ----
+
+// Every kind of spline through one step and one outlier, and how far each leaves the range of the data.
+void overshoot(const std::string& picture) {
+  const Column x = range(0, 15, 16), y = {0, 0, 0, 0, 1, 1, 1, 1, 1, 0, 1, 1, 1, 1, 0.5, 0.5};
+  const Column sites = range(0, 15, 301);
+  const std::pair<const char*, Kind> kinds[] = {
+      {"linear", linear()},         {"standard quadratic", quadratic(0)},
+      {"natural cubic", natural()}, {"Bessel", bessel()},
+      {"Akima", akima()},           {"Hermite, slopes of PCHIP", shaped(x, y, ORX_DF_PCHIP)}};
+  std::vector<Panel> panels;
+  std::printf("\nA step and an outlier between 0 and 1: how far each spline leaves that range\n");
+  for (const auto& [name, kind] : kinds) {
+    const Column curve = Spline(x, y, false, kind).at(sites);
+    const auto [low, high] = std::minmax_element(curve.begin(), curve.end());
+    std::printf("  %-26s below %.3f  above %.3f\n", name, std::max(0.0, -*low), std::max(0.0, *high - 1));
+    panels.push_back({name, "x", "y", {{sites, curve, "#1f6fb4", ""}, {x, y, "#c23b22", "", true}}});
+  }
+  write_svg(picture, panels);
+  std::printf("  plotted in %s\n", picture.c_str());
+}
+
 }  // namespace
 
 void data_fitting(const std::string& data_directory) {
   const auto co2 = read_csv(data_directory + "/co2.csv", {"month", "ppm"});
   const auto nile = read_csv(data_directory + "/nile.csv", {"year", "flow"});
-  const Spline months(co2[0], co2[1], true, ORX_DF_NATURAL, orx_df_kernel_dDFNaturalCubicSpline1D);
-  const Spline years(nile[0], nile[1], false, ORX_DF_NATURAL, orx_df_kernel_dDFNaturalCubicSpline1D);
+  const Spline months(co2[0], co2[1], true, natural());
+  const Spline years(nile[0], nile[1], false, natural());
   between_samples(months, co2[0], co2[1]);
   left_out(co2[0], co2[1]);
   yearly_means(months, co2[1]);
@@ -180,4 +238,5 @@ void data_fitting(const std::string& data_directory) {
                       slope_panel("Change of the flow of the Nile", "1e8 m^3 a year, per year", years, 1871,
                                   nile[0].back())});
   std::printf("\nPlotted in %s\n", picture.c_str());
+  overshoot("overshoot.svg");
 }

@@ -1,7 +1,8 @@
 // Data fitting beside GSL's spline family, in one run. Each figure is the least of all repetitions, in cycles
 // of the time-stamp counter per point, site or pair. What runs on one thread is timed by the thread's own
 // processor time, so that a busy machine does not count; what runs on two by the clock. --benchmark_filter
-// picks some. After the benchmarks the ratios that the documentation quotes are printed, from the same run.
+// picks some. After the benchmarks all rows are printed with their ratios; --write FILE puts them into the marked
+// section of that document.
 #include <benchmark/benchmark.h>
 #include <gsl/gsl_spline.h>
 #include <time.h>
@@ -14,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "functions/sections.hpp"
 #include "orx/df.h"
 
 namespace {
@@ -169,11 +171,13 @@ std::vector<int32_t> cells(kMillion);
 SPLINE(natural_1e6, kMillion, 1, false, kNatural, gsl_interp_cspline)
 SPLINE(akima_1e6, kMillion, 1, false, kAkima, gsl_interp_akima)
 SPLINE(hundred, 1000, 100, true, kNatural, gsl_interp_cspline)
+SPLINE(points_100, 100, 1, false, kNatural, gsl_interp_cspline)
 SPLINE(points_1e3, 1000, 1, false, kNatural, gsl_interp_cspline)
 SPLINE(points_1e4, 10000, 1, false, kNatural, gsl_interp_cspline)
 SPLINE(points_1e5, 100000, 1, false, kNatural, gsl_interp_cspline)
 SPLINE(uniform_1e3, 1000, 1, true, kNatural, gsl_interp_cspline)
 SPLINE(uniform_1e5, 100000, 1, true, kNatural, gsl_interp_cspline)
+SITES(random_100, uniform_random(kMillion, 0, 98, 12))
 SITES(sorted_1e3, sorted_random(kMillion, 0, 998, 3))
 SITES(random_1e3, uniform_random(kMillion, 0, 998, 5))
 SITES(random_1e4, uniform_random(kMillion, 0.5, 9998, 4))
@@ -243,26 +247,36 @@ void evaluation() {
 
 // Calls for a few sites each, at random places.
 constexpr size_t kShort[] = {1, 2, 4, 6, 16};
-std::string short_name(size_t sites) { return "values, calls of " + std::to_string(sites) + " 1e4 points"; }
-std::string short_uniform_name(size_t sites) {
-  return "values, calls of " + std::to_string(sites) + " uniform 1000 points";
-}
+struct ShortCalls {
+  const char* grid;
+  Pair& (*pair)();
+  const std::vector<double>& (*sites)();
+  bool peer;
+  std::string name(size_t n) const { return "values, calls of " + std::to_string(n) + grid; }
+  std::string peer_name() const { return name(1) + " gsl"; }
+};
+const ShortCalls kShortCalls[] = {{" 100 points", points_100, random_100, true},
+                                  {" 1e4 points", points_1e4, random_1e4, true},
+                                  {" uniform 1000 points", uniform_1e3, random_1e3, false}};
 
 void short_calls() {
-  const auto run = [](Pair& pair, const std::vector<double>& sites, size_t n) {
-    for (size_t i = 0; i + n <= kPairs; i += n)
-      orx_df_kernel_dDFInterpolate1D(pair.task, ORX_DF_VALUES, 0, int64_t(n), &sites[i], 0, 0, nullptr,
-                                     nullptr, &result[i], 0, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                     nullptr, nullptr, nullptr, nullptr, serial());
-  };
-  for (const size_t n : kShort) {
-    measure(short_name(n), kPairs, [=] { run(points_1e4(), random_1e4(), n); });
-    measure(short_uniform_name(n), kPairs, [=] { run(uniform_1e3(), random_1e3(), n); });
+  for (const ShortCalls& calls : kShortCalls) {
+    for (const size_t n : kShort)
+      measure(calls.name(n), kPairs, [=] {
+        Pair& pair = calls.pair();
+        const std::vector<double>& sites = calls.sites();
+        for (size_t i = 0; i + n <= kPairs; i += n)
+          orx_df_kernel_dDFInterpolate1D(pair.task, ORX_DF_VALUES, 0, int64_t(n), &sites[i], 0, 0, nullptr,
+                                         nullptr, &result[i], 0, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                         nullptr, nullptr, nullptr, nullptr, serial());
+      });
+    if (calls.peer)
+      measure(calls.peer_name(), kPairs, [=] {
+        Pair& pair = calls.pair();
+        const std::vector<double>& sites = calls.sites();
+        for (size_t i = 0; i < kPairs; ++i) result[i] = gsl_spline_eval(pair.gsl, sites[i], pair.accel);
+      });
   }
-  measure(short_name(1) + " gsl", kPairs, [] {
-    Pair& pair = points_1e4();
-    for (size_t i = 0; i < kPairs; ++i) result[i] = gsl_spline_eval(pair.gsl, random_1e4()[i], pair.accel);
-  });
 }
 
 void search() {
@@ -309,13 +323,17 @@ void integration() {
   });
 }
 
-// One line of the table: ours, and the peer with the quotient where there is one.
+// The rows of the table: ours, and the peer with the quotient where there is one; printed, and as Markdown.
+std::string rows = "| what | cycles | peer | times as fast |\n|---|---|---|---|\n";
 void row(const std::string& name, const std::string& peer = {}) {
   if (!figures.count(name)) return;
-  std::printf("%-46s %10.2f", name.c_str(), figures[name]);
+  char line[256], beside[64] = "| |";
+  const double ours = figures[name];
   if (figures.count(peer))
-    std::printf(" %10.2f %8.2f  (%s)", figures[peer], figures[peer] / figures[name], peer.c_str());
-  std::printf("\n");
+    std::snprintf(beside, sizeof beside, "%.4g | %.1f |", figures[peer], figures[peer] / ours);
+  std::snprintf(line, sizeof line, "| %s | %.4g | %s", name.c_str(), ours, beside);
+  rows += line + std::string("\n");
+  std::printf("%s\n", line);
 }
 
 }  // namespace
@@ -328,8 +346,9 @@ int main(int argc, char** argv) {
   search();
   integration();
   benchmark::Initialize(&argc, argv);
+  const char* document = argc == 3 && argv[1] == std::string("--write") ? argv[2] : nullptr;
   benchmark::RunSpecifiedBenchmarks();
-  std::printf("\n%-46s %10s %10s %8s\n", "cycles per point, site or pair", "orx", "peer", "ratio");
+  std::printf("\ncycles per point, site or pair\n");
   const char* against_gsl[] = {"natural 1e6 points",
                                "akima 1e6 points",
                                "100 functions uniform 1000 points",
@@ -343,10 +362,8 @@ int main(int argc, char** argv) {
   row("search uniform 1e5 points", "search std::upper_bound 1e5 points");
   row("search sorted 1e5 points", "search std::upper_bound 1e5 points");
   row("search hybrid 1e5 points", "search std::upper_bound 1e5 points");
-  for (const size_t n : kShort) {
-    row(short_name(n), short_name(1) + " gsl");
-    row(short_uniform_name(n));
-  }
+  for (const ShortCalls& calls : kShortCalls)
+    for (const size_t n : kShort) row(calls.name(n), calls.peer_name());
   for (const Kind* kind : kKinds) {
     row(build_name(*kind));
     row(values_name(*kind));
@@ -358,4 +375,5 @@ int main(int argc, char** argv) {
                             "akima 1e6 points",
                             "100 functions uniform 1000 points"};
   for (const std::string name : threaded) row(name + " 2 threads", name);
+  if (document) orx::write_section(document, "fitting", rows);
 }

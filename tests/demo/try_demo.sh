@@ -57,6 +57,9 @@ grep -q '</svg>' robust.svg || fail "the picture of distances is not whole"
 expect '1960  316\.7[0-9]  316\.75'
 expect 'mean flow until 1898 1(09|10)[0-9], from 1899 on 8[45][0-9];'
 grep -q '</svg>' data_fitting.svg || fail "the picture is not whole"
+expect '^  natural cubic +below 0\.1[01][0-9]  above 0\.1[34][0-9]'
+expect '^  Hermite, slopes of PCHIP +below 0\.000  above 0\.000'
+grep -q '</svg>' overshoot.svg || fail "the picture of overshoot is not whole"
 # R: cor(qnorm(ppoints(100)), sort(Nile)) and ks.test; the textbook's 7.1 hours, with more digits of erf than its table has.
 expect 'Nile, flow of a year +100 +919\.350 +169\.228 +0\.9863 +0\.0960'
 expect 'Old Faithful, eruptions +272 +3\.488 +1\.141 +0\.9209 +0\.1813'
