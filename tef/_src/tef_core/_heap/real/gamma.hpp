@@ -98,15 +98,15 @@ inline TwoParts log_in_parts(double x) {
 // ln gamma(x) where half is -1/2, ln gamma(1 + x) where it is 1/2; x from 7 on, to 2^-62 of it. The parts overlap.
 inline TwoParts stirling(double x, double half) {
   // ln gamma x = (x - 1/2) ln x - x + ln(2 pi)/2 + s(1/x^2)/x, s to 2^-54 of the series
-  constexpr double series[7] = {0x1.5555555555555p-4,   -0x1.6c16c16c1073ep-9, 0x1.a01a015b83453p-11,
-                                -0x1.38132f17157e2p-11, 0x1.b91f44cd40645p-11, -0x1.ee39addbe42bp-10,
-                                0x1.454d4d5a7e513p-8};
+  constexpr double series[8] = {0x1.5555555555555p-4,   -0x1.6c16c16c11d11p-9, 0x1.a01a017517e59p-11,
+                                -0x1.381356f8dacabp-11, 0x1.b93bcaf4e76c1p-11, -0x1.f35f6e34ded73p-10,
+                                0x1.7fb6c4b58b13ep-8,   -0x1.02f54cd9c91e1p-6};
   constexpr double half_log_2pi = 0x1.d67f2p-1, half_log_2pi_low = -0x1.bcda0a5acb6b4p-24;
   const TwoParts log = log_in_parts(x);
   double s = 0;
   if (x < 0x1p100) {
     const double reciprocal = 1 / x, z = reciprocal * reciprocal;
-    for (int i = 6; i >= 0; --i) s = s * z + series[i];
+    for (int i = 7; i >= 0; --i) s = s * z + series[i];
     s *= reciprocal;
   }
   // The logarithm's first part is short enough for an exact product with a half of x.
