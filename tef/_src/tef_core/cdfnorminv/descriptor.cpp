@@ -30,7 +30,7 @@ static const Entry kEntry{{
           .specials = {{kLeast, -14.1214266}},
           .strata = {logarithmic(1e-45, 1e-15)},
           .approximate = kAllClasses},
-    .d = {.bounds = {.la = 1.6, .ha = 0.85},
+    .d = {.bounds = {.la = 1.9, .ha = 0.9},
           .timed = {0, 1},
           .specials = {{kLeast, -38.467405617144346}, {1e-300, -37.0471096}},
           .strata = {logarithmic(5e-324, 1e-15)},

@@ -32,7 +32,7 @@ static const Entry kEntry{{
           .specials = {{kLeast, 10.0198343}},
           .strata = {logarithmic(1e-45, 1e-15)},
           .approximate = kAllClasses},
-    .d = {.bounds = {.la = 1.6, .ha = 0.85},
+    .d = {.bounds = {.la = 1.9, .ha = 0.9},
           .timed = {0, 2},
           .specials = {{kLeast, 27.213293210812948}, {1e-300, 26.209469960516133}},
           .strata = {logarithmic(5e-324, 1e-15)},

@@ -29,7 +29,7 @@ static const Entry kEntry{{
     .s = {.bounds = {.la = 0.55, .ha = 0.55, .ep = 0.55},
           .timed = {-1, 1},
           .specials = {{kLeast, kLeast, StatusOk, kAllClasses, FE_UNDERFLOW}}},
-    .d = {.bounds = {.la = 1.6, .ha = 0.85},
+    .d = {.bounds = {.la = 1.9, .ha = 0.9},
           .timed = {-1, 1},
           .specials = {{kLeast, kLeast, StatusOk, kAllClasses, FE_UNDERFLOW}},
           .strata = {hard({0x1.fffffffffffffp-1, 0x1.ffffffffffffep-1, 0x1p-100})}},
