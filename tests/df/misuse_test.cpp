@@ -270,7 +270,9 @@ TYPED_TEST(Misuse, CheckFlagNamesTheFirstBadBreakpoint) {
         EXPECT_TRUE(readers.untouched());
         // The same breakpoints mended.
         ASSERT_EQ(Api<Real>::edit_pointer(s.task, ORX_DF_GRID, good.data()), 0);
-        if (!uniform) EXPECT_EQ(call.run(s.task), 0) << call.name;
+        if (!uniform) {
+          EXPECT_EQ(call.run(s.task), 0) << call.name;
+        }
       }
     }
   }

@@ -90,7 +90,7 @@ inline void for_each_selected(ptrdiff_t n, const Int* mask, F f) {
 #define ORX_PACKING_WHERE_unpack_strided stride
 #define ORX_PACKING_WHERE_pack_selected selection
 #define ORX_PACKING_WHERE_unpack_selected selection
-#define ORX_PACKING_KERNELS(shape, Fn, body)                                    \
-  ORX_PACKING_KERNEL(shape, s, Fn, body)                                        \
-  ORX_PACKING_KERNEL(shape, d, Fn, body) ORX_PACKING_KERNEL(shape, c, Fn, body) \
-      ORX_PACKING_KERNEL(shape, z, Fn, body)
+#define ORX_PACKING_KERNELS(shape, Fn, body) \
+  ORX_PACKING_KERNEL(shape, s, Fn, body)     \
+  ORX_PACKING_KERNEL(shape, d, Fn, body)     \
+  ORX_PACKING_KERNEL(shape, c, Fn, body) ORX_PACKING_KERNEL(shape, z, Fn, body)
