@@ -79,16 +79,18 @@ int in_two_parts(const VectorMath& math, KobStream* stream, int n, Real* r, Real
   const Real shift_below = mirrored ? 1 : 0, shift_above = 1 - shift_below;
   const Real sign_below = mirrored ? -1 : 1, sign_above = -sign_below;
   return by_rejection(n, r, kBlock, [&](int count, Real* number, double* margin) {
-    Real u[2 * kBlock], part[kBlock], logs[2 * kBlock];
+    Real u[2 * kBlock], logs[2 * kBlock];
     const int status = uniform(stream, 2 * count, u);
     if (status < 0) return status;
+    // With a large shape 1 - x is close to 1, and x what is left of it: in double for every precision.
+    double part[kBlock];
     for (int i = 0; i < count; ++i) part[i] = u[i] <= below ? u[i] * to_below : (1 - u[i]) * to_above;
     math.ln(count, part, part);
     for (int i = 0; i < count; ++i) part[i] *= u[i] <= below ? half_of_p : half_of_q;
     exp_of_halves(math, count, part);
     for (int i = 0; i < count; ++i) {
       part[i] *= u[i] <= below ? t : rest;  // x below, 1 - x above
-      logs[i] = 1 - part[i];
+      logs[i] = Real(1 - part[i]);
       logs[count + i] = u[count + i];
     }
     math.ln(2 * count, logs, logs);  // of the other factor, and of the second uniform
@@ -97,7 +99,7 @@ int in_two_parts(const VectorMath& math, KobStream* stream, int n, Real* r, Real
       margin[i] = double(most - factor * logs[i] - logs[count + i]);
       const Real shift = u[i] <= below ? shift_below : shift_above,
                  sign = u[i] <= below ? sign_below : sign_above;
-      number[i] = std::min(a + beta, a + beta * (shift + sign * part[i]));
+      number[i] = std::min(a + beta, a + beta * Real(shift + sign * part[i]));
     }
     return status;
   });
