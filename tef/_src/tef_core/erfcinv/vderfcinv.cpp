@@ -18,10 +18,7 @@ struct dErfcInv : InverseOfProbability<double, 1> {
     left.finish(in_tail(x),
                 [&](X tail) { return inverse_erf_tail<1>(dErfcInv_HA_Table, tail_argument(x, tail)); });
   }
-  static int rare_lane(const double* a, double* r) { return dErfcInv_SC(a, r); }
-
- private:
-  static int dErfcInv_SC(const double* a, double* r) { return no_result(*a, 1.0, r); }
+  static int rare_lane(const double* a, double* r) { return no_result(*a, 1.0, r); }
 };
 using dErfcInvHA = dErfcInv<InverseErfHA, _tefdErfInvHATab>;
 using dErfcInvLA = dErfcInv<InverseErfLA, kErfInvLaTable>;

@@ -18,10 +18,7 @@ struct sErfcInv : InverseOfProbability<float, 1> {
       return narrow(inverse_erf_tail<1>(dErfcInv_HA_Table, widen(tail_argument(x, tail))));
     });
   }
-  static int rare_lane(const float* a, float* r) { return sErfcInv_SC(a, r); }
-
- private:
-  static int sErfcInv_SC(const float* a, float* r) { return no_result(*a, 1.0f, r); }
+  static int rare_lane(const float* a, float* r) { return no_result(*a, 1.0f, r); }
 };
 
 }  // namespace

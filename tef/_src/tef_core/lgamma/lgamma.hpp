@@ -14,17 +14,17 @@ inline double own_lgamma_pos(double x) {
     return y.high + y.low;
   }
   if (x >= 0.9375) {
-    const TwoParts y = from_gamma_rows(own_lgamma_table, x, 0);
+    const TwoParts y = from_gamma_rows(kLGammaRows, x, 0);
     return y.high + y.low;
   }
-  const TwoParts y = from_gamma_rows(own_lgamma_table, x, 1), log = log_in_parts(x);
+  const TwoParts y = from_gamma_rows(kLGammaRows, x, 1), log = log_in_parts(x);
   const auto sum = two_sum(y.high, -log.high);
   return sum.high + (sum.low + (y.low - log.low));
 }
 
 // size from 2^-60 on, f > 0 its distance from an integer.
 inline double reflected_log_gamma(double size, double f) {
-  const TwoParts gamma = size < 7 ? from_gamma_rows(own_lgamma_table, size, 1) : stirling(size, 0.5);
+  const TwoParts gamma = size < 7 ? from_gamma_rows(kLGammaRows, size, 1) : stirling(size, 0.5);
   const TwoParts sine = sine_of_turns(f), log = log_in_parts(sine.high);
   const auto sum = two_sum(gamma.high, log.high);
   return -(sum.high + (sum.low + ((gamma.low + log.low) + sine.low / sine.high)));

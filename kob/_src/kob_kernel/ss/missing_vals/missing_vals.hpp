@@ -131,12 +131,13 @@ struct Imputation {
   Prior told_prior, prior;
   Block<double> vectors, matrices, groups;
   Block<int> indices;
-  double *centre, *zero, *z;                   // p each
-  double *residual, *bartlett;                 // p p each
-  double* coefficients;                        // (p + 1) p
-  double *values, *given, *predicted, *noise;  // of a group of observations: p + 1, p + 1, p and p for each
-  int *observed, *missing;                     // variables of the pattern at hand
-  int group_size;
+  double *centre = nullptr, *zero = nullptr, *z = nullptr;  // p each
+  double *residual = nullptr, *bartlett = nullptr;          // p p each
+  double* coefficients = nullptr;                           // (p + 1) p
+  // Of a group of observations: p + 1, p + 1, p and p for each.
+  double *values = nullptr, *given = nullptr, *predicted = nullptr, *noise = nullptr;
+  int *observed = nullptr, *missing = nullptr;  // variables of the pattern at hand
+  int group_size = 0;
 
   Imputation(SSTask* t, bool restores)
       : task(t), data(t), settings(static_cast<const T*>(t->miParams)), restores_prior(restores) {}
@@ -437,8 +438,8 @@ void read_prior(Imputation<T>& c) {
   const SSTask* const task = c.task;
   Prior& prior = c.told_prior;
   prior.m = p;
-  const bool told =
-      task->miPrior && told_count(task, task->miPriorCount) >= double(int64_t(p) * (p + 3) / 2 + 2);
+  const int64_t triangle = int64_t(p) * (p + 3) / 2 + 2;
+  const bool told = task->miPrior && told_count(task, task->miPriorCount) >= double(triangle);
   const T* given = told ? static_cast<const T*>(task->miPrior) : nullptr;
   for (int j = 0; j < p; ++j) prior.mean[j] = (told ? double(*given++) : 0) - c.centre[j];
   if (told) {

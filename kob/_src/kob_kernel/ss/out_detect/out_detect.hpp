@@ -97,8 +97,8 @@ struct Bacon {
 
   bool allocate() {
     const int64_t p = data.p;
-    return centre.allocate(p) && covariance.allocate(p * p) && nearest.allocate(workers * 5 * p) &&
-           tallies.allocate(workers) && work.allocate(workers * area_size());
+    return centre.allocate(p) && covariance.allocate(p * p) && nearest.allocate(5 * p * workers) &&
+           tallies.allocate(workers) && work.allocate(int64_t(workers) * area_size());
   }
   T weight(int i) const { return given ? given[i] : T(1); }
 
@@ -233,7 +233,7 @@ void _vSSBaconThreader(int t, int, int, void* arguments) {
       const bool keep = b.cut > d[i];
       b.weights[first + i] = keep ? b.weight(first + i) : T(0);
       tally.kept += keep;
-      if (!keep) tally.outliers += scrambled(uint64_t(first + i));
+      if (!keep) tally.outliers += scrambled(uint64_t(first) + uint64_t(i));
     }
   }
   b.tallies[t] = tally;

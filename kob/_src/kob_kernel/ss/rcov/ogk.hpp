@@ -17,9 +17,10 @@ struct Ogk {
   Observations<T> data;
   const ThreadingServices* threading;
   int workers;
-  Block<T> areas;                              // three vectors of n numbers for each worker
-  Block<T> matrices;                           // what follows
-  T *reciprocals, *packed, *vectors, *lapack;  // of p, p(p + 1)/2, p p and (p + 6)p + 1 elements
+  Block<T> areas;     // three vectors of n numbers for each worker
+  Block<T> matrices;  // what follows
+  T *reciprocals = nullptr, *packed = nullptr, *vectors = nullptr,
+    *lapack = nullptr;  // of p, p(p + 1)/2, p p and (p + 6)p + 1 elements
   Block<int> lapack_integers;
 
   Ogk(const SSTask* task, const ThreadingServices* services) : data(task), threading(services) {

@@ -47,7 +47,7 @@ struct Tbs {
   Observations<T> data;
   const ThreadingServices* threading;
   int workers;
-  T M, c;
+  T M = 0, c = 0;
   Block<T> vectors;  // distances, the same in another order, weights, those of the round before
   Block<T> mean, covariance, inverse, work;
 

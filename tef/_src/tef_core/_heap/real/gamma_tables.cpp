@@ -3,7 +3,7 @@
 
 namespace orx::tef {
 
-alignas(64) const double own_lgamma_table[57][kGammaColumns] = {
+alignas(64) const double kLGammaRows[57][kGammaColumns] = {
 #include "_heap/real/lgamma.inc"
 };
 alignas(64) const double _tgamma_A_table[57][kGammaColumns] = {
