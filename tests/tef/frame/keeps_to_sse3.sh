@@ -6,6 +6,7 @@ pattern=$1
 shift
 older=$(printf '%s\n' "$@" | grep -E "$pattern")
 others=$(printf '%s\n' "$@" | grep -vE "$pattern")
+functions=$(nm --defined-only $others | awk '$2 ~ /^[TWV]$/ {print $3}' | sort -u)
 status=0
 
 for object in $older; do
@@ -13,12 +14,10 @@ for object in $older; do
     echo "AVX in $object"
     status=1
   fi
-  called=$(nm -u "$object" | awk '{print $2}' | sort -u)
-  for function in $(nm --defined-only $others | awk '$2 ~ /^[TWV]$/ {print $3}' | sort -u); do
-    if echo "$called" | grep -qx "$function"; then
-      echo "$object needs $function, which is compiled for AVX"
-      status=1
-    fi
-  done
+  needed=$(nm -u "$object" | awk '{print $2}' | grep -Fx -e "$functions" || true)
+  if [ -n "$needed" ]; then
+    echo "$object needs, of what is compiled for AVX:" $needed
+    status=1
+  fi
 done
 [ -n "$older" ] && [ -n "$others" ] && exit $status
