@@ -1,13 +1,4 @@
-#include "functions/descriptor.hpp"
+#include "_packing/descriptor.hpp"
 
-using namespace orx::descriptor;
-
-static const Entry kEntry{{
-    .name = "PackM",
-    .computes = "y = the elements of a whose mask is not 0",
-    .keep_control_word = kAllClasses,
-    .s = {.timed = {-1000, 1000}},
-    .d = {.timed = {-1000, 1000}},
-    .c = {.timed = {-1000, 1000}},
-    .z = {.timed = {-1000, 1000}},
-}};
+static const orx::descriptor::Entry kEntry{
+    orx::descriptor::of_packing("PackM", "y = the elements of a whose mask is not 0")};

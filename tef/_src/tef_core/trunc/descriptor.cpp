@@ -1,24 +1,11 @@
-#include "functions/descriptor.hpp"
+#include "_rounding/descriptor.hpp"
 
 using namespace orx::descriptor;
 
-static const Entry kEntry{{
+static const Entry kEntry{of_rounding({
     .name = "Trunc",
     .computes = "x without its fraction",
     .method = "one instruction of the processor",
     .c_name = "trunc",
-    .specials = {{-0.9, -0.0},
-                 {2.75, 2},
-                 {-2.75, -2},
-                 {kLeast, 0},
-                 {-kLeast, -0.0},
-                 {0, 0},
-                 {-0.0, -0.0},
-                 {kInf, kInf},
-                 {-kInf, -kInf},
-                 {kNaN, kNaN}},
-    .strata = {even(-100, 100),
-               around({0.5, 1.5, 2.5, 0x1p22, 0x1p23, 0x1p24, 0x1p31, 0x1p51, 0x1p52, 0x1p53})},
-    .s = {.bounds = kExact, .timed = {-1000, 1000}},
-    .d = {.bounds = kExact, .timed = {-1000, 1000}},
-}};
+    .specials = {{-0.9, -0.0}, {2.75, 2}, {-2.75, -2}, {kLeast, 0}, {-kLeast, -0.0}},
+})};

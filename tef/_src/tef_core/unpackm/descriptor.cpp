@@ -1,13 +1,4 @@
-#include "functions/descriptor.hpp"
+#include "_packing/descriptor.hpp"
 
-using namespace orx::descriptor;
-
-static const Entry kEntry{{
-    .name = "UnpackM",
-    .computes = "y[i] = the next element of a where mask[i] is not 0",
-    .keep_control_word = kAllClasses,
-    .s = {.timed = {-1000, 1000}},
-    .d = {.timed = {-1000, 1000}},
-    .c = {.timed = {-1000, 1000}},
-    .z = {.timed = {-1000, 1000}},
-}};
+static const orx::descriptor::Entry kEntry{
+    orx::descriptor::of_packing("UnpackM", "y[i] = the next element of a where mask[i] is not 0")};

@@ -1,13 +1,3 @@
-#include "functions/descriptor.hpp"
+#include "_packing/descriptor.hpp"
 
-using namespace orx::descriptor;
-
-static const Entry kEntry{{
-    .name = "UnpackV",
-    .computes = "y[index[i]] = a[i]",
-    .keep_control_word = kAllClasses,
-    .s = {.timed = {-1000, 1000}},
-    .d = {.timed = {-1000, 1000}},
-    .c = {.timed = {-1000, 1000}},
-    .z = {.timed = {-1000, 1000}},
-}};
+static const orx::descriptor::Entry kEntry{orx::descriptor::of_packing("UnpackV", "y[index[i]] = a[i]")};
