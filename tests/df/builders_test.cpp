@@ -104,9 +104,9 @@ TYPED_TEST(Builders, Linear) {
   for (const int64_t n : {2, 9, 61, 1500}) {  // three functions: the plain loop, tiles, tiles on threads
     for_all_forms<TypeParam>(n, 3, [&](auto& s, const auto& x, const auto& y) {
       s.describe(2, 0, ORX_DF_PERIODIC);
-      ASSERT_EQ(Api<TypeParam>::linear(s.task, 0, 0, 0, CountingThreads::with(3)), 0);
+      ASSERT_EQ(Api<TypeParam>::linear(s.task, 0, 0, 0, Threads::table(3)), 0);
       check_smooth(s, x, y, 0, 8 * kEps<TypeParam>);
-      EXPECT_TRUE(CountingThreads::counts.empty());
+      EXPECT_TRUE(Threads::counts.empty());
       s.values[0] = NAN;
       EXPECT_EQ(Api<TypeParam>::linear(s.task, 0, 0, 0, serial()), ORX_DF_ERROR_NOT_PERIODIC);
       EXPECT_EQ(Api<TypeParam>::linear(s.task, 0, 0, 1, serial()), ORX_DF_ERROR_METHOD);
@@ -114,9 +114,9 @@ TYPED_TEST(Builders, Linear) {
   }
   for_all_forms<TypeParam>(1500, 9, [&](auto& s, const auto& x, const auto& y) {
     s.describe(2, 0);
-    ASSERT_EQ(Api<TypeParam>::linear(s.task, 0, 0, 0, CountingThreads::with(4)), 0);
+    ASSERT_EQ(Api<TypeParam>::linear(s.task, 0, 0, 0, Threads::table(4)), 0);
     check_smooth(s, x, y, 0, 8 * kEps<TypeParam>);
-    EXPECT_EQ(CountingThreads::counts, std::vector<int>{6});
+    EXPECT_EQ(Threads::counts, std::vector<int>{6});
   });
 }
 
@@ -193,8 +193,8 @@ TYPED_TEST(Builders, Natural) {
       for (const int64_t count : {1, 3, 5}) {  // one function, several, with 700 points on threads
         for_all_forms<Real>(n, count, [&](auto& s, const auto& x, const auto& y) {
           s.describe(4, ORX_DF_NATURAL, kind, end_values<Real>(kind));
-          ASSERT_EQ(Api<Real>::natural(s.task, 0, 0, CountingThreads::with(2)), 0);
-          EXPECT_EQ(CountingThreads::counts.size(), n >= 600 && count > 1);
+          ASSERT_EQ(Api<Real>::natural(s.task, 0, 0, Threads::table(2)), 0);
+          EXPECT_EQ(Threads::counts.size(), n >= 600 && count > 1);
           check_smooth(s, x, y, 2, 300 * kEps<Real>);
           check_ends(s, x, y, kind, true, 300 * kEps<Real>);
           if (count == 1) return;
@@ -287,8 +287,8 @@ TYPED_TEST(Builders, Local) {
           const auto build = kind == ORX_DF_HERMITE  ? Api<Real>::hermite
                              : kind == ORX_DF_BESSEL ? Api<Real>::bessel
                                                      : Api<Real>::akima;
-          ASSERT_EQ(build(s.task, 0, 0, CountingThreads::with(3)), 0);
-          EXPECT_EQ(CountingThreads::counts,
+          ASSERT_EQ(build(s.task, 0, 0, Threads::table(3)), 0);
+          EXPECT_EQ(Threads::counts,
                     n < 103 ? std::vector<int>{} : std::vector<int>{int(2 * ((n - 3 + 2047) / 2048))});
           check_smooth(s, x, y, 1, 300 * kEps<Real>);
           check_ends(s, x, y, boundary, false, 300 * kEps<Real>);
@@ -450,7 +450,7 @@ TYPED_TEST(Builders, ErrorsLeaveNoScratch) {
   y[1].back() = 2;
   Spline<Real> open(make_grid<Real>(600, 0.3), 1, y);
   open.describe(4, ORX_DF_NATURAL, ORX_DF_PERIODIC);
-  EXPECT_EQ(without_loss([&] { return A::natural(open.task, 0, 0, CountingThreads::with(2)); }),
+  EXPECT_EQ(without_loss([&] { return A::natural(open.task, 0, 0, Threads::table(2)); }),
             ORX_DF_ERROR_NOT_PERIODIC);
 }
 
@@ -460,7 +460,7 @@ TYPED_TEST(Builders, EachAllocationFailing) {
   const int64_t n = 5000;
   std::vector<std::vector<Real>> y(3, random_values<Real>(n, -1, 1, 1));
   Spline<Real> s(make_grid<Real>(n, 0.3), 0, y);
-  const auto threads = CountingThreads::with(2);
+  const auto threads = Threads::table(2);
   s.describe(4, 2, 2);
   EXPECT_EQ(fail_each_allocation(ORX_DF_ERROR_MEMORY, [&] { return A::natural(s.task, 0, 0, threads); }), 2);
   EXPECT_EQ(fail_each_allocation(ORX_DF_ERROR_MEMORY, [&] { return A::natural(s.task, 0, 0, serial()); }), 1);

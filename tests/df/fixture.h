@@ -11,6 +11,7 @@
 
 #include "orx/df.h"
 #include "support/allocations.hpp"
+#include "support/threads.hpp"
 
 template <class Real>
 struct Api;
@@ -38,26 +39,6 @@ struct Api;
 API(d, double)
 API(s, float)
 #undef API
-
-// A ThreadingServices table that claims `count` workers, runs items in reverse order on the calling thread
-// and notes what it was asked for.
-struct CountingThreads {
-  static inline int workers = 1;
-  static inline std::vector<int> counts;  // of the loops run
-
-  static const ThreadingServices* with(int count) {
-    workers = count;
-    counts.clear();
-    static const ThreadingServices table = {run, run, nullptr, nullptr, [] { return workers; }};
-    return &table;
-  }
-  static void run(int count, int threads, void* args, orx_worker fn) {
-    EXPECT_LE(threads, count);
-    EXPECT_LE(threads, workers);
-    counts.push_back(count);
-    for (int i = count - 1; i >= 0; --i) fn(i, i % threads, threads, args);
-  }
-};
 
 inline const ThreadingServices* serial() { return orx_serv_threading_serial(); }
 

@@ -78,10 +78,10 @@ TYPED_TEST(Integration, AllKinds) {
           b[i] = i % 20 ? a[i] : x[i * 7 % size_t(nx)];
         }
         std::vector<Real> result, backward, sorted, tail;
-        ASSERT_EQ(s.integrate(a, b, result, 0, 0, CountingThreads::with(2)), 0);
-        EXPECT_EQ(CountingThreads::counts, n < 256   ? std::vector<int>{}
-                                           : n < 512 ? (std::vector<int>{int(n / 128)})
-                                                     : (std::vector<int>{int(n / 512), int(n % 512 / 128)}));
+        ASSERT_EQ(s.integrate(a, b, result, 0, 0, Threads::table(2)), 0);
+        EXPECT_EQ(Threads::counts, n < 256   ? std::vector<int>{}
+                                   : n < 512 ? (std::vector<int>{int(n / 128)})
+                                             : (std::vector<int>{int(n / 512), int(n % 512 / 128)}));
         for (int64_t f = 0; f < 2; ++f) {
           const Pieces judge = pieces_of(s, x, kind, f);
           for (size_t i = 0; i < a.size(); ++i) {
@@ -96,8 +96,8 @@ TYPED_TEST(Integration, AllKinds) {
         std::sort(a.begin(), a.end());
         std::sort(b.begin(), b.end());
         ASSERT_EQ(s.integrate(a, b, result), 0);
-        ASSERT_EQ(s.integrate(a, b, sorted, 64, 64, CountingThreads::with(2)), 0);
-        EXPECT_TRUE(CountingThreads::counts.empty());
+        ASSERT_EQ(s.integrate(a, b, sorted, 64, 64, Threads::table(2)), 0);
+        EXPECT_TRUE(Threads::counts.empty());
         EXPECT_EQ(sorted, result);
         // What lies between adds up.
         ASSERT_EQ(s.integrate(b, std::vector<Real>(b.size(), Real(20.3)), tail), 0);

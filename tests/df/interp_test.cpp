@@ -45,12 +45,12 @@ void check_polynomials(int64_t order, int64_t kind, int64_t count, int64_t grid_
           std::vector<Real> result;
           std::vector<int32_t> cells;
           const bool with_cells = layout == 32;
-          const auto threads = CountingThreads::with(layout < 32 ? 3 : 1);
+          const auto threads = Threads::table(layout < 32 ? 3 : 1);
           ASSERT_EQ(s.interpolate(site_hint == 4 ? ends : sites, orders, result, layout, site_hint, threads,
                                   n, with_cells ? &cells : nullptr),
                     0);
           const bool threaded = layout < 32 && n > 512;
-          ASSERT_EQ(CountingThreads::counts,
+          ASSERT_EQ(Threads::counts,
                     threaded ? (std::vector<int>{int(n / 320), int(n % 320 / 64)}) : std::vector<int>{});
           std::vector<int64_t> wanted;
           for (size_t k = 0; k < orders.size(); ++k)
@@ -179,11 +179,10 @@ TYPED_TEST(Interpolation, CallBacks) {
           Mark left{100000, wanted, layout == 16, 0, 0}, inside{200000, wanted, layout == 16, 1, 19},
               right{300000, wanted, layout == 16, 20, 20};
           const auto run = [&] {
-            return Api<Real>::interpolate(s.task, 1, 0, n, sites.data(), 0, wanted, orders.data(), nullptr,
-                                          result.data(), layout, given & 1 ? mark<Real> : nullptr, &left,
-                                          given & 4 ? mark<Real> : nullptr, &right,
-                                          given & 2 ? mark<Real> : nullptr, &inside, nullptr, nullptr,
-                                          nullptr, CountingThreads::with(2));
+            return Api<Real>::interpolate(
+                s.task, 1, 0, n, sites.data(), 0, wanted, orders.data(), nullptr, result.data(), layout,
+                given & 1 ? mark<Real> : nullptr, &left, given & 4 ? mark<Real> : nullptr, &right,
+                given & 2 ? mark<Real> : nullptr, &inside, nullptr, nullptr, nullptr, Threads::table(2));
           };
           const long before = orx_serv_live_blocks();
           ASSERT_EQ(run(), 0);
@@ -379,7 +378,7 @@ TYPED_TEST(Interpolation, StatusesSearchCallBacksAndWideIntegers) {
     const int64_t orders[] = {0, 1};
     return Api<Real>::interpolate(s.task, type, 0, 700, sites.data(), 0, 2, orders, data, out, hint, nullptr,
                                   nullptr, nullptr, nullptr, nullptr, nullptr, search, &answer, cells.data(),
-                                  CountingThreads::with(2));
+                                  Threads::table(2));
   };
   struct {
     int64_t order, kind;

@@ -80,7 +80,7 @@ TYPED_TEST(Searches, AllMethodsCountBreakpoints) {
         };
         count();
         for (const int workers : {1, 2, 3}) {
-          const auto threads = CountingThreads::with(workers);
+          const auto threads = Threads::table(workers);
           ASSERT_EQ(search(s, sites, 0, (const Real*)nullptr, threads), expected) << "hybrid";
           for (const double likely : {0.0, 1.0, double(x.size()) / 3, double(x.size())}) {
             const Real hint[5] = {9, 1, 9, 9, Real(int(likely))};
@@ -93,7 +93,7 @@ TYPED_TEST(Searches, AllMethodsCountBreakpoints) {
         std::sort(sites.begin(), sites.end());
         count();
         for (const int workers : {1, 2, 3})
-          ASSERT_EQ(search(s, sites, 64, (const Real*)nullptr, CountingThreads::with(workers)), expected)
+          ASSERT_EQ(search(s, sites, 64, (const Real*)nullptr, Threads::table(workers)), expected)
               << "sorted";
       }
     }
@@ -116,7 +116,7 @@ TYPED_TEST(Searches, UniformGrid) {
       sites.insert(sites.end(), {infinity, -infinity, std::nextafter(last, -infinity)});
       for (const Real point : x)
         sites.insert(sites.end(), {point, std::nextafter(point, infinity), std::nextafter(point, -infinity)});
-      const auto cells = search(s, sites, 0, (const Real*)nullptr, CountingThreads::with(2));
+      const auto cells = search(s, sites, 0, (const Real*)nullptr, Threads::table(2));
       for (size_t i = 0; i < sites.size(); ++i)
         ASSERT_EQ(cells[i], std::upper_bound(x.begin(), x.end(), sites[i]) - x.begin())
             << nx << " points, site " << sites[i];
@@ -158,10 +158,10 @@ TYPED_TEST(Searches, WideCellsUniformSitesAndThreads) {
     std::vector<int64_t> cells(size_t(n), -77);
     orx_serv_fail_allocation(1);
     EXPECT_EQ(Api<Real>::search(wide.task, 0, n, ends, 4, nullptr, cells.data(), nullptr, nullptr,
-                                CountingThreads::with(2)),
+                                Threads::table(2)),
               0);
     orx_serv_fail_allocation(0);
-    EXPECT_EQ(CountingThreads::counts.size(), n > 600);
+    EXPECT_EQ(Threads::counts.size(), n > 600);
     const auto expected = search(narrow, sites, 0, (const Real*)nullptr, serial());
     EXPECT_TRUE(std::equal(cells.begin(), cells.end(), expected.begin()));
   }
@@ -221,9 +221,9 @@ TYPED_TEST(Searches, CallBacks) {
           Script script{status, guess, final, {}};
           std::vector<int32_t> cells(300, -77);
           EXPECT_EQ(Api<Real>::search(s.task, 0, 300, sites.data(), 0, nullptr, cells.data(), scripted<Real>,
-                                      &script, CountingThreads::with(4)),
+                                      &script, Threads::table(4)),
                     status);
-          EXPECT_TRUE(CountingThreads::counts.empty());
+          EXPECT_TRUE(Threads::counts.empty());
           EXPECT_EQ(script.counts,
                     status < 0 ? (std::vector<int64_t>{128, 128}) : (std::vector<int64_t>{128, 128, 44}));
           for (size_t i = 0; i < (status < 0 ? 128 : 300); ++i) {

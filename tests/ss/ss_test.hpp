@@ -1,5 +1,4 @@
-// What the tests of the statistics share: both precisions under one name, tables of threads, allocation
-// failures.
+// What the tests of the statistics share: both precisions under one name, a task with its data, allocation failures.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "orx/ss.h"
+#include "support/threads.hpp"
 
 // ---- the two precisions ----
 
@@ -49,43 +49,6 @@ ORX_SS_API(d, double)
 ORX_SS_API(s, float)
 
 using Precisions = testing::Types<double, float>;
-
-// ---- tables of threads ----
-
-// Runs everything on the calling thread but tells of `workers` and runs them in an order of its own.
-struct Threads {
-  static inline int workers = 1, last_asked = 0;
-  static inline std::function<void(std::vector<int>&)> arrange = [](std::vector<int>&) {};
-  static inline int next_ordered = 0;
-
-  static std::vector<int> order(int count) {
-    std::vector<int> v(count);
-    for (int i = 0; i < count; ++i) v[i] = i;
-    arrange(v);
-    return v;
-  }
-  static void parallel_for(int count, int threads, void* args, orx_worker fn) {
-    last_asked = threads > 0 ? threads : workers;
-    for (const int i : order(count)) fn(i, i % last_asked, last_asked, args);
-  }
-  static void parallel_for_ordered(int count, int threads, void* args, orx_worker fn) {
-    last_asked = threads > 0 ? threads : workers;
-    for (int i = 0; i < count; ++i) fn(i, (count - i) % last_asked, last_asked, args);
-  }
-  static void parallel_run(int threads, void* args, orx_worker fn) {
-    last_asked = threads;
-    for (const int t : order(threads)) fn(t, t, threads, args);
-  }
-  static void ordered_section(int i, int t, int T, void* args, orx_worker fn) { fn(i, t, T, args); }
-  static int max_threads() { return workers; }
-
-  static const ThreadingServices* table(int count) {
-    static const ThreadingServices services = {parallel_for, parallel_for_ordered, parallel_run,
-                                               ordered_section, max_threads};
-    workers = count;
-    return &services;
-  }
-};
 
 // ---- a task ----
 
