@@ -204,6 +204,10 @@
  *   Hypot       s, d   (n, a, b, r)  (x^2 + y^2)^(1/2)
  *                       method: the processor's root; HA of a sum in two parts, with the root's rounding error made
  *                       good
+ *   Add         c, z   (n, a, b, r)  a + b
+ *                       overflow (3): a part above the largest number, of finite arguments (HA, LA)
+ *   Sub         c, z   (n, a, b, r)  a - b
+ *                       overflow (3): a part above the largest number, of finite arguments (HA, LA)
  */
 /* end functions */
 #ifndef ORX_TEF_H

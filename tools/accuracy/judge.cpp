@@ -74,7 +74,7 @@ Measure measure_of(const Function& f, const Kernel& k) {
   const double floor = k.own_class == kIndexLA ? floors.la : k.own_class == kIndexHA ? floors.ha : floors.ep;
   if (floor > 0)
     m.floor_unit = std::ilogb(floor) + 1 - (f.single() ? Format<float>::digits : Format<double>::digits);
-  m.norm_wise = f.descriptor->norm_wise;
+  m.norm_wise = f.about().norm_wise >> k.own_class & 1;
   m.zero_signs_free = f.descriptor->zero_signs_free >> k.own_class & 1;
   return m;
 }
@@ -99,6 +99,14 @@ Verdict compare_one(const ExactResult& exact, R computed, bool signs_of_zeros) {
   return {false, units == exact.nearest, std::fabs((units - exact.nearest) - exact.rest)};
 }
 
+// The modulus; at least that of the smallest number with all digits.
+template <class R>
+double size_in_units(const ExactResult* exact, int count, int unit) {
+  double size = 0;
+  for (int i = 0; i < count; ++i) size = std::hypot(size, std::ldexp(exact[i].nearest, exact[i].unit - unit));
+  return std::max(size, std::ldexp(1.0, Format<R>::digits - 1));
+}
+
 }  // namespace
 
 template <class R>
@@ -115,6 +123,8 @@ Verdict compare(const ExactResult* exact, const R* computed, int count, const Me
     all.correct &= v.correct;
     all.error = m.norm_wise ? std::hypot(all.error, error) : std::max(all.error, error);
   }
+  if (m.norm_wise)
+    all.error *= std::ldexp(1.0, Format<R>::digits - 1) / size_in_units<R>(exact, count, larger_unit);
   return all;
 }
 

@@ -58,7 +58,7 @@ struct Verdict {
 // How strict the comparison is.
 struct Measure {
   int floor_unit = -100000;  // ulps are not finer than 2^floor_unit
-  bool norm_wise = false;    // the distance of the whole, in ulps of the larger part
+  bool norm_wise = false;    // the distance in the complex plane, in units of 2^-52 or 2^-23 of the modulus
   bool zero_signs_free = false;
 };
 // What the descriptor asks of a kernel's class.

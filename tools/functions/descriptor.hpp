@@ -134,6 +134,11 @@ struct Type {
   // Results below these are measured in ulps of these: near zeros of the function, where the class promises no
   // relative accuracy.
   Bounds floor = {};
+  // Where EP promises something only for arguments whose numbers are 0 or of magnitudes in this interval.
+  Interval ep_moderate = {};
+  // Where not the errors of a complex result's parts are bounded, each in its own ulps, but the distance in the complex
+  // plane, in units of 2^-52 of the modulus (2^-23 in single precision).
+  Classes norm_wise = kNoClass;
 
   bool described() const { return timed.from < timed.to; }
 };
@@ -165,8 +170,6 @@ struct Descriptor {
   bool only_these_strata = false;
   // Several rounded operations: the limits of the classes do not bind it.
   bool formula = false;
-  // Complex results: errors of the components, each in its own ulps, or the distance in ulps of the larger component.
-  bool norm_wise = false;
   // Where the method loses the sign of a zero result.
   Classes zero_signs_free = kNoClass;
   // Kernels that neither look at the rounding and the flush of denormals nor change them.

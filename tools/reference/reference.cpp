@@ -74,6 +74,14 @@ std::string tuple(const descriptor::Numbers& numbers, int width) {
   return all;
 }
 
+// " in LA, HA"; nothing where a case is that of all classes.
+std::string in_classes(descriptor::Classes classes) {
+  std::string names;
+  for (int i = 0; i < kClassCount && classes != descriptor::kAllClasses; ++i)
+    if (classes >> i & 1) names += (names.empty() ? " in " : ", ") + std::string(kClassNames[i]);
+  return names;
+}
+
 // "f(0) = 1, f(-inf) = 0 (1)": what is told of all types, but for mere numbers.
 std::string special_values(const Function& f) {
   std::string all;
@@ -83,6 +91,7 @@ std::string special_values(const Function& f) {
     if (!telling) continue;
     all += (all.empty() ? "" : "; ") + tuple(s.in, f.in_width()) + " → " + tuple(s.out, f.out_width());
     if (s.status) all += " (" + std::to_string(s.status) + ")";
+    all += in_classes(s.classes);
   }
   return all;
 }
@@ -125,11 +134,13 @@ std::string function_table() {
   return table;
 }
 
-// What a class promises: ulps, or bits where it is many of them.
+// What a class promises: ulps, or bits where it is many of them; of the modulus where it is said.
 std::string promise(const Function& f, int class_index) {
   const double bound = f.kernel_of(class_index).bound;
   const int digits = f.single() ? 24 : 53;
-  return bound < 100 ? text(bound) : text(digits - 1 - std::log2(bound)) + " bits";
+  const bool norm_wise = f.about().norm_wise >> f.kernel_of(class_index).own_class & 1;
+  return (bound < 100 ? text(bound) : text(digits - 1 - std::log2(bound)) + " bits") +
+         (norm_wise ? " (norm)" : "");
 }
 
 std::string bounds_table() {

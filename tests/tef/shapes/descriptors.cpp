@@ -16,12 +16,12 @@ static const Entry kComplexExp{{
     .name = "Exp",
     .c_name = "exp",
     .specials = {{{0, 0}, {1, 0}}, {{-kInf, 0}, {0, 0}}, {{kInf, 0}, {kInf, 0}}},
-    .norm_wise = true,
     .keep_control_word = kMXCSR,
     .z = {.bounds = {3, 3, 3},
           .timed = {-30, 30},
           .joints = {{even(-30, 30), even(-30, 30)}},
-          .cases = {{1, 2}, {-700, 1}}},
+          .cases = {{1, 2}, {-700, 1}},
+          .norm_wise = kAllClasses},
 }};
 static const Entry kPow{{
     .name = "Pow",
@@ -50,9 +50,8 @@ static const Entry kComplexPowx{{
     .joints = {{even(0.5, 2), even(0.5, 2)}},
     .only_these_strata = true,
     .formula = true,
-    .norm_wise = true,
     .keep_control_word = kMXCSR,
-    .z = {.bounds = {20, 20, 20}, .timed = {0.5, 2}},
+    .z = {.bounds = {20, 20, 20}, .timed = {0.5, 2}, .norm_wise = kAllClasses},
 }};
 static const Entry kMul{{
     .name = "Mul",
