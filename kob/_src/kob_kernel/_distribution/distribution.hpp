@@ -15,8 +15,8 @@ constexpr int kAccurate = 1 << 30;  // this bit of the method word asks for the 
 
 // Runs worker(math, arguments...) in the processor's default arithmetic, so that a caller's rounding mode changes
 // no number, with errors of vector math going to call_back.
-template <class Worker, class... Arguments>
-int framed(TefErrorCallBack call_back, const Worker& worker, Arguments... arguments) {
+template <auto worker, class... Arguments>
+int framed(TefErrorCallBack call_back, Arguments... arguments) {
   return in_default_arithmetic([&] {
     const VectorMath math(call_back);
     return worker(math, arguments...);
@@ -72,15 +72,5 @@ template <class Real, class Transform>
   return status;
 }
 
-// The indices of elements that test(i) holds of; their number.
-template <class Test>
-int where(int count, int* index, const Test& test) {
-  int found = 0;
-  for (int i = 0; i < count; ++i) {
-    index[found] = i;
-    found += test(i);
-  }
-  return found;
-}
 
 }  // namespace orx::rng

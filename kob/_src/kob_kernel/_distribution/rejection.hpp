@@ -2,6 +2,7 @@
 #pragma once
 
 #include "distribution.hpp"
+#include "selection.hpp"
 
 namespace orx::rng {
 
@@ -16,10 +17,9 @@ template <class Number, class TryBlock>
     const int count = std::min(n - done, most);
     const int status = try_block(count, x, margin);
     if (status < 0) return status;
-    for (int i = 0; i < count; ++i) {
-      r[done] = x[i];
-      done += margin[i] >= 0;
-    }
+    const int accepted = keep_accepted(margin, count, x);
+    std::copy_n(x, accepted, r + done);
+    done += accepted;
   }
   return KOB_STATUS_OK;
 }

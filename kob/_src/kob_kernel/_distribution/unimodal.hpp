@@ -2,6 +2,8 @@
 // / f(M), and the exact test of a block of tries by vector math.
 #pragma once
 
+#include <numeric>
+
 #include "rejection.hpp"
 
 namespace orx::rng {
@@ -65,7 +67,7 @@ struct FactorialRatio {
 // that y has to reach. A try that is lost already has a bound above 1.
 struct OpenTries {
   int count = 0;
-  int index[kBlock];
+  int32_t index[kBlock];
   double u[kBlock], v[kBlock], ln_v[kBlock], y[kBlock], bound[kBlock];
 
   // `uniforms` holds all u of a block of tries, then all v; u is scaled.
@@ -121,7 +123,7 @@ struct Patchwork {
       margin[i] = p1 - u;
     }
     OpenTries open;
-    open.count = where(count, open.index, [&](int i) { return margin[i] < 0; });
+    open.count = where(margin, count, open.index, [](Doubles m) { return m < Doubles{}; });
     open.gather(math, uniforms, count, p4);
     const double per_c = 1 / c, per_p1 = 1 / p1, per_l = 1 / lambda_l, per_r = 1 / lambda_r;
     for (int k = 0; k < open.count; ++k) {
@@ -166,7 +168,8 @@ struct TableMountain {
     const int status = uniform(stream, 2 * count, uniforms);
     if (status < 0) return status;
     OpenTries open;
-    open.count = where(count, open.index, [](int) { return true; });
+    open.count = count;
+    std::iota(open.index, open.index + count, 0);
     open.gather(math, uniforms, count, p3);
     const double per_l = 1 / lambda_l, per_r = 1 / lambda_r;
     for (int i = 0; i < count; ++i) {

@@ -15,17 +15,37 @@ class VectorMath {
     if (call_back) tefErrorCallBack = call_back;
   }
 
-// name(n, x, r) is the fast kernel, accurate_name(x) the accurate one, for constants of which few are made.
+// name(n, x, r) is the fast kernel; x and r may be the same.
 #define ORX_VECTOR_FUNCTION(name, Fn)                                                                     \
   void name(int n, const double* x, double* r) const { call(orx_tef_kernel_d##Fn##_ttab[kEP], n, x, r); } \
-  void name(int n, const float* x, float* r) const { call(orx_tef_kernel_s##Fn##_ttab[kEP], n, x, r); }   \
-  double accurate_##name(double x) const {                                                                \
-    call(orx_tef_kernel_d##Fn##_ttab[kHA], 1, &x, &x);                                                    \
-    return x;                                                                                             \
-  }
+  void name(int n, const float* x, float* r) const { call(orx_tef_kernel_s##Fn##_ttab[kEP], n, x, r); }
   ORX_VECTOR_FUNCTION(ln, Ln)
   ORX_VECTOR_FUNCTION(exp, Exp)
+  ORX_VECTOR_FUNCTION(sin, Sin)
+  ORX_VECTOR_FUNCTION(cos, Cos)
+  ORX_VECTOR_FUNCTION(tan, Tan)
+  ORX_VECTOR_FUNCTION(erfinv, ErfInv)
 #undef ORX_VECTOR_FUNCTION
+  void sincos(int n, const double* x, double* sine, double* cosine) const {
+    call(orx_tef_kernel_dSinCos_ttab[kEP], n, x, sine, cosine);
+  }
+  void sincos(int n, const float* x, float* sine, float* cosine) const {
+    call(orx_tef_kernel_sSinCos_ttab[kEP], n, x, sine, cosine);
+  }
+  void power(int n, const double* x, double exponent, double* r) const {
+    call(orx_tef_kernel_dPowx_ttab[kEP], n, x, exponent, r);
+  }
+  void power(int n, const float* x, float exponent, float* r) const {
+    call(orx_tef_kernel_sPowx_ttab[kEP], n, x, exponent, r);
+  }
+
+  // The accurate kernels, for constants of which few are made.
+  double accurate_ln(double x) const { return one(orx_tef_kernel_dLn_ttab[kHA], x); }
+  double accurate_exp(double x) const { return one(orx_tef_kernel_dExp_ttab[kHA], x); }
+  double accurate_power(double x, double exponent) const {
+    call(orx_tef_kernel_dPowx_ttab[kHA], 1, &x, exponent, &x);
+    return x;
+  }
 
  private:
   enum { kHA = 1, kEP = 2 };
@@ -37,6 +57,11 @@ class VectorMath {
     tefMode = (mode & ~uint64_t{TEF_FLUSH_MASK}) | TEF_FLUSH_OFF;
     kernel(arguments...);
     tefMode = mode;
+  }
+  template <class Kernel>
+  static double one(Kernel* kernel, double x) {
+    call(kernel, 1, &x, &x);
+    return x;
   }
 
   const KeepVectorMathThread thread_;
@@ -62,6 +87,25 @@ int on_any_error(TefErrorContext* error) {
 template <class Real>
 int on_pole(TefErrorContext* error) {
   return error->status == StatusSingularity ? substitute(error, kLnOfZero<Real>) : 0;
+}
+
+// Stand in for ErfInv at -1 and 1. That they do not mirror each other is on purpose: numbers drawn so far are to be
+// drawn again.
+template <class Real>
+constexpr double kLowerEnd = -0x1.88bb0708b16b6p-1;
+template <>
+constexpr double kLowerEnd<float> = -1.0837466f;
+template <class Real>
+constexpr double kUpperEnd = 0x1.7744f8f74e94ap+2;
+template <>
+constexpr double kUpperEnd<float> = 3.832507f;
+
+// The call-back of generators of normal numbers. ErfInv may work in place, and Ln may not: the argument is looked at.
+template <class Real>
+int on_normal_end(TefErrorContext* error) {
+  if (error->status == StatusSingularity && error->arg1 == 0) return substitute(error, kLnOfZero<Real>);
+  if (error->status != StatusSingularity && error->status != StatusDomain) return 0;
+  return substitute(error, error->arg1 < 0 ? kLowerEnd<Real> : kUpperEnd<Real>);
 }
 
 }  // namespace orx::rng

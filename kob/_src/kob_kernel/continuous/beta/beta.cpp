@@ -142,8 +142,8 @@ int cheng(const VectorMath& math, KobStream* stream, int n, Real* r, Real p, Rea
       const double part = (is_smaller ? w[i] : b) / (b + w[i]);
       number[i] = std::min(shift + scale, shift + scale * Real(part));
     }
-    int open[kBlock];
-    const int found = where(count, open, [&](int i) { return margin[i] < 0; });
+    int32_t open[kBlock];
+    const int found = where(margin, count, open, [](Doubles m) { return m < Doubles{}; });
     double tests[2 * kBlock];
     for (int k = 0; k < found; ++k) {
       const int i = open[k];
@@ -199,9 +199,9 @@ int beta_numbers(const VectorMath& math, int method, KobStream* stream, int n, R
 
 ORX_API int _kobdRngBeta(int method, KobStream* stream, int n, double r[], double p, double q, double a,
                          double beta) {
-  return framed(_vdLnCallBack, beta_numbers<double>, method, stream, n, r, p, q, a, beta);
+  return framed<beta_numbers<double>>(_vdLnCallBack, method, stream, n, r, p, q, a, beta);
 }
 ORX_API int _kobsRngBeta(int method, KobStream* stream, int n, float r[], float p, float q, float a,
                          float beta) {
-  return framed(_vsLnCallBack, beta_numbers<float>, method, stream, n, r, p, q, a, beta);
+  return framed<beta_numbers<float>>(_vsLnCallBack, method, stream, n, r, p, q, a, beta);
 }

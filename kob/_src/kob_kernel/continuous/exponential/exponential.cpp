@@ -15,8 +15,8 @@ static int exponential(const VectorMath& math, KobStream* stream, int n, Real* r
 }
 
 ORX_API int _kobdRngExponential(int, KobStream* stream, int n, double r[], double a, double beta) {
-  return framed(_vdLnCallBack, exponential<double>, stream, n, r, a, beta);
+  return framed<exponential<double>>(_vdLnCallBack, stream, n, r, a, beta);
 }
 ORX_API int _kobsRngExponential(int, KobStream* stream, int n, float r[], float a, float beta) {
-  return framed(_vsLnCallBack, exponential<float>, stream, n, r, a, beta);
+  return framed<exponential<float>>(_vsLnCallBack, stream, n, r, a, beta);
 }

@@ -59,9 +59,10 @@ struct MarsagliaTsang {
   // the terms nearly cancel.
   template <class Real>
   void decide(const VectorMath& math, int count, const Real* x, const Real* u, double* margin) const {
-    int open[kBlock];
-    const int found =
-        where(count, open, [&](int i) { return margin[i] < 0 && margin[i] > -__builtin_inf(); });
+    int32_t open[kBlock];
+    const int found = where(margin, count, open, [](Doubles m) {
+      return (m < Doubles{}) & (m > orx::simd::spread(-__builtin_inf()));
+    });
     double cube[kBlock], logs[2 * kBlock];
     for (int k = 0; k < found; ++k) {
       const double t = 1 + c * x[open[k]];
@@ -168,8 +169,8 @@ int gamma(const VectorMath& math, KobStream* stream, int n, Real* r, Real alpha,
 }  // namespace
 
 ORX_API int _kobdRngGamma(int, KobStream* stream, int n, double r[], double alpha, double a, double beta) {
-  return framed(_vdLnCallBack, gamma<double>, stream, n, r, alpha, a, beta);
+  return framed<gamma<double>>(_vdLnCallBack, stream, n, r, alpha, a, beta);
 }
 ORX_API int _kobsRngGamma(int, KobStream* stream, int n, float r[], float alpha, float a, float beta) {
-  return framed(_vsLnCallBack, gamma<float>, stream, n, r, alpha, a, beta);
+  return framed<gamma<float>>(_vsLnCallBack, stream, n, r, alpha, a, beta);
 }

@@ -5,19 +5,18 @@
 
 using namespace orx::rng;
 
-// Stands in for ln 0.
-static int _vdCallBack(TefErrorContext* error) { return on_pole<double>(error); }
-static int _vsCallBack(TefErrorContext* error) { return on_pole<float>(error); }
+static int _vdCallBack(TefErrorContext* error) { return on_normal_end<double>(error); }
+static int _vsCallBack(TefErrorContext* error) { return on_normal_end<float>(error); }
 
 template <class Real>
 static int box_muller(const VectorMath& math, KobStream* stream, int n, Real* r, Real a, Real sigma) {
-  Real u[2 * kBlock], radius[kBlock], sine[kBlock], cosine[kBlock];
+  Real u[2 * kBlock], radius[kBlock], angle[kBlock];
   return in_blocks(n, [&](int done, int count) {
     const int status = uniform(stream, 2 * count, u);
     if (status < 0) return status;
-    to_polar(math, count, u, radius, sine);
-    sincos_of_turns(count, sine, sine, cosine);
-    for (int i = 0; i < count; ++i) r[done + i] = a + sigma * (radius[i] * sine[i]);
+    to_polar(math, count, u, radius, angle);
+    math.sin(count, angle, angle);
+    for (int i = 0; i < count; ++i) r[done + i] = a + sigma * (radius[i] * angle[i]);
     return status;
   });
 }
@@ -39,14 +38,8 @@ static int box_muller2(const VectorMath& math, KobStream* stream, int n, Real* r
   int status = keep(stream, kPendingPair<Real>, none, &pending);
   if (status != KOB_STATUS_OK) return status;
 
-  Real pair[2], halves[2];
   int done = 0;
-  if (pending->U1 != none.U1) {
-    pair[0] = pending->U1;
-    pair[1] = pending->U2;
-    to_normals(math, 1, pair, halves, a, sigma);
-    r[done++] = halves[1];
-  }
+  if (pending->U1 != none.U1) r[done++] = normal(math, Half::kCosine, pending->U1, pending->U2, a, sigma);
   const int whole = (n - done) & ~1;
   status = in_blocks(whole, [&](int first, int count) {
     Real* const x = r + done + first;
@@ -59,11 +52,11 @@ static int box_muller2(const VectorMath& math, KobStream* stream, int n, Real* r
   // Only here, so that a call that fails leaves the pair waiting.
   PendingPair<Real> next = none;
   if (done < n) {
+    Real pair[2];
     status = uniform(stream, 2, pair);
     if (status < 0) return status;
     next = {pair[0], pair[1]};
-    to_normals(math, 1, pair, halves, a, sigma);
-    r[done] = halves[0];
+    r[done] = normal(math, Half::kSine, pair[0], pair[1], a, sigma);
   }
   *pending = next;
   return KOB_STATUS_OK;
@@ -73,9 +66,17 @@ template <class Real>
 static int icdf(const VectorMath& math, KobStream* stream, int n, Real* r, Real a, Real sigma) {
   const Real scale = Real(0x1.6a09e667f3bcdp+0) * sigma;
   return transformed_uniforms<Real>(stream, n, r, -1, 1, [&](int count, Real* x) {
-    inverse_error_functions(math, count, x);
+    math.erfinv(count, x, x);
     for (int i = 0; i < count; ++i) x[i] = a + scale * x[i];
   });
+}
+
+template <class Real>
+using Worker = int(const VectorMath&, KobStream*, int, Real*, Real, Real);
+template <class Real>
+static int chosen(const VectorMath& math, Worker<Real>* worker, KobStream* stream, int n, Real* r, Real a,
+                  Real sigma) {
+  return worker(math, stream, n, r, a, sigma);
 }
 
 #define ORX_WORKER(t, Real, Method, how)                                                                   \
@@ -88,11 +89,11 @@ static int icdf(const VectorMath& math, KobStream* stream, int n, Real* r, Real 
   ORX_WORKER(t, Real, BoxMuller2, box_muller2)                                                           \
   ORX_WORKER(t, Real, ICDF, icdf)                                                                        \
   ORX_API int _kob##t##RngGaussian(int method, KobStream* stream, int n, Real r[], Real a, Real sigma) { \
-    static constexpr decltype(&_v##t##RngGaussianBoxMuller) Dispatch[] = {                               \
+    static constexpr Worker<Real>* Dispatch[] = {                                                        \
         _v##t##RngGaussianBoxMuller, _v##t##RngGaussianBoxMuller2, _v##t##RngGaussianICDF};              \
     const uint32_t index = uint32_t(method & ~kAccurate);                                                \
     if (index >= sizeof Dispatch / sizeof *Dispatch) return KOB_ERROR_METHOD;                            \
-    return framed(_v##t##CallBack, Dispatch[index], stream, n, r, a, sigma);                             \
+    return framed<chosen<Real>>(_v##t##CallBack, Dispatch[index], stream, n, r, a, sigma);               \
   }
 ORX_GAUSSIAN(d, double)
 ORX_GAUSSIAN(s, float)

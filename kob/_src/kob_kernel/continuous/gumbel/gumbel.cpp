@@ -19,8 +19,8 @@ static int gumbel(const VectorMath& math, KobStream* stream, int n, Real* r, Rea
 }
 
 ORX_API int _kobdRngGumbel(int, KobStream* stream, int n, double r[], double a, double beta) {
-  return framed(_vdLnCallBack, gumbel<double>, stream, n, r, a, beta);
+  return framed<gumbel<double>>(_vdLnCallBack, stream, n, r, a, beta);
 }
 ORX_API int _kobsRngGumbel(int, KobStream* stream, int n, float r[], float a, float beta) {
-  return framed(_vsLnCallBack, gumbel<float>, stream, n, r, a, beta);
+  return framed<gumbel<float>>(_vsLnCallBack, stream, n, r, a, beta);
 }

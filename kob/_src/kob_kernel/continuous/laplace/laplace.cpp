@@ -20,8 +20,8 @@ static int laplace(const VectorMath& math, KobStream* stream, int n, Real* r, Re
 }
 
 ORX_API int _kobdRngLaplace(int, KobStream* stream, int n, double r[], double a, double beta) {
-  return framed(_vdLnCallBack, laplace<double>, stream, n, r, a, beta);
+  return framed<laplace<double>>(_vdLnCallBack, stream, n, r, a, beta);
 }
 ORX_API int _kobsRngLaplace(int, KobStream* stream, int n, float r[], float a, float beta) {
-  return framed(_vsLnCallBack, laplace<float>, stream, n, r, a, beta);
+  return framed<laplace<float>>(_vsLnCallBack, stream, n, r, a, beta);
 }

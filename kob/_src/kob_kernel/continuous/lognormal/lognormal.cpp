@@ -21,9 +21,9 @@ static int lognormal(const VectorMath& math, int method, KobStream* stream, int 
 
 ORX_API int _kobdRngLognormal(int method, KobStream* stream, int n, double r[], double a, double sigma,
                               double b, double beta) {
-  return framed(_vCallBack, lognormal<double>, method, stream, n, r, a, sigma, b, beta);
+  return framed<lognormal<double>>(_vCallBack, method, stream, n, r, a, sigma, b, beta);
 }
 ORX_API int _kobsRngLognormal(int method, KobStream* stream, int n, float r[], float a, float sigma, float b,
                               float beta) {
-  return framed(_vCallBack, lognormal<float>, method, stream, n, r, a, sigma, b, beta);
+  return framed<lognormal<float>>(_vCallBack, method, stream, n, r, a, sigma, b, beta);
 }

@@ -14,8 +14,8 @@ static int rayleigh(const VectorMath& math, KobStream* stream, int n, Real* r, R
 }
 
 ORX_API int _kobdRngRayleigh(int, KobStream* stream, int n, double r[], double a, double beta) {
-  return framed(_vdLnCallBack, rayleigh<double>, stream, n, r, a, beta);
+  return framed<rayleigh<double>>(_vdLnCallBack, stream, n, r, a, beta);
 }
 ORX_API int _kobsRngRayleigh(int, KobStream* stream, int n, float r[], float a, float beta) {
-  return framed(_vsLnCallBack, rayleigh<float>, stream, n, r, a, beta);
+  return framed<rayleigh<float>>(_vsLnCallBack, stream, n, r, a, beta);
 }

@@ -17,7 +17,7 @@ struct Law {
   double first, last, g, h;
 
   Law(const VectorMath& math, double trials, double s)
-      : first(math.accurate_exp(trials * math.accurate_ln(1 - s))),
+      : first(math.accurate_power(1 - s, trials)),
         last(trials),
         g(s / (1 - s) * (trials + 1)),
         h(s / (1 - s)) {}
@@ -86,5 +86,5 @@ int binomial(const VectorMath& math, KobStream* stream, int n, int32_t* r, int32
 }  // namespace
 
 ORX_API int _kobiRngBinomial(int, KobStream* stream, int n, int32_t r[], int32_t trials, double p) {
-  return framed(_vsLnCallBack, binomial, stream, n, r, trials, p);
+  return framed<binomial>(_vsLnCallBack, stream, n, r, trials, p);
 }

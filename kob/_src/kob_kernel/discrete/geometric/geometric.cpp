@@ -51,5 +51,5 @@ int geometric(const VectorMath& math, KobStream* stream, int n, int32_t* r, doub
 }  // namespace
 
 ORX_API int _kobiRngGeometric(int, KobStream* stream, int n, int32_t r[], double p) {
-  return framed(_vsLnCallBack, geometric, stream, n, r, p);
+  return framed<geometric>(_vsLnCallBack, stream, n, r, p);
 }

@@ -111,5 +111,5 @@ int hypergeometric(const VectorMath& math, KobStream* stream, int n, int32_t* r,
 
 ORX_API int _kobiRngHypergeometric(int, KobStream* stream, int n, int32_t r[], int32_t lot, int32_t sample,
                                    int32_t marked) {
-  return framed(_vdLnCallBack, hypergeometric, stream, n, r, lot, sample, marked);
+  return framed<hypergeometric>(_vdLnCallBack, stream, n, r, lot, sample, marked);
 }

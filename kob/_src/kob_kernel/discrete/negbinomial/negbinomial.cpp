@@ -22,7 +22,7 @@ struct Law {
   double first, last, a, q;
 
   Law(const VectorMath& math, double successes, double p)
-      : first(math.accurate_exp(successes * math.accurate_ln(p))), last(kLargest), a(successes), q(1 - p) {}
+      : first(math.accurate_power(p, successes)), last(kLargest), a(successes), q(1 - p) {}
   double ratio(double k) const { return q * (a + k - 1) / k; }
 };
 
@@ -96,5 +96,5 @@ int negative_binomial(const VectorMath& math, KobStream* stream, int n, int32_t*
 }  // namespace
 
 ORX_API int _kobiRngNegbinomial(int, KobStream* stream, int n, int32_t r[], double a, double p) {
-  return framed(_vdLnCallBack, negative_binomial, stream, n, r, a, p);
+  return framed<negative_binomial>(_vdLnCallBack, stream, n, r, a, p);
 }

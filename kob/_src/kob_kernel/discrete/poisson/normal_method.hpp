@@ -2,11 +2,19 @@
 // their own; a mean that is the same for all is the simpler case of them.
 #pragma once
 
-#include "elementary.hpp"
+#include "distribution.hpp"
 
 namespace orx::rng::poisson {
 
 #include "normal_method_100.inc"
+
+// c[0] + c[1] x + ... by Horner's scheme.
+template <int terms>
+double polynomial(double x, const double (&c)[terms]) {
+  double sum = c[terms - 1];
+  for (int i = terms - 2; i >= 0; --i) sum = sum * x + c[i];
+  return sum;
+}
 
 // Means from 1 to 128 by their exponent; a row as the script beside it tells, with the total variation from the law.
 constexpr double iPoissC[7][24] = {

@@ -6,6 +6,7 @@
 using namespace orx::rng;
 
 static int _vsLnCallBack(TefErrorContext* error) { return on_any_error<float>(error); }
+static int _vsCallBack(TefErrorContext* error) { return on_normal_end<float>(error); }
 
 // The ways of the normal method: rows by exponent, then these.
 constexpr int kSeries = 7, kExpansion = 8, kGroups = 9;
@@ -26,7 +27,7 @@ static int _viRngPoissonPoisNorm(const VectorMath&, KobStream* stream, int n, in
     float drawn[kBlock];
     double x[kBlock], y[kBlock];
     const bool small = !(mean >= poisson::kLeastForRows);
-    const float bound = float(polynomial(std::max(mean, 0.0), poisson::__kob_iExp));
+    const float bound = float(poisson::polynomial(std::max(mean, 0.0), poisson::__kob_iExp));
     const int status =
         small ? uniform(stream, count, drawn, 0, bound) : gaussian(kIcdf, stream, count, drawn);
     if (status < 0) return status;
@@ -40,6 +41,11 @@ static int _viRngPoissonPoisNorm(const VectorMath&, KobStream* stream, int n, in
     for (int i = 0; i < count; ++i) r[done + i] = poisson::whole_part(y[i]);
     return status;
   });
+}
+
+using Worker = int(const VectorMath&, KobStream*, int, int32_t*, double);
+static int chosen(const VectorMath& math, Worker* worker, KobStream* stream, int n, int32_t* r, double mean) {
+  return worker(math, stream, n, r, mean);
 }
 
 namespace {
@@ -58,8 +64,7 @@ int poisson_v(const VectorMath& math, KobStream* stream, int n, int32_t* r, cons
         float uniforms[kBlock], normals[kBlock];
         const int status = uniform(stream, count, uniforms, -1, 1);
         if (status < 0) return status;
-        std::copy_n(uniforms, count, normals);
-        inverse_error_functions(math, count, normals);
+        math.erfinv(count, uniforms, normals);
         Group groups[kGroups];
         for (int i = 0; i < count; ++i) {
           const double mean = std::max(means[done + i], 0.0);
@@ -68,7 +73,7 @@ int poisson_v(const VectorMath& math, KobStream* stream, int n, int32_t* r, cons
           group.index[group.count] = i;
           group.mean[group.count] = mean;
           group.x[group.count++] =
-              which == kSeries ? (1 + double(uniforms[i])) * 0.5 * polynomial(mean, poisson::__kob_iExp)
+              which == kSeries ? (1 + double(uniforms[i])) * 0.5 * poisson::polynomial(mean, poisson::__kob_iExp)
                                : 1.4142135623730951 * double(normals[i]);
         }
         for (int which = 0; which < kGroups; ++which) {
@@ -89,12 +94,12 @@ int poisson_v(const VectorMath& math, KobStream* stream, int n, int32_t* r, cons
 }  // namespace
 
 ORX_API int _kobiRngPoisson(int method, KobStream* stream, int n, int32_t r[], double mean) {
-  static constexpr decltype(&_viRngPoissonPtpe) Dispatch[] = {_viRngPoissonPtpe, _viRngPoissonPoisNorm};
+  static constexpr Worker* Dispatch[] = {_viRngPoissonPtpe, _viRngPoissonPoisNorm};
   const uint32_t index = uint32_t(method & ~kAccurate);
   if (index >= sizeof Dispatch / sizeof *Dispatch) return KOB_ERROR_METHOD;
-  return framed(_vsLnCallBack, Dispatch[index], stream, n, r, mean);
+  return framed<chosen>(_vsLnCallBack, Dispatch[index], stream, n, r, mean);
 }
 
 ORX_API int _kobiRngPoissonV(int, KobStream* stream, int n, int32_t r[], const double means[]) {
-  return framed(_vsLnCallBack, poisson_v, stream, n, r, means);
+  return framed<poisson_v>(_vsCallBack, stream, n, r, means);
 }
