@@ -163,7 +163,8 @@
  *   ErfInv      s, d   (n, a, r)  y with erf y = x, |x| <= 1
  *                       domain error (1): |x| > 1, infinities
  *                       singularity (2): |x| = 1
- *                       method: polynomials in rows by the leading bits of |x| and 1 - |x|
+ *                       method: polynomials in rows by the leading bits of |x| and 1 - |x|; sEP: one in sqrt(-ln(1 -
+ *                       x^2))
  *   LGamma      s, d   (n, a, r)  ln |gamma x|
  *                       singularity (2): x is 0 or a negative integer
  *                       overflow (3): x is too large

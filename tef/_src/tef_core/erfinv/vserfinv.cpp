@@ -1,17 +1,15 @@
-// The inverse error function, single: in double, by the rows of EP.
+// The inverse error function, single. HA, LA: in double, by the rows of its EP. EP: x times a polynomial in
+// sqrt(-ln(1 - x^2)), which is nearly the result itself where x is near 1.
 #include "erfinv/inverse_erf.hpp"
+#include "ln/slog.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-struct sErfInv : Kernel<float(float)> {
+struct sErfInvKernel : Kernel<float(float)> {
   template <class X>
   static auto rare(X x) {
     return outside(magnitude(x), kTiny, kBelowOne);
-  }
-  template <class X>
-  static X eval(X x) {
-    return narrow(erfinv_by_rows<InverseErfEP>(kErfInvEpTable, widen(x)));
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {
@@ -26,10 +24,33 @@ struct sErfInv : Kernel<float(float)> {
   static constexpr Row<float> kTiny = 0x1p-100f, kBelowOne = 0x1.fffffep-1f;
 };
 
+struct sErfInv : sErfInvKernel {
+  template <class X>
+  static X eval(X x) {
+    return narrow(erfinv_by_rows<InverseErfEP>(kErfInvEpTable, widen(x)));
+  }
+};
+
+struct sErfInvEP : sErfInvKernel {
+  template <class X>
+  static X eval(X x) {
+    const X size = magnitude(x), one = constant<X>(kOne);
+    const SingleLogParts<X> y((one - size) * (one + size));
+    const X t = square_root(X{} - sln_ep(y, X{})) - kMiddle;
+    return x * polynomial(t, t * t, kQuotient);
+  }
+
+ private:
+  static constexpr Row<float> kOne = 1.0f, kMiddle = 2.0f;
+  static constexpr Row<float> kQuotient[] = {
+#include "erfinv/vserfinv_ep.inc"
+  };
+};
+
 }  // namespace
 ORX_ISA_END
 
 using namespace orx::tef;
 ORX_KERNEL(s, ErfInv, G9HAynn, sErfInv)
 ORX_KERNEL(s, ErfInv, G9LAynn, sErfInv)
-ORX_KERNEL(s, ErfInv, G9EPnnn, sErfInv)
+ORX_KERNEL(s, ErfInv, G9EPnnn, sErfInvEP)
