@@ -72,5 +72,4 @@ template <class Real, class Transform>
   return status;
 }
 
-
 }  // namespace orx::rng

@@ -8,15 +8,14 @@ namespace orx::rng {
 
 using simd::Doubles;
 
-// The places of set bits in four, lowest first, and their number.
+// The places of the bits that are set in four, lowest first.
 struct SetBits {
   alignas(16) int32_t place[16][4] = {};
-  int32_t count[16] = {};
 
   constexpr SetBits() {
     for (int bits = 0; bits < 16; ++bits)
-      for (int place_of_bit = 0; place_of_bit < 4; ++place_of_bit)
-        if (bits >> place_of_bit & 1) place[bits][count[bits]++] = place_of_bit;
+      for (int bit = 0, found = 0; bit < 4; ++bit)
+        if (bits >> bit & 1) place[bits][found++] = bit;
   }
 };
 inline constexpr SetBits kSetBits;
@@ -38,7 +37,7 @@ template <class Test>
   int found = 0;
   by_fours(x, count, test, [&](int i, unsigned bits) {
     simd::store4(index + found, simd::load<simd::Ints4, true>(kSetBits.place[bits]) + i);
-    found += kSetBits.count[bits];
+    found += __builtin_popcount(bits);
   });
   return found;
 }
@@ -57,7 +56,7 @@ int keep_accepted(const double* margin, int count, Number* x) {
         x[found + 1] = b;
         x[found + 2] = c;
         x[found + 3] = d;
-        found += kSetBits.count[bits];
+        found += __builtin_popcount(bits);
       });
   return found;
 }

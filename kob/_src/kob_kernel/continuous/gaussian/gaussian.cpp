@@ -84,16 +84,16 @@ static int chosen(const VectorMath& math, Worker<Real>* worker, KobStream* strea
                                         Real sigma) {                                                      \
     return how(math, stream, n, r, a, sigma);                                                              \
   }
-#define ORX_GAUSSIAN(t, Real)                                                                            \
-  ORX_WORKER(t, Real, BoxMuller, box_muller)                                                             \
-  ORX_WORKER(t, Real, BoxMuller2, box_muller2)                                                           \
-  ORX_WORKER(t, Real, ICDF, icdf)                                                                        \
-  ORX_API int _kob##t##RngGaussian(int method, KobStream* stream, int n, Real r[], Real a, Real sigma) { \
-    static constexpr Worker<Real>* Dispatch[] = {                                                        \
-        _v##t##RngGaussianBoxMuller, _v##t##RngGaussianBoxMuller2, _v##t##RngGaussianICDF};              \
-    const uint32_t index = uint32_t(method & ~kAccurate);                                                \
-    if (index >= sizeof Dispatch / sizeof *Dispatch) return KOB_ERROR_METHOD;                            \
-    return framed<chosen<Real>>(_v##t##CallBack, Dispatch[index], stream, n, r, a, sigma);               \
+#define ORX_GAUSSIAN(t, Real)                                                                               \
+  ORX_WORKER(t, Real, BoxMuller, box_muller)                                                                \
+  ORX_WORKER(t, Real, BoxMuller2, box_muller2)                                                              \
+  ORX_WORKER(t, Real, ICDF, icdf)                                                                           \
+  ORX_API int _kob##t##RngGaussian(int method, KobStream* stream, int n, Real r[], Real a, Real sigma) {    \
+    static constexpr Worker<Real>* Dispatch[] = {_v##t##RngGaussianBoxMuller, _v##t##RngGaussianBoxMuller2, \
+                                                 _v##t##RngGaussianICDF};                                   \
+    const uint32_t index = uint32_t(method & ~kAccurate);                                                   \
+    if (index >= sizeof Dispatch / sizeof *Dispatch) return KOB_ERROR_METHOD;                               \
+    return framed<chosen<Real>>(_v##t##CallBack, Dispatch[index], stream, n, r, a, sigma);                  \
   }
 ORX_GAUSSIAN(d, double)
 ORX_GAUSSIAN(s, float)

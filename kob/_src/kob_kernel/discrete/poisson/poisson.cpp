@@ -72,9 +72,9 @@ int poisson_v(const VectorMath& math, KobStream* stream, int n, int32_t* r, cons
           Group& group = groups[which];
           group.index[group.count] = i;
           group.mean[group.count] = mean;
-          group.x[group.count++] =
-              which == kSeries ? (1 + double(uniforms[i])) * 0.5 * poisson::polynomial(mean, poisson::__kob_iExp)
-                               : 1.4142135623730951 * double(normals[i]);
+          group.x[group.count++] = which == kSeries ? (1 + double(uniforms[i])) * 0.5 *
+                                                          poisson::polynomial(mean, poisson::__kob_iExp)
+                                                    : 1.4142135623730951 * double(normals[i]);
         }
         for (int which = 0; which < kGroups; ++which) {
           Group& group = groups[which];
