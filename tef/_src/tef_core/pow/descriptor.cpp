@@ -99,7 +99,7 @@ static Descriptor power(const char* name, const char* computes) {
                          {{0.5, 155}, 0, StatusUnderflow}},
             .joints = joints(-103.97, 88.72),
             .approximate = kAllClasses},
-      .d = {.bounds = {.la = 2, .ha = 0.53},
+      .d = {.bounds = {.la = 2.5, .ha = 0.53},  // LA: the exponential's 1.63 and what y ln x lacks
             .timed = {0.1, 10},
             .timed_second = {-100, 100},
             .specials = {{{2, 1024}, kInf, StatusOverflow},
