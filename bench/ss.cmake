@@ -1,6 +1,6 @@
 # The peers are compiled with the same flags as the library's own code.
 function(orx_ss_bench name source)
-  orx_bench(${name} ${source} ${ARGN})
+  orx_bench(${name} ${source} orx_functions ${ARGN})
   target_compile_options(${name} PRIVATE ${ORX_AVX_FLAGS})
 endfunction()
 

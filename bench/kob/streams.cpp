@@ -4,7 +4,8 @@
 // plain, as compilers build it by default, and avx, with the flags of our kernels.
 //
 //   bench_kob_streams --write docs/performance.md    times doubles beside Boost.Random and GSL, in blocks and one
-//                                                    to a call, and writes the section "streams"
+//                                                    to a call, and numbers of 64 bits beside those of 32, and writes
+//                                                    the sections "streams" and "wide numbers"
 #include <benchmark/benchmark.h>
 #include <x86intrin.h>
 
@@ -168,6 +169,60 @@ std::string table() {
   return s.str();
 }
 
+// Numbers made of 64 bits beside those of one word. The range of the integers is of no matter to either.
+struct Wide {
+  const char *plain, *wide;
+  void (*fill_plain)(KobStream* s, double* r);
+  void (*fill_wide)(KobStream* s, double* r);
+};
+constexpr Wide kWide[] = {
+    {"doubles", "of 53 bits", [](KobStream* s, double* r) { _kobdRngUniform(0, s, kBlock, r, 0, 1); },
+     [](KobStream* s, double* r) { orx_kob_dRngUniform53(0, s, kBlock, r, 0, 1); }},
+    {"integers", "exact",
+     [](KobStream* s, double* r) { _kobiRngUniform(0, s, kBlock, reinterpret_cast<int*>(r), -10, 1000); },
+     [](KobStream* s, double* r) {
+       orx_kob_iRngUniformExact(0, s, kBlock, reinterpret_cast<int32_t*>(r), -10, 1000);
+     }},
+};
+constexpr uint32_t kWideIds[] = {KOB_BRNG_R250, KOB_BRNG_MCG59, KOB_BRNG_MT19937, KOB_BRNG_MT2203,
+                                 KOB_BRNG_SFMT19937};
+const char* name_of(uint32_t id) {
+  return std::find_if(std::begin(kGenerators), std::end(kGenerators), [=](auto& g) { return g.id == id; })
+      ->name;
+}
+
+void wide_numbers() {
+  const auto add = [](const std::string& name, uint32_t id, auto fill) {
+    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+      Stream stream(id);
+      least[name] = fill_cycles<double>(state, [&](double* r, int times) {
+        for (int k = 0; k < times; ++k) fill(stream, r);
+      });
+    });
+  };
+  for (const uint32_t id : kWideIds)
+    for (const Wide& w : kWide) {
+      add(std::string("wide/") + w.plain + "/" + name_of(id), id, w.fill_plain);
+      add(std::string("wide/") + w.wide + "/" + name_of(id), id, w.fill_wide);
+    }
+}
+
+std::string wide_table() {
+  std::ostringstream s;
+  s << std::fixed << std::setprecision(2)
+    << "| generator | doubles | of 53 bits | integers | exact |\n|---|---|---|---|---|\n";
+  for (const uint32_t id : kWideIds) {
+    s << "| `" << name_of(id) << "`";
+    for (const Wide& w : kWide) {
+      const double plain = least[std::string("wide/") + w.plain + "/" + name_of(id)],
+                   wide = least[std::string("wide/") + w.wide + "/" + name_of(id)];
+      s << " | " << plain << " | " << wide << " (" << wide / plain << " times)";
+    }
+    s << " |\n";
+  }
+  return s.str();
+}
+
 void discrete() {
   const auto add = [](const char* name, auto generate) {
     benchmark::RegisterBenchmark(name, [=](benchmark::State& state) {
@@ -240,16 +295,19 @@ void streams() {
 int main(int argc, char** argv) {
   if (argc == 3 && argv[1] == std::string("--write")) {
     races();
+    wide_numbers();
     int none = 1;
     benchmark::Initialize(&none, argv);
     benchmark::RunSpecifiedBenchmarks();
     orx::write_section(argv[2], "streams", table());
+    orx::write_section(argv[2], "wide numbers", wide_table());
     return 0;
   }
   fills<uint32_t>("words");
   fills<double>("doubles");
   fills<float>("singles");
   races();
+  wide_numbers();
   discrete();
   streams();
   benchmark::Initialize(&argc, argv);

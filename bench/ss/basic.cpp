@@ -6,8 +6,8 @@
 #include <random>
 #include <vector>
 
-#include "cycles.hpp"
 #include "orx/ss.h"
+#include "table.hpp"
 
 extern "C" void dsyrk_(const char*, const char*, const int*, const int*, const double*, const double*,
                        const int*, const double*, double*, const int*);
@@ -206,6 +206,5 @@ void register_all() {
 int main(int argc, char** argv) {
   openblas_set_num_threads(1);  // the workers are the threads
   register_all();
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
+  return bench::run(argc, argv, "moments");
 }

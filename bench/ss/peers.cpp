@@ -5,8 +5,8 @@
 #include <random>
 #include <vector>
 
-#include "cycles.hpp"
 #include "orx/ss.h"
+#include "table.hpp"
 
 namespace {
 
@@ -99,6 +99,5 @@ int main(int argc, char** argv) {
   add("pooled/4_groups", 10, [](auto& s) { pooled(s, 4, 0); });
   add("pooled/4_groups_and_stray", 10, [](auto& s) { pooled(s, 4, 100000000); });
   add("pooled/4000_groups", 10, [](auto& s) { pooled(s, 4000, 0); });
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
+  return bench::run(argc, argv, "one variable");
 }

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "cycles.hpp"
 #include "orx/ss.h"
+#include "table.hpp"
 
 namespace {
 
@@ -125,6 +125,5 @@ int main(int argc, char** argv) {
   add("order_statistics/columns", 5, [](auto& s) { exact(s, KOB_SS_COLUMNS, KOB_SS_ORDER_STATISTICS); });
   add("stream/blocks_of_1000000", 5, [](auto& s) { stream(s, 1000000); });
   add("stream/blocks_of_100", 3, [](auto& s) { stream(s, 100); });
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
+  return bench::run(argc, argv, "quantiles");
 }

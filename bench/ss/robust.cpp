@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "cycles.hpp"
 #include "orx/ss.h"
+#include "table.hpp"
 
 extern "C" void dsymm_(const char* side, const char* uplo, const int* m, const int* n, const double* alpha,
                        const double* a, const int* lda, const double* b, const int* ldb, const double* beta,
@@ -206,6 +206,5 @@ void add_all() {
 int main(int argc, char** argv) {
   openblas_set_num_threads(1);  // the workers are the threads
   add_all();
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
+  return bench::run(argc, argv, "robust");
 }

@@ -46,8 +46,12 @@ struct R250 : NoLeapfrog, NoSkip {
     });
   }
 
+  // Once the register has been handed out its words can be read where they stand, and it is filled anew at the end.
   static int words(KobStream* stream, int n, uint32_t* r) {
-    generate(state<R250>(stream), n, Word32Sink<uint32_t>(r));
+    State& s = state<R250>(stream);
+    const bool many = n >= 2 * int(kLength);
+    generate(s, many ? int(kLength) : n, Word32Sink<uint32_t>(r));
+    if (many) extend(s, n, r);
     return KOB_STATUS_OK;
   }
 
@@ -65,6 +69,19 @@ struct R250 : NoLeapfrog, NoSkip {
       uint32_t& word = x[3 + 7 * j];
       word = (word & (0xFFFFFFFFu >> j)) | 0x80000000u >> j;
     }
+  }
+
+  // The words from kLength to n, and the register after them.
+  static void extend(State& s, int n, uint32_t* r) {
+    constexpr int length = kLength, lag = length - kPartner;
+    int i = length;
+    for (; i + 8 <= n; i += 8)
+      simd::store(r + i, simd::native::bit_xor(simd::load<Doubles>(r + i - length),
+                                               simd::load<Doubles>(r + i - lag)));
+    for (; i < n; ++i) r[i] = r[i - length] ^ r[i - lag];
+    s.I = (s.I + uint32_t(n) % kLength) % kLength;
+    s.J = (s.I + kPartner) % kLength;
+    std::rotate_copy(r + n - length, r + n - s.I, r + n, s.X);
   }
 
   // The register is stepped in place, in stretches in which neither index wraps. The partner is 103 words
