@@ -13,18 +13,31 @@ namespace orx::df {
 template <class Real>
 struct VecOf {
   typedef Real Type __attribute__((vector_size(32)));
-  typedef int32_t Cells __attribute__((vector_size(4 * 32 / sizeof(Real))));  // one integer for each lane
+  // One integer for each lane.
+  typedef int32_t Cells __attribute__((vector_size(4 * 32 / sizeof(Real))));
+  typedef ptrdiff_t Indices __attribute__((vector_size(sizeof(ptrdiff_t) * 32 / sizeof(Real))));
 };
 template <class Real>
 using Vec = typename VecOf<Real>::Type;
 template <class Real>
 using CellVec = typename VecOf<Real>::Cells;
 template <class Real>
+using IndexVec = typename VecOf<Real>::Indices;
+template <class Real>
 constexpr int kLanes = 32 / int(sizeof(Real));
 
+// As packed members, not as bytes: GCC keeps what it has copied byte by byte on the stack where registers are few.
+template <class Real>
+struct [[gnu::packed, gnu::may_alias]] Packed {
+  Vec<Real> v;
+};
 template <class Real>
 Vec<Real> load(const Real* p) {
-  return simd::load<Vec<Real>>(p);
+  return reinterpret_cast<const Packed<Real>*>(p)->v;
+}
+template <class Real>
+void store(Real* p, Vec<Real> v) {
+  reinterpret_cast<Packed<Real>*>(p)->v = v;
 }
 template <class Real>
 Vec<Real> broadcast(Real x) {
@@ -84,7 +97,6 @@ T ones_at_most(T a, T b) {
   return where_at_most(a, b, T{} + 1);
 }
 
-using simd::store;
 using simd::rows::gather;
 using simd::rows::gather_rows;
 using simd::rows::store_pairs;

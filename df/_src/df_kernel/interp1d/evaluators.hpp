@@ -94,21 +94,30 @@ void locate(const Task<Real>* task, EvaluatorNumber evaluator, const Real* sites
   for (int32_t i = list->count; i < n; ++i) list->cells[i] = list->cells[i - 1];
   for (int32_t i = 0; i < n; ++i) polynomials[i] = polynomial_of_cell(list->cells[i], nx);
   if (evaluator == kSubbotin) settle_by_knots<Real, G>(task, sites, n, polynomials);
-  int32_t differ = 0;
-  for (int32_t i = 0; i < n; ++i) differ |= polynomials[i] ^ polynomials[0];
-  list->one_row = differ == 0;
+  const auto cells_of = [=](int32_t i) {
+    CellVec<Real> at;
+    __builtin_memcpy(&at, polynomials + i, sizeof at);
+    return at;
+  };
+  const int32_t one = polynomials[0];
+  CellVec<Real> differ{};
+  for (int32_t i = 0; i < n; i += kLanes<Real>) {
+    const CellVec<Real> at = cells_of(i);
+    differ |= at ^ one;
+    const auto rows = __builtin_convertvector(at, IndexVec<Real>) * order;
+    __builtin_memcpy(list->rows + i, &rows, sizeof rows);
+  }
+  const Real* const breakpoints = task->grid;
   for (int32_t i = 0; i < n; i += kLanes<Real>) {
     Vec<Real> base;
-    if constexpr (G == kUniformGrid) {
-      CellVec<Real> at;
-      __builtin_memcpy(&at, polynomials + i, sizeof at);
-      base = grid.x(0) + __builtin_convertvector(at, Vec<Real>) * grid.h();
-    } else {
-      base = gather(task->grid, polynomials + i);
-    }
+    if constexpr (G == kUniformGrid)
+      base = grid.x(0) + __builtin_convertvector(cells_of(i), Vec<Real>) * grid.h();
+    else
+      base = gather(breakpoints, polynomials + i);
     store(list->t + i, load(sites + i) - base);
   }
-  for (int32_t i = 0; i < n; ++i) list->rows[i] = polynomials[i] * order;
+  list->one_row = true;
+  for (int k = 0; k < kLanes<Real>; ++k) list->one_row &= differ[k] == 0;
 }
 
 // Coefficients in the lanes: of each site's own cell, or of the one cell of all.
