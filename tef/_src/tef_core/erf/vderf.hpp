@@ -16,6 +16,7 @@ struct dErfData {
       0x1.4p-6;  // smaller arguments go by the series about 0, and x itself is the large part
   Row<uint64_t> power = 0xFFF0000000000000;
   Row<double> slope_less_1 = 0x1.06eba8214db69p-3;  // 2/sqrt(pi) - 1
+  Row<double> slope_lacks = -0x1.961690a74d8ep-57;  // what that rounds off, of 2/sqrt(pi)
   // Coefficients of the series: t^2 .. t^5; u .. u t^3; u^2, u^2 t, u^3, the last with most of u^4/216
   // where the series is about 0. What is left out is below 2^-56 of erf x.
   Row<double> t[4] = {2.0 / 3, -1.0 / 3, 2.0 / 15, -2.0 / 45};
@@ -74,7 +75,7 @@ struct dErfHA : dErf {
     const X A = multiply_add(t2, multiply_add(t, c.t[3], c.t[2]), multiply_add(t, c.t[1], c.t[0]));
     const X B = multiply_add(t2, multiply_add(t, c.u[3], c.u[2]), multiply_add(t, c.u[1], c.u[0]));
     const X C = multiply_add(u, c.uu[2], multiply_add(t, c.uu[1], c.uu[0]));
-    const X g = multiply_add(t2, A, multiply_add(u, multiply_add(u, C, B), X{} - t));
+    const X g = multiply_add(t2, A, multiply_add(u, multiply_add(u, C, B), c.slope_lacks - t));
 
     // 3. The power of two below D, 1 where it matters, times d is exact.
     const X power = bit_and(s.D, c.power);
