@@ -54,6 +54,18 @@ TEST(Formula, FixesEachNumberByItsUniforms) {
                  1 + 2 * sqrt(-2 * log(double(*u))) * sin(2 * M_PI * double(u[1])));
 }
 
+// Numbers far below 1 keep their digits, though their complements to 1 are what is made of the uniforms.
+TEST(Formula, SmallBetaNumbersOfALargeShape) {
+  const Stream s(KOB_BRNG_MT19937), t(KOB_BRNG_MT19937);
+  std::vector<float> r(kNumbers);
+  ASSERT_EQ(_kobsRngBeta(0, s, kNumbers, r.data(), 1, 1000, 0, 1), 0);
+  const std::vector<float> u = t.reals<float>(kNumbers, 0, 1);
+  for (size_t i = 0; i < r.size(); ++i) {
+    const double x = -std::expm1(std::log(double(u[i])) / 1000);
+    ASSERT_NEAR(r[i], x, 0x1p-10 * x) << u[i];
+  }
+}
+
 TEST(Formula, NormalNumbersByInversion) {
   const Stream s(KOB_BRNG_MT19937), t(KOB_BRNG_MT19937);
   std::vector<double> r(200000);

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 
+#include "_service/registry.hpp"
 #include "_service/stream.hpp"
 #include "orx/base/default_arithmetic.hpp"
+#include "orx/base/simd/simd.hpp"
 #include "vector_math.hpp"
 
 namespace orx::rng {
@@ -13,21 +15,27 @@ namespace orx::rng {
 constexpr int kBlock = 1024;        // numbers in a stack buffer
 constexpr int kAccurate = 1 << 30;  // this bit of the method word asks for the accurate mode
 
+// Apart from framed, so that no arithmetic is moved across the change of the control words.
+template <auto worker, class... Arguments>
+[[gnu::noinline]] int with_vector_math(TefErrorCallBack call_back, Arguments... arguments) {
+  const VectorMath math(call_back);
+  return worker(math, arguments...);
+}
+
 // Runs worker(math, arguments...) in the processor's default arithmetic, so that a caller's rounding mode changes
 // no number, with errors of vector math going to call_back.
 template <auto worker, class... Arguments>
 int framed(TefErrorCallBack call_back, Arguments... arguments) {
-  return in_default_arithmetic([&] {
-    const VectorMath math(call_back);
-    return worker(math, arguments...);
-  });
+  const DefaultArithmetic arithmetic;
+  return with_vector_math<worker>(call_back, arguments...);
 }
 
+// As the Uniform generators, without the steps that lead there.
 inline int uniform(KobStream* stream, int n, double* r, double a = 0, double b = 1) {
-  return _kobdRngUniform(0, stream, n, r, a, b);
+  return brng::record(stream).dGenerate(stream, n, r, simd::hidden(a), simd::hidden(b));
 }
 inline int uniform(KobStream* stream, int n, float* r, float a = 0, float b = 1) {
-  return _kobsRngUniform(0, stream, n, r, a, b);
+  return brng::record(stream).sGenerate(stream, n, r, simd::hidden(a), simd::hidden(b));
 }
 
 // Exponential with mean 1, and normal numbers.

@@ -68,15 +68,30 @@ struct FactorialRatio {
 struct OpenTries {
   int count = 0;
   int32_t index[kBlock];
-  double u[kBlock], v[kBlock], ln_v[kBlock], y[kBlock], bound[kBlock];
+  double u[kBlock], v[kBlock], y[kBlock], bound[kBlock];
 
   // `uniforms` holds all u of a block of tries, then all v; u is scaled.
-  void gather(const VectorMath& math, const float* uniforms, int tries, double scale) {
+  void gather(const float* uniforms, int tries, double scale) {
     for (int k = 0; k < count; ++k) {
       u[k] = scale * double(uniforms[index[k]]);
       v[k] = uniforms[tries + index[k]];
     }
-    math.ln(count, v, ln_v);
+  }
+  // The exponential tails, u beyond `first`: the left one out from xl for u up to `second`, the right one out from xr.
+  void tails(const VectorMath& math, double first, double second, double xl, double xr, double lambda_l,
+             double lambda_r) {
+    int32_t tail[kBlock];
+    const int found = where(u, count, tail, [=](Doubles x) { return x > simd::spread(first); });
+    double ln_v[kBlock];
+    for (int j = 0; j < found; ++j) ln_v[j] = v[tail[j]];
+    math.ln(found, ln_v, ln_v);
+    const double per_l = 1 / lambda_l, per_r = 1 / lambda_r;
+    for (int j = 0; j < found; ++j) {
+      const int k = tail[j];
+      const bool left = u[k] <= second;
+      y[k] = __builtin_floor(left ? xl + ln_v[j] * per_l : xr - ln_v[j] * per_r);
+      bound[k] = v[k] * (left ? (u[k] - first) * lambda_l : (u[k] - second) * lambda_r);
+    }
   }
   void decide(const VectorMath& math, const FactorialRatio& ratio, double first, double last, double* number,
               double* margin) {
@@ -124,17 +139,14 @@ struct Patchwork {
     }
     OpenTries open;
     open.count = where(margin, count, open.index, [](Doubles m) { return m < Doubles{}; });
-    open.gather(math, uniforms, count, p4);
-    const double per_c = 1 / c, per_p1 = 1 / p1, per_l = 1 / lambda_l, per_r = 1 / lambda_r;
+    open.gather(uniforms, count, p4);
+    const double per_c = 1 / c, per_p1 = 1 / p1;
     for (int k = 0; k < open.count; ++k) {
-      const double u = open.u[k], v = open.v[k], ln_v = open.ln_v[k];
-      const double middle = xl + (u - p1) * per_c;
-      const double tail = u <= p3 ? xl + ln_v * per_l : xr - ln_v * per_r;
-      const double in_tail = v * (u <= p3 ? (u - p2) * lambda_l : (u - p3) * lambda_r);
-      const double in_middle = v * c + 1 - __builtin_fabs(xm - middle) * per_p1;
-      open.y[k] = __builtin_floor(u <= p2 ? middle : tail);
-      open.bound[k] = u <= p2 ? in_middle : in_tail;
+      const double middle = xl + (open.u[k] - p1) * per_c;
+      open.y[k] = __builtin_floor(middle);
+      open.bound[k] = open.v[k] * c + 1 - __builtin_fabs(xm - middle) * per_p1;
     }
+    open.tails(math, p2, p3, xl, xr, lambda_l, lambda_r);
     open.decide(math, ratio, 0, last, number, margin);
     return status;
   }
@@ -170,17 +182,13 @@ struct TableMountain {
     OpenTries open;
     open.count = count;
     std::iota(open.index, open.index + count, 0);
-    open.gather(math, uniforms, count, p3);
-    const double per_l = 1 / lambda_l, per_r = 1 / lambda_r;
+    open.gather(uniforms, count, p3);
     for (int i = 0; i < count; ++i) {
-      const double u = open.u[i], v = open.v[i], ln_v = open.ln_v[i];
       // A number that was rounded up to the end of the rectangle is beyond what its v stands for.
-      const double middle = std::min(xl + u, xr - 0.5);
-      const double tail = u <= p2 ? xl + ln_v * per_l : xr - ln_v * per_r;
-      const double in_tail = v * (u <= p2 ? (u - p1) * lambda_l : (u - p2) * lambda_r);
-      open.y[i] = __builtin_floor(u <= p1 ? middle : tail);
-      open.bound[i] = u <= p1 ? v : in_tail;
+      open.y[i] = __builtin_floor(std::min(xl + open.u[i], xr - 0.5));
+      open.bound[i] = open.v[i];
     }
+    open.tails(math, p1, p2, xl, xr, lambda_l, lambda_r);
     open.decide(math, ratio, first, last, number, margin);
     return status;
   }

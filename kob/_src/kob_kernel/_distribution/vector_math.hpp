@@ -21,6 +21,7 @@ class VectorMath {
   void name(int n, const float* x, float* r) const { call(orx_tef_kernel_s##Fn##_ttab[kEP], n, x, r); }
   ORX_VECTOR_FUNCTION(ln, Ln)
   ORX_VECTOR_FUNCTION(exp, Exp)
+  ORX_VECTOR_FUNCTION(expm1, Expm1)
   ORX_VECTOR_FUNCTION(sin, Sin)
   ORX_VECTOR_FUNCTION(cos, Cos)
   ORX_VECTOR_FUNCTION(tan, Tan)

@@ -160,18 +160,21 @@ int cheng(const VectorMath& math, KobStream* stream, int n, Real* r, Real p, Rea
   });
 }
 
-// x^p is uniform, or (1 - x)^q.
+// x^p is uniform, or (1 - x)^q: then x is formed without 1 - x, which for a large q is near 1.
 template <class Real>
 int power(const VectorMath& math, KobStream* stream, int n, Real* r, Real shape, bool mirrored, Real a,
           Real beta) {
-  const Real half_exponent = Real(0.5) / shape;
+  const Real exponent = 1 / shape;
   return transformed_uniforms<Real>(stream, n, r, 0, 1, [&](int count, Real* x) {
     math.ln(count, x, x);
-    for (int i = 0; i < count; ++i) x[i] *= half_exponent;
-    exp_of_halves(math, count, x);
+    for (int i = 0; i < count; ++i) x[i] *= mirrored ? exponent : exponent / 2;
+    if (mirrored)
+      math.expm1(count, x, x);
+    else
+      exp_of_halves(math, count, x);
     for (int i = 0; i < count; ++i) {
-      const Real y = std::min(x[i], Real(1));
-      x[i] = std::min(a + beta, a + beta * (mirrored ? 1 - y : y));
+      const Real y = std::min(std::max(mirrored ? -x[i] : x[i], Real(0)), Real(1));
+      x[i] = std::min(a + beta, a + beta * y);
     }
   });
 }
