@@ -1,10 +1,4 @@
-#include <cfenv>
-
-#include "functions/descriptor.hpp"
-
-using namespace orx::descriptor;
-
-static constexpr double kPi = 0x1.921fb54442d18p+1;
+#include "atan2/descriptor.hpp"
 
 static Pair as_it_is(double u, double v) { return {u, v}; }
 // Near the lines on which the table's angles lie, and near the axes.
@@ -17,42 +11,7 @@ static const Entry kEntry{{
     .computes = "the angle of the point (x, y) = (b, a), from -pi to pi",
     .method = "the octant 0 <= y <= x, then as Atan with a quotient of sums",
     .c_name = "atan2",
-    .specials = {{{0, 0}, 0},
-                 {{-0.0, 0}, -0.0},
-                 {{0, -0.0}, kPi},
-                 {{-0.0, -0.0}, -kPi},
-                 {{0, 1}, 0},
-                 {{-0.0, 1}, -0.0},
-                 {{0, -1}, kPi},
-                 {{-0.0, -1}, -kPi},
-                 {{1, 0}, kPi / 2},
-                 {{1, -0.0}, kPi / 2},
-                 {{-1, 0}, -kPi / 2},
-                 {{-1, -0.0}, -kPi / 2},
-                 {{1, kInf}, 0},
-                 {{-1, kInf}, -0.0},
-                 {{1, -kInf}, kPi},
-                 {{-1, -kInf}, -kPi},
-                 {{kInf, 1}, kPi / 2},
-                 {{-kInf, kLargest}, -kPi / 2},
-                 {{kInf, -kLargest}, kPi / 2},
-                 {{kInf, kInf}, kPi / 4},
-                 {{-kInf, kInf}, -kPi / 4},
-                 {{kInf, -kInf}, 3 * kPi / 4},
-                 {{-kInf, -kInf}, -3 * kPi / 4},
-                 {{kLargest, kLargest}, kPi / 4},
-                 {{kLargest, kLeast}, kPi / 2},
-                 {{kLeast, kLargest}, 0, StatusOk, kAllClasses, FE_UNDERFLOW},
-                 {{kLeast, kLeast}, kPi / 4},
-                 {{kLeast, -kLeast}, 3 * kPi / 4},
-                 {{kLeast, -kLargest}, kPi},
-                 {{-kLeast, 1}, -kLeast},
-                 {{kSmallest, 1}, kSmallest},
-                 {{kNaN, 1}, kNaN},
-                 {{1, kNaN}, kNaN},
-                 {{kNaN, kNaN}, kNaN},
-                 {{kInf, kNaN}, kNaN},
-                 {{kNaN, 0}, kNaN}},
+    .specials = kAngles,
     .joints = {{logarithmic(0x1p-58, 0x1p58), multiples({1.0 / 32}, -1, 1), on_a_line},
                {logarithmic(0x1p-58, 0x1p58), around({0, 1.0 / 32, 0.5, 1}), on_a_line_from_the_other_side},
                {logarithmic(0x1p-100, 0x1p100), around({0, 1.0 / 32, 0.5, 1}), behind},

@@ -1,0 +1,42 @@
+// Vectors of complex numbers: what the kernels of complex functions share.
+#pragma once
+#include <limits>
+
+#include "frame/kernel.hpp"
+#include "orx/base/simd/pairs.hpp"
+
+ORX_ISA_BEGIN(orx::tef)
+
+template <int n>
+inline Complex<Vec<double, 2 * n>> widen(Complex<Vec<float, n>> z) {
+  return {simd::widen(z.re), simd::widen(z.im)};
+}
+template <int n>
+inline Complex<Vec<float, n / 2>> narrow(Complex<Vec<double, n>> z) {
+  return {simd::narrow(z.re), simd::narrow(z.im)};
+}
+
+// An operation on complex numbers whose parts stand side by side, an even number of vectors or one.
+template <class Operation, class T, int n>
+inline Vec<T, n> side_by_side(Vec<T, n> a, Vec<T, n> b) {
+  Complex<Vec<T, (n + 1) / 2>> x, y;
+  unzip_pairs(a, x.re, x.im);
+  unzip_pairs(b, y.re, y.im);
+  const auto z = Operation::of(x, y);
+  return zip_pairs<n>(z.re, z.im);
+}
+
+template <class T>
+constexpr Row<T> kLargestPart = std::numeric_limits<T>::max();
+
+// A part is infinite or NaN.
+template <class T, int n>
+inline Mask<T, n> not_finite(Complex<Vec<T, n>> z) {
+  return bit_or(not_at_most(magnitude(z.re), kLargestPart<T>), not_at_most(magnitude(z.im), kLargestPart<T>));
+}
+template <class T, int n>
+inline Mask<T, n> is_zero(Complex<Vec<T, n>> z) {
+  return equal(bit_or(magnitude(z.re), magnitude(z.im)), Vec<T, n>{});
+}
+
+ORX_ISA_END
