@@ -209,6 +209,23 @@
  *                       overflow (3): a part above the largest number, of finite arguments (HA, LA)
  *   Sub         c, z   (n, a, b, r)  a - b
  *                       overflow (3): a part above the largest number, of finite arguments (HA, LA)
+ *   Mul         c, z   (n, a, b, r)  a b
+ *                       overflow (3): a part above the largest number, of finite arguments (HA, LA)
+ *                       method: singles as doubles; doubles with three roundings in a part
+ *   MulByConj   c, z   (n, a, b, r)  a times the conjugate of b
+ *                       overflow (3): a part above the largest number, of finite arguments (HA, LA)
+ *                       method: as Mul
+ *   Div         c, z   (n, a, b, r)  a/b, b not 0
+ *                       singularity (2): b = 0 (HA, LA)
+ *                       overflow (3): a part above the largest number, of finite arguments (HA, LA)
+ *                       method: singles as doubles; doubles, HA, by sums of products in two parts and a corrected
+ *                       quotient; EP, single, by the approximate reciprocal
+ *   Conj        c, z   (n, a, r)  the conjugate of a
+ *   Abs         c, z   (n, a, r; r real)  the modulus (x^2 + y^2)^(1/2) of x + i y
+ *                       overflow (3): modulus above the largest number, of finite parts (HA, LA; z: all classes)
+ *                       method: as Hypot
+ *   Arg         c, z   (n, a, r; r real)  the argument of x + i y, from -pi to pi
+ *                       method: as Atan2
  */
 /* end functions */
 #ifndef ORX_TEF_H

@@ -20,7 +20,7 @@ struct Minus {
 };
 
 template <class T, class Operation>
-struct QuietSum : Kernel<Pair<T>(Pair<T>, Pair<T>)> {
+struct QuietComplexSum : Kernel<Pair<T>(Pair<T>, Pair<T>)> {
   template <class X>
   static X eval(X x, X y) {
     return Operation::of(x, y);
@@ -29,7 +29,7 @@ struct QuietSum : Kernel<Pair<T>(Pair<T>, Pair<T>)> {
 
 // An infinite part of finite ones is reported, unless any part of the element's arguments is infinite.
 template <class T, class Operation>
-struct Sum : QuietSum<T, Operation> {
+struct ComplexSum : QuietComplexSum<T, Operation> {
   template <class X>
   static X eval(X x, X y, X& rare) {
     const X sum = Operation::of(x, y);

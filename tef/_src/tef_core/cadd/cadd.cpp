@@ -2,10 +2,10 @@
 #include "_complex/sum.hpp"
 
 using namespace orx::tef;
-using cAddHA = Sum<float, Plus>;
-using cAddEP = QuietSum<float, Plus>;
-using zAddHA = Sum<double, Plus>;
-using zAddEP = QuietSum<double, Plus>;
+using cAddHA = ComplexSum<float, Plus>;
+using cAddEP = QuietComplexSum<float, Plus>;
+using zAddHA = ComplexSum<double, Plus>;
+using zAddEP = QuietComplexSum<double, Plus>;
 ORX_KERNEL_OF(binary, c, Add, G9HAynn, cAddHA)
 ORX_KERNEL_OF(binary, c, Add, G9EPnnn, cAddEP)
 ORX_KERNEL_OF(binary, z, Add, G9HAynn, zAddHA)
