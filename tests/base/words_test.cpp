@@ -30,8 +30,9 @@ TEST(Words, AreRearrangedAndMultiplied) {
                  mixed = alternate(a, b), least = simd::min(a, b), chosen = select_of_4(a, b);
     const Wide2 product = simd::multiply_wide(Wide2(a), Wide2(b));
     for (int i = 0; i < 4; ++i) {
-      ASSERT_EQ(low[i], (i < 2 ? a : b)[i % 2 * 2]);
-      ASSERT_EQ(high[i], (i < 2 ? a : b)[i % 2 * 2 + 1]);
+      const Words4& from = i < 2 ? a : b;
+      ASSERT_EQ(low[i], from[i % 2 * 2]);
+      ASSERT_EQ(high[i], from[i % 2 * 2 + 1]);
       ASSERT_EQ(mixed[i], (i % 2 ? b : a)[i]);
       ASSERT_EQ(least[i], std::min(a[i], b[i]));
       ASSERT_EQ(chosen[i], a[b[i] & 3]);

@@ -133,6 +133,14 @@ int open_exceptions(const Special& s) {
   return 0;
 }
 
+// What may be trapped. Code that is not optimised, as under sanitizers, returns numbers by way of the x87 stack in 32-bit
+// builds; a trap for underflow would answer every denormal there.
+#if defined(__SANITIZE_ADDRESS__) && defined(__i386__)
+constexpr int kTrapped = kLookedAt & ~FE_UNDERFLOW;
+#else
+constexpr int kTrapped = kLookedAt;
+#endif
+
 sigjmp_buf trapped;
 void jump_out(int) { siglongjmp(trapped, 1); }
 
@@ -163,7 +171,7 @@ TEST(SpecialValues, Exceptions) {
     std::feclearexcept(FE_ALL_EXCEPT);
     call.vectors.run(k);
     EXPECT_EQ(std::fetestexcept(kLookedAt & ~open), expected & ~open) << describe<R>(k, s);
-    EXPECT_TRUE(runs_under_traps(call.vectors, k, kLookedAt & ~open & ~expected)) << describe<R>(k, s);
+    EXPECT_TRUE(runs_under_traps(call.vectors, k, kTrapped & ~open & ~expected)) << describe<R>(k, s);
   });
 }
 
