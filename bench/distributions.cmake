@@ -1,7 +1,7 @@
 # Distributions beside the C++ library, Boost.Random, whose headers are looked for, and GSL where it is there.
 find_path(ORX_BOOST boost/random.hpp)
 if(ORX_BOOST)
-  orx_bench(bench_distributions distributions/distributions.cpp orx_functions)
+  orx_bench(bench_distributions distributions/distributions.cpp orx_functions ${ORX_BLAS})
   target_sources(bench_distributions PRIVATE distributions/peers.cpp)
   target_include_directories(bench_distributions PRIVATE ${PROJECT_SOURCE_DIR}/kob/_src/kob_kernel/_distribution)
   target_compile_options(bench_distributions PRIVATE ${ORX_AVX_FLAGS})

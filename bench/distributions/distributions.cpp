@@ -5,6 +5,7 @@
 #include <x86intrin.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <limits>
@@ -13,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "blas.hpp"
 #include "functions/sections.hpp"
 #include "orx/kob.h"
 #include "peers.hpp"
@@ -70,6 +72,72 @@ Runner theirs(const bench::Fill& fill) {
   return {[fill, r = std::vector<double>(kNumbers)](int n) mutable { fill(r.data(), n); }};
 }
 
+Runner uniforms_alone() {
+  return ours<double>(KOB_BRNG_SFMT19937,
+                      [](KobStream* s, int n, double* r) { _kobdRngUniform(0, s, n, r, 0, 1); });
+}
+
+// Means from 0.1 to 1000, evenly in the logarithm and in no order, so that all ways of the method are met.
+std::vector<double> many_means() {
+  std::vector<double> means(kNumbers);
+  for (int i = 0; i < kNumbers; ++i)
+    means[size_t(i)] = 0.1 * std::pow(10.0, 4.0 * (i * 7919 % kNumbers) / kNumbers);
+  return means;
+}
+
+Row row_of_means() {
+  const std::vector<double> means = many_means();
+  const auto draw = [means](KobStream* s, int n, int32_t* r) { _kobiRngPoissonV(0, s, n, r, means.data()); };
+  Row row;
+  row.name = "PoissonV";
+  row.label = "`iPoissonV` means from 0.1 to 1000";
+  row.law = "e^-mean mean^k / k!, within 5e-5";
+  row.source = "as Poisson's normal method";
+  row.uniforms = "1";
+  row.sfmt = ours<int32_t>(KOB_BRNG_SFMT19937, draw);
+  row.mt = ours<int32_t>(KOB_BRNG_MT19937, draw);
+  row.uniform = uniforms_alone();
+  const bench::Peers peers = bench::poisson_peers(means);
+  row.std = theirs(peers.std);
+  row.boost = theirs(peers.boost);
+  row.gsl = theirs(peers.gsl);
+  return row;
+}
+
+// Vectors of normal numbers, whole ones that n numbers hold, one at least; or what they are made of: normal numbers, all of them first,
+// and the product with the factor.
+template <class Real>
+auto vectors(int dimen, bool parts) {
+  std::vector<Real> mean(size_t(dimen), 1), factor(size_t(dimen) * size_t(dimen), Real(0.1));
+  return [=](KobStream* s, int n, Real* r) {
+    const int count = std::max(n / dimen, 1);
+    if constexpr (sizeof(Real) == 8) {
+      if (!parts) _kobdRngGaussianMV(1, s, count, r, dimen, 0, mean.data(), factor.data());
+      if (parts) _kobdRngGaussian(1, s, count * dimen, r, 0, 1);
+    } else {
+      if (!parts) _kobsRngGaussianMV(1, s, count, r, dimen, 0, mean.data(), factor.data());
+      if (parts) _kobsRngGaussian(1, s, count * dimen, r, 0, 1);
+    }
+    if (parts) orx::rng::blas::multiply_by_upper_transposed(dimen, count, factor.data(), r);
+  };
+}
+
+Row row_of_vectors(int dimen, bool parts) {
+  const std::string dimensions = std::to_string(dimen) + " dimensions";
+  Row row;
+  row.name = "GaussianMV " + dimensions + (parts ? ", parts" : "");
+  row.label = parts ? "the same by normal numbers and BLAS's `dtrmm`"
+                    : "`d, sGaussianMV` " + dimensions + ", full factor";
+  row.law = "e^(-x' C^-1 x / 2) / sqrt(det(2 pi C))";
+  row.source = parts ? "for comparison" : "factor of the covariance times Box-Muller 2";
+  row.uniforms = "1";
+  row.sfmt = ours<double>(KOB_BRNG_SFMT19937, vectors<double>(dimen, parts));
+  row.mt = ours<double>(KOB_BRNG_MT19937, vectors<double>(dimen, parts));
+  row.single = ours<float>(KOB_BRNG_SFMT19937, vectors<float>(dimen, parts));
+  row.uniform = uniforms_alone();
+  return row;
+}
+
 std::vector<Row> all_rows() {
   const std::map<std::string, bench::Peers> peers = bench::all_peers();
   std::vector<Row> rows;
@@ -86,8 +154,7 @@ std::vector<Row> all_rows() {
     row.sfmt = sfmt;
     row.mt = mt;
     row.single = single;
-    row.uniform = ours<double>(KOB_BRNG_SFMT19937,
-                               [](KobStream* s, int n, double* r) { _kobdRngUniform(0, s, n, r, 0, 1); });
+    row.uniform = uniforms_alone();
     auto found = peers.find((integer && name == "Uniform" ? "i" : "") + row.name);
     if (found != peers.end()) {
       row.std = theirs(found->second.std);
@@ -115,6 +182,9 @@ std::vector<Row> all_rows() {
   ORX_ADD_##result(Name, branch, arguments, uniforms, law, source)
 #include "distributions.def"
 #undef ORX_DISTRIBUTION
+  rows.push_back(row_of_means());
+  for (const int dimen : {10, 100})
+    for (const bool parts : {false, true}) rows.push_back(row_of_vectors(dimen, parts));
   return rows;
 }
 
@@ -172,6 +242,7 @@ int main(int argc, char** argv) {
   std::fputs(kSpeedHead, stdout);
   for (Row& row : all_rows()) {
     if (row.name.find(wanted) == std::string::npos) continue;
+    if (n == 1 && row.name.find("GaussianMV") == 0) continue;  // numbers are vectors there
     for (int round = 0; round < kRounds; ++round)
       for (Runner* runner : row.all())
         if (runner->run) runner->time(n, calls);

@@ -119,4 +119,22 @@ std::map<std::string, Peers> all_peers() {
   return peers;
 }
 
+Peers poisson_peers(const std::vector<double>& means) {
+  const auto each = [means](auto engine, auto draw) -> Fill {
+    return [=](double* r, int n) mutable {
+      for (int i = 0; i < n; ++i) r[i] = double(draw(engine, means[size_t(i)]));
+    };
+  };
+  Peers peers;
+  peers.std =
+      each(std::mt19937(5489), [](auto& g, double mean) { return std::poisson_distribution<>(mean)(g); });
+  peers.boost = each(boost::random::mt19937(5489),
+                     [](auto& g, double mean) { return boost::random::poisson_distribution<>(mean)(g); });
+#ifdef ORX_HAVE_GSL
+  peers.gsl =
+      each(gsl_rng_alloc(gsl_rng_mt19937), [](auto* g, double mean) { return gsl_ran_poisson(g, mean); });
+#endif
+  return peers;
+}
+
 }  // namespace bench

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace bench {
 
@@ -16,5 +17,8 @@ struct Peers {
 // By the names in the list of distributions, "Gamma alpha < 0.6", with the arguments of the list. All draw from
 // MT19937.
 std::map<std::string, Peers> all_peers();
+
+// Poisson numbers, number i with mean i of `means`: a distribution is made for each.
+Peers poisson_peers(const std::vector<double>& means);
 
 }  // namespace bench

@@ -31,20 +31,20 @@ constexpr double kLeastForExpansion = 100, kLeastForRows = 1;
 // Numbers below 0 are 0, those beyond the largest integer become that.
 inline int32_t whole_part(double y) { return int32_t(std::min(std::max(y, 0.0), 2147483647.0)); }
 
-// z to numbers, for means of 100 or more.
-inline void by_expansion(int count, const double* mean, const double* z, double* r) {
+// Normal numbers, in place, to Poisson numbers of means of 100 or more.
+inline void by_expansion(int count, const double* mean, double* x) {
   for (int i = 0; i < count; ++i) {
     const double t = 1 / mean[i];
     const double shift = mean[i] + 1 + polynomial(t, __kob_iWc_100);
-    const double y = root(mean[i] + polynomial(t, __kob_iSgm_100)) * z[i];
+    const double y = root(mean[i] + polynomial(t, __kob_iSgm_100)) * x[i];
     const double q1 = polynomial(t, __kob_iQ1_100), q2 = polynomial(t, __kob_iQ2_100),
                  q3 = polynomial(t, __kob_iQ3_100);
-    r[i] = shift + y + y * (q1 + y * (q2 + y * q3));
+    x[i] = shift + y + y * (q1 + y * (q2 + y * q3));
   }
 }
 
 // The same for means from 2^exponent up to twice that.
-inline void by_row(int exponent, int count, const double* mean, const double* z, double* r) {
+inline void by_row(int exponent, int count, const double* mean, double* x) {
   const double* const c = iPoissC[exponent];
   const double scale = 1.0 / (1 << exponent);
   for (int i = 0; i < count; ++i) {
@@ -52,22 +52,22 @@ inline void by_row(int exponent, int count, const double* mean, const double* z,
     const auto cubic = [&](int k) { return c[k] + f * (c[k + 1] + f * (c[k + 2] + f * c[k + 3])); };
     const double constant = 1 + (c[0] + f * (c[3] + f * (c[4] + f * c[5])));
     const double z5 = c[1] + f * c[2], z6 = c[6];
-    r[i] = constant +
-           z[i] * (cubic(7) +
-                   z[i] * (cubic(11) + z[i] * (cubic(15) + z[i] * (cubic(19) + z[i] * (z5 + z[i] * z6)))));
+    const double z = x[i];
+    x[i] =
+        constant + z * (cubic(7) + z * (cubic(11) + z * (cubic(15) + z * (cubic(19) + z * (z5 + z * z6)))));
   }
 }
 
-// Inversion without e^-mean: u, uniform on [0, e^mean), is held against the sums of mean^k / k!.
-inline void by_series(int count, const double* mean, const double* u, double* r) {
+// Inversion without e^-mean: x, uniform on [0, e^mean), is held against the sums of mean^k / k!.
+inline void by_series(int count, const double* mean, double* x) {
   for (int i = 0; i < count; ++i) {
     double sum = 1, term = 1, k = 0;
     for (int j = 1; j <= 10; ++j) {
-      k += sum < u[i] ? 1 : 0;
+      k += sum < x[i] ? 1 : 0;
       term *= mean[i] * (1.0 / j);
       sum += term;
     }
-    r[i] = k;
+    x[i] = k;
   }
 }
 

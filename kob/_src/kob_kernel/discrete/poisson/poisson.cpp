@@ -12,33 +12,39 @@ static int _vsCallBack(TefErrorContext* error) { return on_normal_end<float>(err
 constexpr int kSeries = 7, kExpansion = 8, kGroups = 9;
 
 static int group_of(double mean) {
-  if (!(mean >= poisson::kLeastForRows)) return kSeries;
-  return mean >= poisson::kLeastForExpansion ? kExpansion : int(orx::bit_cast<uint64_t>(mean) >> 52) - 1023;
+  const int row = int(orx::bit_cast<uint64_t>(mean) >> 52) - 1023;
+  const int group = mean >= poisson::kLeastForRows ? row : kSeries;
+  return mean >= poisson::kLeastForExpansion ? kExpansion : group;
 }
 
 static int _viRngPoissonPtpe(const VectorMath& math, KobStream* stream, int n, int32_t* r, double mean) {
   return poisson::ptpe(math, stream, n, r, mean);
 }
 
+// x, in place, to numbers of means that are all of one group.
+static void by_group(int group, int count, const double* mean, double* x) {
+  if (group == kSeries)
+    poisson::by_series(count, mean, x);
+  else if (group == kExpansion)
+    poisson::by_expansion(count, mean, x);
+  else
+    poisson::by_row(group, count, mean, x);
+}
+
 static int _viRngPoissonPoisNorm(const VectorMath&, KobStream* stream, int n, int32_t* r, double mean) {
   double means[kBlock];
   std::fill_n(means, std::min(std::max(n, 0), kBlock), mean);
+  const int group = group_of(mean);
+  const float bound = float(poisson::polynomial(std::max(mean, 0.0), poisson::__kob_iExp));
   return in_blocks(n, [&](int done, int count) {
     float drawn[kBlock];
-    double x[kBlock], y[kBlock];
-    const bool small = !(mean >= poisson::kLeastForRows);
-    const float bound = float(poisson::polynomial(std::max(mean, 0.0), poisson::__kob_iExp));
+    double x[kBlock];
     const int status =
-        small ? uniform(stream, count, drawn, 0, bound) : gaussian(kIcdf, stream, count, drawn);
+        group == kSeries ? uniform(stream, count, drawn, 0, bound) : gaussian(kIcdf, stream, count, drawn);
     if (status < 0) return status;
     for (int i = 0; i < count; ++i) x[i] = drawn[i];
-    if (small)
-      poisson::by_series(count, means, x, y);
-    else if (mean >= poisson::kLeastForExpansion)
-      poisson::by_expansion(count, means, x, y);
-    else
-      poisson::by_row(group_of(mean), count, means, x, y);
-    for (int i = 0; i < count; ++i) r[done + i] = poisson::whole_part(y[i]);
+    by_group(group, count, means, x);
+    for (int i = 0; i < count; ++i) r[done + i] = poisson::whole_part(x[i]);
     return status;
   });
 }
@@ -50,45 +56,47 @@ static int chosen(const VectorMath& math, Worker* worker, KobStream* stream, int
 
 namespace {
 
-// Elements whose means are alike, so that each group goes through its polynomials as an array.
-struct Group {
-  int count = 0;
-  int index[kBlock];
-  double mean[kBlock], x[kBlock], y[kBlock];
+// Elements whose means are alike stand together, so that each group goes through its polynomials as an array.
+struct Groups {
+  int size[kGroups] = {}, end[kGroups] = {};
+  int32_t index[kBlock];
+  double mean[kBlock];
+
+  Groups(int count, const double* means) {
+    uint8_t group[kBlock];
+    for (int i = 0; i < count; ++i) {
+      group[i] = uint8_t(group_of(means[i]));
+      ++size[group[i]];
+    }
+    for (int g = 1; g < kGroups; ++g) end[g] = end[g - 1] + size[g - 1];
+    for (int i = 0; i < count; ++i) index[end[group[i]]++] = i;
+    for (int k = 0; k < count; ++k) mean[k] = std::max(means[index[k]], 0.0);
+  }
 };
+
 // Each number of one uniform on [-1, 1), as the normal numbers of Gaussian's third method are.
 int poisson_v(const VectorMath& math, KobStream* stream, int n, int32_t* r, const double* means) {
-  return in_blocks(
-      n,
-      [&](int done, int count) {
-        float uniforms[kBlock], normals[kBlock];
-        const int status = uniform(stream, count, uniforms, -1, 1);
-        if (status < 0) return status;
-        math.erfinv(count, uniforms, normals);
-        Group groups[kGroups];
-        for (int i = 0; i < count; ++i) {
-          const double mean = std::max(means[done + i], 0.0);
-          const int which = group_of(mean);
-          Group& group = groups[which];
-          group.index[group.count] = i;
-          group.mean[group.count] = mean;
-          group.x[group.count++] = which == kSeries ? (1 + double(uniforms[i])) * 0.5 *
-                                                          poisson::polynomial(mean, poisson::__kob_iExp)
-                                                    : 1.4142135623730951 * double(normals[i]);
-        }
-        for (int which = 0; which < kGroups; ++which) {
-          Group& group = groups[which];
-          if (which == kSeries)
-            poisson::by_series(group.count, group.mean, group.x, group.y);
-          else if (which == kExpansion)
-            poisson::by_expansion(group.count, group.mean, group.x, group.y);
-          else
-            poisson::by_row(which, group.count, group.mean, group.x, group.y);
-          for (int k = 0; k < group.count; ++k) r[done + group.index[k]] = poisson::whole_part(group.y[k]);
-        }
-        return status;
-      },
-      kBlock / 2);
+  return in_blocks(n, [&](int done, int count) {
+    float uniforms[kBlock], normals[kBlock];
+    const int status = uniform(stream, count, uniforms, -1, 1);
+    if (status < 0) return status;
+    math.erfinv(count, uniforms, normals);
+    const Groups groups(count, means + done);
+    double x[kBlock];
+    for (int g = 0; g < kGroups; ++g) {
+      const int size = groups.size[g], first = groups.end[g] - size;
+      const int32_t* const index = groups.index + first;
+      const double* const mean = groups.mean + first;
+      if (g == kSeries)
+        for (int k = 0; k < size; ++k)
+          x[k] = (1 + double(uniforms[index[k]])) * 0.5 * poisson::polynomial(mean[k], poisson::__kob_iExp);
+      else
+        for (int k = 0; k < size; ++k) x[k] = 1.4142135623730951 * double(normals[index[k]]);
+      by_group(g, size, mean, x);
+      for (int k = 0; k < size; ++k) r[done + index[k]] = poisson::whole_part(x[k]);
+    }
+    return status;
+  });
 }
 
 }  // namespace
