@@ -33,7 +33,7 @@ TEST(Words, AreRearrangedAndMultiplied) {
       const Words4& from = i < 2 ? a : b;
       ASSERT_EQ(low[i], from[i % 2 * 2]);
       ASSERT_EQ(high[i], from[i % 2 * 2 + 1]);
-      ASSERT_EQ(mixed[i], (i % 2 ? b : a)[i]);
+      ASSERT_EQ(mixed[i], i % 2 ? b[i] : a[i]);
       ASSERT_EQ(least[i], std::min(a[i], b[i]));
       ASSERT_EQ(chosen[i], a[b[i] & 3]);
     }
@@ -71,7 +71,7 @@ TEST(Words, BecomeDoublesAndComeBack) {
       ASSERT_EQ(bit_cast<uint64_t>(double(halves[i])), uint64_t(b[i]) << 32 | a[i]);
       ASSERT_EQ(lower[i], a[i]);
       const uint64_t bits = bit_cast<uint64_t>(double(wide[i]));
-      ASSERT_EQ(bits, (i < 2 ? Wide2(a) : Wide2(b))[i % 2]);
+      ASSERT_EQ(bits, i < 2 ? Wide2(a)[i % 2] : Wide2(b)[i % 2]);
       ASSERT_EQ(low[i], 0x1p84 + double(uint32_t(bits)) * 0x1p32);
       ASSERT_EQ(high[i], 0x1p84 + double(bits >> 32) * 0x1p32);
     }
