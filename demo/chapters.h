@@ -8,6 +8,7 @@ void powers(const std::string& data_directory);
 void accuracy(const std::string& data_directory);
 void globe(const std::string& data_directory);
 void monte_carlo(const std::string& data_directory);
+void densities(const std::string& data_directory);
 void statistics(const std::string& data_directory);
 void robust(const std::string& data_directory);
 void data_fitting(const std::string& data_directory);

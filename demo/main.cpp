@@ -19,6 +19,7 @@ constexpr Chapter chapters[] = {
     {"accuracy", "Accuracy classes: error in ulp and speed beside the C library", accuracy},
     {"globe", "Trigonometry: earthquakes on the globe, and the length of the day", globe},
     {"monte-carlo", "Random streams: pi and an option price by Monte Carlo", monte_carlo},
+    {"densities", "Distributions: densities beside histograms", densities},
     {"statistics", "Summary statistics: irises, and quantiles of a long stream", statistics},
     {"robust", "Summary statistics: outliers that hide, and what gaps in the data cost", robust},
     {"data-fitting", "Data fitting: splines through carbon dioxide and the Nile", data_fitting},

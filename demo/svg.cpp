@@ -66,7 +66,7 @@ class Plot {
     char number[32];
     for (double x = std::ceil(x_.low / x_.step) * x_.step; x <= x_.high; x += x_.step) {
       stroke(at_x(x), at_y(y_.low), at_x(x), at_y(y_.high), "#e4e4e4");
-      std::snprintf(number, sizeof number, "%g", x);
+      std::snprintf(number, sizeof number, "%g", x + 0.0);  // no sign of 0
       text(at_x(x) - left_, kHeight - kBottom + 16, "middle", "#333", 12, number);
     }
     for (double y = std::ceil(y_.low / y_.step) * y_.step; y <= y_.high; y += y_.step) {

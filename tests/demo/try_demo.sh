@@ -41,6 +41,12 @@ expect 'length / cm\)\^1\.[0-9]+, correlation of the logarithms 0\.9[0-9]+'
 # Pi to three deviations, and a simulation that was broken off.
 expect '^ +8000000 +3\.14(0|1|2)'
 expect 'resumed +8\.[0-9]+ +the same to the last bit'
+# Histograms: chi-square with as many degrees of freedom as cells, to four deviations.
+expect '^  Normal, .* 64 +([3-9][0-9]|10[0-9])\.[0-9] +[1-4]\.[0-9]+ sigma'
+expect '^  Cauchy .* 64 +([3-9][0-9]|10[0-9])\.[0-9] +[1-4]\.[0-9]+ sigma'
+expect '^  Gamma, .* 56 +([2-8][0-9]|9[0-9])\.[0-9] +[1-4]\.[0-9]+ sigma'
+expect '^  Hypergeometric: .* 61 +([3-9][0-9]|10[0-9])\.[0-9] +[1-4]\.[0-9]+ sigma'
+grep -q '</svg>' densities.svg || fail "the picture of densities is not whole"
 # Irises: figures as any statistics package gives them.
 expect 'sepal length +5\.8433 +0\.68569 +0\.30864 .* 5\.100 +5\.800 +6\.400 '
 expect 'within species, by pooled covariance +0\.53024'

@@ -101,6 +101,24 @@ TEST(Formula, BothHalvesOfBoxMuller) {
   EXPECT_EQ(s.words(2), t.words(2));
 }
 
+// Of a large shape nearly all tries are accepted: each takes a normal number and a uniform. The second half of a pair waits
+// in the stream, of either sign.
+TEST(Formula, GammaNumbersOfALargeShapeInSingleCalls) {
+  const double alpha = 1e6, d = alpha - 1.0 / 3, c = 1 / std::sqrt(9 * alpha - 3);
+  const Stream s(KOB_BRNG_MT19937), t(KOB_BRNG_MT19937);
+  for (int pair = 0; pair < 100; ++pair) {
+    const std::vector<double> u = t.reals(2);
+    const double angle = 2 * M_PI * u[1], radius = std::sqrt(-2 * std::log(u[0]));
+    for (const double normal : {radius * std::sin(angle), radius * std::cos(angle)}) {
+      double r;
+      ASSERT_EQ(_kobdRngGamma(0, s, 1, &r, alpha, 0, 1), 0);
+      ASSERT_NEAR(r / (d * std::pow(1 + c * normal, 3)), 1, 1e-9) << pair;
+      t.reals(1);
+    }
+  }
+  EXPECT_EQ(s.words(2), t.words(2));
+}
+
 // A register of zeros: uniforms of 0, and of -1 where the interval begins there.
 TEST(Formula, StandsInForWhatAUniformOfZeroLeavesUndefined) {
   const double ln_of_zero = -744.4400719213812;
@@ -148,18 +166,21 @@ TEST(Counts, DoNotDependOnWhatIsKept) {
     EXPECT_EQ(generator(0, stream, 300, r.data(), parameters...), 0);
     return r;
   };
-  for (int round = 0; round < 2; ++round)
-    for (double p : {0.3, 0.3 - 1e-12, 0.7}) {
-      for (int trials : {20, 99, 1000}) {
-        const Stream fresh(s);
-        __kobDeleteChunks(fresh);
-        EXPECT_EQ(drawn(s, _kobiRngBinomial, trials, p), drawn(fresh, _kobiRngBinomial, trials, p));
-      }
-      const Stream fresh(s);
-      __kobDeleteChunks(fresh);
-      const double mean = 27 - (p - 0.3);  // to either side of a threshold by the last bits
-      EXPECT_EQ(drawn(s, _kobiRngPoisson, mean), drawn(fresh, _kobiRngPoisson, mean));
-    }
+  const auto expect_as_fresh = [&](auto generator, auto... parameters) {
+    const Stream fresh(s);
+    __kobDeleteChunks(fresh);
+    EXPECT_EQ(drawn(s, generator, parameters...), drawn(fresh, generator, parameters...));
+  };
+  for (int round = 0; round < 2; ++round) {
+    for (double p : {0.3, 0.3 - 1e-12, 0.7})  // to either side of a threshold for 100
+      for (int trials : {20, 99, 100, 1000}) expect_as_fresh(_kobiRngBinomial, trials, p);
+    for (double mean : {27.0, 27 - 0x1p-40, 26.0, 1e8}) expect_as_fresh(_kobiRngPoisson, mean);
+    for (double p : {0.5, 0.2})
+      for (double a : {5.0, 5 + 0x1p-40, 100.0, 0.3}) expect_as_fresh(_kobiRngNegbinomial, a, p);
+    for (int lot : {2000, 2100})
+      for (int sample : {400, 30})
+        for (int marked : {500, 50}) expect_as_fresh(_kobiRngHypergeometric, lot, sample, marked);
+  }
 }
 
 // Inversion ends inside the support whatever the sum of all terms came to.
@@ -190,6 +211,7 @@ TEST(Parameters, ThatAreNoneAreRefusedWhereRejectionWouldNotEnd) {
     EXPECT_EQ(_kobiRngNegbinomial(0, s, 2, k, 1, bad), KOB_ERROR_BAD_ARG);
   }
   EXPECT_EQ(_kobiRngPoisson(2, s, 2, k, 1), KOB_ERROR_METHOD);
+  EXPECT_EQ(_kobiRngPoisson(1 | 1 << 30, s, 2, k, 1), 0);  // a bit that all methods know
 }
 
 // ---- vectors ----

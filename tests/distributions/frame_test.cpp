@@ -143,6 +143,17 @@ TEST(Distributions, FailuresArePassedOnAndTheThreadIsAsBefore) {
   orx_tef_kernel_ClearErrorCallBack();
 }
 
+TEST(Distributions, APairThatIsBegunSurvivesAFailure) {
+  double both[2], first, second, more[5];
+  ASSERT_EQ(_kobdRngGaussian(1, extreme_stream(INT32_MAX), 2, both, 0, 1), 0);
+  const Stream s = extreme_stream(2);
+  ASSERT_EQ(_kobdRngGaussian(1, s, 1, &first, 0, 1), 0);
+  EXPECT_EQ(_kobdRngGaussian(1, s, 5, more, 0, 1), kFailure);
+  ASSERT_EQ(_kobdRngGaussian(1, s, 1, &second, 0, 1), 0);
+  EXPECT_EQ(first, both[0]);
+  EXPECT_EQ(second, both[1]);
+}
+
 // The caller's rounding mode and treatment of denormals change no bit, and come back.
 TEST(Distributions, ControlWordsOfTheCallerChangeNothing) {
   const unsigned usual = _mm_getcsr();

@@ -347,10 +347,10 @@ std::vector<Law> all_laws() {
   return laws.take();
 }
 
-Verdict judge(const Law& law, KobStream* stream, int n) {
+Verdict judge(const Law& law, KobStream* stream, int n, int to_a_call) {
   std::vector<double> x(static_cast<size_t>(n));
   for (int done = 0, count; done < n; done += count) {
-    count = std::min(n - done, 10007);
+    count = std::min(n - done, to_a_call);
     if (law.draw(stream, count, x.data() + done) < 0) return {0, "status"};
   }
   for (double value : x)

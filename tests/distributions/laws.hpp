@@ -26,4 +26,5 @@ struct Verdict {
   double p_value;
   std::string test;  // the one that gave it
 };
-Verdict judge(const Law& law, KobStream* stream, int n);
+// n numbers, so many of them to a call.
+Verdict judge(const Law& law, KobStream* stream, int n, int to_a_call = 10007);
