@@ -133,7 +133,12 @@ TEST(Geometric, ZeroUniformsAndTinyProbabilitiesStayCounts) {
   std::vector<int32_t> r(100);
   ASSERT_EQ(_kobiRngGeometric(0, zeros, 100, r.data(), 0.5), 0);
   EXPECT_EQ(r, std::vector<int32_t>(100, 149));  // 103.28 / ln 2
+  const Stream ones(KOB_BRNG_R250,
+                    Words(250, 0xFFFFFFFF));  // in single precision a uniform of 1, whose logarithm is 0
+  ones.state()[103] = 0;
   for (double p : {1e-9, 1e-12, 1e-17, 1e-300}) {
+    ASSERT_EQ(_kobiRngGeometric(0, Stream(ones), 1, r.data(), p), 0);
+    EXPECT_EQ(r[0], 0) << p;
     const Stream s(KOB_BRNG_MT19937);
     r.resize(20001);
     ASSERT_EQ(_kobiRngGeometric(0, s, 20001, r.data(), p), 0);

@@ -1,4 +1,5 @@
 // Doubles of 53 bits and integers without bias.
+#include <cfenv>
 #include <cmath>
 
 #include "support/models.hpp"
@@ -46,7 +47,7 @@ void expect_in_cuts(const Case& c, const std::vector<Number>& expected, const Dr
 
 TEST(Uniform53, IsTheUpperBitsOfTwoWords) {
   for (const Case& c : wide_cases())
-    for (const auto& [a, b] : {std::pair(0.0, 1.0), {-3.5, 1e10}}) {
+    for (const auto& [a, b] : {std::pair(0.0, 1.0), {-3.5, 1e10}, {-2.0, 1.0}}) {
       std::vector<double> expected;
       for (const uint64_t w : wide_words(c, 6000))
         expected.push_back(double(w >> 11) * ((b - a) * 0x1p-53) + a);
@@ -65,6 +66,20 @@ TEST(Uniform53, StaysBelowTheUpperEnd) {
     double r;
     ASSERT_EQ(orx_kob_dRngUniform53(0, s, 1, &r, a, b), 0);
     EXPECT_TRUE(r < b && r >= a) << r;
+  }
+}
+
+TEST(Uniform53, RoundingOfTheCallerChangesNothing) {
+  std::vector<double> r(3001), expected(3001);
+  for (const double b : {1.0, 7.25}) {
+    ASSERT_EQ(orx_kob_dRngUniform53(0, Stream(KOB_BRNG_MT19937), 3001, expected.data(), 0, b), 0);
+    for (const int rounding : {FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO}) {
+      fesetround(rounding);
+      const int status = orx_kob_dRngUniform53(0, Stream(KOB_BRNG_MT19937), 3001, r.data(), 0, b);
+      fesetround(FE_TONEAREST);
+      EXPECT_EQ(status, 0);
+      EXPECT_EQ(r, expected) << rounding;
+    }
   }
 }
 
@@ -106,6 +121,9 @@ TEST(UniformExact, RefusesWordsOfTooSmallAFraction) {
   const Stream zeros(KOB_BRNG_R250, Words(250));
   EXPECT_EQ(orx_kob_iRngUniformExact(0, zeros, 7, r, 0, 3), KOB_ERROR_BAD_ARG);
   EXPECT_EQ(orx_kob_iRngUniformExact(0, zeros, 7, r, 0, 4), 0);
+  // Refusals count while nothing comes between them: a long request meets many.
+  std::vector<int32_t> many(100000);
+  EXPECT_EQ(orx_kob_iRngUniformExact(0, Stream(KOB_BRNG_MT19937), 100000, many.data(), 0, 3), 0);
 }
 
 TEST(Wide, Statuses) {

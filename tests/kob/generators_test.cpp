@@ -23,15 +23,15 @@ TEST_P(Generator, EveryCutContinuesTheSequence) {
   const double ends[][2] = {{-1.5, 2}, {0, 1}, {-3.7, 11.25}};
   std::vector<int> lengths(70);
   std::iota(lengths.begin(), lengths.end(), -1);
-  for (int longer :
-       {100, 127, 128, 147, 149, 249, 250, 251, 255, 256, 257, 511, 623, 624, 625, 1000, 1300, 3333, 6405})
+  for (int longer : {100, 127, 128, 147, 149, 249, 250, 251,  255,  256,  257,
+                     499, 511, 512, 513, 623, 624, 625, 1000, 1300, 3333, 6405})
     lengths.push_back(longer);
   lengths.insert(lengths.end(), 40, 1);  // single numbers have a path of their own
   std::mt19937 random(1);
   for (int round = 0; round < 4; ++round) {
     std::shuffle(lengths.begin(), lengths.end(), random);
     for (int n : lengths) {
-      const int kind = int(random() % 3), count = std::max(n, 0);
+      const int kind = (n + round + 1) % 3, count = std::max(n, 0);           // every length in every kind
       const size_t size = kind == 0 ? size_t(p.WordSize) / 4 : size_t(kind);  // of a number, in words
       const double *ab = ends[random() % 3], a = ab[0], b = ab[1];
       Words expected(size_t(count) * size + 32, 0xA5A5A5A5), got = expected;
@@ -113,6 +113,46 @@ TEST_P(Generator, DamagedImagesDoNoHarm) {
   }
 }
 
+TEST(R250, StateDoesNotHangOnTheCuts) {
+  for (const int n : {499, 500, 750, 1234}) {
+    const Stream s(KOB_BRNG_R250), singly = s;
+    s.words(17), s.words(n);
+    for (int i = 0; i < 17 + n; ++i) singly.words(1);
+    EXPECT_EQ(image_of(s), image_of(singly)) << n;
+  }
+}
+
+// x and y of MRG32k3a at the ends of their ranges, and equal, which no run is long enough to meet: as the first numbers of
+// a stream whose state is chosen for it.
+TEST(Mrg32k3a, NumbersAtTheEndsOfTheirRanges) {
+  constexpr uint64_t m1 = 4294967087, m2 = 4294944443;
+  // The state's number of factor `near` that makes the next one `made`; by Fermat's theorem.
+  const auto chosen = [](uint64_t made, uint64_t oldest, uint64_t near, uint64_t far, uint64_t m) {
+    uint64_t number = (made + far * oldest) % m;
+    for (uint64_t n = m - 2, power = near; n > 0; n /= 2, power = power * power % m)
+      if (n % 2 == 1) number = number * power % m;
+    return number;
+  };
+  for (const uint64_t x : {uint64_t(0), uint64_t(1), uint64_t(207), uint64_t(208), m2 - 1, m2, m1 - 1})
+    for (const uint64_t y : {uint64_t(0), uint64_t(1), uint64_t(208), uint64_t(22852), m2 - 1})
+      for (const uint64_t oldest : {uint64_t(0), uint64_t(1), uint64_t(77777777), m2 - 1}) {
+        const uint64_t x_before = chosen(x, oldest, 1403580, 810728, m1),
+                       y_before = chosen(y, oldest, 527612, 1370589, m2);
+        const Words seed = {uint32_t(oldest), uint32_t(x_before), 1, uint32_t(oldest), 2, uint32_t(y_before)};
+        for (const int n : {1, 3, 700}) {
+          Mrg32k3a model;
+          model.x.assign(seed.begin(), seed.begin() + 3);
+          model.y.assign(seed.begin() + 3, seed.end());
+          const Stream s(KOB_BRNG_MRG32K3A, seed);
+          for (const int count : {n, 5}) {
+            Words expected;
+            for (int i = 0; i < count; ++i) expected.push_back(model.word()[0]);
+            ASSERT_EQ(s.words(count), expected) << x << ' ' << y << ' ' << oldest << ' ' << n;
+          }
+        }
+      }
+}
+
 // ---- splitting ----
 
 // The numbers that belong to part k of `parts`.
@@ -158,6 +198,8 @@ void expect_skips(const Stream& start) {
   // Far skips add up.
   const uint64_t far = (uint64_t(1) << 63) + 12345678901, part = uint64_t(1) << 40;
   EXPECT_EQ(skipped({far}), skipped({far - part - part / 4 * 3, part, part / 2, part / 4}));
+  const uint64_t half = uint64_t(1) << 31;
+  EXPECT_EQ(skipped({2 * half}), skipped({half, half}));  // neither word of the count is passed over
 }
 
 TEST(Splitting, ByWhatEachGeneratorCan) {

@@ -188,6 +188,8 @@ TEST(Persistence, StatesAndChunksThatCannotBeUsedAreRefused) {
                 {KOB_BRNG_MT2203, 69, 70},
                 {KOB_BRNG_WH, 0, 1u << 24},
                 {KOB_BRNG_WH, 7, 1u << 24},
+                {KOB_BRNG_WH, 3, 16770617},
+                {KOB_BRNG_WH, 7, 16770617},
                 {KOB_BRNG_SFMT19937, 624, 628},
                 {KOB_BRNG_WH, 3, 0},
                 {KOB_BRNG_WH, 4, 0},
@@ -213,6 +215,11 @@ TEST(Persistence, StatesAndChunksThatCannotBeUsedAreRefused) {
     SCOPED_TRACE(bad.id);
     const Stream s(bad.id);
     s.state()[bad.place] = bad.value;
+    expect_refused(image_of(s));
+  }
+  for (int component : {0, 3}) {  // zeros, which no step leaves
+    const Stream s(KOB_BRNG_MRG32K3A);
+    std::fill_n(s.state() + component, 3, 0);
     expect_refused(image_of(s));
   }
   // Chunks a word too small for their kind, and numbers of left-overs that are not there.

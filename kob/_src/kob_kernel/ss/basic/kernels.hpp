@@ -348,11 +348,12 @@ void start_mean(const KernelArgs<T>& args, int begin) {
 template <class T, bool rows, bool weighted, int order>
 void one_pass_moments(const KernelArgs<T>& args, int begin) {
   const State state = args.state();
-  // Columns: as many observations as the chains of all sets of sums take, if the cache does.
-  constexpr int chains = kChain * PowerSums<1, order, true, weighted>::kSets;
+  // Columns: as many observations as the chains of all sets of sums take, if the cache does. The mean alone waits for
+  // memory, and the less so the sooner the first variables ask for the next lines.
+  constexpr int chains = order == 1 ? kChain / 2 : kChain * PowerSums<1, order, true, weighted>::kSets;
   const bool in_row = rows || args.p == 1;
   const int cached = sum_block_size(args, in_row),
-            block = in_row ? cached : std::clamp(cached, kChain, chains);
+            block = in_row ? cached : std::clamp(cached, std::min(kChain, chains), chains);
   each_block(begin, args.end, block, [&](int first, int count) {
     sum_block<1, order, true, rows, weighted>(args, first, count, state[kMean], state[kBlockSums]);
     const Weights w = block_weights<weighted>(args, first, count);
