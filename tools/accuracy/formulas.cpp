@@ -189,10 +189,54 @@ void mul_by_conj(mpfr_t* r, const mpfr_t* x) {
   mpfr_fmms(r[1], x[1], x[2], x[0], x[3], MPFR_RNDN);
 }
 
+// sinh x cosh x + i sin y cos y over sinh^2 x + cos^2 y; for large x, where MPC's own takes its time, the denominator is a
+// power of e^2.
+void complex_tanh(mpfr_t* r, const mpfr_t* z) {
+  mpfr_srcptr x = z[0], y = z[1];
+  if (mpfr_inf_p(y)) {
+    const bool far = mpfr_inf_p(x);
+    mpfr_set_nan(r[0]);
+    mpfr_set_nan(r[1]);
+    if (far) mpfr_set_si(r[0], mpfr_sgn(x), MPFR_RNDN);
+    if (far) mpfr_set_zero(r[1], mpfr_sgn(y));
+    return;
+  }
+  Local sin(r[0]), cos(r[0]), sinh(r[0]), cosh(r[0]), square(r[0]);
+  mpfr_sin_cos(sin, cos, y, MPFR_RNDN);
+  mpfr_mul(sin, sin, cos, MPFR_RNDN);
+  if (mpfr_cmpabs_ui(x, 10000) > 0) {
+    mpfr_set_si(r[0], mpfr_sgn(x), MPFR_RNDN);
+    mpfr_abs(square, x, MPFR_RNDN);
+    mpfr_mul_si(square, square, -2, MPFR_RNDN);
+    mpfr_exp(square, square, MPFR_RNDN);
+    mpfr_mul(r[1], sin, square, MPFR_RNDN);
+    mpfr_mul_2ui(r[1], r[1], 2, MPFR_RNDN);
+    return;
+  }
+  mpfr_sinh_cosh(sinh, cosh, x, MPFR_RNDN);
+  mpfr_fmma(square, sinh, sinh, cos, cos, MPFR_RNDN);
+  mpfr_mul(r[0], sinh, cosh, MPFR_RNDN);
+  mpfr_div(r[0], r[0], square, MPFR_RNDN);
+  mpfr_div(r[1], sin, square, MPFR_RNDN);
+}
+
+// tanh(iz)/i.
+void complex_tan(mpfr_t* r, const mpfr_t* z) {
+  Local re(r[0]), im(r[0]);
+  mpfr_t iz[2] = {*static_cast<mpfr_ptr>(re), *static_cast<mpfr_ptr>(im)};
+  mpfr_neg(iz[0], z[1], MPFR_RNDN);
+  mpfr_set(iz[1], z[0], MPFR_RNDN);
+  complex_tanh(r, iz);
+  mpfr_swap(r[0], r[1]);
+  mpfr_neg(r[1], r[1], MPFR_RNDN);
+}
+
 const std::pair<std::string_view, void (*)(mpfr_t*, const mpfr_t*)> kFormulas[] = {
     {"cdfnorm", cdfnorm},
     {"cdfnorminv", cdfnorminv},
     {"cis", cis},
+    {"complex_tan", complex_tan},
+    {"complex_tanh", complex_tanh},
     {"erfcinv", erfcinv},
     {"erfinv", erfinv},
     {"inv", inv},

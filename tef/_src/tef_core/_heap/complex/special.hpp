@@ -34,7 +34,8 @@ inline int kind_of(long double x) {
 
 inline bool all_finite(Extended z) { return is_finite(z.re) && is_finite(z.im); }
 
-// NaN keep theirs.
+// A NaN has no side, and keeps its sign.
+inline bool below_zero(long double x) { return is_negative(x) && !is_nan(x); }
 inline long double signed_by(long double x, bool negative) { return negative && !is_nan(x) ? -x : x; }
 
 // The result of an entry for z, a NaN's sign being what it was.
@@ -53,7 +54,7 @@ inline Extended of_entry(const Entry& e, Extended z) {
 
 // f(conj z) = conj f(z): the table is for imaginary parts that are not negative. A row for each kind of real part.
 inline Extended special_value(const special::Entry (&table)[5][4], Extended z) {
-  const bool below = is_negative(z.im);
+  const bool below = special::below_zero(z.im);
   const int row = special::kind_of(z.re) == special::kInfinite && is_negative(z.re) ? special::kMinusInfinite
                                                                                     : special::kind_of(z.re);
   const Extended y =
@@ -64,7 +65,7 @@ inline Extended special_value(const special::Entry (&table)[5][4], Extended z) {
 // f(-z) = -f(z) or f(-z) = f(z), besides: the table is for a quadrant.
 enum class Parity { kOdd, kEven };
 inline Extended special_value(const special::Entry (&table)[4][4], Parity parity, Extended z) {
-  const bool left = is_negative(z.re), below = is_negative(z.im);
+  const bool left = special::below_zero(z.re), below = special::below_zero(z.im);
   const Extended y = special::of_entry(table[special::kind_of(z.re)][special::kind_of(z.im)],
                                        {special::signed_by(z.re, left), special::signed_by(z.im, below)});
   return parity == Parity::kOdd ? Extended{special::signed_by(y.re, left), special::signed_by(y.im, below)}

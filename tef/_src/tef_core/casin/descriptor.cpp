@@ -1,0 +1,11 @@
+#include "_complex/annex_g.hpp"
+
+using namespace orx::descriptor;
+
+static const Entry kEntry{of_elements({.name = "Asin",
+                                       .computes = "arcsin z, cuts on the real axis beyond ±1",
+                                       .method = "arsinh(iz)/i",
+                                       .c_name = "asin",
+                                       .specials = by_i(asinh_cases()),
+                                       .joints = near_units()},
+                                      {-3, 3})};

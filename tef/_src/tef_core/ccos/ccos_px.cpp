@@ -1,0 +1,4 @@
+// cos z, element by element.
+#include "_complex/elementwise.hpp"
+
+ORX_COMPLEX_ELEMENTWISE(Cos, complex_cos)

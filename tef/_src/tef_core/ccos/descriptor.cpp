@@ -1,0 +1,11 @@
+#include "_complex/annex_g.hpp"
+
+using namespace orx::descriptor;
+
+static const Entry kEntry{of_elements({.name = "Cos",
+                                       .computes = "cos z",
+                                       .method = "cosh(iz)",
+                                       .c_name = "cos",
+                                       .specials = of_iz(cosh_cases()),
+                                       .strata = {multiples({kPi}, -100, 100), even(-760, 760)}},
+                                      {-3, 3})};

@@ -1,0 +1,11 @@
+#include "_complex/annex_g.hpp"
+
+using namespace orx::descriptor;
+
+static const Entry kEntry{of_elements({.name = "Sinh",
+                                       .computes = "sinh z",
+                                       .method = "sinh x cos y + i cosh x sin y, in the extended type",
+                                       .c_name = "sinh",
+                                       .specials = sinh_cases(),
+                                       .strata = {multiples({kPi}, -100, 100), even(-760, 760)}},
+                                      {-3, 3})};

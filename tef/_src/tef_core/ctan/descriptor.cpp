@@ -1,0 +1,12 @@
+#include "_complex/annex_g.hpp"
+
+using namespace orx::descriptor;
+
+static const Entry kEntry{of_elements({.name = "Tan",
+                                       .computes = "tan z",
+                                       .method = "tanh(iz)/i",
+                                       .c_name = "tan",
+                                       .judge = "complex_tan",
+                                       .specials = by_i(tanh_cases()),
+                                       .strata = {multiples({kPi}, -100, 100), even(-400, 400)}},
+                                      {-3, 3})};

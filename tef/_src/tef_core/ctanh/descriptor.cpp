@@ -1,0 +1,13 @@
+#include "_complex/annex_g.hpp"
+
+using namespace orx::descriptor;
+
+static const Entry kEntry{
+    of_elements({.name = "Tanh",
+                 .computes = "tanh z",
+                 .method = "(sinh x cosh x + i sin y cos y)/(sinh^2 x + cos^2 y), in the extended type",
+                 .c_name = "tanh",
+                 .judge = "complex_tanh",
+                 .specials = tanh_cases(),
+                 .strata = {multiples({kPi}, -100, 100), even(-400, 400)}},
+                {-3, 3})};
