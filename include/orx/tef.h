@@ -226,6 +226,36 @@
  *                       method: as Hypot
  *   Arg         c, z   (n, a, r; r real)  the argument of x + i y, from -pi to pi
  *                       method: as Atan2
+ *   Acos        c, z   (n, a, r)  arccos z, cuts on the real axis beyond ±1
+ *                       method: T. Hull, T. Fairgrieve, P. Tang, ACM TOMS 23, 1997
+ *   Acosh       c, z   (n, a, r)  arcosh z, cut on the real axis below 1
+ *                       method: T. Hull, T. Fairgrieve, P. Tang, ACM TOMS 23, 1997
+ *   Asin        c, z   (n, a, r)  arcsin z, cuts on the real axis beyond ±1
+ *                       method: arsinh(iz)/i
+ *   Asinh       c, z   (n, a, r)  arsinh z, cuts on the imaginary axis beyond ±i
+ *                       method: T. Hull, T. Fairgrieve, P. Tang, ACM TOMS 23, 1997
+ *   Atan        c, z   (n, a, r)  arctan z, cuts on the imaginary axis beyond ±i
+ *                       method: artanh(iz)/i
+ *   Atanh       c, z   (n, a, r)  artanh z, cuts on the real axis beyond ±1
+ *                       method: W. Kahan, Branch cuts for complex elementary functions, 1987
+ *   Cos         c, z   (n, a, r)  cos z
+ *                       method: cosh(iz)
+ *   Cosh        c, z   (n, a, r)  cosh z
+ *                       method: cosh x cos y + i sinh x sin y, in the extended type
+ *   Log10       c, z   (n, a, r)  log10 z, cut on the negative axis
+ *                       method: ln |z| and arg z in the extended type; next to |z| = 1 of the exact |z|^2 - 1
+ *   Pow         c, z   (n, a, b, r)  a^b
+ *                       method: e^(b ln a), logarithm and product with low parts
+ *   Powx        c, z   (n, a, b_re, b_im, r; b one value)  a^b, one b for all
+ *                       method: e^(b ln a), logarithm and product with low parts
+ *   Sin         c, z   (n, a, r)  sin z
+ *                       method: sinh(iz)/i
+ *   Sinh        c, z   (n, a, r)  sinh z
+ *                       method: sinh x cos y + i cosh x sin y, in the extended type
+ *   Tan         c, z   (n, a, r)  tan z
+ *                       method: tanh(iz)/i
+ *   Tanh        c, z   (n, a, r)  tanh z
+ *                       method: (sinh x cosh x + i sin y cos y)/(sinh^2 x + cos^2 y), in the extended type
  */
 /* end functions */
 #ifndef ORX_TEF_H
