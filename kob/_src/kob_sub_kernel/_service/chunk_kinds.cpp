@@ -1,5 +1,7 @@
 #include "_service/chunk_kinds.hpp"
 
+#include <cstring>
+
 #include "_service/shared_table.hpp"
 
 namespace orx::brng {
@@ -31,9 +33,14 @@ constexpr Rule kRules[] = {
     {12, count_fits<1, 2>},                // kChunkSfmtWords64
     {0, nullptr},                          // kChunkSobolPoint: by the generator
 };
+constexpr size_t kParameterBytes = 16;  // of set-ups, at their beginning
 constexpr uint32_t kKinds = sizeof kRules / sizeof *kRules;
 
 }  // namespace
+
+void forget_set_up(uint32_t kind, void* data) {
+  if (kind >= kChunkPoisson && kind <= kChunkHypergeometric) memset(data, 0, kParameterBytes);
+}
 
 bool is_sound(const KobStream* stream, const KobChunk& chunk) {
   if (chunk.ChunkId >= kKinds) return true;

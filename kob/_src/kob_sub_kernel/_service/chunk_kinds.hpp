@@ -11,4 +11,8 @@ namespace orx::brng {
 // check.
 bool is_sound(const KobStream* stream, const KobChunk& chunk);
 
+// What a distribution has set up is believed without a look. One that was loaded loses the parameters that it was made for,
+// so that it is made anew.
+void forget_set_up(uint32_t kind, void* data);
+
 }  // namespace orx::brng

@@ -142,6 +142,7 @@ int read_chunk(KobStream* stream, uint32_t version, Place kind, void* place) {
   if (status != KOB_STATUS_OK) return status;
   if (!is_sound(stream, {header.id, header.size, data.get(), nullptr, header.global_id}))
     return KOB_ERROR_BAD_FILE_FORMAT;
+  forget_set_up(header.id, data.get());
   return give_loaded_chunk(stream, header.id, header.global_id, std::move(data), header.size);
 }
 
