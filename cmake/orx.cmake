@@ -30,8 +30,12 @@ set(ORX_SANITIZE "" CACHE STRING "sanitizers to build with: address,undefined or
 if(ORX_SANITIZE)
   add_compile_options(-fsanitize=${ORX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${ORX_SANITIZE})
-  # A kernel that is instrumented and optimized compiles for minutes, one that is only instrumented for a second.
+  # A kernel that is instrumented and optimized compiles for minutes, one that is only instrumented for a second; of
+  # tests, whose time is spent in the library, most.
   set(ORX_KERNEL_OPTIMIZATION -O0)
+  set(ORX_TEST_OPTIMIZATION -O0)
+else()
+  set(ORX_TEST_OPTIMIZATION -O1)
 endif()
 
 orx_find_library(ORX_BLAS openblas REQUIRED)
