@@ -330,7 +330,8 @@ TYPED_TEST(Simd, Bits) {
     const auto r_and = lanes_of(bit_and(a, b)), r_or = lanes_of(bit_or(a, b)),
                r_xor = lanes_of(bit_xor(a, pattern)), r_not = lanes_of(bit_andnot(a, b)),
                r_row = lanes_of(bit_andnot(pattern, b)), absolute = lanes_of(magnitude(a)),
-               signed_ = lanes_of(with_sign_of(a, b)), copied = lanes_of(copy_sign(a, b));
+               signed_ = lanes_of(with_sign_of(a, b)), copied = lanes_of(copy_sign(a, b)),
+               by_sign = lanes_of(select_by_sign(a, a, b));
     for (int i = 0; i < X::kLanes; ++i) {
       const B x = bit_cast<B>(la[i]), y = bit_cast<B>(lb[i]);
       ASSERT_EQ(bit_cast<B>(r_and[i]), static_cast<B>(x & y));
@@ -341,6 +342,7 @@ TYPED_TEST(Simd, Bits) {
       ASSERT_TRUE(same_bits(absolute[i], std::fabs(la[i])));
       ASSERT_TRUE(same_bits(copied[i], std::copysign(la[i], lb[i])));
       ASSERT_EQ(bit_cast<B>(signed_[i]), static_cast<B>(x | (y & kSignBit<T>)));
+      ASSERT_EQ(bit_cast<B>(by_sign[i]), x & kSignBit<T> ? x : y);
     }
   });
 }

@@ -20,6 +20,17 @@ struct IntegerType<32> {
 
 ORX_NATIVE_BITS(__m256, _mm256, ps)
 ORX_NATIVE_BITS(__m256d, _mm256, pd)
+// Not by the compiler's functions for a blend: without 256-bit integers it takes them apart lane by lane.
+inline __m256 select_by_sign(__m256 sign, __m256 a, __m256 b) {
+  __m256 r;
+  asm("vblendvps %3, %2, %1, %0" : "=x"(r) : "x"(b), "xm"(a), "x"(sign));
+  return r;
+}
+inline __m256d select_by_sign(__m256d sign, __m256d a, __m256d b) {
+  __m256d r;
+  asm("vblendvpd %3, %2, %1, %0" : "=x"(r) : "x"(b), "xm"(a), "x"(sign));
+  return r;
+}
 inline __m256 min(__m256 a, __m256 b) { return _mm256_min_ps(a, b); }
 inline __m256d min(__m256d a, __m256d b) { return _mm256_min_pd(a, b); }
 inline __m256 max(__m256 a, __m256 b) { return _mm256_max_ps(a, b); }

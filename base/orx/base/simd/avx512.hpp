@@ -101,6 +101,12 @@ inline __m512d spread_signs(__m512d a) {
   return _mm512_castsi512_pd(_mm512_srai_epi64(_mm512_castpd_si512(a), 63));
 }
 
+template <class V>
+inline V select_by_sign(V sign, V a, V b) {
+  using M = decltype(compare<_CMP_EQ_OQ>(sign, sign));
+  return select(static_cast<M>(signs(sign)), a, b);
+}
+
 inline bool any(__m512i a) { return _mm512_test_epi32_mask(a, a) != 0; }
 
 // ---- conversions and halves

@@ -16,7 +16,7 @@
 //   bits          bit_and bit_or bit_xor bit_andnot bits reals as high_words low_words from_high_words scale_from exponent_field
 //                 real_of_bits
 //   comparisons   less at_most equal not_equal not_below not_at_most outside unordered; quiet for NaN
-//   masks         bit_and bit_or bit_andnot complement select keep spread_signs any movemask
+//   masks         bit_and bit_or bit_andnot complement select select_by_sign keep spread_signs any movemask
 //   integers      + - * & | ^ shift_left shift_right equal greater any multiply_wide
 //   conversions   widen narrow to_doubles to_floats round_to_ints truncate_to_ints integer_bits
 //   groups        of four doubles, whatever the width, in lanes.hpp; of four words beside them in words.hpp
@@ -327,6 +327,11 @@ inline Vec<T, n> select(Mask<T, n> mask, Vec<T, n> a, Vec<T, n> b) {
 template <class T, int n>
 inline Vec<T, n> keep(Mask<T, n> mask, Vec<T, n> x) {
   return make<Vec<T, n>>([&](int i) { return native::keep(mask.v[i], x.v[i]); });
+}
+// a in the lanes where `sign` is negative, b elsewhere.
+template <class T, int n>
+inline Vec<T, n> select_by_sign(Vec<T, n> sign, Vec<T, n> a, Vec<T, n> b) {
+  return make<Vec<T, n>>([&](int i) { return native::select_by_sign(sign.v[i], a.v[i], b.v[i]); });
 }
 // Every lane all ones or zero by its sign.
 template <class T, int n>

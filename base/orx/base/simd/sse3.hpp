@@ -12,6 +12,10 @@ struct VectorType<float, 16> {
 
 ORX_NATIVE_BITS(__m128, _mm, ps)
 ORX_NATIVE_BITS(__m128d, _mm, pd)
+template <class V>
+inline V select_by_sign(V sign, V a, V b) {
+  return select(spread_signs(sign), a, b);
+}
 inline __m128 min(__m128 a, __m128 b) { return _mm_min_ps(a, b); }
 inline __m128d min(__m128d a, __m128d b) { return _mm_min_pd(a, b); }
 inline __m128 max(__m128 a, __m128 b) { return _mm_max_ps(a, b); }
