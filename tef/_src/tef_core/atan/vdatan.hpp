@@ -42,7 +42,7 @@ struct TableOctant {
         sign(bit_and(steep, broadcast_bits<X>(kSignBit<double>))) {}
   // Of all with y > 0; x counts by its sign alone.
   TableOctant(X steep, X x) : TableOctant(steep) {
-    shifter = shifter + keep(spread_signs(x), constant<X>(vdatan_data.behind));
+    shifter = shifter + select_by_sign(x, constant<X>(vdatan_data.behind), X{});
     sign = bit_xor(sign, bit_and(x, broadcast_bits<X>(kSignBit<double>)));
   }
 };

@@ -24,18 +24,19 @@ struct dSinTableData {
   Row<double> shifter = 0x1.8p+52;
   // pi/256. The product of n and the first part is exact; that of n and the second is where the result can be small, for
   // there n is a multiple of 128.
-  Row<double> p1 = 0x1.921fb544p-7, p2 = 0x1.0b4611a6p-41, p3 = 0x1.3198a2e037073p-76;
-  Row<double> large = 0x1p-180;
+  Row<double> p1 = 0x1.921fb544p-7, p2 = 0x1.0b4611a62p-41, p3 = 0x1.8cc51701b839ap-79;
+  Row<double> tiny = 0x1p-180;
   Row<double> s[2] = {-0x1.5555555554437p-3, 0x1.1110faafe3719p-7};  // (sin r - r)/r^3, to 2^-61 of sin r
   Row<double> c[3] = {-0x1p-1, 0x1.5555555554996p-5,
                       -0x1.6c16a82117c45p-10};  // (cos r - 1)/r^2, to 2^-79.7 of cos r
 };
 inline constexpr dSinTableData vdsin_data_ha{};
 
-// r without what is too small to be squared, and +0 for -0, which keeps the sign of zero in r + r^3 p for p < 0.
+// r, what reduction leaves of x, or +0 where it is too small to be squared: that is where x is, so that this need not wait for
+// the reduction. +0 for -0, too, keeps the sign of zero in r + r^3 p for p < 0.
 template <class X>
-inline X without_tiny(X r, const Row<typename X::Element>& large) {
-  return (r + large) - large;
+inline X without_tiny(X r, X x, const Row<typename X::Element>& tiny) {
+  return keep(not_below(magnitude(x), tiny), r);
 }
 
 template <class X>
@@ -46,7 +47,7 @@ inline Turn<X> reduce_by_table_steps(X x) {
   const X r1 = x - n * d.p1;
   const X w = n * d.p2;
   const X r = r1 - w;
-  return {N, r, ((r1 - r) - w) - n * d.p3};
+  return {N, r, ((r1 - r) - w) - n * d.p3, without_tiny(r, x, d.tiny)};
 }
 
 // sin r - r, with the low part of r, and cos r - 1.
@@ -55,8 +56,8 @@ struct SmallSineCosine {
   X s, c;
   explicit SmallSineCosine(const Turn<X>& t) {
     const auto& d = vdsin_data_ha;
-    const X r = without_tiny(t.r, d.large), r2 = r * r;
-    s = multiply_add(r * r2, multiply_add(r2, d.s[1], d.s[0]), t.r_lo);
+    const X r2 = t.q * t.q;
+    s = multiply_add(t.q * r2, multiply_add(r2, d.s[1], d.s[0]), t.r_lo);
     c = r2 * multiply_add(r2, multiply_add(r2, d.c[2], d.c[1]), d.c[0]);
   }
 };
@@ -93,13 +94,19 @@ inline auto wanted_of(const Turn<X>& t) {
 }
 
 // ---- LA and EP
+// x/pi and n are found in units in which they are normal numbers for denormal x.
+template <class T>
+constexpr T kSinUnits = sizeof(T) == 8 ? T(0x1p60) : T(0x1p30f);
+
 struct dSinData {
-  Row<double> inv = 0x1.45f306dc9c883p-2;  // 1/pi
-  Row<double> shifter = 0x1.8p+52, half = 0.5;
+  static constexpr double kUnits = kSinUnits<double>;
+  Row<double> inv = 0x1.45f306dc9c883p-2 * kUnits;  // 1/pi
+  Row<double> shifter = 0x1.8p+52 * kUnits, half = 0.5 * kUnits;
   // pi; the products of all parts but the last with n below 2^23 and a half are exact
-  Row<double> p1 = 0x1.921fb4p+1, p2 = 0x1.4442dp-23, p3 = 0x1.846988p-47, p4 = 0x1.8cc51701b839ap-71;
-  Row<double> ep_p3 = 0x1.8469898cc5170p-47;
-  Row<double> large = 0x1p-180;
+  Row<double> p1 = 0x1.921fb4p+1 / kUnits, p2 = 0x1.4442dp-23 / kUnits, p3 = 0x1.846988p-47 / kUnits,
+              p4 = 0x1.8cc51701b839ap-71 / kUnits;
+  Row<double> ep_p3 = 0x1.8469898cc5170p-47 / kUnits;
+  Row<double> tiny = 0x1p-180;
   // (sin r - r)/r^3, |r| <= pi/2: to 2^-61.5 of sin r and to 2^-27.2 of sin r
   Row<double> c[8] = {-0x1.5555555555555p-3,  0x1.11111111110c9p-7,   -0x1.a01a01a014eb4p-13,
                       0x1.71de3a52aa9cp-19,   -0x1.ae6454d94c551p-26, 0x1.6123ce4a84ea1p-33,
@@ -109,22 +116,28 @@ struct dSinData {
 };
 inline constexpr dSinData vdsin_data{};
 
-// sin of x, or of x + pi/2: then n counts from a half. The constants `d` are those of the precision.
-template <bool cosine, bool ep, class X, class D>
-inline X sine_by_polynomial(X x, const D& d) {
-  if constexpr (cosine) x = x + d.large;  // what is too small to be multiplied does not show in the result
-  const X N = (cosine ? multiply_add(x, d.inv, d.half) : x * d.inv) + d.shifter;
-  const X n = cosine ? (N - d.shifter) - d.half : N - d.shifter;
-  const X rest = (x - n * d.p1) - n * d.p2;
-  const X r = ep ? rest - n * d.ep_p3 : (rest - n * d.p3) - n * d.p4;
-  const X q = cosine ? r : without_tiny(r, d.large), square = q * q;
+// sin r, |r| <= pi/2; q is r without what is too small to be squared.
+template <bool ep, class X, class D>
+inline X small_sine(X r, X q, const D& d) {
+  const X square = q * q;
   X p;
   if constexpr (ep)
     p = polynomial(square, square * square, d.ep);
   else
     p = polynomial(square, square * square, d.c);
+  return r + (q * square) * p;
+}
+
+// sin of x, or of x + pi/2: then n counts from a half. The constants `d` are those of the precision.
+template <bool cosine, bool ep, class X, class D>
+inline X sine_by_polynomial(X x, const D& d) {
+  const X N = (cosine ? multiply_add(x, d.inv, d.half) : x * d.inv) + d.shifter;
+  const X n = cosine ? (N - d.shifter) - d.half : N - d.shifter;
+  const X rest = (x - n * d.p1) - n * d.p2;
+  const X r = ep ? rest - n * d.ep_p3 : (rest - n * d.p3) - n * d.p4;
   constexpr int sign = 8 * sizeof(typename X::Element) - 1;
-  return bit_xor(r + (q * square) * p, reals<X>(shift_left<sign>(bits(N))));
+  return bit_xor(small_sine<ep>(r, cosine ? r : without_tiny(r, x, d.tiny), d),
+                 reals<X>(shift_left<sign>(bits(N))));
 }
 
 // What is wanted of sine(std::false_type) and, for the cosine, sine(std::true_type).
@@ -177,7 +190,7 @@ struct dSinHA : dSinKernel<wanted> {
   }
   template <class X>
   static auto eval(X x) {
-    if constexpr (wanted == Wanted::Cosine) x = x + vdsin_data_ha.large;
+    if constexpr (wanted == Wanted::Cosine) x = x + vdsin_data_ha.tiny;
     return wanted_of<wanted>(reduce_by_table_steps(x));
   }
 

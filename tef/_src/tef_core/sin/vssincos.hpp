@@ -1,17 +1,19 @@
 // Sine and cosine of single precision. HA computes in double, by the polynomial that is EP there; LA and EP subtract
-// multiples of pi in single precision. Large arguments go by the digits of 1/(2 pi), in double.
+// multiples of pi in single precision. Large arguments go by the digits of 1/(2 pi), then as HA.
 #pragma once
 #include "sin/vdsincos.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
 struct sSinData {
-  Row<float> inv = 0x1.45f306p-2f;  // 1/pi
-  Row<float> shifter = 0x1.8p+23f, half = 0.5f;
+  static constexpr float kUnits = kSinUnits<float>;
+  Row<float> inv = 0x1.45f306p-2f * kUnits;  // 1/pi
+  Row<float> shifter = 0x1.8p+23f * kUnits, half = 0.5f * kUnits;
   // pi; all parts but the last have 12 bits, so that their products with n, and with a half of it, are exact
-  Row<float> p1 = 0x1.92p+1f, p2 = 0x1.fb4p-11f, p3 = 0x1.444p-23f, p4 = 0x1.68c234p-38f;
-  Row<float> ep_p3 = 0x1.4442d2p-23f;
-  Row<float> large = 0x1p-30f;
+  Row<float> p1 = 0x1.92p+1f / kUnits, p2 = 0x1.fb4p-11f / kUnits, p3 = 0x1.444p-23f / kUnits,
+             p4 = 0x1.68c234p-38f / kUnits;
+  Row<float> ep_p3 = 0x1.4442d2p-23f / kUnits;
+  Row<float> tiny = 0x1p-30f;
   // (sin r - r)/r^3, |r| <= pi/2: to 2^-27.2 of sin r and to 2^-12.8 of sin r
   Row<float> c[4] = {-0x1.55554cp-3f, 0x1.110edap-7f, -0x1.9f70fp-13f, 0x1.5dc902p-19f};
   Row<float> ep[2] = {-0x1.543b6ep-3f, 0x1.f5c54cp-8f};
@@ -28,6 +30,21 @@ inline auto in_double(X x, F f) {
     return Two<X>{narrow(y.first), narrow(y.second)};
 }
 
+// A large single, widened: its fraction of a turn makes n half turns and a rest, as above.
+template <Wanted wanted, class X>
+inline auto sines_of_large(X x) {
+  constexpr uint64_t quarter = uint64_t{1} << 62;
+  static constexpr Row<double> pi = 0x1.921fb54442d18p+1;
+  const auto fraction = single_turn_fraction(x);
+  return chosen<wanted>([&](auto cosine) {
+    const auto turn = cosine ? fraction + quarter : fraction;
+    const X r = signed_fraction<X>(shift_left<1>(turn)) * pi;
+    X sign = reals<X>(turn + quarter);
+    if (!cosine) sign = bit_xor(sign, x);
+    return bit_xor(small_sine<true>(r, r, vdsin_data), bit_and(sign, broadcast_bits<X>(kSignBit<double>)));
+  });
+}
+
 int vssin_cout_rare(const float* a, float* r);
 
 template <Wanted wanted>
@@ -39,7 +56,7 @@ struct sSinKernel : SinKernel<float, wanted, vssin_cout_rare> {
   template <class X, class Left>
   static void finish(X x, Left& left) {
     left.finish(at_most(magnitude(x), kLargest),
-                in_double(x, [](auto wide) { return wanted_of<wanted>(reduce_by_digits(wide)); }));
+                in_double(x, [](auto wide) { return sines_of_large<wanted>(wide); }));
   }
 
  private:

@@ -13,7 +13,7 @@ static const Entry kEntry{{
     .specials = {{0, 0}, {-0.0, -0.0}, {kInf, kNaN, StatusDomain}, {-kInf, kNaN, StatusDomain}, {kNaN, kNaN}},
     .strata = {multiples({kPi / 2, kPi, kPi / 256}, -65568, 65568), multiples({kPi / 2}, 0x1p16, 0x1p25),
                around({kPi / 2, kPi / 4, kPi, 65568, 16777216, 10000, 0x1p30, 0x1p53})},
-    .s = {.bounds = {.la = 3, .ha = 0.53},
+    .s = {.bounds = {.la = 2.5, .ha = 0.52},
           .timed = {-1000, 1000},
           .strata = {logarithmic(1, 0x1.fffffep127)}},
     .d = {.bounds = {.la = 2.5, .ha = 0.52},

@@ -16,9 +16,8 @@ double _dTan(double x) {
   Turn<X> turn = reduce_by_table_steps(broadcast<X>(y[0]));
   turn.N = turn.N + broadcast<X>(128.0 * quadrant);
   turn.r_lo = turn.r_lo + broadcast<X>(y[1]);
-  const SineAndCosine<X> f(turn);
   double lanes[X::kLanes];
-  store_vectors(lanes, accurate_quotient(f.sine, f.cosine));
+  store_vectors(lanes, tangent_of(turn));
   return lanes[0];
 }
 

@@ -2,7 +2,7 @@
 #include "tan/vdtan.hpp"
 
 namespace orx::tef {
-alignas(64) const double kTanTable[256][4] = {
+alignas(64) const double kTanTable[128][2] = {
 #include "tan/vdtan.inc"
 };
 }  // namespace orx::tef
@@ -12,8 +12,8 @@ ORX_ISA_BEGIN(orx::tef)
 int vdtan_cout_rare(const double* a, double* r) { return vdsin_cout_rare(a, r); }
 
 namespace {
-using dTanHA = dTanQuotient;
-using dTanLA = dTanPolynomial;
+using dTanHA = dTanByTable;
+using dTanLA = dTanRational;
 }  // namespace
 
 ORX_ISA_END

@@ -1,60 +1,75 @@
-// tan x = sin x/cos x, double.
+// tan x, double: x = n pi/2 + y, |y| <= pi/4, and tan x is tan y, or where n is odd -1/tan y.
 //
-// HA: both as the sine is made, from a table of both at multiples of pi/256, in two parts each, and their quotient.
-// LA: x = n pi/2 + r, |r| <= pi/4, a polynomial for each of the two, and one division.
+// HA: y = t + r, t one of 128 multiples of pi/256, and tan y = (tan t + tan r)/(1 - tan t tan r), tan t from a table. Its
+// terms are sums of a large part, which is exact, and a small one.
+// LA: tan y is a quotient of polynomials that has the two nearest poles of the tangent.
 #pragma once
 #include "sin/vdsincos.hpp"
 
 namespace orx::tef {
-extern const double kTanTable[256][4];  // sin t, what it lacks, cos t, what it lacks; t = j pi/256
+extern const double kTanTable[128][2];  // tan t, what it lacks; t = j pi/256, and from 64 on (j - 128) pi/256
 }  // namespace orx::tef
 
 ORX_ISA_BEGIN(orx::tef)
 
 struct dTanData {
-  Row<double> one = 1.0;
-  Row<double> four_thirds = 0x1.5555555555555p+0;  // the power of two next to y is that below 4/3 y
-  Row<uint64_t> power = 0xFFF0000000000000;
+  Row<double> one = 1.0, half_table = 64.0;
+  // (tan r - r)/r^3, |r| <= pi/512, to 2^-71 of tan r
+  Row<double> c[3] = {0x1.5555555555559p-2, 0x1.1111110fe875ap-3, 0x1.ba1eeb54a2829p-5};
 };
 inline constexpr dTanData vdtan_data{};
 
-// sin x and cos x, each as a large part and a small rest. Both signs may be wrong.
 template <class X>
-struct SineAndCosine {
-  HighLow<X> sine, cosine;
-
-  explicit SineAndCosine(const Turn<X>& t) {
-    const SmallSineCosine<X> f(t);
-    const SpilledWords<X> n(t.N);
-    X row[4];
-    gather_rows(
-        kTanTable[0], [&](int lane) { return n.low(lane) & 255; }, row);
-    const X sin_hi = row[0], sin_lo = row[1], cos_hi = row[2], cos_lo = row[3];
-    sine = rotated(sin_hi, sin_lo, cos_hi, cos_lo, t.r, f);
-    cosine = rotated(cos_hi, cos_lo, X{} - sin_hi, X{} - sin_lo, t.r, f);
-  }
-
- private:
-  // a cos r + b sin r: the power of two next to b, times r, is exact.
-  static HighLow<X> rotated(X a, X a_lo, X b, X b_lo, X r, const SmallSineCosine<X>& f) {
-    const X power = bit_and(b * vdtan_data.four_thirds, constant<X>(vdtan_data.power));
-    const auto sum = fast_two_sum(a, power * r);
-    return {sum.high, ((a_lo + a * f.c) + (((b - power) + b_lo) * r + b * f.s)) + sum.low};
-  }
+struct Fraction {
+  HighLow<X> above, below;
 };
 
-// The quotient of sums a and b, to 2^-60: one of its digits by an approximate reciprocal, the next from what is left.
+// The quotient of sums whose small terms are below the last bits of the large ones, to 2^-60: half of its digits, then the rest.
 template <class X>
-inline X accurate_quotient(const HighLow<X>& a, const HighLow<X>& b) {
-  const auto& d = vdtan_data;
-  const auto divisor = fast_two_sum(b.high, b.low);
-  const X guess = approximate_reciprocal(divisor.high);
-  const X e = d.one - divisor.high * guess;
-  const X reciprocal = guess + guess * (e + e * e);
-  const X q = split((a.high + a.low) * reciprocal).high;
-  const auto D = split(divisor.high);
-  const X rest = ((a.high - q * D.high) - q * D.low) + (a.low - q * divisor.low);
+inline X accurate_quotient(const Fraction<X>& f) {
+  const auto &a = f.above, &b = f.below;
+  const X reciprocal = vdtan_data.one / b.high;
+  const X q = split(a.high * reciprocal).high;
+  const auto divisor = split(b.high);
+  const X rest = ((a.high - q * divisor.high) - q * divisor.low) + (a.low - q * b.low);
   return q + rest * reciprocal;
+}
+
+// above/below, or where `odd` is negative -below/above.
+template <class X>
+inline Fraction<X> in_quadrant(const Fraction<X>& f, X odd) {
+  const auto either = [&](const HighLow<X>& a, const HighLow<X>& b) {
+    return HighLow<X>{select_by_sign(odd, a.high, b.high), select_by_sign(odd, a.low, b.low)};
+  };
+  return {either(f.below, f.above), either(f.above, f.below)};
+}
+
+// The same as a number, with `odd` nothing but a sign.
+template <class X>
+inline X quotient_in_quadrant(X above, X below, X odd) {
+  return select_by_sign(odd, below, above) / bit_xor(select_by_sign(odd, above, below), odd);
+}
+
+// tan x, by the table; a zero may have the wrong sign.
+template <class X>
+inline X tangent_of(const Turn<X>& turn) {
+  const auto& d = vdtan_data;
+  // 1. tan r - r, with the low part of r.
+  const X square = turn.q * turn.q;
+  const X u = multiply_add(turn.q * square, horner(square, d.c), turn.r_lo);
+
+  // 2. tan t + tan r and 1 - tan t tan r.
+  const SpilledWords<X> n(turn.N);
+  X t, t_lo;
+  gather_pairs(
+      kTanTable[0], [&](int lane) { return n.low(lane) & 127; }, t, t_lo);
+  const auto sum = fast_two_sum(t, turn.r);
+  const X product = t * (turn.r + u), rest = d.one - product;
+  const Fraction<X> f{fast_two_sum(sum.high, sum.low + (t_lo + u)), {rest, (d.one - rest) - product}};
+
+  // 3. In an odd quarter the inverse of that, turned over.
+  const X odd = reals<X>(shift_left<56>(bits(turn.N + d.half_table)));
+  return bit_xor(accurate_quotient(in_quadrant(f, odd)), bit_and(odd, broadcast_bits<X>(kSignBit<double>)));
 }
 
 // Results that are 0 take the sign of x.
@@ -68,71 +83,54 @@ int vdtan_cout_rare(const double* a, double* r);
 
 // Large arguments go by the digits of 1/(2 pi) in both classes.
 struct dTanKernel : Kernel<double(double)> {
+  template <class X>
+  static auto rare(X x) {
+    return not_below(magnitude(x), kFrom);
+  }
   template <class X, class Left>
   static void finish(X x, Left& left) {
-    const SineAndCosine<X> f(reduce_by_digits(x));
-    left.finish(at_most(magnitude(x), kLargest), accurate_quotient(f.sine, f.cosine));
+    left.finish(at_most(magnitude(x), kLargest), tangent_of(reduce_by_digits(x)));
   }
   static int rare_lane(const double* a, double* r) { return vdtan_cout_rare(a, r); }
 
  private:
-  static constexpr Row<double> kLargest = DBL_MAX;
+  static constexpr Row<double> kFrom = 0x1.fff8p+15, kLargest = DBL_MAX;
 };
-struct dTanQuotient : dTanKernel {
-  template <class X>
-  static auto rare(X x) {
-    return not_below(magnitude(x), kFrom);
-  }
+struct dTanByTable : dTanKernel {
   template <class X>
   static X eval(X x) {
-    const SineAndCosine<X> f(reduce_by_table_steps(x));
-    return with_zeros_of(accurate_quotient(f.sine, f.cosine), x);
+    return with_zeros_of(tangent_of(reduce_by_table_steps(x)), x);
   }
-
- private:
-  static constexpr Row<double> kFrom = 0x1.fff8p+15;
 };
 
-struct dTanPolynomialData {
+struct dTanRationalData {
   Row<double> inv = 0x1.45f306dc9c883p-1;  // 2/pi
   Row<double> shifter = 0x1.8p+52;
-  Row<double> p1 = 0x1.921fb544p+0, p2 = 0x1.0b4611a6p-34,
-              p3 = 0x1.3198a2e037073p-69;  // pi/2, as in vdsin_data_ha
-  Row<double> large = 0x1p-180, one = 1.0, half = 0.5;
-  // (sin r - r)/r^3 and (cos r - 1 + r^2/2)/r^4, |r| <= pi/4, to 2^-57.8 of the sine
-  // and to 2^-63.9 of the cosine
-  Row<double> s[6] = {-0x1.5555555555548p-3, 0x1.111111110f75ep-7,   -0x1.a01a019bf2523p-13,
-                      0x1.71de355f3628cp-19, -0x1.ae5e549c421c4p-26, 0x1.5d8e4234a0139p-33};
-  Row<double> c[6] = {0x1.555555555554bp-5,   -0x1.6c16c16c15017p-10, 0x1.a01a019c8f66bp-16,
-                      -0x1.27e4f7f1c1054p-22, 0x1.1ee9dbec7010ap-29,  -0x1.8fa6917123386p-37};
+  Row<double> p1 = 0x1.921fb544p+0, p2 = 0x1.0b4611a62p-34,
+              p3 = 0x1.8cc51701b839ap-72;  // pi/2, as in vdsin_data_ha
+  Row<double> tiny = 0x1p-180, one = 1.0;
+  // tan y = (y - y^3 a(y^2))/(1 - y^2 b(y^2)), |y| <= pi/4, to 2^-55.3 of tan y
+  Row<double> a[3] = {0x1.06b8f7dddb6c6p-3, -0x1.6fc350457525bp-9, 0x1.f6259c560de8fp-18};
+  Row<double> b[3] = {0x1.d8b1d14443095p-2, -0x1.7e7992ec322cfp-6, 0x1.b51d3cef1218ep-13};
 };
-inline constexpr dTanPolynomialData vdtan_la_data{};
+inline constexpr dTanRationalData vdtan_la_data{};
 
-struct dTanPolynomial : dTanKernel {
-  template <class X>
-  static auto rare(X x) {
-    return not_below(magnitude(x), kFrom);
-  }
+struct dTanRational : dTanKernel {
   template <class X>
   static X eval(X x) {
     const auto& d = vdtan_la_data;
     const X N = x * d.inv + d.shifter;
     const X n = N - d.shifter;
     const X r1 = x - n * d.p1, w = n * d.p2;
-    const X r = r1 - w, r_lo = ((r1 - r) - w) - n * d.p3;
-    const X q = without_tiny(r, d.large), r2 = q * q, r4 = r2 * r2;
-    const X sine = r + ((q * r2) * polynomial(r2, r4, d.s) + r_lo);
-    const X half_square = r2 * d.half;
-    const auto leading = fast_two_sum(constant<X>(d.one), X{} - half_square);
-    const X cosine = leading.high + (leading.low + (r4 * polynomial(r2, r4, d.c) - q * r_lo));
-    // A quarter of a turn exchanges the two and turns one of them over.
-    const X odd = reals<X>(shift_left<63>(bits(N)));
-    const auto exchange = spread_signs(odd);
-    return with_zeros_of(select(exchange, cosine, sine) / bit_xor(select(exchange, sine, cosine), odd), x);
+    const X r = r1 - w, minus_r_lo = n * d.p3 - ((r1 - r) - w);
+    const X q = without_tiny(r, x, d.tiny), z = q * q, z2 = z * z;
+    // 1 - z b(z), and what its rounding lost, which the small part of the other term makes good.
+    const X less = z * polynomial(z, z2, d.b);
+    const X below = d.one - less;
+    const X lost = (d.one - below) - less;
+    const X above = r - multiply_add(q, multiply_add(z, polynomial(z, z2, d.a), lost), minus_r_lo);
+    return quotient_in_quadrant(above, below, reals<X>(shift_left<63>(bits(N))));
   }
-
- private:
-  static constexpr Row<double> kFrom = 0x1.fff8p+15;
 };
 
 ORX_ISA_END

@@ -1,11 +1,10 @@
-"""sin and cos of t = j pi/256, j = 0 .. 255: each a double and what it lacks."""
+"""tan t, t = j pi/256, j = 0 .. 63 and -64 .. -1: a double and what it lacks."""
 import mpmath
 from floats import emit, pair
 
 
 def entry(j):
-    turn = mpmath.mpf(j) / 256
-    return (*pair(mpmath.sinpi(turn)), *pair(mpmath.cospi(turn) if j != 128 else 0))
+    return pair(mpmath.tan(mpmath.pi * j / 256))
 
 
-emit([entry(j) for j in range(256)], "sin(j pi/256): high, low part; cos(j pi/256): high, low part")
+emit([entry(j if j < 64 else j - 128) for j in range(128)], "tan(j pi/256), j = 0 .. 63, -64 .. -1: high, low part")

@@ -3,8 +3,8 @@
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
-using sTanLA = sTanPolynomial<false>;
-using sTanEP = sTanPolynomial<true>;
+using sTanLA = sTanRational<false>;
+using sTanEP = sTanRational<true>;
 }  // namespace
 ORX_ISA_END
 

@@ -5,19 +5,23 @@
 // x = m 2^(e - 1075), m an integer. Row e of the table holds the 192 bits of 1/(2 pi) behind those that give m whole
 // turns; m times the row, modulo 2^192, is the fraction of a turn. The double that comes nearest to a multiple of
 // pi/2, 6381956970095103 * 2^797, leaves 61 zeros in it, so that 128 bits are enough to go on with.
+//
+// Singles have a table of their own, of 96 bits; 64 of the product are enough, for none of them leaves 30 zeros.
 #pragma once
 #include "frame/kernel.hpp"
 
 namespace orx::tef {
 extern const uint64_t kTurns[2048][3];
+extern const uint32_t kSingleTurns[256][3];
 }  // namespace orx::tef
 
 ORX_ISA_BEGIN(orx::tef)
 
-// x = n pi/256 + r + r_lo, |r| <= pi/512: n modulo 512 stands in the low bits of N.
+// x = n pi/256 + r + r_lo, |r| <= pi/512: n modulo 512 stands in the low bits of N. q is r, or 0 where it is too small to be
+// squared.
 template <class X>
 struct Turn {
-  X N, r, r_lo;
+  X N, r, r_lo, q;
 };
 
 struct TurnConstants {
@@ -93,7 +97,29 @@ inline Turn<X> reduce_by_digits(X x) {
 
   // 4. The sign of x turns all of them.
   const X sign = bit_and(x, broadcast_bits<X>(kSignBit<double>));
-  return {bit_xor(on_grid<X>(n, d.grid0), sign) + d.shifter, bit_xor(r.high, sign), bit_xor(r.low, sign)};
+  const X signed_r = bit_xor(r.high, sign);
+  return {bit_xor(on_grid<X>(n, d.grid0), sign) + d.shifter, signed_r, bit_xor(r.low, sign), signed_r};
+}
+
+// The fraction of a turn that |x|, a single, ends in, in units of 2^-64.
+template <class X>
+inline BitsOfLanes<X> single_turn_fraction(X x) {
+  using I = BitsOfLanes<X>;
+  const SpilledWords<X> words(x);
+  // The exponent field of the single is smaller by 896, which is 128 less a multiple of the number of rows.
+  const auto row = [&](int lane) { return 3 * (((words.high(lane) >> 20) + 128) & 0xFF); };
+  const I upper = gather_bits<X>(kSingleTurns[0], row), lower = gather_bits<X>(kSingleTurns[0] + 1, row);
+  const I m = (shift_right<29>(words.bits()) & uint64_t{0x7FFFFF}) | uint64_t{0x800000};
+  return shift_left<32>(multiply_wide(m, upper)) + multiply_wide(m, lower) +
+         shift_right<32>(multiply_wide(m, shift_right<32>(lower)));
+}
+
+// A signed number of units of 2^-64.
+template <class X, class I>
+inline X signed_fraction(I f) {
+  const auto flipped = shift_right<32>(f) ^ uint64_t { 0x80000000 };
+  const X first = bit_or(reals<X>(flipped), constant<X>(kTurnData.grid[0])) - kTurnData.signed_grid;
+  return first + on_grid<X>(f & uint64_t{0xFFFFFFFF}, kTurnData.grid[1]);
 }
 
 ORX_ISA_END
