@@ -19,7 +19,7 @@ struct dTanhData {
   Row<double> top = 19.25;                         // the result is 1 from 19.0616 on
   Row<uint64_t> cell = 0xFFFFC00000000000;         // the bits that a cell's arguments share
   Row<uint64_t> row = 0x00FFC00000000000;          // those of them that tell its row
-  Row<double> large = 0x1p-180, least = 0x1p-300;  // against squares that underflow
+  Row<double> large = 0x1p-180, least = 0x1p-120;  // against powers that underflow
   Row<double> one = 1.0;
   // (tanh r - r) / r^3, |r| <= 1/16: to 2^-66.9 of tanh r, to 2^-55.6 of tanh r and to 2^-32.9 of tanh r. Where r is
   // larger, 1 - T^2 is small.
@@ -57,8 +57,8 @@ struct TanhCell {
   template <int terms>
   X tanh(const Row<double> (&c)[terms]) const {
     const auto& d = vdtanh_data;
-    const X q = max(r, d.least), r2 = q * q;
-    const X t = r * (d.one + r2 * horner(r2, c));
+    const X q = keep(not_below(r, d.least), r), r2 = q * q;
+    const X t = r + (q * r2) * polynomial(r2, r2 * r2, c);
     X T, slope;
     gather_pairs<1>(kTanhTable[0], *this, T, slope);
     return T + slope * t / (d.one + T * t);
