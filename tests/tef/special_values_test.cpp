@@ -5,6 +5,7 @@
 #include <cfenv>
 #include <csetjmp>
 #include <csignal>
+#include <limits>
 #include <sstream>
 
 #include "functions.h"
@@ -172,6 +173,35 @@ TEST(SpecialValues, Exceptions) {
     call.vectors.run(k);
     EXPECT_EQ(std::fetestexcept(kLookedAt & ~open), expected & ~open) << describe<R>(k, s);
     EXPECT_TRUE(runs_under_traps(call.vectors, k, kTrapped & ~open & ~expected)) << describe<R>(k, s);
+  });
+}
+
+// An argument of every exponent: to a normal result no kernel goes by what is too small, too large or invalid.
+template <class R>
+void expect_quiet_normal_results(const Function& f, const Kernel& k) {
+  using Limits = std::numeric_limits<R>;
+  test::Vectors<R> vectors(f, kCount);
+  for (int e = Limits::min_exponent; e < Limits::max_exponent; ++e)
+    for (R x : {R(1.25), R(-1.25)}) {
+      vectors.set_all({std::ldexp(x, e)});
+      _tefClearErrStatus();
+      std::feclearexcept(FE_ALL_EXCEPT);
+      vectors.run(k);
+      const int raised = std::fetestexcept(kLookedAt);
+      bool normal = _tefGetErrStatus() == StatusOk;
+      for (R r : vectors.result(0)) normal = normal && std::isnormal(r);
+      if (normal) {
+        ASSERT_EQ(raised, 0) << k.name << "(" << std::ldexp(x, e) << ")";
+      }
+    }
+}
+
+TEST(SpecialValues, NormalResultsRaiseNothingOnTheWay) {
+  const test::TefState state;
+  _tefSetMode(TEF_ERRMODE_IGNORE);
+  test::for_each_function([](const Function& f, auto real) {
+    if (f.columns_in() != 1) return;
+    for (const Kernel& k : f.kernels) expect_quiet_normal_results<decltype(real)>(f, k);
   });
 }
 

@@ -7,7 +7,7 @@ ORX_ISA_BEGIN(orx::tef)
 
 struct sAtanData {
   Row<float> quarter = 0x1.921fb6p+0f, half_turn = 0x1.921fb6p+1f;
-  Row<float> least = 0x1p-15f;  // whose powers do not underflow
+  Row<float> least = 0x1p-12f;  // its square, times t from 2^-100 on, does not underflow
   // (atan t - t)/t^3, t <= 1: to 2^-25.8 of atan t, and to 2^-11.9 of atan t
   Row<float> la[8] = {-0x1.5554dcp-2f, 0x1.9978eep-3f, -0x1.230abp-3f,  0x1.b4dfdcp-4f,
                       -0x1.3553f4p-4f, 0x1.61f756p-5f, -0x1.0c23fep-6f, 0x1.7ec1c4p-9f};

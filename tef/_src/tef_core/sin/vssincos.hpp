@@ -13,7 +13,7 @@ struct sSinData {
   Row<float> p1 = 0x1.92p+1f / kUnits, p2 = 0x1.fb4p-11f / kUnits, p3 = 0x1.444p-23f / kUnits,
              p4 = 0x1.68c234p-38f / kUnits;
   Row<float> ep_p3 = 0x1.4442d2p-23f / kUnits;
-  Row<float> tiny = 0x1p-30f;
+  Row<float> tiny = 0x1p-24f;  // its fourth power does not underflow
   // (sin r - r)/r^3, |r| <= pi/2: to 2^-27.2 of sin r and to 2^-12.8 of sin r
   Row<float> c[4] = {-0x1.55554cp-3f, 0x1.110edap-7f, -0x1.9f70fp-13f, 0x1.5dc902p-19f};
   Row<float> ep[2] = {-0x1.543b6ep-3f, 0x1.f5c54cp-8f};

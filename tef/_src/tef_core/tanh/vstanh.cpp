@@ -7,7 +7,7 @@ namespace {
 
 struct {
   Row<float> top = 10.0f;                // the result is 1 from 9.011 on
-  Row<float> large = 0x1p-38f;           // takes r away where it is tiny and its square would underflow
+  Row<float> tiny = 0x1p-28f;            // below, r counts without its powers, which would underflow
   Row<float> inv = 0x1.715476p+1f;       // 2/ln 2
   Row<float> shifter = 0x1.8000fcp+23f;  // 1.5 * 2^23 + 126: the exponent's bias for 2^(k - 1)
   Row<float> ln2 = 0x1.62e43p-1f;        // one part: where k is large, r does not matter much
@@ -44,7 +44,7 @@ struct sTanhLow : sTanh {
     const auto& d = vstanh_data;
     const X size = min(magnitude(x), d.top);
     const X N = multiply_add(size, d.inv, d.shifter), k = N - d.shifter;
-    const X r = subtract_product(size + size, k, d.ln2), q = (r + d.large) - d.large, q2 = q * q;
+    const X r = subtract_product(size + size, k, d.ln2), q = keep(not_below(size, d.tiny), r), q2 = q * q;
     X p;
     if constexpr (ep)
       p = r + q2 * polynomial(q, q2, d.ep);
