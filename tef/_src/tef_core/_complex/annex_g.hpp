@@ -15,45 +15,50 @@ inline Special at(double x, double y, double re, double im, int raises = -1) {
 }
 inline Special invalid(double x, double y, double re, double im) { return at(x, y, re, im, FE_INVALID); }
 
-// The list, and each case with the other sign of an input, which changes the sign of an output. A NaN has no other side.
-inline std::vector<Special> with_mirrored(std::vector<Special> list, size_t input, size_t output) {
-  const size_t count = list.size();
-  for (size_t i = 0; i < count; ++i) {
-    Special s = list[i];
+// The cases that documents tell, and those that symmetry makes of them.
+struct Cases {
+  std::vector<Special> told, mirrored;
+};
+
+// Each case once more with the other sign of an input, which changes the sign of an output. A NaN has no other side.
+inline Cases with_mirrored(Cases cases, size_t input, size_t output) {
+  std::vector<Special> all = cases.told;
+  all.insert(all.end(), cases.mirrored.begin(), cases.mirrored.end());
+  for (Special& s : all) {
     if (std::isnan(s.in[input].as<double>())) continue;
     s.in[input] = -s.in[input];
     s.out[output] = -s.out[output];
-    list.push_back(s);
+    cases.mirrored.push_back(s);
   }
-  return list;
+  return cases;
 }
 
 // f(conj z) = conj f(z).
-inline std::vector<Special> and_conjugates(std::vector<Special> list) {
-  return with_mirrored(std::move(list), 1, 1);
-}
+inline Cases and_conjugates(Cases cases) { return with_mirrored(std::move(cases), 1, 1); }
 // And f(-z) = -f(z), or f(-z) = f(z), besides.
-inline std::vector<Special> odd(std::vector<Special> list) {
-  return and_conjugates(with_mirrored(std::move(list), 0, 0));
+inline Cases odd(std::vector<Special> list) {
+  return and_conjugates(with_mirrored({std::move(list), {}}, 0, 0));
 }
-inline std::vector<Special> even(std::vector<Special> list) {
-  return and_conjugates(with_mirrored(std::move(list), 0, 1));
+inline Cases even(std::vector<Special> list) {
+  return and_conjugates(with_mirrored({std::move(list), {}}, 0, 1));
 }
 
 // For g(z) = f(iz)/i, and for g(z) = f(iz): from the cases of f.
-inline std::vector<Special> by_i(std::vector<Special> list) {
-  for (Special& s : list) {
-    s.in = {s.in[1], -s.in[0]};
-    s.out = {s.out[1], -s.out[0]};
-  }
-  return list;
+inline Cases by_i(Cases cases) {
+  for (std::vector<Special>* list : {&cases.told, &cases.mirrored})
+    for (Special& s : *list) {
+      s.in = {s.in[1], -s.in[0]};
+      s.out = {s.out[1], -s.out[0]};
+    }
+  return cases;
 }
-inline std::vector<Special> of_iz(std::vector<Special> list) {
-  for (Special& s : list) s.in = {s.in[1], -s.in[0]};
-  return list;
+inline Cases of_iz(Cases cases) {
+  for (std::vector<Special>* list : {&cases.told, &cases.mirrored})
+    for (Special& s : *list) s.in = {s.in[1], -s.in[0]};
+  return cases;
 }
 
-inline std::vector<Special> sinh_cases() {
+inline Cases sinh_cases() {
   return odd({at(0, 0, 0, 0),
               invalid(0, kInf, 0, kNaN),
               at(0, kNaN, 0, kNaN),
@@ -76,7 +81,7 @@ inline std::vector<Special> sinh_cases() {
               at(1e4, 0, kInf, 0, FE_OVERFLOW),
               at(1e4, 3, -kInf, kInf, FE_OVERFLOW)});
 }
-inline std::vector<Special> cosh_cases() {
+inline Cases cosh_cases() {
   return even({at(0, 0, 1, 0),
                invalid(0, kInf, kNaN, 0),
                at(0, kNaN, kNaN, 0),
@@ -99,7 +104,7 @@ inline std::vector<Special> cosh_cases() {
                at(1e4, 0, kInf, 0, FE_OVERFLOW),
                at(1e4, 3, -kInf, kInf, FE_OVERFLOW)});
 }
-inline std::vector<Special> tanh_cases() {
+inline Cases tanh_cases() {
   return odd({at(0, 0, 0, 0),
               invalid(0, kInf, kNaN, kNaN),
               invalid(1, kInf, kNaN, kNaN),
@@ -121,7 +126,7 @@ inline std::vector<Special> tanh_cases() {
               at(1e4, 1, 1, 0, FE_UNDERFLOW),
               at(1e4, 0, 1, 0)});
 }
-inline std::vector<Special> asinh_cases() {
+inline Cases asinh_cases() {
   return odd({at(0, 0, 0, 0), at(0, kInf, kInf, kPi / 2), at(1, kInf, kInf, kPi / 2), at(0, kNaN, kNaN, kNaN),
               at(1, kNaN, kNaN, kNaN), at(kInf, 0, kInf, 0), at(kInf, 1, kInf, 0),
               at(kInf, kInf, kInf, kPi / 4), at(kInf, kNaN, kInf, kNaN), at(kNaN, 0, kNaN, 0),
@@ -129,7 +134,7 @@ inline std::vector<Special> asinh_cases() {
               at(0, 1, 0, kPi / 2), at(0, 2, 1.31695789692481671, kPi / 2), at(1, 0, 0.881373587019543025, 0),
               at(1, 2, 1.46935174436818527, 1.06344002357775206)});
 }
-inline std::vector<Special> atanh_cases() {
+inline Cases atanh_cases() {
   return odd({at(0, 0, 0, 0), at(0, kNaN, 0, kNaN), at(1, 0, kInf, 0, FE_DIVBYZERO), at(0, kInf, 0, kPi / 2),
               at(1, kInf, 0, kPi / 2), at(1, kNaN, kNaN, kNaN), at(kInf, 0, 0, kPi / 2),
               at(kInf, 1, 0, kPi / 2), at(kInf, kInf, 0, kPi / 2), at(kInf, kNaN, 0, kNaN),
@@ -155,14 +160,16 @@ inline std::vector<Joint> near_units() {
 
 // What all functions of the element loops share: their errors are next to half an ulp in both precisions. MPC takes its time
 // where the parts are of very different size: of doubles such pairs are a few.
-inline Descriptor of_elements(Descriptor d, Interval timed) {
+inline Descriptor of_elements(Descriptor d, Cases cases, Interval timed) {
+  d.specials = std::move(cases.told);
   d.keep_control_word = kAllClasses;
   d.only_these_strata = true;
   for (const Stratum& s : {around({1, -1}), boundaries(), even(timed.from, timed.to), even(-50, 50),
                            logarithmic(1e-9, 1e9), logarithmic(-1e9, -1e-9)})
     d.strata.push_back(s);
-  d.c = {.bounds = {0.501, 0.501, 0.501}, .timed = timed, .strata = {everywhere()}};
-  d.z = {.bounds = {0.51, 0.51, 0.51}, .timed = timed};
+  d.c = {
+      .bounds = {0.501, 0.501, 0.501}, .timed = timed, .specials = cases.mirrored, .strata = {everywhere()}};
+  d.z = {.bounds = {0.53, 0.53, 0.53}, .timed = timed, .specials = cases.mirrored};
   for (const double x : {0.0, 5e-324, -1e-308, 1e-200, -1e-20, 1.0, -1e20, 1e200, -1.7e308})
     for (const double y : {-0.0, -5e-324, 3e-308, -1e-160, 1e-17, 1.0, -1e17, -1e160, 1.7e308})
       d.z.cases.push_back({x, y});

@@ -7,23 +7,23 @@ namespace orx::descriptor {
 // Where |b ln a| is beyond 2^10, the angle of the result loses what that has more of bits; errors are told as distances,
 // for powers that are real or imaginary come with a part that is not quite 0.
 inline Descriptor of_power(const char* name, const char* computes) {
-  Descriptor d = of_elements(
-      {.name = name,
-       .computes = computes,
-       .method = "e^(b ln a), logarithm and product with low parts",
-       .c_name = "pow",
-       .specials = {{{2, 0, 3, 0}, {8, 0}},
-                    {{1, 0, 2.5, 0}, {1, 0}},
-                    {{0, 0, 1, 0}, {kNaN, kNaN}, StatusOk, kAllClasses, FE_DIVBYZERO | FE_INVALID},
-                    {{0, 0, 0, 0}, {kNaN, kNaN}, StatusOk, kAllClasses, FE_DIVBYZERO | FE_INVALID},
-                    {{3, 4, 0, 0}, {1, 0}},
-                    {{kNaN, 1, 2, 1}, {kNaN, kNaN}},
-                    {{2, 1, kNaN, 0}, {kNaN, kNaN}},
-                    {{2, 0, 1, 1}, {1.53847780272794429, 1.27792255262726960}},
-                    {{0, 1, 0, 1}, {0.207879576350761909, 0}},
-                    {{10, 0, 4000, 0}, {kInf, 0}, StatusOk, kAllClasses, FE_OVERFLOW}},
-       .joints = near_units()},
-      {-3, 3});
+  Descriptor d = of_elements({.name = name,
+                              .computes = computes,
+                              .method = "e^(b ln a), logarithm and product with low parts",
+                              .c_name = "pow",
+                              .joints = near_units()},
+                             {{{{2, 0, 3, 0}, {8, 0}},
+                               {{1, 0, 2.5, 0}, {1, 0}},
+                               {{0, 0, 1, 0}, {kNaN, kNaN}, StatusOk, kAllClasses, FE_DIVBYZERO | FE_INVALID},
+                               {{0, 0, 0, 0}, {kNaN, kNaN}, StatusOk, kAllClasses, FE_DIVBYZERO | FE_INVALID},
+                               {{3, 4, 0, 0}, {1, 0}},
+                               {{kNaN, 1, 2, 1}, {kNaN, kNaN}},
+                               {{2, 1, kNaN, 0}, {kNaN, kNaN}},
+                               {{2, 0, 1, 1}, {1.53847780272794429, 1.27792255262726960}},
+                               {{0, 1, 0, 1}, {0.207879576350761909, 0}},
+                               {{10, 0, 4000, 0}, {kInf, 0}, StatusOk, kAllClasses, FE_OVERFLOW}},
+                              {}},
+                             {-3, 3});
   d.strata = {even(-4, 4), even(-40, 40), logarithmic(1e-3, 1e3), logarithmic(1e-8, 1), around({1, -1})};
   d.c.strata = {};
   d.z.cases = {};

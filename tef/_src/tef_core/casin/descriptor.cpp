@@ -6,6 +6,5 @@ static const Entry kEntry{of_elements({.name = "Asin",
                                        .computes = "arcsin z, cuts on the real axis beyond ±1",
                                        .method = "arsinh(iz)/i",
                                        .c_name = "asin",
-                                       .specials = by_i(asinh_cases()),
                                        .joints = near_units()},
-                                      {-3, 3})};
+                                      by_i(asinh_cases()), {-3, 3})};

@@ -6,6 +6,5 @@ static const Entry kEntry{of_elements({.name = "Asinh",
                                        .computes = "arsinh z, cuts on the imaginary axis beyond ±i",
                                        .method = "T. Hull, T. Fairgrieve, P. Tang, ACM TOMS 23, 1997",
                                        .c_name = "asinh",
-                                       .specials = asinh_cases(),
                                        .joints = near_units()},
-                                      {-3, 3})};
+                                      asinh_cases(), {-3, 3})};

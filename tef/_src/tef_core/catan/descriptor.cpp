@@ -6,6 +6,5 @@ static const Entry kEntry{of_elements({.name = "Atan",
                                        .computes = "arctan z, cuts on the imaginary axis beyond ±i",
                                        .method = "artanh(iz)/i",
                                        .c_name = "atan",
-                                       .specials = by_i(atanh_cases()),
                                        .joints = near_units()},
-                                      {-3, 3})};
+                                      by_i(atanh_cases()), {-3, 3})};

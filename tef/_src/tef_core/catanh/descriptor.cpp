@@ -7,6 +7,5 @@ static const Entry kEntry{
                  .computes = "artanh z, cuts on the real axis beyond ±1",
                  .method = "W. Kahan, Branch cuts for complex elementary functions, 1987",
                  .c_name = "atanh",
-                 .specials = atanh_cases(),
                  .joints = near_units()},
-                {-3, 3})};
+                atanh_cases(), {-3, 3})};

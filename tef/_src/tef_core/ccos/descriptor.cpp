@@ -6,6 +6,5 @@ static const Entry kEntry{of_elements({.name = "Cos",
                                        .computes = "cos z",
                                        .method = "cosh(iz)",
                                        .c_name = "cos",
-                                       .specials = of_iz(cosh_cases()),
                                        .strata = {multiples({kPi}, -100, 100), even(-760, 760)}},
-                                      {-3, 3})};
+                                      of_iz(cosh_cases()), {-3, 3})};

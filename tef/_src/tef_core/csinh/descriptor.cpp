@@ -6,6 +6,5 @@ static const Entry kEntry{of_elements({.name = "Sinh",
                                        .computes = "sinh z",
                                        .method = "sinh x cos y + i cosh x sin y, in the extended type",
                                        .c_name = "sinh",
-                                       .specials = sinh_cases(),
                                        .strata = {multiples({kPi}, -100, 100), even(-760, 760)}},
-                                      {-3, 3})};
+                                      sinh_cases(), {-3, 3})};

@@ -7,6 +7,5 @@ static const Entry kEntry{of_elements({.name = "Tan",
                                        .method = "tanh(iz)/i",
                                        .c_name = "tan",
                                        .judge = "complex_tan",
-                                       .specials = by_i(tanh_cases()),
                                        .strata = {multiples({kPi}, -100, 100), even(-400, 400)}},
-                                      {-3, 3})};
+                                      by_i(tanh_cases()), {-3, 3})};

@@ -19,29 +19,28 @@ constexpr Entry kExp[5][4] = {
 };
 // clang-format on
 
-// e^(x + iy). Beyond the double's range the power is cut off, so that it is finite, and a sine of 0 keeps it 0.
+// e^(x + iy) with low parts.
 Extended turned_power(Sum x, Sum y) {
-  constexpr long double most = 0x1p14L;
-  constexpr int range = 14000;
-  if (__builtin_fabsl(x.high) > most) x = {with_sign_of(most, x.high), 0};
+  if (__builtin_fabsl(x.high) > quick::kMost) x = {with_sign_of(quick::kMost, x.high), 0};
   const Scaled power = exp_of(x);
   const SinCos angle = sin_cos_of(y);
-  const long double scale = power_of_two(power.exponent > range    ? range
-                                         : power.exponent < -range ? -range
-                                                                   : power.exponent);
-  return {power.value.high * angle.cos.high * scale, power.value.high * angle.sin.high * scale};
+  const long double size = power.value.high * power_of_two(power.exponent);
+  return {size * angle.cos.high, size * angle.sin.high};
 }
 
 }  // namespace
 
 Extended complex_exp(Extended z) {
-  return all_finite(z) ? turned_power({z.re, 0}, {z.im, 0}) : special_value(kExp, z);
+  if (!quick::all_finite(z)) return special_value(kExp, z);
+  const long double size = quick::exp(quick::limited(z.re));
+  const quick::Turn turn = quick::sin_cos(z.im);
+  return {size * turn.cos, size * turn.sin};
 }
 
 // e^(b ln a), where the logarithm, the product and the argument of the exponential have low parts: the error of the power
 // is that of the product. As a formula it knows no exceptions: 0^1 has the product of an infinity and 0.
 Extended complex_pow(Extended a, Extended b) {
-  if ((a.re != 0 || a.im != 0) && all_finite(a) && all_finite(b)) {
+  if ((a.re != 0 || a.im != 0) && quick::all_finite(a) && quick::all_finite(b)) {
     const Sum x = ln_of_magnitude(a), y = argument(a.im, a.re), b_re = {b.re, 0}, b_im = {b.im, 0};
     return turned_power(b_re * x - b_im * y, b_re * y + b_im * x);
   }

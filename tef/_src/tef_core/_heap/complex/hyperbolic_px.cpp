@@ -33,16 +33,13 @@ constexpr Entry kTanh[4][4] = {
 };
 // clang-format on
 
-// sinh x and cosh x of doubles, cut off beyond their range, so that they are finite, and a sine of 0 keeps them 0.
 struct Waves {
   long double sinh, cosh, sin, cos;
 };
-Waves waves(Extended z) {
-  constexpr long double most = 8192;
-  const SinhCosh x = sinh_cosh_of(__builtin_fabsl(z.re) < most ? z.re : with_sign_of(most, z.re));
-  const SinCos y = sin_cos_of({z.im, 0});
-  const long double scale = power_of_two(x.exponent);
-  return {x.sinh.high * scale, x.cosh.high * scale, y.sin.high, y.cos.high};
+inline Waves waves(Extended z) {
+  const quick::Hyperbola x = quick::sinh_cosh(quick::limited(z.re));
+  const quick::Turn y = quick::sin_cos(z.im);
+  return {x.sinh, x.cosh, y.sin, y.cos};
 }
 
 // The tangent is the quotient of sine and cosine times its conjugate. From here on cosh^2 and sinh^2 are e^2x/4 to all bits,
@@ -52,19 +49,19 @@ constexpr long double kFar = 40;
 }  // namespace
 
 Extended complex_sinh(Extended z) {
-  if (!all_finite(z)) return special_value(kSinh, Parity::kOdd, z);
+  if (!quick::all_finite(z)) return special_value(kSinh, Parity::kOdd, z);
   const Waves w = waves(z);
   return {w.sinh * w.cos, w.cosh * w.sin};
 }
 
 Extended complex_cosh(Extended z) {
-  if (!all_finite(z)) return special_value(kCosh, Parity::kEven, z);
+  if (!quick::all_finite(z)) return special_value(kCosh, Parity::kEven, z);
   const Waves w = waves(z);
   return {w.cosh * w.cos, w.sinh * w.sin};
 }
 
 Extended complex_tanh(Extended z) {
-  if (!all_finite(z)) {
+  if (!quick::all_finite(z)) {
     const Extended y = special_value(kTanh, Parity::kOdd, z);
     if (is_nan(z.re) || !is_finite(z.im)) return y;
     const SinCos turn = sin_cos_of({z.im, 0});

@@ -67,37 +67,37 @@ Arc arc(long double x, long double y) {
     leg = y * square_root((sum / (r + (x + 1)) + sum / rest) / 2);
     a_less_1 = (above + rest) / 2;
   }
-  return {leg, log1p_of({a_less_1 + square_root(a_less_1 * (a + 1)), 0}).high};
+  return {leg, quick::log1p(a_less_1 + square_root(a_less_1 * (a + 1)))};
 }
 Arc arc(Extended z) { return arc(__builtin_fabsl(z.re), __builtin_fabsl(z.im)); }
 
 }  // namespace
 
 Extended complex_acos(Extended z) {
-  if (!all_finite(z)) return special_value(kAcos, z);
+  if (!quick::all_finite(z)) return special_value(kAcos, z);
   const Arc at = arc(z);
-  return {argument(at.leg, z.re).high, with_sign_of(at.log, -z.im)};
+  return {quick::argument(at.leg, z.re), with_sign_of(at.log, -z.im)};
 }
 
 Extended complex_acosh(Extended z) {
-  if (!all_finite(z)) return special_value(kAcosh, z);
+  if (!quick::all_finite(z)) return special_value(kAcosh, z);
   const Arc at = arc(z);
-  return {at.log, with_sign_of(argument(at.leg, z.re).high, z.im)};
+  return {at.log, with_sign_of(quick::argument(at.leg, z.re), z.im)};
 }
 
 Extended complex_asinh(Extended z) {
-  if (!all_finite(z)) return special_value(kAsinh, Parity::kOdd, z);
+  if (!quick::all_finite(z)) return special_value(kAsinh, Parity::kOdd, z);
   const Arc at = arc({z.im, z.re});
-  return {with_sign_of(at.log, z.re), argument(z.im, at.leg).high};
+  return {with_sign_of(at.log, z.re), quick::argument(z.im, at.leg)};
 }
 
 // ln((1 + z)/(1 - z))/2.
 Extended complex_atanh(Extended z) {
-  if (!all_finite(z)) return special_value(kAtanh, Parity::kOdd, z);
+  if (!quick::all_finite(z)) return special_value(kAtanh, Parity::kOdd, z);
   const long double x = __builtin_fabsl(z.re), y = z.im, square = y * y;
   const long double quotient = 4 * x / ((1 - x) * (1 - x) + square);
-  const long double size = is_finite(quotient) ? log1p_of({quotient, 0}).high / 4 : quotient;
-  return {with_sign_of(size, z.re), argument(2 * y, (1 - x) * (1 + x) - square).high / 2};
+  const long double size = quick::is_finite(quotient) ? quick::log1p(quotient) / 4 : quotient;
+  return {with_sign_of(size, z.re), quick::argument(2 * y, (1 - x) * (1 + x) - square) / 2};
 }
 
 Extended complex_asin(Extended z) { return by_i(complex_asinh(times_i(z))); }

@@ -31,6 +31,8 @@ Sum accurate_sum(long double (&term)[4]) {
   return fast_sum(term[3], term[2] + (term[1] + term[0]));
 }
 
+bool near_one(long double square) { return square > 0.96875L && square < 1.0625L; }
+
 }  // namespace
 
 // ln |z|; the squares of doubles are exact, and next to 1 so is what they leave of it.
@@ -38,18 +40,16 @@ Sum ln_of_magnitude(Extended z) {
   const bool steep = __builtin_fabsl(z.im) > __builtin_fabsl(z.re);
   const long double a = steep ? z.im : z.re, b = steep ? z.re : z.im;
   const Sum p = exact_product(a, a), q = exact_product(b, b), square = p + q;
-  if (square.high > 0.96875L && square.high < 1.0625L) {
-    long double term[4] = {p.high - 1, q.high, p.low, q.low};
-    return scaled(log1p_of(accurate_sum(term)), 0.5L);
-  }
-  return scaled(log_of(square), 0.5L);
+  if (!near_one(square.high)) return scaled(log_of(square), 0.5L);
+  long double term[4] = {p.high - 1, q.high, p.low, q.low};
+  return scaled(log1p_of(accurate_sum(term)), 0.5L);
 }
 
 Extended complex_ln(Extended z) {
-  if (!all_finite(z)) return special_value(kLn, z);
-  const long double angle = argument(z.im, z.re).high;
-  if (z.re == 0 && z.im == 0) return {-1 / unfolded(0), angle};
-  return {ln_of_magnitude(z).high, angle};
+  if (!quick::all_finite(z)) return special_value(kLn, z);
+  const long double angle = quick::argument(z.im, z.re), square = z.re * z.re + z.im * z.im;
+  if (square == 0) return {-1 / unfolded(0), angle};
+  return {near_one(square) ? ln_of_magnitude(z).high : quick::ln(square) / 2, angle};
 }
 
 Extended complex_log10(Extended z) {

@@ -1,7 +1,7 @@
 // What complex functions are where a part is infinite or NaN, as tables that read like those of C99, annex G.6: rows by the
 // real part, columns by the imaginary one.
 #pragma once
-#include "_heap/complex/complex.hpp"
+#include "_heap/complex/quick.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace special {
@@ -31,8 +31,6 @@ inline int kind_of(long double x) {
   if (is_finite(x)) return x == 0 ? kZero : kFinite;
   return is_nan(x) ? kNaN : kInfinite;
 }
-
-inline bool all_finite(Extended z) { return is_finite(z.re) && is_finite(z.im); }
 
 // A NaN has no side, and keeps its sign.
 inline bool below_zero(long double x) { return is_negative(x) && !is_nan(x); }

@@ -23,7 +23,7 @@ constexpr Entry kSqrt[5][4] = {
 
 // Of the parts the one that is a sum of magnitudes comes first; their product is y/2.
 Extended complex_sqrt(Extended z) {
-  if (!all_finite(z)) return special_value(kSqrt, z);
+  if (!quick::all_finite(z)) return special_value(kSqrt, z);
   if (z.re == 0 && z.im == 0) return {0, z.im};
   const long double larger =
       square_root((__builtin_fabsl(z.re) + square_root(z.re * z.re + z.im * z.im)) / 2);

@@ -172,6 +172,8 @@ struct SinhCosh {
 };
 SinhCosh sinh_cosh_of(long double x);
 
+// At j/32: sine, what it lacks, cosine, what it lacks.
+extern const double kSinCosPoints[27][4];
 // x of any size.
 struct SinCos {
   Sum sin, cos;

@@ -6,11 +6,12 @@
 #include "orx/tef_scalar.h"
 
 ORX_ISA_BEGIN(orx::tef)
-namespace {
 
-alignas(64) constexpr double kPoints[27][4] = {
+alignas(64) const double kSinCosPoints[27][4] = {
 #include "_heap/real/sinl.inc"
 };
+
+namespace {
 
 // Below this the products of the quotient with the parts of pi/2 are exact.
 constexpr long double kLarge = 0x1p20L;
@@ -39,7 +40,7 @@ SinCos in_octant(Sum x) {
   const bool negative = is_negative(x.high);
   if (negative) x = -x;
   const int j = static_cast<int>(__builtin_lrintl(x.high * 32));
-  const double* point = kPoints[j];
+  const double* point = kSinCosPoints[j];
   const Sum sin_point = {point[0], point[1]}, cos_point = {point[2], point[3]};
   const long double sin = sin_point.value(), cos = cos_point.value();
   const long double d = x.high - j / 32.0L, z = d * d;
