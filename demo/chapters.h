@@ -7,6 +7,7 @@ void vector_math(const std::string& data_directory);
 void powers(const std::string& data_directory);
 void accuracy(const std::string& data_directory);
 void globe(const std::string& data_directory);
+void impedance(const std::string& data_directory);
 void monte_carlo(const std::string& data_directory);
 void densities(const std::string& data_directory);
 void statistics(const std::string& data_directory);

@@ -18,6 +18,7 @@ constexpr Chapter chapters[] = {
     {"powers", "Powers and roots: petals, populations, planets", powers},
     {"accuracy", "Accuracy classes: error in ulp and speed beside the C library", accuracy},
     {"globe", "Trigonometry: earthquakes on the globe, and the length of the day", globe},
+    {"impedance", "Complex functions: a filter's response and a cable's impedance", impedance},
     {"monte-carlo", "Random streams: pi and an option price by Monte Carlo", monte_carlo},
     {"densities", "Distributions: densities beside histograms", densities},
     {"statistics", "Summary statistics: irises, and quantiles of a long stream", statistics},

@@ -33,6 +33,13 @@ expect '^ +2 arc cosines of numbers beyond 1 or -1 were reported'
 # (39.8 / 3.93)^(1/80) = 1.02936, and 3.93 times its 180th power is 719.0.
 expect '1790 to 1870, 2\.94 % per year'
 expect '1970 +203\.20 +71[0-9]\.[0-9]+'
+# At the corner half the power, 10 log10 2 = 3.0103 dB, and 45 degrees; a decade on 20 dB less 0.043.
+expect '^ +1\.00 +-3\.010 +-45\.000$'
+expect '^ +10\.00 +-20\.043 +-84\.289$'
+# A quarter of a wave makes 50^2/100 = 25 Ohm of 100 and half a wave brings them back, but for what the cable loses.
+expect '^ +0\.00 +100\.000 +\+0\.000 i$'
+expect '^ +0\.25 +25\.[0-9]+ +[+-]0\.000 i$'
+expect '^ +0\.50 +98\.[0-9]+ +[+-]0\.000 i$'
 # Neptune: 164.79^(2/3) = 30.06 of the Earth's distances; the Earth's pull reaches 1.5 million km, Jupiter's 53.
 expect 'Neptune +164\.79 +4515\.0 +449[0-9]\.[0-9] '
 expect 'Earth +1\.00 +149\.6 +149\.6 +\+0\.00 % +1\.50'

@@ -242,7 +242,7 @@ std::vector<long double> arguments(const Function& f) {
     for (const long double m : {significand(), significand(), 1.0L, 2 - 0x1p-63L})
       add(std::ldexp(m, exponent));
   for (int exponent = -40; exponent < 14; ++exponent)
-    for (int i = 0; i < 400; ++i) add(std::ldexp(significand(), exponent));
+    for (int i = 0; i < 150; ++i) add(std::ldexp(significand(), exponent));
   for (const long double point : f.around) {
     long double low = point, high = point;
     for (int i = 0; i < 20; ++i, low = std::nextafter(low, -kInf), high = std::nextafter(high, kInf))
@@ -250,7 +250,7 @@ std::vector<long double> arguments(const Function& f) {
     for (int scale = -60; scale < 0; ++scale)
       for (int i = 0; i < 4; ++i) add(point * (1 + (i % 2 ? 1 : -1) * std::ldexp(significand(), scale)));
   }
-  for (int i = 0; i < 3000; ++i) {
+  for (int i = 0; i < 1500; ++i) {
     const long double multiple = static_cast<long double>(random() >> (i % 64)) * 0.78539816339744830962L;
     add(multiple * (1 + static_cast<long double>(static_cast<int>(random() % 5) - 2) * 0x1p-63L));
   }

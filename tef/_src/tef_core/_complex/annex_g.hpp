@@ -76,7 +76,7 @@ inline Cases sinh_cases() {
               at(kNaN, kNaN, kNaN, kNaN),
               at(1, 0, 1.17520119364380146, 0),
               at(0, 1, 0, 0.841470984807896507),
-              at(1, 2, -0.489056259041293674, 1.40311925062203999),
+              at(1, 2, -0.489056259041293674, 1.40311925062204059),
               at(1e4, 1, kInf, kInf, FE_OVERFLOW),
               at(1e4, 0, kInf, 0, FE_OVERFLOW),
               at(1e4, 3, -kInf, kInf, FE_OVERFLOW)});

@@ -2,6 +2,8 @@
 #include "_complex/elementwise.hpp"
 
 template <class T>
-using Powx = orx::tef::ComplexOfTwo<T, orx::tef::complex_pow, orx::tef::Scalar<orx::tef::Complex<T>>>;
-ORX_KERNEL_OF(complex_scalar_second, c, Powx, PXHAynn, Powx<float>)
-ORX_KERNEL_OF(complex_scalar_second, z, Powx, PXHAynn, Powx<double>)
+using Second = orx::tef::Scalar<orx::tef::Complex<T>>;
+using cPowx = orx::tef::ComplexOfTwo<float, orx::tef::complex_pow_of_singles, Second<float>>;
+using zPowx = orx::tef::ComplexOfTwo<double, orx::tef::complex_pow, Second<double>>;
+ORX_KERNEL_OF(complex_scalar_second, c, Powx, PXHAynn, cPowx)
+ORX_KERNEL_OF(complex_scalar_second, z, Powx, PXHAynn, zPowx)

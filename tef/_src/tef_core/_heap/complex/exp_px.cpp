@@ -37,21 +37,28 @@ Extended complex_exp(Extended z) {
   return {size * turn.cos, size * turn.sin};
 }
 
-// e^(b ln a), where the logarithm, the product and the argument of the exponential have low parts: the error of the power
-// is that of the product. As a formula it knows no exceptions: 0^1 has the product of an infinity and 0.
-Extended complex_pow(Extended a, Extended b) {
-  if ((a.re != 0 || a.im != 0) && quick::all_finite(a) && quick::all_finite(b)) {
-    const Sum x = ln_of_magnitude(a), y = argument(a.im, a.re), b_re = {b.re, 0}, b_im = {b.im, 0};
-    return turned_power(b_re * x - b_im * y, b_re * y + b_im * x);
-  }
+namespace {
+
+// e^(b ln a). As a formula it knows no exceptions: 0^1 has the product of an infinity and 0. The power's error is that of the
+// product, whose magnitude multiplies that of the logarithm: from `large` on all of it has low parts.
+Extended power(Extended a, Extended b, long double large) {
   const Extended ln = complex_ln(a);
   const Extended product = {b.re * ln.re - b.im * ln.im, b.re * ln.im + b.im * ln.re};
   if (is_nan(product.re) || is_nan(product.im)) {
     const long double nan = product.re + product.im;
     return {nan, nan};
   }
-  return complex_exp(product);
+  const long double size =
+      (__builtin_fabsl(b.re) + __builtin_fabsl(b.im)) * (__builtin_fabsl(ln.re) + __builtin_fabsl(ln.im));
+  if (size < large || !quick::is_finite(size)) return complex_exp(product);
+  const Sum x = ln_of_magnitude(a), y = argument(a.im, a.re), b_re = {b.re, 0}, b_im = {b.im, 0};
+  return turned_power(b_re * x - b_im * y, b_re * y + b_im * x);
 }
+
+}  // namespace
+
+Extended complex_pow(Extended a, Extended b) { return power(a, b, 32); }
+Extended complex_pow_of_singles(Extended a, Extended b) { return power(a, b, 0x1p24L); }
 
 ORX_ISA_END
 
