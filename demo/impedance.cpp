@@ -97,6 +97,6 @@ Panel cable() {
 
 void impedance(const std::string&) {
   const std::vector<Panel> panels = {low_pass(), cable()};
-  write_svg("orx_impedance.svg", panels);
-  std::printf("\nwrote orx_impedance.svg\n");
+  write_svg("impedance.svg", panels);
+  std::printf("\nwrote impedance.svg\n");
 }

@@ -40,6 +40,7 @@ expect '^ +10\.00 +-20\.043 +-84\.289$'
 expect '^ +0\.00 +100\.000 +\+0\.000 i$'
 expect '^ +0\.25 +25\.[0-9]+ +[+-]0\.000 i$'
 expect '^ +0\.50 +98\.[0-9]+ +[+-]0\.000 i$'
+grep -q '</svg>' impedance.svg || fail "the picture of impedance is not whole"
 # Neptune: 164.79^(2/3) = 30.06 of the Earth's distances; the Earth's pull reaches 1.5 million km, Jupiter's 53.
 expect 'Neptune +164\.79 +4515\.0 +449[0-9]\.[0-9] '
 expect 'Earth +1\.00 +149\.6 +149\.6 +\+0\.00 % +1\.50'
