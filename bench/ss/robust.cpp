@@ -178,27 +178,27 @@ std::string sizes(int p, int n) { return "/p=" + std::to_string(p) + "/n=" + std
 void add_all() {
   for (const int p : {3, 10, 50}) {
     const int n = 1000000 / p;
-    add("distances/rows" + sizes(p, n), 5, distances, p, n, KOB_SS_ROWS);
-    add("distances/columns" + sizes(p, n), 5, distances, p, n, KOB_SS_COLUMNS);
-    add("bare dsymm" + sizes(p, n), 5, bare_dsymm, p, n);
+    add("distances/rows" + sizes(p, n), 50, distances, p, n, KOB_SS_ROWS);
+    add("distances/columns" + sizes(p, n), 50, distances, p, n, KOB_SS_COLUMNS);
+    add("bare dsymm" + sizes(p, n), 20, bare_dsymm, p, n);
   }
   const int p = 10, n = 1000000;
-  add("covariance pass" + sizes(p, n), 3, covariance, p, n, 1);
-  add("distance pass" + sizes(p, n), 3, distances, p, n, KOB_SS_ROWS);
+  add("covariance pass" + sizes(p, n), 10, covariance, p, n, 1);
+  add("distance pass" + sizes(p, n), 10, distances, p, n, KOB_SS_ROWS);
   for (const int threads : {1, 2}) {
     const std::string suffix = "/threads=" + std::to_string(threads);
     add("BACON" + sizes(p, n) + suffix, 2, bacon, p, n, threads);
     add("robust" + sizes(20, 100000) + suffix, 1, robust, 20, 100000, KOB_SS_ROWS, threads, 100);
   }
   for (const int m : {10000, 50000, 200000})
-    add("robust" + sizes(10, m), 1, robust, 10, m, KOB_SS_ROWS, 1, 100);
+    add("robust" + sizes(10, m), 3, robust, 10, m, KOB_SS_ROWS, 1, 100);
   for (const int q : {5, 10, 20, 40}) {
-    add("robust" + sizes(q, 20000), 1, robust, q, 20000, KOB_SS_ROWS, 1, 100);
-    add("robust, the start" + sizes(q, 20000), 1, robust, q, 20000, KOB_SS_ROWS, 1, 0);
+    add("robust" + sizes(q, 20000), 3, robust, q, 20000, KOB_SS_ROWS, 1, 100);
+    add("robust, the start" + sizes(q, 20000), 3, robust, q, 20000, KOB_SS_ROWS, 1, 0);
   }
   add("robust/columns" + sizes(20, 20000), 1, robust, 20, 20000, KOB_SS_COLUMNS, 1, 100);
-  add("weighted median" + sizes(10, 100000), 2, weighted_median, 10, 100000);
-  add("imputation, ten rounds of either kind" + sizes(10, 10000), 2, imputation, 10, 10000);
+  add("weighted median" + sizes(10, 100000), 10, weighted_median, 10, 100000);
+  add("imputation, ten rounds of either kind" + sizes(10, 10000), 3, imputation, 10, 10000);
 }
 
 }  // namespace

@@ -276,6 +276,11 @@ TYPED_TEST(WeightedMedian, Walks) {
   EXPECT_EQ(median(four, std::vector<T>{3, 1, 0, 1}, T(0.5)),
             T(3 + 0.5 / 3 * 4));  // one of weight 0 is passed over
   EXPECT_EQ(median(std::vector<T>{4}, std::vector<T>{2}), T(4));
+  for (const int n : {10, 1000}) {  // half of the total is met exactly, though 0.1 is rounded
+    std::vector<T> x(n);
+    for (int i = 0; i < n; ++i) x[i] = T(i + 1);
+    EXPECT_EQ(median(x, std::vector<T>(n, T(0.1))), T(n + 1) / 2);
+  }
 }
 
 // The walk along all values in order, as it is told; weights are whole, so that sums are exact.
