@@ -71,13 +71,15 @@ const Row<R> kRealLoops[] = {LOOP(Abs, std::fabs(a[i])),
                              PACK_ROWS(R)};
 
 template <class R>
-const Row<R> kComplexLoops[] = {COMPLEX_LOOP(Add, std::complex<R>, a[i] + b[i]),
-                                COMPLEX_LOOP(Conj, std::complex<R>, std::conj(a[i])),
-                                COMPLEX_LOOP(Div, std::complex<R>, a[i] / b[i]),
-                                COMPLEX_LOOP(Mul, std::complex<R>, a[i] * b[i]),
-                                COMPLEX_LOOP(MulByConj, std::complex<R>, a[i] * std::conj(b[i])),
-                                COMPLEX_LOOP(Sub, std::complex<R>, a[i] - b[i]),
-                                PACK_ROWS(std::complex<R>)};
+const Row<R> kComplexLoops[] = {
+    COMPLEX_LOOP(Add, std::complex<R>, a[i] + b[i]),
+    COMPLEX_LOOP(CIS, std::complex<R>, (std::complex<R>{std::cos(o.in[0][i]), std::sin(o.in[0][i])})),
+    COMPLEX_LOOP(Conj, std::complex<R>, std::conj(a[i])),
+    COMPLEX_LOOP(Div, std::complex<R>, a[i] / b[i]),
+    COMPLEX_LOOP(Mul, std::complex<R>, a[i] * b[i]),
+    COMPLEX_LOOP(MulByConj, std::complex<R>, a[i] * std::conj(b[i])),
+    COMPLEX_LOOP(Sub, std::complex<R>, a[i] - b[i]),
+    PACK_ROWS(std::complex<R>)};
 
 template <class R, size_t N>
 VectorCall<R> find(const Row<R> (&rows)[N], const std::string& name) {

@@ -35,6 +35,11 @@ inline Mask<T, n> not_finite(Complex<Vec<T, n>> z) {
   return bit_or(not_at_most(magnitude(z.re), kLargestPart<T>), not_at_most(magnitude(z.im), kLargestPart<T>));
 }
 template <class T, int n>
+inline Mask<T, n> any_infinite(Complex<Vec<T, n>> z) {
+  return bit_or(less(constant<Vec<T, n>>(kLargestPart<T>), magnitude(z.re)),
+                less(constant<Vec<T, n>>(kLargestPart<T>), magnitude(z.im)));
+}
+template <class T, int n>
 inline Mask<T, n> is_zero(Complex<Vec<T, n>> z) {
   return equal(bit_or(magnitude(z.re), magnitude(z.im)), Vec<T, n>{});
 }

@@ -1,4 +1,5 @@
 // a/b. C99, annex G.5.1, tells what becomes of zero and of infinite numbers.
+#include "_complex/exact.hpp"
 #include "_complex/product.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
@@ -80,20 +81,6 @@ struct {
   Row<double> least = 0x1p-200, largest = 0x1p+200;
 } constexpr vzdiv_data_zDiv{};
 
-// A number, and its leading bits and the rest.
-template <class X>
-struct Factor {
-  X value;
-  HighLow<X> half;
-  explicit Factor(X x) : value(x), half(split(x)) {}
-};
-
-// Next to what `product`, the rounded one, lacks: 2^-79 of it may be lost.
-template <class X>
-inline X lost_in_product(const Factor<X>& x, const Factor<X>& y, X product) {
-  return ((x.half.high * y.half.high - product) + (x.half.high * y.half.low + x.half.low * y.half.high)) +
-         x.half.low * y.half.low;
-}
 // x y + u v, and x y - u v.
 template <class X>
 inline HighLow<X> sum_of_products(const Factor<X>& x, const Factor<X>& y, const Factor<X>& u,

@@ -1,0 +1,32 @@
+// cos x + i sin x, by the kernels of SinCos.
+#pragma once
+#include "sin/vdsincos.hpp"
+
+ORX_ISA_BEGIN(orx::tef)
+
+template <class T, class SineAndCosine, bool reports>
+struct Cis : Kernel<Complex<T>(T)> {
+  template <class X>
+  static auto rare(X x) {
+    return SineAndCosine::rare(x);
+  }
+  template <class X>
+  static Complex<X> eval(X x) {
+    const Two<X> y = SineAndCosine::eval(x);
+    return {y.second, y.first};
+  }
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    RareLanes<X, Two<X>> parts(left.lanes, {left.y.im, left.y.re});
+    SineAndCosine::finish(x, parts);
+    left.finish(bit_andnot(parts.lanes, left.lanes), {parts.y.second, parts.y.first});
+  }
+  // What is not finite.
+  static int rare_lane(const T* a, Complex<T>* r) {
+    const int status = sine_of_special(a, &r->re);
+    r->im = r->re;
+    return reports ? status : StatusOk;
+  }
+};
+
+ORX_ISA_END

@@ -1,0 +1,74 @@
+// ln z, z.
+#include "atan/vdatan.hpp"
+#include "cln/cln.hpp"
+#include "hypot/vdhypot.hpp"
+
+ORX_ISA_BEGIN(orx::tef)
+namespace {
+
+int zLn_scalar(const Complex<double>* a, Complex<double>* r) {
+  by_extended<orx_tef_kernel_clog_scalar>(a, r);
+  return StatusOk;
+}
+
+struct {
+  Row<double> half = 0.5, two = 2.0, one = 1.0;
+  Row<double> lowest = 0x1p-60, highest = 0x1p+60;  // of the larger part
+  Row<double> least = 0x1p-400;                     // of the smaller one, if it is not 0
+} constexpr vzln_data{};
+
+template <class X>
+inline auto usual_of_doubles(Complex<X> z) {
+  const auto& d = vzln_data;
+  const X x = magnitude(z.re), y = magnitude(z.im);
+  const auto small = [&](X part) { return bit_and(less(part, d.least), not_equal(part, X{})); };
+  return bit_andnot(bit_or(bit_or(not_at_most(x, d.highest), not_at_most(y, d.highest)),
+                           bit_or(bit_and(less(x, d.lowest), less(y, d.lowest)), bit_or(small(x), small(y)))),
+                    broadcast_bits<X>(~uint64_t{0}));
+}
+
+// HA: squares and their sum with all that rounding loses, so that each part is right near |z| = 1, too.
+struct zLnRealHA {
+  template <class X>
+  static auto usual(Complex<X> z) {
+    return usual_of_doubles(z);
+  }
+  template <class X>
+  static X of(Complex<X> z) {
+    const X x = magnitude(z.re), y = magnitude(z.im), a = max(x, y), b = min(x, y);
+    const X a2 = a * a, b2 = b * b;
+    const auto sum = fast_two_sum(a2, b2);
+    const auto rest = two_sum(lost_in_square(a, a2), lost_in_square(b, b2));
+    const X lost = (sum.low + rest.high) + rest.low;
+
+    // lost/S as lost - lost (S - 1)/S: where the logarithm is next to 0, so is what the approximation takes part in.
+    const X share = (sum.high - vzln_data.one) * approximate_reciprocal(sum.high);
+    return ln_in_two_parts<LnDescription, true>(sum.high, lost - lost * share) * vzln_data.half;
+  }
+};
+
+// LA and EP: near |z| = 1 by (a - 1)(a + 1) + b^2, whose error is small beside |ln z|.
+template <bool ep>
+struct zLnRealLA : zLnRealHA {
+  template <class X>
+  static X of(Complex<X> z) {
+    const auto& d = vzln_data;
+    const X x = magnitude(z.re), y = magnitude(z.im), a = max(x, y), b = min(x, y);
+    const auto near_one = complement(outside(a, d.half, d.two));
+    const X base = keep(near_one, constant<X>(d.one));
+    const X rest = (a - base) * (a + base) + b * b, sum = base + rest;
+    return ln_in_two_parts<LnDescription, false, ep>(sum, rest - (sum - base)) * d.half;
+  }
+};
+
+using zLnHA = ComplexLn<double, zLnRealHA, ArcTangent2<double, dAngleHA>, zLn_scalar>;
+using zLnLA = ComplexLn<double, zLnRealLA<false>, ArcTangent2<double, dAngleLA>, zLn_scalar>;
+using zLnEP = ComplexLn<double, zLnRealLA<true>, ArcTangent2<double, dAngleEP>, zLn_scalar>;
+
+}  // namespace
+ORX_ISA_END
+
+using namespace orx::tef;
+ORX_KERNEL(z, Ln, G9HAynn, zLnHA)
+ORX_KERNEL(z, Ln, G9LAynn, zLnLA)
+ORX_KERNEL(z, Ln, G9EPnnn, zLnEP)

@@ -1,0 +1,177 @@
+// Complex functions: what the error layer is told of them, divisions that are hard, and symmetries that no rounding breaks.
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <complex>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "functions.h"
+
+namespace {
+
+using Single = std::complex<float>;
+using Double = std::complex<double>;
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+template <class T>
+auto* parts(std::vector<std::complex<T>>& z) {
+  return reinterpret_cast<T*>(z.data());
+}
+
+std::vector<TefErrorContext> seen;
+void (*action)(TefErrorContext*);
+
+int record(TefErrorContext* e) {
+  seen.push_back(*e);
+  if (action) action(e);
+  return 0;
+}
+
+class Complex : public testing::Test {
+ protected:
+  test::TefState state;
+  void SetUp() override {
+    seen.clear();
+    action = nullptr;
+    _tefSetMode(TEF_HA | TEF_ERRMODE_CALLBACK);
+    _tefSetErrorCallBack(record);
+  }
+};
+
+TEST_F(Complex, CallBackSeesBothPartsAndMayChangeThem) {
+  std::vector<Single> a(21, {1, 2}), b(21, {3, 4}), r(21);
+  a[17] = {2e38f, 5};
+  b[17] = {2e38f, 6};
+  action = [](TefErrorContext* e) { e->res1 = 7, e->res1Im = 8; };
+  _tefcAdd(21, parts(a), parts(b), parts(r));
+  ASSERT_EQ(seen.size(), 1u);
+  const TefErrorContext& e = seen[0];
+  EXPECT_EQ(e.status, StatusOverflow);
+  EXPECT_EQ(e.index, 17);
+  EXPECT_STREQ(e.funcName, "vcAdd");
+  EXPECT_EQ(e.arg1, double{2e38f});
+  EXPECT_EQ(e.arg1Im, 5);
+  EXPECT_EQ(e.arg2, double{2e38f});
+  EXPECT_EQ(e.arg2Im, 6);
+  EXPECT_EQ(e.res1, kInf);
+  EXPECT_EQ(e.res1Im, 11);
+  EXPECT_EQ(r[17], Single(7, 8));
+  EXPECT_EQ(r[16], Single(4, 6));
+}
+
+// A real operand of a complex function has imaginary parts 0.
+TEST_F(Complex, CallBackSeesRealOperands) {
+  std::vector<Double> z(9, {3, 4});
+  std::vector<double> r(9);
+  z[8] = {DBL_MAX, -DBL_MAX};
+  _tefzAbs(9, parts(z), r.data());
+  ASSERT_EQ(seen.size(), 1u);
+  EXPECT_EQ(seen[0].index, 8);
+  EXPECT_EQ(seen[0].arg1Im, -DBL_MAX);
+  EXPECT_EQ(seen[0].res1, kInf);
+  EXPECT_EQ(seen[0].res1Im, 0);
+
+  std::vector<float> x(5, 1.0f);
+  std::vector<Single> y(5);
+  x[3] = -std::numeric_limits<float>::infinity();
+  _tefcCIS(5, x.data(), parts(y));
+  ASSERT_EQ(seen.size(), 2u);
+  EXPECT_EQ(seen[1].status, StatusDomain);
+  EXPECT_EQ(seen[1].index, 3);
+  EXPECT_EQ(seen[1].arg1, -kInf);
+  EXPECT_EQ(seen[1].arg1Im, 0);
+  EXPECT_TRUE(std::isnan(seen[1].res1) && std::isnan(seen[1].res1Im));
+}
+
+// M. Baudin, R. Smith, "A robust complex division in Scilab" (2012): each part of the quotients, with their digits.
+TEST_F(Complex, HardDivisions) {
+  const struct {
+    Double a, b, quotient;
+  } cases[] = {
+      {{1, 1}, {1, 0x1p1023}, {0x1p-1023, -0x1p-1023}},
+      {{1, 1}, {0x1p-1023, 0x1p-1023}, {0x1p1023, 0}},
+      {{0x1p1023, 0x1p-1023}, {0x1p677, 0x1p-677}, {0x1p346, -0x1p-1008}},
+      {{0x1p1023, 0x1p1023}, {1, 1}, {0x1p1023, 0}},
+      {{0x1p1020, 0x1p-844}, {0x1p656, 0x1p-780}, {0x1p364, -0x1p-1072}},
+      {{0x1p-71, 0x1p1021}, {0x1p1001, 0x1p-323}, {0x1p-1072, 0x1p20}},
+      {{0x1p-347, 0x1p-54}, {0x1p-1037, 0x1p-1058}, {3.898125604559113300e289, 8.174961907852353577e295}},
+      {{0x1p-1074, 0x1p-1074}, {0x1p-1073, 0x1p-1074}, {0.6, 0.2}},
+      {{0x1p1015, 0x1p-989}, {0x1p1023, 0x1p1023}, {0.001953125, -0.001953125}},
+      {{0x1p-622, 0x1p-1071}, {0x1p-343, 0x1p-798}, {1.02951151789360578e-84, 6.97145987515076231e-220}}};
+  for (const auto& c : cases) {
+    std::vector<Double> a{c.a}, b{c.b}, r(1);
+    _tefzDiv(1, parts(a), parts(b), parts(r));
+    EXPECT_DOUBLE_EQ(r[0].real(), c.quotient.real()) << c.a << "/" << c.b;
+    EXPECT_DOUBLE_EQ(r[0].imag(), c.quotient.imag()) << c.a << "/" << c.b;
+  }
+  EXPECT_TRUE(seen.empty());
+}
+
+// Parts of all sizes, zeros among them.
+std::vector<Double> numbers(int count) {
+  std::mt19937 random(1);
+  std::uniform_real_distribution<double> exponent(-8, 6), unit(-1, 1);
+  std::vector<Double> all;
+  for (int i = 0; i < count; ++i) {
+    const auto part = [&] {
+      return i % 7 == random() % 7 ? 0.0 : std::copysign(std::exp2(exponent(random)), unit(random));
+    };
+    const double re = part();
+    all.emplace_back(re, part());
+  }
+  return all;
+}
+
+// f(conj z) = conj f(z), to the last bit and the signs of zeros: on a branch cut they tell the side.
+TEST_F(Complex, ConjugateArgumentsHaveConjugateResults) {
+  const struct {
+    const char* name;
+    decltype(orx_tef_kernel_zExp_ttab)& kernels;
+  } functions[] = {{"zExp", orx_tef_kernel_zExp_ttab},
+                   {"zLn", orx_tef_kernel_zLn_ttab},
+                   {"zSqrt", orx_tef_kernel_zSqrt_ttab}};
+  std::vector<Double> z = numbers(500), conjugate(500), f(500), g(500);
+  _tefzConj(500, parts(z), parts(conjugate));
+  for (const auto& function : functions)
+    for (const auto kernel : function.kernels) {
+      kernel(500, parts(z), parts(f));
+      kernel(500, parts(conjugate), parts(g));
+      for (size_t i = 0; i < 500; ++i) {
+        EXPECT_EQ(f[i].real(), g[i].real()) << function.name << z[i];
+        EXPECT_EQ(f[i].imag(), -g[i].imag()) << function.name << z[i];
+        EXPECT_NE(std::signbit(f[i].imag()), std::signbit(g[i].imag())) << function.name << z[i];
+      }
+    }
+}
+
+// With 0 for a part the functions are those of real numbers, with nothing in the other part.
+TEST_F(Complex, RealArguments) {
+  std::vector<double> x, ln, root, power;
+  std::vector<Double> z, r(500);
+  for (const Double& number : numbers(500)) {
+    x.push_back(std::fabs(number.real()) + 0x1p-10);
+    z.emplace_back(x.back(), -0.0);
+  }
+  const auto check = [&](const std::vector<double>& expected) {
+    for (size_t i = 0; i < 500; ++i) {
+      EXPECT_LE(std::fabs(r[i].real() - expected[i]), std::fabs(expected[i]) * 0x1p-52) << x[i];
+      EXPECT_TRUE(r[i].imag() == 0 && std::signbit(r[i].imag())) << x[i];
+    }
+  };
+  for (auto* v : {&ln, &root, &power}) v->resize(500);
+  _tefdLn(500, x.data(), ln.data());
+  _tefzLn(500, parts(z), parts(r));
+  check(ln);
+  _tefdSqrt(500, x.data(), root.data());
+  _tefzSqrt(500, parts(z), parts(r));
+  check(root);
+  _tefdExp(500, x.data(), power.data());
+  _tefzExp(500, parts(z), parts(r));
+  check(power);
+}
+
+}  // namespace
