@@ -256,6 +256,18 @@
  *                       method: tanh(iz)/i
  *   Tanh        c, z   (n, a, r)  tanh z
  *                       method: (sinh x cosh x + i sin y cos y)/(sinh^2 x + cos^2 y), in the extended type
+ *   CIS         c, z   (n, a, r; a real)  cos x + i sin x, finite numbers
+ *                       domain error (1): infinite x (not in zCIS HA)
+ *                       method: as SinCos
+ *   Exp         c, z   (n, a, r)  e^a
+ *                       overflow (3): a part above the largest number, of finite a
+ *                       method: e^x (cos y + i sin y) by the cores of Exp and SinCos; c, HA, in double; z, HA, with
+ *                       factors in two parts
+ *   Ln          c, z   (n, a, r)  the logarithm of a, with an imaginary part from -pi to pi
+ *                       method: ln(x^2 + y^2)/2 + i Atan2(y, x), with the rounding errors of the sum of squares
+ *   Sqrt        c, z   (n, a, r)  the square root of a, with a real part that is not negative
+ *                       method: the larger part first, which does not cancel (Kahan 1987); c, HA, in double; z with
+ *                       sums in two parts
  */
 /* end functions */
 #ifndef ORX_TEF_H

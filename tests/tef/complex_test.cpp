@@ -114,11 +114,11 @@ TEST_F(Complex, HardDivisions) {
 // Parts of all sizes, zeros among them.
 std::vector<Double> numbers(int count) {
   std::mt19937 random(1);
-  std::uniform_real_distribution<double> exponent(-8, 6), unit(-1, 1);
+  std::uniform_real_distribution<double> exponent(-8, 6), sign(-1, 1);
   std::vector<Double> all;
   for (int i = 0; i < count; ++i) {
     const auto part = [&] {
-      return i % 7 == random() % 7 ? 0.0 : std::copysign(std::exp2(exponent(random)), unit(random));
+      return random() % 7 == 0 ? 0.0 : std::copysign(std::exp2(exponent(random)), sign(random));
     };
     const double re = part();
     all.emplace_back(re, part());

@@ -49,7 +49,7 @@ struct cExpHA : Kernel<Complex<float>(Complex<float>)> {
   }
   template <class X>
   static Complex<X> by_turns(Complex<X> z) {
-    const auto y = wanted_of<Wanted::Both>(reduce_by_digits(widen(z.im)));
+    const auto y = sines_of_large<Wanted::Both>(widen(z.im));
     return narrow(scaled(power(z.re), Complex<decltype(widen(z.im))>{y.second, y.first}));
   }
   template <class X>

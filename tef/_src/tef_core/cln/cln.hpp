@@ -1,7 +1,6 @@
 // ln(x + i y) = ln(x^2 + y^2)/2 + i Arg(x + i y).
 //
-// Near |z| = 1 the sum of squares has lost what matters: it is carried as a double and what that lacks, which is a small
-// number to be added to the logarithm (times 1/(x^2 + y^2), which is 1 there).
+// Near |z| = 1 the sum of squares has lost what matters: it is carried as a double and what that lacks.
 #pragma once
 #include "_complex/scalar.hpp"
 #include "_complex/vectors.hpp"
@@ -36,15 +35,24 @@ struct ComplexLn : Kernel<Complex<T>(Complex<T>)> {
   static int rare_lane(const Complex<T>* a, Complex<T>* r) { return scalar(a, r); }
 };
 
-// ln(x + lost), lost being a rounding error of x.
-template <class Description, bool accurate, bool ep = false, class X>
-inline X ln_in_two_parts(X x, X lost) {
-  Indices<X> R;
-  const X e = log_reduce<Description>(log_fraction(x), R).e, k = exponent_field(x);
-  if constexpr (accurate)
-    return log_ha<Description>(k, R, e, Description::polynomial_ha(e) + lost);
-  else
-    return log_la<Description>(k, R, e, Description::template polynomial_la<ep>(e) + lost);
+// ln(x + rest), rest being below the last place of x, in two parts. R is next to the reciprocal of x's fraction m, which
+// differs from x by a power of two; as x is reduced to e = m R - 1, the sum is to e + rest R m/x.
+template <class Description, class X>
+inline X ln_of_sum(X x, HighLow<X> rest) {
+  Indices<X> index;
+  const X m = log_fraction(x);
+  const auto reduced = log_reduce<Description>(m, index);
+  const X factor = reduced.R * (m / x);
+  const auto e = fast_two_sum(reduced.e, rest.high * factor);
+  return log_ha<Description>(exponent_field(x), index, e.high,
+                             Description::polynomial_ha(e.high) + (e.low + rest.low * factor));
+}
+// The same, where x is near 1 if the rest matters, in one double.
+template <class Description, bool ep, class X>
+inline X ln_of_sum_near_one(X x, X rest) {
+  Indices<X> index;
+  const X e = log_reduce<Description>(log_fraction(x), index).e;
+  return log_la<Description>(exponent_field(x), index, e, Description::template polynomial_la<ep>(e) + rest);
 }
 
 ORX_ISA_END

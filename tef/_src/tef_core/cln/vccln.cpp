@@ -26,7 +26,7 @@ struct cLnReal {
     const auto wide = widen(z);
     const auto sum = two_sum(wide.re * wide.re, wide.im * wide.im);
     const auto near_one = complement(outside(sum.high, d.half, d.two));
-    return narrow(ln_in_two_parts<LnDescription, false, true>(sum.high, keep(near_one, sum.low)) * d.half);
+    return narrow(ln_of_sum_near_one<LnDescription, true>(sum.high, keep(near_one, sum.low)) * d.half);
   }
 };
 

@@ -1,7 +1,6 @@
 // ln z, z.
 #include "atan/vdatan.hpp"
 #include "cln/cln.hpp"
-#include "hypot/vdhypot.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -27,7 +26,7 @@ inline auto usual_of_doubles(Complex<X> z) {
                     broadcast_bits<X>(~uint64_t{0}));
 }
 
-// HA: squares and their sum with all that rounding loses, so that each part is right near |z| = 1, too.
+// HA: squares, exactly, and their sum with all that rounding loses, so that each part is right near |z| = 1, too.
 struct zLnRealHA {
   template <class X>
   static auto usual(Complex<X> z) {
@@ -36,14 +35,11 @@ struct zLnRealHA {
   template <class X>
   static X of(Complex<X> z) {
     const X x = magnitude(z.re), y = magnitude(z.im), a = max(x, y), b = min(x, y);
-    const X a2 = a * a, b2 = b * b;
-    const auto sum = fast_two_sum(a2, b2);
-    const auto rest = two_sum(lost_in_square(a, a2), lost_in_square(b, b2));
-    const X lost = (sum.low + rest.high) + rest.low;
-
-    // lost/S as lost - lost (S - 1)/S: where the logarithm is next to 0, so is what the approximation takes part in.
-    const X share = (sum.high - vzln_data.one) * approximate_reciprocal(sum.high);
-    return ln_in_two_parts<LnDescription, true>(sum.high, lost - lost * share) * vzln_data.half;
+    const auto a2 = exact_product(a, a), b2 = exact_product(b, b);
+    const auto sum = fast_two_sum(a2.high, b2.high), rest = two_sum(a2.low, b2.low);
+    const auto low = two_sum(sum.low, rest.high), square = fast_two_sum(sum.high, low.high);
+    return ln_of_sum<LnDescription>(square.high, fast_two_sum(square.low, low.low + rest.low)) *
+           vzln_data.half;
   }
 };
 
@@ -57,7 +53,7 @@ struct zLnRealLA : zLnRealHA {
     const auto near_one = complement(outside(a, d.half, d.two));
     const X base = keep(near_one, constant<X>(d.one));
     const X rest = (a - base) * (a + base) + b * b, sum = base + rest;
-    return ln_in_two_parts<LnDescription, false, ep>(sum, rest - (sum - base)) * d.half;
+    return ln_of_sum_near_one<LnDescription, ep>(sum, rest - (sum - base)) * d.half;
   }
 };
 
