@@ -32,6 +32,9 @@ static const Entry kEntry{{
           .floor = {.la = 0x1p-20, .ha = 0x1p-20, .ep = 0x1p-20}},
     .d = {.bounds = {.la = 0.85, .ha = 0.85, .ep = 0.85},
           .timed = {0.1, 30},
-          .specials = {{1e305, kFinite}, {2.6e305, kInf, StatusOverflow}},
+          .specials = {{1e305, kFinite},
+                       {-0x1.0000000000002p51, kInf, StatusSingularity},
+                       {-0x1.0000000000003p51, kFinite},
+                       {2.6e305, kInf, StatusOverflow}},
           .floor = {.la = 0x1p-4, .ha = 0x1p-4, .ep = 0x1p-4}},
 }};

@@ -42,6 +42,8 @@ static const Entry kEntry{{
           .specials = {{172, kInf, StatusOverflow},
                        {-190.5, -0.0, StatusUnderflow},
                        {-189.5, 0, StatusUnderflow},
+                       {-0x1.0000000000002p51, kNaN, StatusDomain},
+                       {-0x1.0000000000003p51, 0, StatusUnderflow},
                        {171, 7.25741561530799897e306}},
           .strata = {even(8, 171.62), even(-190, 0), around({171.6243769563027, -170.6, -177.5, -184})}},
 }};

@@ -18,13 +18,13 @@ ORX_ISA_BEGIN(orx::tef)
 
 using TwoParts = HighLow<double>;
 
-// x to the nearest integer, |x| < 2^51, and its last bits.
+// x to the nearest integer, and its last bits: |x| < 2^51, or 0 <= x < 2^52 with the shifter 2^52.
 struct Nearest {
   double value;
   uint32_t bits;
-  explicit Nearest(double x) {
-    const double sum = x + 0x1.8p+52;
-    value = sum - 0x1.8p+52;
+  explicit Nearest(double x, double shifter = 0x1.8p+52) {
+    const double sum = x + shifter;
+    value = sum - shifter;
     bits = static_cast<uint32_t>(bit_cast<uint64_t>(sum));
   }
 };
@@ -141,7 +141,7 @@ struct Reflection {
   double f;
   bool odd;
   explicit Reflection(double size) {
-    const Nearest n(size);
+    const Nearest n(size, 0x1p+52);  // a larger shifter would lose odd numbers from 2^51 on
     f = size - n.value;
     odd = n.bits & 1;
   }
