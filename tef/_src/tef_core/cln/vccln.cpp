@@ -5,7 +5,7 @@
 ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-int cLn_HA_Scalar(const Complex<float>* a, Complex<float>* r) {
+int cln_ha_scalar(const Complex<float>* a, Complex<float>* r) {
   by_extended<orx_tef_kernel_clog_scalar>(a, r);
   return StatusOk;
 }
@@ -30,9 +30,9 @@ struct cLnReal {
   }
 };
 
-using cLnHA = ComplexLn<float, cLnReal, ArcTangent2<float, sAngleHA>, cLn_HA_Scalar>;
-using cLnLA = ComplexLn<float, cLnReal, ArcTangent2<float, sAngleLA>, cLn_HA_Scalar>;
-using cLnEP = ComplexLn<float, cLnReal, ArcTangent2<float, sAngleEP>, cLn_HA_Scalar>;
+using cLnHA = ComplexLn<float, cLnReal, ArcTangent2<float, sAngleHA>, cln_ha_scalar>;
+using cLnLA = ComplexLn<float, cLnReal, ArcTangent2<float, sAngleLA>, cln_ha_scalar>;
+using cLnEP = ComplexLn<float, cLnReal, ArcTangent2<float, sAngleEP>, cln_ha_scalar>;
 
 }  // namespace
 ORX_ISA_END

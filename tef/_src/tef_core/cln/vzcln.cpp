@@ -5,7 +5,7 @@
 ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-int zLn_scalar(const Complex<double>* a, Complex<double>* r) {
+int zln_scalar(const Complex<double>* a, Complex<double>* r) {
   by_extended<orx_tef_kernel_clog_scalar>(a, r);
   return StatusOk;
 }
@@ -57,9 +57,9 @@ struct zLnRealLA : zLnRealHA {
   }
 };
 
-using zLnHA = ComplexLn<double, zLnRealHA, ArcTangent2<double, dAngleHA>, zLn_scalar>;
-using zLnLA = ComplexLn<double, zLnRealLA<false>, ArcTangent2<double, dAngleLA>, zLn_scalar>;
-using zLnEP = ComplexLn<double, zLnRealLA<true>, ArcTangent2<double, dAngleEP>, zLn_scalar>;
+using zLnHA = ComplexLn<double, zLnRealHA, ArcTangent2<double, dAngleHA>, zln_scalar>;
+using zLnLA = ComplexLn<double, zLnRealLA<false>, ArcTangent2<double, dAngleLA>, zln_scalar>;
+using zLnEP = ComplexLn<double, zLnRealLA<true>, ArcTangent2<double, dAngleEP>, zln_scalar>;
 
 }  // namespace
 ORX_ISA_END

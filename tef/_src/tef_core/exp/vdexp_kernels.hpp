@@ -5,12 +5,12 @@
 ORX_ISA_BEGIN(orx::tef)
 
 // Magnitudes from here on (708.3956 is where results stop being normal numbers), infinities and NaN are rare.
-inline constexpr Row<double> kdExpRareFrom = 0x1.6232bp+9;
+inline constexpr Row<double> kDoubleExpRareFrom = 0x1.6232bp+9;
 
 struct dExp : Kernel<double(double)> {
   template <class X>
   static auto rare(X x) {
-    return not_below(magnitude(x), kdExpRareFrom);
+    return not_below(magnitude(x), kDoubleExpRareFrom);
   }
   // What is left is to be reported: overflow, and results that are denormal or 0.
   template <class X, class Left>
@@ -26,17 +26,17 @@ struct dExp : Kernel<double(double)> {
 
 // Where x is tiny the result is 1, and nothing may underflow on the way. x/ln 2 is formed in units of 2^-60, so that it
 // is a normal number for denormal x. For all else something small is added to x, which is ready before n is.
-inline constexpr double kdExpUp = 0x1p60;
-inline constexpr Row<double> kdExpLeast = 0x1p-300;
+inline constexpr double kDoubleExpUp = 0x1p60;
+inline constexpr Row<double> kDoubleExpLeast = 0x1p-300;
 
 // HA. The sum T + T (p + T_lo) rounds once more than the exact value.
 struct dExpData {
-  Row<double> inv_ln2 = 0x1.71547652b82fep+8 * kdExpUp;  // 256/ln 2
+  Row<double> inv_ln2 = 0x1.71547652b82fep+8 * kDoubleExpUp;  // 256/ln 2
   Row<double> shifter =
-      0x1.800000003ffp+52 * kdExpUp;  // 1.5 * 2^52 + 256 * 1023: leaves n and the exponent's bias
+      0x1.800000003ffp+52 * kDoubleExpUp;  // 1.5 * 2^52 + 256 * 1023: leaves n and the exponent's bias
   Row<double> ln2_hi =
-      0x1.62e42fef8p-9 / kdExpUp;  // ln 2/256; short, so that its product with an integer is exact
-  Row<double> ln2_lo = 0x1.1cf79abc9e3b4p-44 / kdExpUp;
+      0x1.62e42fef8p-9 / kDoubleExpUp;  // ln 2/256; short, so that its product with an integer is exact
+  Row<double> ln2_lo = 0x1.1cf79abc9e3b4p-44 / kDoubleExpUp;
   // (e^r - 1 - r) / r^2, to 2^-57.4 of e^r
   Row<double> c[3] = {0x1.fffffffffffdcp-2, 0x1.5555571d6b6bbp-3, 0x1.5555573c703e7p-5};
 };
@@ -68,7 +68,7 @@ struct dExpHA : dExp {
     const SpilledWords<X> n(N);
 
     // 2. r = x - n ln2/256.
-    const X r = subtract_product(subtract_product(x + kdExpLeast, Nf, d.ln2_hi), Nf, d.ln2_lo);
+    const X r = subtract_product(subtract_product(x + kDoubleExpLeast, Nf, d.ln2_hi), Nf, d.ln2_lo);
 
     // 3. p = e^r - 1.
     const X r2 = r * r;
@@ -81,7 +81,7 @@ struct dExpHA : dExp {
 
     // 5. e^x = 2^k T (1 + p).
     X k = n.vector();
-    if constexpr (orders > 0) k = k - broadcast<X>(256.0 * orders * kdExpUp);
+    if constexpr (orders > 0) k = k - broadcast<X>(256.0 * orders * kDoubleExpUp);
     return {T, p + T_lo, scale_from<8>(k)};
   }
 };
@@ -89,10 +89,10 @@ struct dExpHA : dExp {
 // LA. A finer table, |r| <= ln2/2048, and a shorter polynomial. The exponent comes in last: T p might underflow if T had
 // it already.
 struct dExpLaData {
-  Row<double> inv_ln2 = 0x1.71547652b82fep+10 * kdExpUp;  // 1024/ln 2
-  Row<double> shifter = 0x1.80000000ffcp+52 * kdExpUp;    // 1.5 * 2^52 + 1024 * 1023
-  Row<double> ln2_hi = 0x1.62e42fecp-11 / kdExpUp;        // ln 2/1024
-  Row<double> ln2_lo = 0x1.d1cf79abc9e3bp-42 / kdExpUp;
+  Row<double> inv_ln2 = 0x1.71547652b82fep+10 * kDoubleExpUp;  // 1024/ln 2
+  Row<double> shifter = 0x1.80000000ffcp+52 * kDoubleExpUp;    // 1.5 * 2^52 + 1024 * 1023
+  Row<double> ln2_hi = 0x1.62e42fecp-11 / kDoubleExpUp;        // ln 2/1024
+  Row<double> ln2_lo = 0x1.d1cf79abc9e3bp-42 / kDoubleExpUp;
   // (e^r - 1 - r) / r^2, with the table's factor to 2^-53.5 of e^r
   Row<double> c2 = 0x1.0000002726a4bp-1;
   Row<double> c3 = 0x1.5555557081401p-3;
@@ -106,7 +106,7 @@ struct dExpLA : dExp {
     const X N = multiply_add(x, d.inv_ln2, d.shifter);
     const X Nf = N - d.shifter;
     const SpilledWords<X> n(N);
-    const X r = subtract_product(subtract_product(x + kdExpLeast, Nf, d.ln2_hi), Nf, d.ln2_lo);
+    const X r = subtract_product(subtract_product(x + kDoubleExpLeast, Nf, d.ln2_hi), Nf, d.ln2_lo);
     const X p = multiply_add(r * r, multiply_add(r, d.c3, d.c2), r);
     const X T = gather<X>(kExpLaPowers, [&](int lane) { return n.low(lane) & 1023; });
     return multiply_add(T, p, T) * scale_from<10>(n.vector());

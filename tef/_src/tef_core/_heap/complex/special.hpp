@@ -11,12 +11,14 @@ struct Entry {
   long double re, im;
 };
 
+// In the tables names are as in print. NOLINTBEGIN(readability-identifier-naming)
 constexpr long double inf = std::numeric_limits<long double>::infinity();
 constexpr long double nan = std::numeric_limits<long double>::quiet_NaN();
 constexpr long double pi = 3.14159265358979323851L;
 
 // Finite arguments: computed.
 constexpr Entry usual = {Entry::kUsual, 0, 0};
+// NOLINTEND(readability-identifier-naming)
 // NaN stands for the argument's NaN.
 constexpr Entry value(long double re, long double im) { return {Entry::kValue, re, im}; }
 // The same, and invalid is raised.

@@ -5,7 +5,7 @@
 #include "orx/base/api.hpp"
 #include "orx/tef_scalar.h"
 
-ORX_API alignas(64) const double orx_tef_core_expl_table_256[257][2] = {
+ORX_API const double orx_tef_core_expl_table_256[257][2] __attribute__((aligned(64))) = {
 #include "_heap/real/expl.inc"
 };
 

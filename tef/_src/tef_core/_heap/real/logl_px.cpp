@@ -5,13 +5,13 @@
 #include "orx/base/api.hpp"
 #include "orx/tef_scalar.h"
 
-ORX_API alignas(64) const float orx_tef_core_rcp_table_256[256] = {
+ORX_API const float orx_tef_core_rcp_table_256[256] __attribute__((aligned(64))) = {
 #include "_heap/real/rcp.inc"
 };
-ORX_API alignas(64) const double orx_tef_core_double_rcp_table_256[256] = {
+ORX_API const double orx_tef_core_double_rcp_table_256[256] __attribute__((aligned(64))) = {
 #include "_heap/real/rcp.inc"
 };
-ORX_API alignas(64) const double orx_tef_core_logl_table_256[256][2] = {
+ORX_API const double orx_tef_core_logl_table_256[256][2] __attribute__((aligned(64))) = {
 #include "_heap/real/logl.inc"
 };
 extern "C" ORX_API __attribute__((alias("orx_tef_core_logl_table_256")))
