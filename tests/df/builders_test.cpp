@@ -301,6 +301,22 @@ TYPED_TEST(Builders, Local) {
       }
 }
 
+// Where slopes change by less than 1e-10 in all, both count the same.
+TYPED_TEST(Builders, AkimaNearlyEqualSlopes) {
+  using Real = TypeParam;
+  const Real slopes[] = {0, 1, 3, 3, 3};  // at every fifth breakpoint they change on its left alone
+  for (const Real unit : {Real(0.9e-10), Real(1.1e-10)})
+    for (const int64_t grid_hint : {1, 4}) {
+      std::vector<Real> y(40, Real(0));
+      for (size_t i = 1; i < 40; ++i) y[i] = y[i - 1] + unit * slopes[(i - 1) % 5];
+      Spline<Real> s(make_grid<Real>(40, 0), grid_hint, {y});
+      s.describe(4, ORX_DF_AKIMA);
+      ASSERT_EQ(Api<Real>::akima(s.task, 0, 0, serial()), 0);
+      for (int64_t i = 2; i < 39; i += 5)
+        EXPECT_NEAR(s.cell(0, i)[1] / unit, unit < Real(1e-10) ? 2 : 3, 1e3 * kEps<Real>) << i;
+    }
+}
+
 TYPED_TEST(Builders, AkimaWithoutCondition) {
   using Real = TypeParam;
   Spline<Real> s(make_grid<Real>(12, 0.3), 0, {random_values<Real>(12, -1, 1, 5)});

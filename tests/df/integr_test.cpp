@@ -1,5 +1,7 @@
 // Integration beside sums of polynomials in extended precision: all kinds, swapped and outer limits,
 // call-backs, statuses.
+#include <numeric>
+
 #include "fixture.h"
 
 namespace {
@@ -156,6 +158,24 @@ TYPED_TEST(Integration, ManyPiecesManyTimes) {
       for (size_t i = 0; i < 40; ++i) ASSERT_TRUE(std::isfinite(result[i]));
       EXPECT_TRUE(!std::isfinite(result[40]) || std::min(a[40], b[40]) > 1999);
     }
+}
+
+// A few small pieces behind sums that are so great that their difference is lost: after one great piece come
+// many whose digits are all rounding errors of the sum, which make these inexact in their turn.
+TYPED_TEST(Integration, SmallPiecesBehindGreatSums) {
+  using Real = TypeParam;
+  const int64_t nx = 60000, small = nx - 20;
+  const Real great = Real(0x1p100), less = Real(sizeof(Real) == 8 ? 0x1p48 : 0x1p21);
+  auto y = random_values<Real>(nx, 0.5, 1, 1);
+  for (int64_t i = 0; i < nx; ++i) y[size_t(i)] *= i == 1 ? great : i < small ? Real(0x1p45) : less;
+  Spline<Real> s(make_grid<Real>(nx, 0), ORX_DF_UNIFORM_PARTITION, {y});
+  s.describe(ORX_DF_STEPWISE, ORX_DF_STEP_RIGHT_CONTINUOUS);
+  std::vector<Real> a(8, Real(0)), b(8, Real(nx - 1)), result;
+  a[7] = Real(small), b[7] = Real(small + 12);
+  ASSERT_EQ(s.integrate(a, b, result), 0);
+  const auto first = y.begin() + int(small);
+  const long double expected = std::accumulate(first, first + 12, 0.0L);
+  EXPECT_NEAR(double(result[7] / expected), 1, 4 * kEps<Real>);
 }
 
 // Calls noted: what was asked, in cells and limits.

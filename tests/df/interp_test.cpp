@@ -247,21 +247,25 @@ TYPED_TEST(Interpolation, FewSites) {
         auto sites = random_values<Real>(40, -1, double(nx), 6);
         for (size_t i = 0; i < 20; ++i) sites[i] = x[i * 7919 % x.size()];
         sites[20] = x[0], sites[21] = x.back();
-        for (const int64_t layout : {0, 16}) {
-          std::vector<Real> many, few;
-          ASSERT_EQ(s.interpolate(sites, {1, 1, 1, 1}, many, layout), 0);
-          for (const size_t n : {1u, 2u, 5u, 8u, 9u}) {
-            for (size_t first = 0; first + n <= 40; first += n) {
-              const std::vector<Real> some(sites.begin() + int(first), sites.begin() + int(first + n));
-              ASSERT_EQ(s.interpolate(some, {1, 1, 1, 1}, few, layout, 0, nullptr), 0);
-              for (size_t i = 0; i < n; ++i)
-                for (size_t d = 0; d < 4; ++d)
-                  ASSERT_EQ(few[layout ? i * 4 + d : d * n + i],
-                            many[layout ? (first + i) * 4 + d : d * 40 + first + i])
-                      << nx << " points, hint " << grid_hint << ", site " << some[i] << ", derivative " << d;
+        const std::vector<std::vector<int32_t>> all_orders = {{1, 1, 1, 1}, {0, 0, 1}, {0, 0, 0, 1}};
+        for (const auto& orders : all_orders)
+          for (const int64_t layout : {0, 16}) {
+            std::vector<Real> many, few;
+            const auto wanted = size_t(std::count(orders.begin(), orders.end(), 1));
+            ASSERT_EQ(s.interpolate(sites, orders, many, layout), 0);
+            for (const size_t n : {1u, 2u, 5u, 8u, 9u}) {
+              for (size_t first = 0; first + n <= 40; first += n) {
+                const std::vector<Real> some(sites.begin() + int(first), sites.begin() + int(first + n));
+                ASSERT_EQ(s.interpolate(some, orders, few, layout, 0, nullptr), 0);
+                for (size_t i = 0; i < n; ++i)
+                  for (size_t d = 0; d < wanted; ++d)
+                    ASSERT_EQ(few[layout ? i * wanted + d : d * n + i],
+                              many[layout ? (first + i) * wanted + d : d * 40 + first + i])
+                        << nx << " points, hint " << grid_hint << ", site " << some[i] << ", derivative " << d
+                        << " of " << orders.size();
+              }
             }
           }
-        }
       }
 }
 
