@@ -22,6 +22,19 @@ std::vector<double> drawn(const Row& row, KobStream* stream, int n) {
   return r;
 }
 
+// A call for many numbers, then calls for one, which some generators make in a way of their own.
+int draw_some_singly(const Row& row, KobStream* stream, int n, double* r) {
+  const int together = n - 40;
+  int status = row.draw(stream, together, r);
+  for (int i = together; i < n && status == 0; ++i) {
+    double one[2] = {kUntouched, kUntouched};
+    status = row.draw(stream, 1, one);
+    r[i] = one[0];
+    EXPECT_EQ(one[1], kUntouched) << row.name;
+  }
+  return status;
+}
+
 // Bits, so that NaNs and signs of zeros count.
 bool same_bits(const std::vector<double>& a, const std::vector<double>& b) {
   return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
@@ -111,6 +124,21 @@ Stream extreme_stream(int numbers) {
   return Stream(uint32_t(id));
 }
 
+// A registered generator of one uniform, again and again, whose interval changes nothing.
+double the_uniform;
+template <class Real>
+int repeat_uniform(KobStream*, int n, Real r[], Real, Real) {
+  std::fill_n(r, std::max(n, 0), Real(the_uniform));
+  return 0;
+}
+Stream one_uniform(double u) {
+  static const KobBrngProperties properties = {
+      16, 1, 1, 4, 32, start_extremes, repeat_uniform<float>, repeat_uniform<double>, no_words};
+  static const int id = __kobRegisterBrng(&properties);
+  the_uniform = u;
+  return Stream(uint32_t(id));
+}
+
 TEST(Distributions, UniformsOfZeroAndOneGiveNumbersAndTheThreadIsAsBefore) {
   orx_tef_kernel_SetErrorCallBack(counting_handler);
   for (const Row& row : all_rows()) {
@@ -121,7 +149,9 @@ TEST(Distributions, UniformsOfZeroAndOneGiveNumbersAndTheThreadIsAsBefore) {
       orx_tef_kernel_SetErrStatus(StatusUnderflow);
       errno = handler_calls = 0;
       const ThreadState before = ThreadState::now();
-      for (double x : drawn(row, s, 5000)) ASSERT_TRUE(std::isfinite(x)) << row.name;
+      std::vector<double> r(5000);
+      EXPECT_EQ(draw_some_singly(row, s, 5000, r.data()), 0) << row.name;
+      for (double x : r) ASSERT_TRUE(std::isfinite(x)) << row.name;
       EXPECT_TRUE(ThreadState::now() == before) << row.name;
       EXPECT_EQ(handler_calls, 0) << row.name;
     }
@@ -177,25 +207,56 @@ TEST(Distributions, DamagedSetUpsAreMadeAnew) {
 TEST(Distributions, ControlWordsOfTheCallerChangeNothing) {
   const unsigned usual = _mm_getcsr();
   for (const Row& row : all_rows()) {
-    const std::vector<double> expected = drawn(row, Stream(KOB_BRNG_MT19937), 3000);
+    std::vector<double> expected(3000), r(3000);
+    EXPECT_EQ(draw_some_singly(row, Stream(KOB_BRNG_MT19937), 3000, expected.data()), 0) << row.name;
     for (int rounding : {FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO})
       for (unsigned flush : {0u, 0x8040u}) {
         const Stream s(KOB_BRNG_MT19937);
-        std::vector<double> r(3001, kUntouched);
         std::fesetround(rounding);
         _mm_setcsr(_mm_getcsr() | flush);
         const unsigned before = _mm_getcsr() & ~0x3Fu;
-        row.draw(s, 3000, r.data());
+        draw_some_singly(row, s, 3000, r.data());
         const unsigned after = _mm_getcsr() & ~0x3Fu;
         const int rounding_after = std::fegetround();
         std::fesetround(FE_TONEAREST);
         _mm_setcsr(usual);
-        r.pop_back();
         EXPECT_TRUE(same_bits(r, expected)) << row.name << " " << rounding << " " << flush;
         EXPECT_EQ(after, before);
         EXPECT_EQ(rounding_after, rounding);
       }
   }
+}
+
+// Parameters and uniforms that flushing would make 0, by the caller's control words or by the thread's mode.
+TEST(Distributions, FlushedDenormalsChangeNoSingleNumber) {
+  const auto draw_all = [](std::vector<double>& r) {
+    for (double beta : {1e-310, 1.0}) {
+      double u;
+      for (const double next : {0x1p-1060, 0.3}) {
+        const auto draw = [&](const auto& generator) {
+          EXPECT_EQ(generator(one_uniform(next)), 0);
+          r.push_back(u);
+        };
+        draw([&](const Stream& s) { return _kobdRngExponential(0, s, 1, &u, 0, beta); });
+        draw([&](const Stream& s) { return _kobdRngRayleigh(0, s, 1, &u, 0, beta); });
+        draw([&](const Stream& s) { return _kobdRngCauchy(0, s, 1, &u, 0, beta); });
+        draw([&](const Stream& s) { return _kobdRngGaussian(1, s, 1, &u, 0, beta); });
+        draw([&](const Stream& s) { return _kobdRngGaussian(2, s, 1, &u, 0, beta); });
+      }
+    }
+  };
+  std::vector<double> expected, by_mode, by_control_word;
+  draw_all(expected);
+  const int mode = orx_tef_kernel_GetMode();
+  orx_tef_kernel_SetMode(TEF_FLUSH_ON);
+  draw_all(by_mode);
+  orx_tef_kernel_SetMode(mode | TEF_FLUSH_OFF);
+  const unsigned usual = _mm_getcsr();
+  _mm_setcsr(usual | 0x8040);
+  draw_all(by_control_word);
+  _mm_setcsr(usual);
+  EXPECT_TRUE(same_bits(by_mode, expected));
+  EXPECT_TRUE(same_bits(by_control_word, expected));
 }
 
 TEST(Distributions, FailedAllocationsLeaveTheStreamUsable) {

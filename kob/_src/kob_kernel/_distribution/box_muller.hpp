@@ -36,8 +36,8 @@ void to_normals(const VectorMath& math, int pairs, const Real* u, Real* r, Real 
 
 // One of the two, bit for bit: SinCos has the bits of Sin and Cos.
 enum class Half { kSine, kCosine };
-template <class Real>
-Real normal(const VectorMath& math, Half half, Real u1, Real u2, Real a, Real sigma) {
+template <class Math, class Real>
+Real normal(const Math& math, Half half, Real u1, Real u2, Real a, Real sigma) {
   Real ln, wave, angle = kTwoPi<Real> * u2;
   math.ln(1, &u1, &ln);
   half == Half::kSine ? math.sin(1, &angle, &wave) : math.cos(1, &angle, &wave);

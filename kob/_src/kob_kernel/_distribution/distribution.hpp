@@ -4,8 +4,10 @@
 
 #include <algorithm>
 
+#include "_service/interval.hpp"
 #include "_service/registry.hpp"
 #include "_service/stream.hpp"
+#include "orx/base/bits.hpp"
 #include "orx/base/default_arithmetic.hpp"
 #include "orx/base/simd/simd.hpp"
 #include "vector_math.hpp"
@@ -80,4 +82,60 @@ template <class Real, class Transform>
   return status;
 }
 
+// Whether a number's products with what is of usual size are no denormals, which the caller may have flushed. To a
+// comparison they may be 0 already: the bits tell.
+inline bool is_zero(float x) { return bit_cast<uint32_t>(x) << 1 == 0; }
+inline bool is_zero(double x) { return bit_cast<uint64_t>(x) << 1 == 0; }
+template <class Real>
+bool is_far_from_denormals(Real x) {
+  return __builtin_fabs(x) >= 0x1p-60 || is_zero(x);
+}
+
+// Whether one number can be made without a frame, in an arithmetic that rounds as it should. The control words are not
+// read, which would wait for all arithmetic before.
+template <class... Real>
+bool needs_no_frame(Real... parameter) {
+  return (... && is_far_from_denormals(parameter)) && !flushes_denormals() && brng::rounds_to_nearest();
+}
+
+// ---- numbers by a formula, each of one uniform
+//
+//   template <class Real> struct Formula {
+//     Real a, scale;                                                    // all its parameters
+//     static constexpr Real kLow, kHigh;                                // where its uniforms lie
+//     static bool is_plain(Real u);                                     // whether u is in no error of vector math
+//     template <class Math> void operator()(const Math& math, int count, Real* x) const;  // in place
+//   };
+template <class Formula, class Real>
+int transformed(const VectorMath& math, KobStream* stream, int n, Real* r, Formula formula) {
+  return transformed_uniforms(stream, n, r, Formula::kLow, Formula::kHigh,
+                              [&](int count, Real* x) { formula(math, count, x); });
+}
+template <class Formula, class Real>
+int transformed_one(const VectorMath& math, Real* r, Formula formula) {
+  formula(math, 1, r);
+  return KOB_STATUS_OK;
+}
+template <class Formula, class Real>
+int by_formula(TefErrorCallBack call_back, KobStream* stream, int n, Real* r, Formula formula) {
+  if (n != 1 || !needs_no_frame(formula.a, formula.scale))
+    return framed<transformed<Formula, Real>>(call_back, stream, n, r, formula);
+  const int status = uniform(stream, 1, r, Formula::kLow, Formula::kHigh);
+  if (status < 0) return status;
+  if (!is_far_from_denormals(*r) || !Formula::is_plain(*r))
+    return framed<transformed_one<Formula, Real>>(call_back, r, formula);
+  formula(BareVectorMath(), 1, r);
+  return status;
+}
+
 }  // namespace orx::rng
+
+// The exported functions of a formula of a displacement and a scale.
+#define ORX_FORMULA(Name, d_call_back, s_call_back)                                                      \
+  ORX_API int _kobdRng##Name(int, KobStream* stream, int n, double r[], double a, double beta) {         \
+    using orx::brng::argument_value;                                                                     \
+    return by_formula(d_call_back, stream, n, r, Name<double>{argument_value(a), argument_value(beta)}); \
+  }                                                                                                      \
+  ORX_API int _kobsRng##Name(int, KobStream* stream, int n, float r[], float a, float beta) {            \
+    return by_formula(s_call_back, stream, n, r, Name<float>{a, beta});                                  \
+  }

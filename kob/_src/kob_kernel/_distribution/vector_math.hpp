@@ -7,14 +7,22 @@
 
 namespace orx::rng {
 
-class VectorMath {
+// Denormals are not flushed for the life of the object.
+class KeepDenormals {
  public:
-  // Without a call-back the thread's own stays.
-  explicit VectorMath(TefErrorCallBack call_back) {
-    tefMode = (tefMode & ~uint64_t{TEF_ERRMODE_MASK}) | TEF_ERRMODE_CALLBACK;
-    if (call_back) tefErrorCallBack = call_back;
-  }
+  KeepDenormals() : mode_(tefMode) { tefMode = (mode_ & ~uint64_t{TEF_FLUSH_MASK}) | TEF_FLUSH_OFF; }
+  ~KeepDenormals() { tefMode = mode_; }
+  KeepDenormals(const KeepDenormals&) = delete;
+  KeepDenormals& operator=(const KeepDenormals&) = delete;
 
+ private:
+  uint64_t mode_;
+};
+
+// The kernels that generators call, each with a Bracket around it.
+template <class Bracket>
+class VectorKernels {
+ public:
 // name(n, x, r) is the fast kernel; x and r may be the same.
 #define ORX_VECTOR_FUNCTION(name, Fn)                                                                     \
   void name(int n, const double* x, double* r) const { call(orx_tef_kernel_d##Fn##_ttab[kEP], n, x, r); } \
@@ -51,22 +59,40 @@ class VectorMath {
  private:
   enum { kHA = 1, kEP = 2 };
 
-  // Denormals are not flushed.
   template <class Kernel, class... Arguments>
   static void call(Kernel* kernel, Arguments... arguments) {
-    const uint64_t mode = tefMode;
-    tefMode = (mode & ~uint64_t{TEF_FLUSH_MASK}) | TEF_FLUSH_OFF;
+    [[maybe_unused]] const Bracket bracket;
     kernel(arguments...);
-    tefMode = mode;
   }
   template <class Kernel>
   static double one(Kernel* kernel, double x) {
     call(kernel, 1, &x, &x);
     return x;
   }
+};
 
+// Without a call-back the thread's own stays.
+class VectorMath : public VectorKernels<KeepDenormals> {
+ public:
+  explicit VectorMath(TefErrorCallBack call_back) {
+    tefMode = (tefMode & ~uint64_t{TEF_ERRMODE_MASK}) | TEF_ERRMODE_CALLBACK;
+    if (call_back) tefErrorCallBack = call_back;
+  }
+
+ private:
   const KeepVectorMathThread thread_;
 };
+
+// For arguments that are in no error, on a thread that flushes nothing: nothing is set, so nothing needs to be put
+// back.
+struct NoBracket {
+  NoBracket() {}
+};
+using BareVectorMath = VectorKernels<NoBracket>;
+inline bool flushes_denormals() {
+  const uint32_t mode = uint32_t(tefMode);
+  return ((mode ? mode : uint32_t(orx_tef_kernel_GetMode())) & TEF_FLUSH_MASK) == TEF_FLUSH_ON;
+}
 
 // What stands for ln 0: in double the logarithm of the smallest subnormal.
 template <class Real>

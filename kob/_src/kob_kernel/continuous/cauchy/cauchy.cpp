@@ -4,17 +4,16 @@
 using namespace orx::rng;
 
 template <class Real>
-static int cauchy(const VectorMath& math, KobStream* stream, int n, Real* r, Real a, Real beta) {
-  constexpr Real half_pi = Real(0x1.921fb54442d18p+0);
-  return transformed_uniforms<Real>(stream, n, r, -half_pi, half_pi, [&](int count, Real* x) {
-    math.tan(count, x, x);
-    for (int i = 0; i < count; ++i) x[i] = a + beta * x[i];
-  });
-}
+struct Cauchy {
+  Real a, scale;
+  static constexpr Real kHigh = Real(0x1.921fb54442d18p+0), kLow = -kHigh;
+  static bool is_plain(Real) { return true; }
 
-ORX_API int _kobdRngCauchy(int, KobStream* stream, int n, double r[], double a, double beta) {
-  return framed<cauchy<double>>(nullptr, stream, n, r, a, beta);
-}
-ORX_API int _kobsRngCauchy(int, KobStream* stream, int n, float r[], float a, float beta) {
-  return framed<cauchy<float>>(nullptr, stream, n, r, a, beta);
-}
+  template <class Math>
+  void operator()(const Math& math, int count, Real* x) const {
+    math.tan(count, x, x);
+    for (int i = 0; i < count; ++i) x[i] = a + scale * x[i];
+  }
+};
+
+ORX_FORMULA(Cauchy, nullptr, nullptr)

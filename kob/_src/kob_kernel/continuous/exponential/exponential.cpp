@@ -6,17 +6,17 @@ using namespace orx::rng;
 ORX_LN_CALL_BACKS(on_any_error)
 
 template <class Real>
-static int exponential(const VectorMath& math, KobStream* stream, int n, Real* r, Real a, Real beta) {
-  return transformed_uniforms<Real>(stream, n, r, 0, 1, [&](int count, Real* x) {
+struct Exponential {
+  Real a, scale;
+  static constexpr Real kLow = 0, kHigh = 1;
+  static bool is_plain(Real u) { return u > 0; }
+
+  template <class Math>
+  void operator()(const Math& math, int count, Real* x) const {
     math.ln(count, x, x);
     // Never below a, though the logarithm may be rounded to a positive number.
-    for (int i = 0; i < count; ++i) x[i] = std::max(a, a - beta * x[i]);
-  });
-}
+    for (int i = 0; i < count; ++i) x[i] = std::max(a, a - scale * x[i]);
+  }
+};
 
-ORX_API int _kobdRngExponential(int, KobStream* stream, int n, double r[], double a, double beta) {
-  return framed<exponential<double>>(_vdLnCallBack, stream, n, r, a, beta);
-}
-ORX_API int _kobsRngExponential(int, KobStream* stream, int n, float r[], float a, float beta) {
-  return framed<exponential<float>>(_vsLnCallBack, stream, n, r, a, beta);
-}
+ORX_FORMULA(Exponential, _vdLnCallBack, _vsLnCallBack)

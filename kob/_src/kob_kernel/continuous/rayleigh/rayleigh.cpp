@@ -6,16 +6,16 @@ using namespace orx::rng;
 ORX_LN_CALL_BACKS(on_pole)
 
 template <class Real>
-static int rayleigh(const VectorMath& math, KobStream* stream, int n, Real* r, Real a, Real beta) {
-  return transformed_uniforms<Real>(stream, n, r, 0, 1, [&](int count, Real* x) {
-    math.ln(count, x, x);
-    for (int i = 0; i < count; ++i) x[i] = std::max(a, a + beta * root(0 - x[i]));
-  });
-}
+struct Rayleigh {
+  Real a, scale;
+  static constexpr Real kLow = 0, kHigh = 1;
+  static bool is_plain(Real u) { return u > 0; }
 
-ORX_API int _kobdRngRayleigh(int, KobStream* stream, int n, double r[], double a, double beta) {
-  return framed<rayleigh<double>>(_vdLnCallBack, stream, n, r, a, beta);
-}
-ORX_API int _kobsRngRayleigh(int, KobStream* stream, int n, float r[], float a, float beta) {
-  return framed<rayleigh<float>>(_vsLnCallBack, stream, n, r, a, beta);
-}
+  template <class Math>
+  void operator()(const Math& math, int count, Real* x) const {
+    math.ln(count, x, x);
+    for (int i = 0; i < count; ++i) x[i] = std::max(a, a + scale * root(0 - x[i]));
+  }
+};
+
+ORX_FORMULA(Rayleigh, _vdLnCallBack, _vsLnCallBack)
