@@ -11,28 +11,30 @@
 ORX_ISA_BEGIN(orx::tef)
 
 struct dPowData {
-  Row<double> half = 0.5;
+  Row<double> half = 0.5, minus_half = -0.5;
   // (ln(1 + e) - e + e^2/2) / e^3, |e| <= 2^-9.5, to 2^-74.4 of ln(1 + e)
   Row<double> ha[5] = {0x1.5555555555555p-2, -0x1.fffffffffdef5p-3, 0x1.99999999fd13bp-3,
                        -0x1.55558509fe334p-3, 0x1.2492492492492p-3};
+  // the same to 2^-64.5 of ln(1 + e)
+  Row<double> la[4] = {0x1.555555555458fp-2, -0x1.0000000001bc4p-2, 0x1.9999cc8e83a81p-3,
+                       -0x1.55554833ee671p-3};
   // (ln(1 + e) - e) / e^2, to 2^-42.8 of ln(1 + e)
   Row<double> ep[3] = {-0x1.0000000000b78p-1, 0x1.55556a8fcfa35p-2, -0x1.ffffe4fb5381ap-3};
-  // e^x = 2^k 2^(j/256) e^r and e^x = 2^k 2^(j/1024) e^r, as the kernels of exp. Here r has a little more room: what the
-  // argument lacks is added to it.
+  // e^x = 2^k 2^(j/256) e^r, and EP 2^k 2^(j/1024) e^r, as the kernels of exp.
   Row<double> inv = 0x1.71547652b82fep+8, shifter = 0x1.800000003ffp+52;  // 256/ln 2; 1.5 * 2^52 + 256 * 1023
   Row<double> ln2_hi = 0x1.62e42fef8p-9, ln2_lo = 0x1.1cf79abc9e3b4p-44;  // ln 2/256
-  // (e^r - 1 - r) / r^2, |r| <= 0.0019, to 2^-68.4 of e^r
-  Row<double> exp[4] = {0x1.fffffffffff74p-2, 0x1.55555555555d7p-3, 0x1.55555913aa288p-5, 0x1.1111100bd57p-7};
+  // (e^r - 1 - r) / r^2, |r| <= 0.0014, to 2^-71 of e^r
+  Row<double> exp[4] = {0x1.fffffffffffd7p-2, 0x1.555555555557dp-3, 0x1.5555575c7361ep-5,
+                        0x1.1111107685613p-7};
   Row<double> fine_inv = 0x1.71547652b82fep+10, fine_shifter = 0x1.80000000ffcp+52;  // 1024/ln 2; 1024 * 1023
-  Row<double> fine_ln2_hi = 0x1.62e42fecp-11, fine_ln2_lo = 0x1.d1cf79abc9e3bp-42;
-  Row<double> fine_c2 = 0x1.0000002726a4bp-1,
-              fine_c3 = 0x1.5555557081401p-3;  // as in exp, with the table's factor
+  Row<double> fine_ln2 = 0x1.62e42fefa39efp-11;
   // From here on e^|x| or e^-|x| is not a normal number, with room for what x lacks.
   Row<double> rare_from = 0x1.6232bp+9;
 };
 inline constexpr dPowData vdpow_data{};
 
-// ln x, x being positive and k its biased exponent, to 2^-68 or so; if the square of e is rounded, to 2^-63.
+// ln x, x being positive and k its biased exponent, to 2^-68 or so; if the square of e is rounded, to 2^-63. It must stand
+// alone even so: rounded with the series' other terms it would cost two ulps of the largest powers.
 template <bool exact_square, class X>
 inline HighLow<X> ln_in_two(X x, X k) {
   const auto& d = vdpow_data;
@@ -52,8 +54,8 @@ inline HighLow<X> ln_in_two(X x, X k) {
         multiply_subtract(e2 * e, polynomial(e, e2, d.ha), parts.low * multiply_add(e, d.half, half_high));
     return {B.high, (low + B.low) + rest};
   } else {
-    const auto B = fast_two_sum(A.high, e2 * polynomial(e, e2, ln.c));
-    return {B.high, low + B.low};
+    const auto B = fast_two_sum(A.high, e2 * d.minus_half);
+    return {B.high, multiply_add(e2 * e, polynomial(e, e2, d.la), low + B.low)};
   }
 }
 template <class X>
@@ -69,26 +71,27 @@ inline HighLow<X> times(X y, const HighLow<X>& l) {
   return {by.high * factor.high, multiply_add(y, factor.low + l.low, by.low * factor.high)};
 }
 
-// e^(x + rest), HA; and to some ulps.
+// e^(z.high + z.low); `whole` is their sum, or near it.
 template <class X>
-inline X exp_of_two(X x, X rest) {
+inline X exp_of_two(const HighLow<X>& z, X whole) {
   const auto& d = vdpow_data;
-  const X N = multiply_add(x, d.inv, d.shifter), Nf = N - d.shifter;
+  const X N = multiply_add(whole, d.inv, d.shifter), Nf = N - d.shifter;
   const SpilledWords<X> n(N);
-  const X r = subtract_product(x, Nf, d.ln2_hi) + subtract_product(rest, Nf, d.ln2_lo), r2 = r * r;
+  const X r = subtract_product(z.high, Nf, d.ln2_hi) + subtract_product(z.low, Nf, d.ln2_lo), r2 = r * r;
   const X p = multiply_add(r2, polynomial(r, r2, d.exp), r);
   X T, T_lo;
   gather_pairs(
       _tefdExpHATab[0], [&](int lane) { return n.low_byte(lane); }, T, T_lo);
   return multiply_add(T, p + T_lo, T) * scale_from<8>(n.vector());
 }
+// e^x, to 2^-37 or so: by a finer table, with 1 + r + r^2/2 for the rest.
 template <class X>
-inline X quick_exp(X x, X rest) {
+inline X quick_exp(X x) {
   const auto& d = vdpow_data;
-  const X N = multiply_add(x, d.fine_inv, d.fine_shifter), Nf = N - d.fine_shifter;
+  const X N = multiply_add(x, d.fine_inv, d.fine_shifter);
   const SpilledWords<X> n(N);
-  const X r = subtract_product(x, Nf, d.fine_ln2_hi) + subtract_product(rest, Nf, d.fine_ln2_lo);
-  const X p = multiply_add(r * r, multiply_add(r, d.fine_c3, d.fine_c2), r);
+  const X r = subtract_product(x, N - d.fine_shifter, d.fine_ln2);
+  const X p = multiply_add(r * r, d.half, r);
   const X T = gather<X>(kExpLaPowers, [&](int lane) { return n.low(lane) & 1023; });
   return multiply_add(T, p, T) * scale_from<10>(n.vector());
 }
@@ -120,16 +123,13 @@ struct PowInTwo {
   }
 
  private:
-  // Lanes that are late go on as small exponents, so that nothing overflows or underflows there.
+  // Lanes that are late go on as though the exponential's argument were small, so that nothing overflows or underflows
+  // there.
   template <class X>
   static X from_log(const HighLow<X>& l, X y, X& late) {
-    const HighLow<X> z = times(y, l);
-    late = not_below(magnitude(z.high), vdpow_data.rare_from);
-    const X high = bit_andnot(late, z.high);
-    if constexpr (exact_square)
-      return exp_of_two(high, z.low);
-    else
-      return quick_exp(high, z.low);
+    const X whole = y * l.high;
+    late = not_below(magnitude(whole), vdpow_data.rare_from);
+    return exp_of_two(times(y, l), bit_andnot(late, whole));
   }
 };
 
@@ -151,7 +151,7 @@ struct PowInOne {
   static X from_log(X l, X y, X& late) {
     const X z = y * l;
     late = not_below(magnitude(z), vdpow_data.rare_from);
-    return quick_exp<X>(bit_andnot(late, z), X{});
+    return quick_exp<X>(bit_andnot(late, z));
   }
 };
 

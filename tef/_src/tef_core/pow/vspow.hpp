@@ -32,7 +32,7 @@ struct PowInDoubles {
     auto z = widen(y) * ln_in_one(base, exponent_field(base));
     const decltype(z) z_late = not_below(magnitude(z), vspow_data.rare_from);
     late = narrow(z_late);
-    return narrow(quick_exp(bit_andnot(z_late, z), decltype(z){}));
+    return narrow(quick_exp(bit_andnot(z_late, z)));
   }
   template <class X>
   static X power_of_any(X x, X y, X& late) {
