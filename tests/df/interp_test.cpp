@@ -4,6 +4,8 @@
 #include <sys/mman.h>
 #endif
 
+#include <utility>
+
 #include "fixture.h"
 
 namespace {
@@ -236,17 +238,20 @@ TYPED_TEST(Interpolation, OneSite) {
 // A few sites come by another road than many: the same results, on every partition and in every layout.
 TYPED_TEST(Interpolation, FewSites) {
   using Real = TypeParam;
+  constexpr size_t count = 200;
   for (const int64_t nx : {2, 16, 17, 23, 24, 25, 1000, 30000})
-    for (const int64_t grid_hint : {0, 2, 4})
+    for (const int64_t grid_hint : {0, 1, 2, 4})
       for (const int64_t order : {2, 3, 4}) {
-        const auto x = make_grid<Real>(nx, grid_hint == 4 ? 0 : 0.3);
+        auto x = make_grid<Real>(nx, grid_hint == 4 ? 0 : 0.3);
+        if (grid_hint == 1)  // ever closer to the left, where bins of the table hold up to hundreds
+          for (Real& point : x) point *= point / Real(nx);
         Spline<Real> s(x, grid_hint, {std::vector<Real>(size_t(nx))});
         s.describe(order, 0);
         s.coeffs = random_values<Real>(int64_t(s.coeffs.size()), -1, 1, 9);
         Api<Real>::edit_pointer(s.task, ORX_DF_COEFFS, s.coeffs.data());
-        auto sites = random_values<Real>(40, -1, double(nx), 6);
-        for (size_t i = 0; i < 20; ++i) sites[i] = x[i * 7919 % x.size()];
-        sites[20] = x[0], sites[21] = x.back();
+        auto sites = random_values<Real>(count, -1, double(nx), 6);
+        for (size_t i = 0; i < 100; ++i) sites[i] = x[i * 7919 % x.size()];
+        sites[100] = x[0], sites[101] = x.back();
         const std::vector<std::vector<int32_t>> all_orders = {{1, 1, 1, 1}, {0, 0, 1}, {0, 0, 0, 1}};
         for (const auto& orders : all_orders)
           for (const int64_t layout : {0, 16}) {
@@ -254,13 +259,13 @@ TYPED_TEST(Interpolation, FewSites) {
             const auto wanted = size_t(std::count(orders.begin(), orders.end(), 1));
             ASSERT_EQ(s.interpolate(sites, orders, many, layout), 0);
             for (const size_t n : {1u, 2u, 5u, 8u, 9u}) {
-              for (size_t first = 0; first + n <= 40; first += n) {
+              for (size_t first = 0; first + n <= count; first += n) {
                 const std::vector<Real> some(sites.begin() + int(first), sites.begin() + int(first + n));
                 ASSERT_EQ(s.interpolate(some, orders, few, layout, 0, nullptr), 0);
                 for (size_t i = 0; i < n; ++i)
                   for (size_t d = 0; d < wanted; ++d)
                     ASSERT_EQ(few[layout ? i * wanted + d : d * n + i],
-                              many[layout ? (first + i) * wanted + d : d * 40 + first + i])
+                              many[layout ? (first + i) * wanted + d : d * count + first + i])
                         << nx << " points, hint " << grid_hint << ", site " << some[i] << ", derivative " << d
                         << " of " << orders.size();
               }
@@ -310,6 +315,26 @@ TYPED_TEST(Interpolation, FewSitesAfterEdits) {
   orx_df_kernel_iEditVal(s.task, ORX_DF_CHECK_FLAG, 0);
   orx_df_kernel_iEditVal(s.task, ORX_DF_FUNC_COUNT, 2);
   EXPECT_EQ(status(), ORX_DF_ERROR_COEFFS);
+}
+
+// The ends of a uniform partition lie in the caller's array, and count as they stand there.
+TYPED_TEST(Interpolation, FewSitesAfterEndsHaveMoved) {
+  using Real = TypeParam;
+  Spline<Real> s(make_grid<Real>(50, 0), ORX_DF_UNIFORM_PARTITION, {std::vector<Real>(50)});
+  s.describe(4, 0);
+  s.coeffs = random_values<Real>(int64_t(s.coeffs.size()), -1, 1, 9);
+  Api<Real>::edit_pointer(s.task, ORX_DF_COEFFS, s.coeffs.data());
+  const auto sites = random_values<Real>(40, -1, 60, 6);
+  for (const auto& [end, value] : {std::pair(0, Real(-3)), {1, Real(57)}}) {
+    const Real before = std::exchange(s.x[size_t(end)], value);
+    std::vector<Real> many, few;
+    ASSERT_EQ(s.interpolate(sites, {}, many), 0);
+    for (const int n : {1, 3}) {
+      ASSERT_EQ(s.interpolate({sites.begin(), sites.begin() + n}, {}, few), 0);
+      EXPECT_TRUE(std::equal(few.begin(), few.end(), many.begin())) << n;
+    }
+    s.x[size_t(end)] = before;
+  }
 }
 
 // Ranges whose width overflows, or whose reciprocal does.

@@ -92,7 +92,10 @@ int32_t few_sites_kernel(const Task<Real>* task) {
 // Every editor's end.
 template <class Real>
 int32_t edited(Task<Real>* task, int32_t status) {
-  if (task) task->few_sites_kernel = few_sites_kernel(task);
+  if (!task) return status;
+  task->few_sites_kernel = few_sites_kernel(task);
+  if (task->few_sites_kernel >= 0 && task->uniform())
+    task->uniform_cells = {int32_t(task->gridSize), task->grid[0], task->grid[1]};
   return status;
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "_service/uniform_cells.hpp"
 #include "orx/base/api.hpp"
 #include "orx/df.h"
 
@@ -45,6 +46,8 @@ struct Task {
   // Which kernel serves calls for a few sites: by partition and order; -1 where such a call has more to look at.
   // The editors keep it, for a short call can hardly afford to ask all this.
   int32_t few_sites_kernel;
+  // What such calls need of a uniform partition, made of the ends as they were at the last edit.
+  UniformCells<Real> uniform_cells;
 
   // Null when there is no task, or when it is one of the other precision.
   static Task* of(DFTask* task) {

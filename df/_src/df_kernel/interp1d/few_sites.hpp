@@ -24,58 +24,103 @@ struct FewSites {
   Index step, plane;
 };
 
-// How cells are found on the three sorts of partition, and where polynomials begin: of one site, and of the
+// Which polynomials serve sites on the three sorts of partition, and where these begin: of one site, and of the
 // lanes of a vector, whose first n sites lie at `at`; rows of their coefficients are told with it.
+inline void whole_numbers(Vec<Real> v, int32_t* out) {
+  const auto integers = __builtin_convertvector(v, CellVec<Real>);
+  __builtin_memcpy(out, &integers, sizeof integers);
+}
+
 struct UniformFinder {
-  explicit UniformFinder(const Task<Real>* task)
-      : cells(int32_t(task->gridSize), task->grid[0], task->grid[1], reciprocal_step(task)),
-        last_polynomial(Real(int32_t(task->gridSize) - 2)) {}
-  int32_t cell(const Real& site) const { return cells.of_one(site); }
-  Real base(int32_t polynomial) const { return cells.breakpoint(Real(polynomial)); }
+  explicit UniformFinder(const Task<Real>* task) : cells(&task->uniform_cells), nx(int32_t(task->gridSize)) {
+    if (cells->made_of(task->gridSize, task->grid)) return;
+    remade = {nx, task->grid[0], task->grid[1]};
+    cells = &remade;
+  }
+  int32_t polynomial(const Real& site) const { return polynomial_of_cell(cells->of_one(site), nx); }
+  Real base(int32_t polynomial) const { return cells->breakpoint(Real(polynomial)); }
   template <int kOrder>
   Vec<Real> locate(Vec<Real> sites, const Real*, Index, Index* rows) const {
-    const auto p = smaller(greater(cells.of<false>(sites) - 1, Vec<Real>{}), broadcast(last_polynomial));
-    int32_t polynomials[kLanes<Real>];
-    const auto integers = __builtin_convertvector(p, CellVec<Real>);
-    __builtin_memcpy(polynomials, &integers, sizeof integers);
-    for (int i = 0; i < kLanes<Real>; ++i) rows[i] = Index(polynomials[i]) * kOrder;
-    return cells.breakpoint(p);
+    const auto found = cells->polynomial(sites);
+    int32_t p[kLanes<Real>];
+    whole_numbers(found, p);
+    for (int i = 0; i < kLanes<Real>; ++i) rows[i] = Index(p[i]) * kOrder;
+    return cells->breakpoint(found);
   }
-  UniformCells<Real> cells;
-  Real last_polynomial;
+  const UniformCells<Real>* cells;
+  int32_t nx;
+  UniformCells<Real> remade;  // where the caller has put other ends into the array since the last edit
 };
 
-template <class Cells>
+template <class Polynomials>
 struct GridFinder {
-  explicit GridFinder(const Task<Real>* task) : cells(task), grid(task->grid), nx(int32_t(task->gridSize)) {}
-  int32_t cell(const Real& site) const { return cells.of(site); }
+  explicit GridFinder(const Task<Real>* task) : polynomials(task), grid(task->grid) {}
+  int32_t polynomial(const Real& site) const { return polynomials.of_one(site); }
   Real base(int32_t polynomial) const { return grid[polynomial]; }
   template <int kOrder>
-  Vec<Real> locate(Vec<Real>, const Real* at, Index n, Index* rows) const {
-    int32_t polynomials[kLanes<Real>];
-    find(at, n, polynomials);
-    for (Index i = 0; i < kLanes<Real>; ++i) rows[i] = Index(polynomials[i]) * kOrder;
-    return gather(grid, polynomials);
+  Vec<Real> locate(Vec<Real> sites, const Real* at, Index n, Index* rows) const {
+    int32_t p[kLanes<Real>];
+    polynomials.of(sites, at, n, [&](Index i, int32_t one) { p[i] = one, rows[i] = Index(one) * kOrder; });
+    for (Index i = n; i < kLanes<Real>; ++i) p[i] = p[0], rows[i] = rows[0];
+    return gather(grid, p);
   }
-  // A function of its own leaves the loop more registers.
-  [[gnu::noinline]] void find(const Real* at, Index n, int32_t* polynomials) const {
-    for (Index i = 0; i < n; ++i) polynomials[i] = polynomial_of_cell(cells.of(at[i]), nx);
-    for (Index i = n; i < kLanes<Real>; ++i) polynomials[i] = polynomials[0];
-  }
-  Cells cells;
+  Polynomials polynomials;
   const Real* grid;
-  int32_t nx;
 };
-struct Hybrid : HybridCells<Real> {
+
+// The polynomial of a site is how many breakpoints are at or below it, but for the first and the last.
+//
+// Halving waits for each load, and where the number of steps varies they cannot be foretold. The bins of most
+// tables hold 16 breakpoints, which are counted at once.
+struct Hybrid {
   explicit Hybrid(const Task<Real>* task)
-      : HybridCells(int32_t(task->gridSize), task->grid, task->cellTableScale, task->cellTable) {}
+      : nx(int32_t(task->gridSize)),
+        grid(task->grid),
+        bins(nx, grid[0], task->cellTableScale),
+        table(task->cellTable) {}
+  int32_t of_one(const Real& site) const {
+    return nx < kCountedOfOne + 2 ? of_short_grid(site) : in_bin(bins.of(site), site);
+  }
+  template <class Put>
+  [[gnu::always_inline]] inline void of(Vec<Real> sites, const Real* at, Index n, Put put) const {
+    if (nx < kCountedOfOne + 2) {
+      for (Index i = 0; i < n; ++i) put(i, of_short_grid(at[i]));
+      return;
+    }
+    int32_t in[kLanes<Real>];
+    whole_numbers(bins.whole(sites), in);
+    for (Index i = 0; i < n; ++i) put(i, in_bin(in[i], at[i]));
+  }
+
+ private:
+  static constexpr int32_t kCountedOfOne = sizeof(Real) == sizeof(double) ? 16 : 24;
+
+  int32_t of_short_grid(const Real& site) const { return bisect(grid + 1, 0, nx - 2, site); }
+  [[gnu::always_inline]] inline int32_t in_bin(int32_t bin, const Real& site) const {
+    const int32_t* pair = table + 2 * bin;
+    int32_t at = pair[0];
+    for (int32_t width = pair[1] - at; width > kCountedOfOne + 1; width -= width / 2)
+      at = halved(grid, at, width / 2, site);
+    return count_from<kCountedOfOne>(grid + 1, std::min(at, nx - 2 - kCountedOfOne), site);
+  }
+
+  int32_t nx;
+  const Real* grid;
+  Bins<Real> bins;
+  const int32_t* table;
 };
+
 struct QuasiUniform {
   explicit QuasiUniform(const Task<Real>* t) : task(t), reciprocal(reciprocal_step(t)) {}
-  int32_t of(const Real& site) const {
+  int32_t of_one(const Real& site) const {
+    const auto nx = int32_t(task->gridSize);
     int32_t found;
-    quasi_uniform_cells(int32_t(task->gridSize), task->grid, 1, &site, reciprocal, &found);
-    return found;
+    quasi_uniform_cells(nx, task->grid, 1, &site, reciprocal, &found);
+    return polynomial_of_cell(found, nx);
+  }
+  template <class Put>
+  void of(Vec<Real>, const Real* at, Index n, Put put) const {
+    for (Index i = 0; i < n; ++i) put(i, of_one(at[i]));
   }
   const Task<Real>* task;
   Real reciprocal;
@@ -90,10 +135,10 @@ template <int kOrder, class T, class Put>
   if (wanted & 8) put(derivative<kOrder, 3, Real>(c, t));
 }
 
-// A vector of sites, or the first n of its lanes; the others repeat the first.
+// A vector of sites, or the first n of its lanes; the others repeat the first. A function of its own: inlined
+// into a loop, all constants would be spread out on the stack before it.
 template <int kOrder, class Finder>
-[[gnu::always_inline]] inline void evaluate_lanes(const FewSites& few, const Finder& find, Index first,
-                                                  Index n) {
+[[gnu::noinline]] void evaluate_lanes(const FewSites& few, const Finder& find, Index first, Index n) {
   const Real* const at = few.sites + first;
   const Vec<Real> sites =
       n == kLanes<Real> ? load(at) : orx::simd::native::load_few(at, int(n), broadcast(*at));
@@ -115,7 +160,7 @@ template <int kOrder, class Finder>
 
 template <int kOrder, class Finder>
 int32_t evaluate_one(const FewSites& few, const Finder& find) {
-  const int32_t p = polynomial_of_cell(find.cell(*few.sites), int32_t(few.task->gridSize));
+  const int32_t p = find.polynomial(*few.sites);
   Real* out = few.result;
   put_derivatives<kOrder>(few.task->coeffs[0] + Index(p) * kOrder, Real(*few.sites - find.base(p)),
                           few.wanted, [&](Real value) { *out = value, out += few.plane; });

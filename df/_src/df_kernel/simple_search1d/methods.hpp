@@ -4,62 +4,14 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 
 #include "_service/cell_table.hpp"
+#include "_service/uniform_cells.hpp"
 #include "simple_search1d/scan.hpp"
 
 namespace orx::df {
 
 constexpr int32_t kSearchBlock = 128;
-
-// Cells of a uniform partition by division, which rounding may put on the wrong side of a breakpoint. The guess
-// is therefore made a little too low, by more than rounding can make it too high, and one comparison with the
-// next breakpoint, as evaluation computes it, settles it. The right end counts as it is given: mostly the last
-// breakpoint, computed like the others, meets it; where it does not, sites are compared with both.
-template <class Real>
-class UniformCells {
- public:
-  // reciprocal_step = (nx - 1) / (last - first).
-  UniformCells(int32_t nx, Real first, Real last, Real reciprocal_step)
-      : first_(first),
-        last_(last),
-        step_((last - first) / Real(nx - 1)),
-        reciprocal_(smaller(reciprocal_step * (1 - 8 * kEpsilon), std::numeric_limits<Real>::max())),
-        last_inner_(breakpoint(Real(nx - 2))),
-        nx_(nx) {}
-
-  // Breakpoint i as evaluation computes it.
-  template <class T>
-  T breakpoint(T i) const {
-    return first_ + i * step_;
-  }
-  bool ends_meet() const {
-    return breakpoint(Real(nx_ - 1)) == last_ && reciprocal_ < std::numeric_limits<Real>::max();
-  }
-  // The cell, for a number or a vector of them; 0 for what is not a number.
-  template <bool kEndsMeet, class T>
-  T of(T s) const {
-    const T within = smaller(spread<T>(kEndsMeet ? last_ : last_inner_), s);
-    const T k = round_down(greater((within - first_) * reciprocal_ + kBelowOne, T{}));
-    const T cell = k + ones_at_most(breakpoint(k), within);
-    return kEndsMeet ? cell : greater(cell, where_at_most(spread<T>(last_), s, spread<T>(Real(nx_))));
-  }
-  // The same of a single site: branches are foretold, so that what follows need not wait for the comparisons.
-  int32_t of_one(const Real& s) const {
-    if (!(s >= first_)) return 0;
-    if (s >= last_) return nx_;
-    const auto k = int32_t(greater((smaller(last_inner_, s) - first_) * reciprocal_ + kBelowOne, Real(0)));
-    return s < breakpoint(Real(k)) ? k : k + 1;
-  }
-
- private:
-  static constexpr Real kEpsilon = std::numeric_limits<Real>::epsilon();
-  static constexpr Real kBelowOne = 1 - kEpsilon / 2;
-
-  Real first_, last_, step_, reciprocal_, last_inner_;
-  int32_t nx_;
-};
 
 template <bool kEndsMeet, class Real>
 void uniform_cells(const UniformCells<Real>& uniform, int32_t n, const Real* sites, int32_t* cells) {
@@ -182,7 +134,12 @@ class Bins {
  public:
   Bins(int32_t nx, Real first, Real scale)
       : first_(first), scale_(scale), last_(Real(cell_table_bins(nx) - 1)) {}
-  int32_t of(Real site) const { return int32_t(smaller(greater(scale_ * (site - first_), Real(0)), last_)); }
+  int32_t of(Real site) const { return int32_t(whole(site)); }
+  // The same for a number or a vector of them, before what is behind the point is cut off.
+  template <class T>
+  T whole(T sites) const {
+    return smaller(greater(scale_ * (sites - first_), T{}), spread<T>(last_));
+  }
 
  private:
   Real first_, scale_, last_;
@@ -232,33 +189,6 @@ void hybrid_block(int32_t nx, const Real* grid, int32_t n, const Real* sites, Re
     cells[i] = sites[i] >= last ? nx : cell;
   }
 }
-
-// The cells of single sites, with what they share computed once.
-//
-// Halving waits for each load, and where the number of steps varies they cannot be foretold. The bins of most
-// tables hold 16 breakpoints, a few more or fewer, so that one step leaves what is counted at once. The upper
-// end of a pair is a breakpoint, and stays within what is looked at.
-template <class Real>
-class HybridCells {
- public:
-  HybridCells(int32_t nx, const Real* grid, Real scale, const int32_t* table)
-      : nx_(nx), grid_(grid), bins_(nx, grid[0], scale), table_(table) {}
-  [[gnu::always_inline]] inline int32_t of(const Real& site) const {
-    if (nx_ < kCountedOfOne) return bisect(grid_, 0, nx_, site);
-    const int32_t* pair = table_ + 2 * bins_.of(site);
-    int32_t at = pair[0];
-    for (int32_t width = pair[1] - at; width >= kCountedOfOne; width -= width / 2)
-      at = halved(grid_, at, width / 2, site);
-    return count_from<kCountedOfOne>(grid_, std::min(at, nx_ - kCountedOfOne), site);
-  }
-
- private:
-  static constexpr int32_t kCountedOfOne = sizeof(Real) == sizeof(double) ? 12 : 16;
-  int32_t nx_;
-  const Real* grid_;
-  Bins<Real> bins_;
-  const int32_t* table_;
-};
 
 template <class Real>
 void hybrid_cells(int32_t nx, const Real* grid, int32_t n, const Real* sites, Real scale,
