@@ -7,12 +7,19 @@
 
 ORX_ISA_BEGIN(orx::simd)
 
+// A vector at any address and in any type's memory. As a packed member, not as bytes: GCC keeps what it has copied byte by
+// byte on the stack where registers are few.
+template <class V>
+struct [[gnu::packed, gnu::may_alias]] Packed {
+  V v;
+};
+
 template <class V, bool aligned = false>
 inline V load(const void* p) {
-  if constexpr (aligned) return *static_cast<const V*>(p);
-  V v;
-  std::memcpy(&v, p, sizeof v);
-  return v;
+  if constexpr (aligned)
+    return *static_cast<const V*>(p);
+  else
+    return static_cast<const Packed<V>*>(p)->v;
 }
 
 template <bool aligned = false, class V>
@@ -20,7 +27,7 @@ inline void store(void* p, V v) {
   if constexpr (aligned)
     *static_cast<V*>(p) = v;
   else
-    std::memcpy(p, &v, sizeof v);
+    static_cast<Packed<V>*>(p)->v = v;
 }
 
 // Row c has its first c lanes set.
