@@ -74,40 +74,40 @@ struct GridFinder {
 // tables hold 16 breakpoints, which are counted at once.
 struct Hybrid {
   explicit Hybrid(const Task<Real>* task)
-      : nx(int32_t(task->gridSize)),
-        grid(task->grid),
-        bins(nx, grid[0], task->cellTableScale),
-        table(task->cellTable) {}
+      : nx_(int32_t(task->gridSize)),
+        grid_(task->grid),
+        bins_(nx_, grid_[0], task->cellTableScale),
+        table_(task->cellTable) {}
   int32_t of_one(const Real& site) const {
-    return nx < kCountedOfOne + 2 ? of_short_grid(site) : in_bin(bins.of(site), site);
+    return nx_ < kCountedOfOne + 2 ? of_short_grid(site) : in_bin(bins_.of(site), site);
   }
   template <class Put>
   [[gnu::always_inline]] inline void of(Vec<Real> sites, const Real* at, Index n, Put put) const {
-    if (nx < kCountedOfOne + 2) {
+    if (nx_ < kCountedOfOne + 2) {
       for (Index i = 0; i < n; ++i) put(i, of_short_grid(at[i]));
       return;
     }
     int32_t in[kLanes<Real>];
-    whole_numbers(bins.whole(sites), in);
+    whole_numbers(bins_.whole(sites), in);
     for (Index i = 0; i < n; ++i) put(i, in_bin(in[i], at[i]));
   }
 
  private:
   static constexpr int32_t kCountedOfOne = sizeof(Real) == sizeof(double) ? 16 : 24;
 
-  int32_t of_short_grid(const Real& site) const { return bisect(grid + 1, 0, nx - 2, site); }
+  int32_t of_short_grid(const Real& site) const { return bisect(grid_ + 1, 0, nx_ - 2, site); }
   [[gnu::always_inline]] inline int32_t in_bin(int32_t bin, const Real& site) const {
-    const int32_t* pair = table + 2 * bin;
+    const int32_t* pair = table_ + 2 * bin;
     int32_t at = pair[0];
     for (int32_t width = pair[1] - at; width > kCountedOfOne + 1; width -= width / 2)
-      at = halved(grid, at, width / 2, site);
-    return count_from<kCountedOfOne>(grid + 1, std::min(at, nx - 2 - kCountedOfOne), site);
+      at = halved(grid_, at, width / 2, site);
+    return count_from<kCountedOfOne>(grid_ + 1, std::min(at, nx_ - 2 - kCountedOfOne), site);
   }
 
-  int32_t nx;
-  const Real* grid;
-  Bins<Real> bins;
-  const int32_t* table;
+  int32_t nx_;
+  const Real* grid_;
+  Bins<Real> bins_;
+  const int32_t* table_;
 };
 
 struct QuasiUniform {
