@@ -241,9 +241,9 @@
  *   Cos         c, z   (n, a, r)  cos z
  *                       method: cosh(iz)
  *   Cosh        c, z   (n, a, r)  cosh z
- *                       method: cosh x cos y + i sinh x sin y, in the extended type
+ *                       method: cosh x cos y + i sinh x sin y
  *   Log10       c, z   (n, a, r)  log10 z, cut on the negative axis
- *                       method: ln |z| and arg z in the extended type; next to |z| = 1 of the exact |z|^2 - 1
+ *                       method: ln |z| and arg z; next to |z| = 1 of the exact |z|^2 - 1
  *   Pow         c, z   (n, a, b, r)  a^b
  *                       method: e^(b ln a), logarithm and product with low parts
  *   Powx        c, z   (n, a, b_re, b_im, r; b one value)  a^b, one b for all
@@ -251,11 +251,11 @@
  *   Sin         c, z   (n, a, r)  sin z
  *                       method: sinh(iz)/i
  *   Sinh        c, z   (n, a, r)  sinh z
- *                       method: sinh x cos y + i cosh x sin y, in the extended type
+ *                       method: sinh x cos y + i cosh x sin y
  *   Tan         c, z   (n, a, r)  tan z
  *                       method: tanh(iz)/i
  *   Tanh        c, z   (n, a, r)  tanh z
- *                       method: (sinh x cosh x + i sin y cos y)/(sinh^2 x + cos^2 y), in the extended type
+ *                       method: (sinh x cosh x + i sin y cos y)/(sinh^2 x + cos^2 y)
  *   CIS         c, z   (n, a, r; a real)  cos x + i sin x, finite numbers
  *                       domain error (1): infinite x (not in zCIS HA)
  *                       method: as SinCos

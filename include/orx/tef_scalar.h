@@ -57,8 +57,8 @@ extern const double orx_tef_core_expl_table_256[257][2];
 extern const double orx_tef_core_atanl_table_128[129][2];
 
 /* Complex functions of a number of two doubles, real part first; result[0] is the real part. They compute in the extended
- * type: the x87 control word must ask for it, as above. Both parts are right to 0.53 ulp, but where the parts of a power
- * cancel: those of cpow are right to 0.53 ulp of the larger one while |b ln a| is below 2^10, and its error grows with
+ * type: the x87 control word must ask for it, as above. Both parts are right to 0.51 ulp, but where the parts of a power
+ * cancel: those of cpow are right to 0.51 ulp of the larger one while |b ln a| is below 2^10, and its error grows with
  * |b ln a| beyond. Principal values; on a branch cut the sign of a zero tells the side. Special values and exceptions are
  * those of C99, annex G, but that cpow is exp(b ln a) for all arguments: a^b is NaN where a is 0 and b real.
  * Accuracy: T. Hull, T. Fairgrieve, P. Tang, ACM TOMS 23, 1997 (arcsine and arccosine); W. Kahan, "Branch cuts for complex

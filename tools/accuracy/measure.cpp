@@ -100,11 +100,13 @@ class Meter {
   bool moderate(int i) {
     const descriptor::Interval range = f_.about().ep_moderate;
     if (range.to == 0) return true;
+    bool second_is_zero = true;
     for (int k = 0; k < f_.columns_in(); ++k) {
       const double size = std::fabs(static_cast<double>(arrays_.in(k, i)));
       if (size != 0 && !(size >= range.from && size <= range.to)) return false;
+      if (k >= f_.in_width() && size != 0) second_is_zero = false;
     }
-    return true;
+    return !(f_.about().ep_divides && second_is_zero);
   }
 
   Sample sample(int i, const R* result) {

@@ -136,6 +136,7 @@ struct Type {
   Bounds floor = {};
   // Where EP promises something only for arguments whose numbers are 0 or of magnitudes in this interval.
   Interval ep_moderate = {};
+  bool ep_divides = false;  // and nothing where the second argument is 0
   // Where not the errors of a complex result's parts are bounded, each in its own ulps, but the distance in the complex
   // plane, in units of 2^-52 of the modulus (2^-23 in single precision).
   Classes norm_wise = kNoClass;

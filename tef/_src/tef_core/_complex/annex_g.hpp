@@ -158,7 +158,7 @@ inline std::vector<Joint> near_units() {
           {below, above, point}};
 }
 
-// What all functions of the element loops share: their errors are next to half an ulp in both precisions. MPC takes its time
+// What all functions share that have one kernel: their errors are next to half an ulp in both precisions. MPC takes its time
 // where the parts are of very different size: of doubles such pairs are a few.
 inline Descriptor of_elements(Descriptor d, Cases cases, Interval timed) {
   d.specials = std::move(cases.told);
@@ -167,9 +167,12 @@ inline Descriptor of_elements(Descriptor d, Cases cases, Interval timed) {
   for (const Stratum& s : {around({1, -1}), boundaries(), even(timed.from, timed.to), even(-50, 50),
                            logarithmic(1e-9, 1e9), logarithmic(-1e9, -1e-9)})
     d.strata.push_back(s);
-  d.c = {
-      .bounds = {0.501, 0.501, 0.501}, .timed = timed, .specials = cases.mirrored, .strata = {everywhere()}};
-  d.z = {.bounds = {0.53, 0.53, 0.53}, .timed = timed, .specials = cases.mirrored};
+  d.c = {.bounds = {0.501, 0.501, 0.501},
+         .timed = timed,
+         .specials = cases.mirrored,
+         .strata = {everywhere()},
+         .approximate = d.c.approximate};
+  d.z = {.bounds = {0.51, 0.51, 0.51}, .timed = timed, .specials = cases.mirrored};
   for (const double x : {0.0, 5e-324, -1e-308, 1e-200, -1e-20, 1.0, -1e20, 1e200, -1.7e308})
     for (const double y : {-0.0, -5e-324, 3e-308, -1e-160, 1e-17, 1.0, -1e17, -1e160, 1.7e308})
       d.z.cases.push_back({x, y});

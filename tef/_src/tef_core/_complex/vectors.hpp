@@ -26,6 +26,12 @@ inline Vec<T, n> side_by_side(Vec<T, n> a, Vec<T, n> b) {
   return zip_pairs<n>(z.re, z.im);
 }
 
+// -x, also of a zero.
+template <class T, int n>
+inline Vec<T, n> opposite(Vec<T, n> x) {
+  return bit_xor(x, broadcast_bits<Vec<T, n>>(kSignBit<T>));
+}
+
 template <class T>
 constexpr Row<T> kLargestPart = std::numeric_limits<T>::max();
 
@@ -39,9 +45,10 @@ inline Mask<T, n> any_infinite(Complex<Vec<T, n>> z) {
   return bit_or(less(constant<Vec<T, n>>(kLargestPart<T>), magnitude(z.re)),
                 less(constant<Vec<T, n>>(kLargestPart<T>), magnitude(z.im)));
 }
+// By each part: the bits of two together may be those of a signalling NaN.
 template <class T, int n>
 inline Mask<T, n> is_zero(Complex<Vec<T, n>> z) {
-  return equal(bit_or(magnitude(z.re), magnitude(z.im)), Vec<T, n>{});
+  return bit_and(equal(z.re, Vec<T, n>{}), equal(z.im, Vec<T, n>{}));
 }
 
 ORX_ISA_END

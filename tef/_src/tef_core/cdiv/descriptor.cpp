@@ -23,6 +23,7 @@ static const Entry kEntry{of_products({
     .errors = {{StatusSingularity, "b = 0 (HA, LA)"}},
     // C99, annex G.5.1.
     .specials = {{{-7, 22, 4, 5}, {82.0 / 41, 123.0 / 41}},
+                 {{-99, 20, 1, 10}, {1, 10}},
                  {{-0.0, 1, 1, 0}, {0, 1}, StatusOk, kReporting},
                  {{-0.0, -0.0, 1, 0}, {-0.0, 0}, StatusOk, kReporting},
                  {{1, -1, 0, 0}, {kInf, -kInf}, StatusSingularity, kReporting},
@@ -40,7 +41,7 @@ static const Entry kEntry{of_products({
                  {{kLargest, 0, 0.5, 0}, {kInf, 0}, StatusOverflow, kReporting},
                  {{kLargest, kLargest, kLargest, kLargest}, {1, 0}, StatusOk, kReporting},
                  {{kLeast, kLeast, kLeast, kLeast}, {1, 0}, StatusOk, kReporting}},
-    .c = {.bounds = {.la = 0.51, .ha = 0.51}, .approximate = kEP},
+    .c = {.bounds = {.la = 0.51, .ha = 0.51}, .approximate = kEP, .ep_divides = true},
     // 0.51 but for denormal results.
-    .z = {.bounds = {.la = 0.75, .ha = 0.75, .ep = 4}, .cases = kHardDivisions},
+    .z = {.bounds = {.la = 0.75, .ha = 0.75, .ep = 4}, .cases = kHardDivisions, .ep_divides = true},
 })};

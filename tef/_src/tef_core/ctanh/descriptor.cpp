@@ -2,11 +2,10 @@
 
 using namespace orx::descriptor;
 
-static const Entry kEntry{
-    of_elements({.name = "Tanh",
-                 .computes = "tanh z",
-                 .method = "(sinh x cosh x + i sin y cos y)/(sinh^2 x + cos^2 y), in the extended type",
-                 .c_name = "tanh",
-                 .judge = "complex_tanh",
-                 .strata = {multiples({kPi}, -100, 100), even(-400, 400)}},
-                tanh_cases(), {-3, 3})};
+static const Entry kEntry{of_elements({.name = "Tanh",
+                                       .computes = "tanh z",
+                                       .method = "(sinh x cosh x + i sin y cos y)/(sinh^2 x + cos^2 y)",
+                                       .c_name = "tanh",
+                                       .judge = "complex_tanh",
+                                       .strata = {multiples({kPi}, -100, 100), even(-400, 400)}},
+                                      tanh_cases(), {-3, 3})};

@@ -22,7 +22,6 @@ Extended complex_ln(Extended z);
 Extended complex_log10(Extended z);
 Extended complex_sqrt(Extended z);
 Extended complex_pow(Extended a, Extended b);
-Extended complex_pow_of_singles(Extended a, Extended b);  // to the digits of singles
 Extended complex_sin(Extended z);
 Extended complex_cos(Extended z);
 Extended complex_tan(Extended z);

@@ -37,11 +37,10 @@ Extended complex_exp(Extended z) {
   return {size * turn.cos, size * turn.sin};
 }
 
-namespace {
-
 // e^(b ln a). As a formula it knows no exceptions: 0^1 has the product of an infinity and 0. The power's error is that of the
 // product, whose magnitude multiplies that of the logarithm: from `large` on all of it has low parts.
-Extended power(Extended a, Extended b, long double large) {
+Extended complex_pow(Extended a, Extended b) {
+  constexpr long double large = 32;
   const Extended ln = complex_ln(a);
   const Extended product = {b.re * ln.re - b.im * ln.im, b.re * ln.im + b.im * ln.re};
   if (is_nan(product.re) || is_nan(product.im)) {
@@ -55,10 +54,6 @@ Extended power(Extended a, Extended b, long double large) {
   return turned_power(b_re * x - b_im * y, b_re * y + b_im * x);
 }
 
-}  // namespace
-
-Extended complex_pow(Extended a, Extended b) { return power(a, b, 32); }
-Extended complex_pow_of_singles(Extended a, Extended b) { return power(a, b, 0x1p24L); }
 
 ORX_ISA_END
 

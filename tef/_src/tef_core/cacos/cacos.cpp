@@ -1,0 +1,4 @@
+// arccos z.
+#include "_complex/arcs.hpp"
+
+ORX_ARCS(Acos, cacos)

@@ -1,0 +1,4 @@
+// arcosh z.
+#include "_complex/arcs.hpp"
+
+ORX_ARCS(Acosh, cacosh)

@@ -1,0 +1,4 @@
+// arcsin z.
+#include "_complex/arcs.hpp"
+
+ORX_ARCS(Asin, casin)

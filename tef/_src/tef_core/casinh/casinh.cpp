@@ -1,0 +1,4 @@
+// arsinh z.
+#include "_complex/arcs.hpp"
+
+ORX_ARCS(Asinh, casinh)

@@ -1,4 +1,0 @@
-// arsinh z, element by element.
-#include "_complex/elementwise.hpp"
-
-ORX_COMPLEX_ELEMENTWISE(Asinh, complex_asinh)

@@ -1,0 +1,4 @@
+// arctan z.
+#include "_complex/arcs.hpp"
+
+ORX_ARCS(Atan, catan)

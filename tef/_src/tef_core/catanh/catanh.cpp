@@ -1,0 +1,4 @@
+// artanh z.
+#include "_complex/arcs.hpp"
+
+ORX_ARCS(Atanh, catanh)

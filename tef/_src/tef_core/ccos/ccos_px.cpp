@@ -1,4 +1,0 @@
-// cos z, element by element.
-#include "_complex/elementwise.hpp"
-
-ORX_COMPLEX_ELEMENTWISE(Cos, complex_cos)

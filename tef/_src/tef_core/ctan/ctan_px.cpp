@@ -1,4 +1,0 @@
-// tan z, element by element.
-#include "_complex/elementwise.hpp"
-
-ORX_COMPLEX_ELEMENTWISE(Tan, complex_tan)

@@ -1,4 +1,0 @@
-// tanh z, element by element.
-#include "_complex/elementwise.hpp"
-
-ORX_COMPLEX_ELEMENTWISE(Tanh, complex_tanh)
