@@ -138,6 +138,48 @@ TEST(Formula, StandsInForWhatAUniformOfZeroLeavesUndefined) {
   EXPECT_NEAR(d / std::tan(-M_PI / 2), 1, 1e-6);
 }
 
+// H2PE by its steps, one try after the other, with the exact test alone: of a block of tries come all u, then all v.
+TEST(Formula, HypergeometricNumbersTryByTry) {
+  const int lot = 2000, sample = 400, marked = 500, n = 20000;
+  const auto ln_f = [=](double y) {
+    return -std::lgamma(y + 1) - std::lgamma(marked - y + 1) - std::lgamma(sample - y + 1) -
+           std::lgamma(lot - marked - sample + y + 1);
+  };
+  const auto ratio = [=](double y) {
+    return (marked - y + 1) * (sample - y + 1) / (y * (lot - marked - sample + y));
+  };
+  const double fraction = double(marked) / lot, mode = std::floor((sample + 1.0) * (marked + 1) / (lot + 2));
+  const double variance = (lot - sample) / (lot - 1.0) * sample * fraction * (1 - fraction);
+  const double d = std::floor(1.5 * std::sqrt(variance)) + 0.5, xl = mode - d + 0.5, xr = mode + d + 0.5;
+  const double lambda_l = std::log(ratio(xl)), lambda_r = -std::log(ratio(xr));
+  const double p1 = 2 * d, p2 = p1 + std::exp(ln_f(xl) - ln_f(mode)) / lambda_l;
+  const double p3 = p2 + std::exp(ln_f(xr - 1) - ln_f(mode)) / lambda_r;
+
+  const Stream s(KOB_BRNG_MT19937), t(KOB_BRNG_MT19937);
+  std::vector<int32_t> r(n), expected;
+  ASSERT_EQ(_kobiRngHypergeometric(0, s, n, r.data(), lot, sample, marked), 0);
+  while (expected.size() < size_t(n)) {
+    const int tries = std::min(n - int(expected.size()), 1024);
+    const std::vector<float> uniforms = t.reals<float>(2 * tries, 0, 1);
+    for (int i = 0; i < tries; ++i) {
+      const double u = p3 * double(uniforms[i]);
+      double y, v = uniforms[tries + i];
+      if (u <= p1) {
+        y = std::floor(xl + u);
+      } else if (u <= p2) {
+        y = std::floor(xl + std::log(v) / lambda_l);
+        v *= (u - p1) * lambda_l;
+      } else {
+        y = std::floor(xr - std::log(v) / lambda_r);
+        v *= (u - p2) * lambda_r;
+      }
+      if (y >= 0 && y <= sample && std::log(v) <= ln_f(y) - ln_f(mode)) expected.push_back(int32_t(y));
+    }
+  }
+  EXPECT_EQ(r, expected);
+  EXPECT_EQ(s.words(2), t.words(2));
+}
+
 // ---- parameters at the edges of methods ----
 
 TEST(Counts, OfDegenerateLawsTakeNoUniform) {

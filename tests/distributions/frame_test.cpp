@@ -259,6 +259,23 @@ TEST(Distributions, FlushedDenormalsChangeNoSingleNumber) {
   EXPECT_TRUE(same_bits(by_control_word, expected));
 }
 
+// Rounding can lift a uniform to 1 and its logarithm above 0; a registered generator may go farther.
+TEST(Distributions, NoNumberIsBelowItsDisplacement) {
+  const Stream s = one_uniform(1 + 0x1p-52);
+  for (int n : {1, 2, 9}) {
+    std::vector<double> r(n);
+    const auto expect_displacement = [&] { EXPECT_EQ(r, std::vector<double>(n, 1)); };
+    ASSERT_EQ(_kobdRngExponential(0, s, n, r.data(), 1, 2), 0);
+    expect_displacement();
+    ASSERT_EQ(_kobdRngRayleigh(0, s, n, r.data(), 1, 2), 0);
+    expect_displacement();
+    ASSERT_EQ(_kobdRngWeibull(0, s, n, r.data(), 1.5, 1, 2), 0);
+    expect_displacement();
+    ASSERT_EQ(_kobdRngLognormal(0, s, n, r.data(), 0, 1, 1, -2), 0);
+    expect_displacement();
+  }
+}
+
 TEST(Distributions, FailedAllocationsLeaveTheStreamUsable) {
   for (const Row& row : all_rows()) {
     const Stream s(KOB_BRNG_MT19937), t(KOB_BRNG_MT19937);
