@@ -35,8 +35,8 @@ struct dAcosh : Kernel<double(double)> {
   template <class X>
   static X eval(X x) {
     const auto& d = vdacosh_data;
-    const X w = x - d.one, square = w * (x + d.one), s = square_root(square);
-    const InverseCell<X> cell(w, d.near, d.below_near);
+    const X w = x - d.one, s = square_root(multiply_add(w, w, w + w));  // nearer than by x^2 - 1 or w (x + 1)
+    const InverseCell<4, X> cell(w, d.near, d.below_near);
     X T, S, T_lo{}, unused;
     gather_pairs<1>(kAcoshTable[0], cell, T, S);
     if constexpr (ha) gather_pairs<1>(kAcoshTable[0] + 2, cell, T_lo, unused);

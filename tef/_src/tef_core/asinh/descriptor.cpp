@@ -21,7 +21,7 @@ static const Entry kEntry{{
           .timed = {-1000, 1000},
           .strata = {around({0x1p-20, 0x1p60, 0x1p63, 0x1p64})},
           .approximate = kHA},
-    .d = {.bounds = {.la = 1.6, .ha = 0.57},
+    .d = {.bounds = {.la = 1.6, .ha = 0.55},
           .timed = {-1000, 1000},
           .strata = {around({0x1p26, 0x1p27, 0x1p500, 0x1p511}), logarithmic(1e6, 1e9)},
           .approximate = kAllClasses},

@@ -24,8 +24,9 @@ struct InverseCellsData {
 };
 inline constexpr InverseCellsData kInverseCells{};
 
-// The cell of a positive number; below `from`, the power of two where the cells begin, c is 0.
-template <class X>
+// The cell of a positive number; below `from`, the power of two where the cells begin, c is 0. Its table has rows of two or
+// four columns.
+template <int columns, class X>
 struct InverseCell {
   X c;
   SpilledWords<X> words;
@@ -36,7 +37,7 @@ struct InverseCell {
         words(bit_and(max(x, below), kInverseCells.row)) {}
 
   // Where the cell's row begins.
-  int operator()(int lane) const { return words.high(lane) >> 13; }
+  int operator()(int lane) const { return words.high(lane) >> (columns == 4 ? 13 : 14); }
 };
 
 // What asinh d has beyond d; d is 0 where it is so small that its square would underflow.
