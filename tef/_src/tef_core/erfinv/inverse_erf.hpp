@@ -11,6 +11,7 @@
 #include <cfloat>
 
 #include "erf/error_integral.hpp"
+#include "frame/row_polynomial.hpp"
 #include "ln/vdln.hpp"
 
 namespace orx::tef {
@@ -48,25 +49,6 @@ inline constexpr InverseErfData kInverseErf{};
 // Rows begin at the high word's leading bits of 2^-54 and, in the tail's tables, of 32.
 constexpr int kInverseErfShift = 17;
 constexpr int kFirstRowInY = 0x3C900000 >> kInverseErfShift, kFirstRowInLog = 0x40400000 >> kInverseErfShift;
-
-// p[0] + p[1] r + ..., an even number of coefficients from the columns of a table.
-template <int stride, int terms, class X, class F>
-inline X polynomial_of_row(const double* table, F row, X r) {
-  constexpr int pairs = terms / 2, fours = (pairs + 1) / 2;
-  static_assert(terms % 2 == 0);
-  X p[pairs];
-  for (int i = 0; i < pairs; ++i) {
-    X even, odd;
-    gather_pairs<stride>(table + 2 * i, row, even, odd);
-    p[i] = multiply_add(r, odd, even);
-  }
-  const X r2 = r * r, r4 = r2 * r2;
-  for (int i = 0; i < pairs / 2; ++i) p[i] = multiply_add(r2, p[2 * i + 1], p[2 * i]);
-  if constexpr (pairs % 2) p[fours - 1] = p[pairs - 1];
-  X y = p[fours - 1];
-  for (int i = fours - 2; i >= 0; --i) y = multiply_add(r4, y, p[i]);
-  return y;
-}
 
 // The value at v from its row, value + slope r + r p(r); with two parts the first sum is exact.
 template <class Row, class X, class F, class S>

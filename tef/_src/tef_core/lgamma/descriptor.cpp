@@ -29,6 +29,8 @@ static const Entry kEntry{{
                even(-10, 10), even(0.5, 3), logarithmic(3, 1000), even(-200, 0)},
     .s = {.bounds = {.la = 0.55, .ha = 0.55, .ep = 0.55},
           .timed = {0.1, 30},
+          .strata = {around({0x1p121})},
+          .approximate = kAllClasses,
           .floor = {.la = 0x1p-20, .ha = 0x1p-20, .ep = 0x1p-20}},
     .d = {.bounds = {.la = 0.85, .ha = 0.85, .ep = 0.85},
           .timed = {0.1, 30},
@@ -36,5 +38,6 @@ static const Entry kEntry{{
                        {-0x1.0000000000002p51, kInf, StatusSingularity},
                        {-0x1.0000000000003p51, kFinite},
                        {2.6e305, kInf, StatusOverflow}},
+          .approximate = kAllClasses,
           .floor = {.la = 0x1p-4, .ha = 0x1p-4, .ep = 0x1p-4}},
 }};

@@ -1,4 +1,8 @@
-// ln |gamma x|, single: as the double, rounded.
+// ln |gamma x|, single. Of positive numbers in doubles, by rows of polynomials or Stirling's series; elsewhere as the double,
+// rounded.
+#include <cfloat>
+
+#include "frame/row_polynomial.hpp"
 #include "lgamma/lgamma.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
@@ -15,8 +19,56 @@ int vslgamma_cout_rare(const float* a, float* r) {
   return status;
 }
 
-struct sLGamma : ElementKernel<float(float)> {
+struct sLGammaData {
+  Row<float> smallest = FLT_MIN, largest = 0x1p+121f;
+  Row<double> first_row = 0.9375, last_row = 8.0, rows = 8.0, row = 0.125, shifter = 0x1.8p+52;
+  Row<double> one = 1.0, half = 0.5, half_log_2pi = 0x1.d67f1c864beb5p-1;
+  // ln gamma x less (x - 1/2) ln x - x + ln(2 pi)/2, times x, by 1/x^2: the first terms of the series
+  Row<double> stirling[4] = {1.0 / 12, -1.0 / 360, 1.0 / 1260, -1.0 / 1680};
+};
+constexpr sLGammaData vslgamma_data{};
+
+struct sLGamma : Kernel<float(float)> {
+  template <class X>
+  static auto rare(X x) {
+    return outside(x, vslgamma_data.smallest, vslgamma_data.largest);
+  }
+  template <class X>
+  static X eval(X x) {
+    return narrow(of_positive(widen(x)));
+  }
   static int rare_lane(const float* a, float* r) { return vslgamma_cout_rare(a, r); }
+
+ private:
+  // Rows up to 8, below the first by ln gamma x = ln gamma(1 + x) - ln x.
+  template <class X>
+  static X of_positive(X x) {
+    const auto& d = vslgamma_data;
+    const X log = LogLA<LnDescription, true>::log(x, exponent_field(x));
+    const auto below = less(x, d.first_row);
+    const X small = by_rows(min(x + keep(below, constant<X>(d.one)), d.last_row)) - keep(below, log);
+    return select(less(x, d.last_row), small, by_stirling(x, log));
+  }
+  template <class X>
+  static X by_rows(X s) {
+    const auto& d = vslgamma_data;
+    constexpr int terms = 10;  // what is left is below 2^-38 of the result
+    const X N = multiply_add(s, d.rows, d.shifter);
+    const SpilledWords<X> n(N);
+    const auto row = [&](int lane) { return n.low(lane) - 8; };
+    const X r = subtract_product(s, N - d.shifter, d.row);
+    X value, slope;
+    gather_pairs<kGammaColumns>(kLGammaRows[0], row, value, slope);
+    return value +
+           multiply_add(r, slope, polynomial_of_row<kGammaColumns, terms>(kLGammaRows[0] + 2, row, r));
+  }
+  template <class X>
+  static X by_stirling(X x, X log) {
+    const auto& d = vslgamma_data;
+    const X reciprocal = d.one / x, z = reciprocal * reciprocal;
+    const X series = multiply_add(reciprocal, polynomial(z, z * z, d.stirling), d.half_log_2pi);
+    return multiply_add(x - d.half, log, series - x);
+  }
 };
 
 }  // namespace

@@ -84,7 +84,7 @@ inline X exp_of_two(const HighLow<X>& z, X whole) {
       _tefdExpHATab[0], [&](int lane) { return n.low_byte(lane); }, T, T_lo);
   return multiply_add(T, p + T_lo, T) * scale_from<8>(n.vector());
 }
-// e^x, to 2^-37 or so: by a finer table, with 1 + r + r^2/2 for the rest.
+// e^x, to 2^-37.1 of e^r: by a finer table, with 1 + r + r^2/2 for the rest.
 template <class X>
 inline X quick_exp(X x) {
   const auto& d = vdpow_data;

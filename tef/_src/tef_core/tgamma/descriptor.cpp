@@ -36,7 +36,9 @@ static const Entry kEntry{{
           .timed = {0.1, 30},
           .specials = {{36, kInf, StatusOverflow},
                        {-50.5, -0.0, StatusUnderflow},
-                       {-49.5, 0, StatusUnderflow}}},
+                       {-49.5, 0, StatusUnderflow}},
+          .strata = {around({35})},
+          .approximate = kAllClasses},
     .d = {.bounds = {.la = 0.85, .ha = 0.85, .ep = 0.85},
           .timed = {0.1, 30},
           .specials = {{172, kInf, StatusOverflow},
@@ -45,5 +47,6 @@ static const Entry kEntry{{
                        {-0x1.0000000000002p51, kNaN, StatusDomain},
                        {-0x1.0000000000003p51, 0, StatusUnderflow},
                        {171, 7.25741561530799897e306}},
-          .strata = {even(8, 171.62), even(-190, 0), around({171.6243769563027, -170.6, -177.5, -184})}},
+          .strata = {even(8, 171.62), even(-190, 0), around({171.6243769563027, -170.6, -177.5, -184})},
+          .approximate = kAllClasses},
 }};

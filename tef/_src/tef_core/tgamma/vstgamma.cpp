@@ -1,4 +1,7 @@
-// gamma x, single: as the double, rounded.
+// gamma x, single. Up to 35, in doubles, by rows of polynomials, below 1 as gamma(1 + x)/x; elsewhere as the double, rounded.
+#include <cfloat>
+
+#include "frame/row_polynomial.hpp"
 #include "tgamma/tgamma.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
@@ -13,8 +16,36 @@ int vstgamma_cout_rare(const float* a, float* r) {
   return __builtin_fabs(y) < FLT_MIN ? StatusUnderflow : StatusOk;
 }
 
-struct sTGamma : ElementKernel<float(float)> {
+struct sTGammaData {
+  Row<float> smallest = FLT_MIN, largest = 35.0f;
+  Row<double> one = 1.0, rows = 8.0, row = 0.125, shifter = 0x1.8p+52;
+};
+constexpr sTGammaData vstgamma_data{};
+
+struct sTGamma : Kernel<float(float)> {
+  template <class X>
+  static auto rare(X x) {
+    return outside(x, vstgamma_data.smallest, vstgamma_data.largest);
+  }
+  template <class X>
+  static X eval(X x) {
+    return narrow(by_rows(widen(x)));
+  }
   static int rare_lane(const float* a, float* r) { return vstgamma_cout_rare(a, r); }
+
+ private:
+  template <class X>
+  static X by_rows(X x) {
+    const auto& d = vstgamma_data;
+    const auto below_one = less(x, d.one);
+    const X s = x + keep(below_one, constant<X>(d.one));
+    const X N = multiply_add(s, d.rows, d.shifter);
+    const SpilledWords<X> n(N);
+    const X r = subtract_product(s, N - d.shifter, d.row);
+    const X y = polynomial_of_row<8, 8>(
+        kSingleGammaRows[0], [&](int lane) { return n.low(lane) - 8; }, r);
+    return y / select(below_one, x, constant<X>(d.one));
+  }
 };
 
 }  // namespace

@@ -11,6 +11,7 @@ namespace orx::tef {
 constexpr int kGammaColumns = 14, kGammaTerms = kGammaColumns - 2;
 extern const double kLGammaRows[57][kGammaColumns];       // ln gamma for a = k/8, k = 8 .. 64
 extern const double _tgamma_A_table[57][kGammaColumns];   // gamma for the same
+extern const double kSingleGammaRows[273][8];             // gamma for a = k/8, k = 8 .. 280, by powers of r alone
 extern const double _tgamma_sin_table[9][kGammaColumns];  // sin(pi a)/pi for a = k/16, k = 0 .. 8
 }  // namespace orx::tef
 
