@@ -1,9 +1,10 @@
 // Measures the error of the vector functions and holds it to the bounds of their descriptors.
 //
-//   orx_accuracy [--short] [--exhaustive] [--write FILE] [FUNCTION...]
+//   orx_accuracy [--short] [--effort N] [--exhaustive] [--write FILE] [FUNCTION...]
 //
 // FUNCTION is a type letter and a name, such as dExp, or a name for all types; without any, all are measured. --short
-// takes few arguments, --exhaustive takes all singles for single-precision functions of one input. --write puts the
+// takes few arguments, --effort N times as many (60 unless told), --exhaustive all singles for single-precision functions of
+// one input, under every rounding mode of the caller where results are exact. --write puts the
 // rows into the document's table, where those of functions that are not measured stay. The result is 1 if a bound is
 // exceeded or a special value is wrong.
 #include <cmath>
@@ -22,7 +23,8 @@ namespace {
 using namespace orx;
 
 struct Options {
-  bool brief = false, exhaustive = false;
+  bool exhaustive = false;
+  double effort = 60;
   std::string file;
   std::set<std::string> functions;
 
@@ -105,7 +107,7 @@ void write_report(const std::string& file, const std::map<std::string, std::stri
 }
 
 [[noreturn]] void usage() {
-  std::cerr << "usage: orx_accuracy [--short] [--exhaustive] [--write FILE] [FUNCTION...]\n";
+  std::cerr << "usage: orx_accuracy [--short] [--effort N] [--exhaustive] [--write FILE] [FUNCTION...]\n";
   std::exit(2);
 }
 
@@ -114,7 +116,9 @@ Options parse(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     const std::string word = argv[i];
     if (word == "--short")
-      o.brief = true;
+      o.effort = 1;
+    else if (word == "--effort" && i + 1 < argc)
+      o.effort = std::atof(argv[++i]);
     else if (word == "--exhaustive")
       o.exhaustive = true;
     else if (word == "--write" && i + 1 < argc)
@@ -129,8 +133,7 @@ Options parse(int argc, char** argv) {
 
 std::vector<Record> measure(const Function& f, const Options& o, bool all) {
   if (all) return measure_all_singles(f);
-  const double effort = o.brief ? 1 : 60;
-  return f.single() ? measure_strata<float>(f, effort) : measure_strata<double>(f, effort);
+  return f.single() ? measure_strata<float>(f, o.effort) : measure_strata<double>(f, o.effort);
 }
 
 }  // namespace
