@@ -175,7 +175,7 @@ constexpr StatusText kDfTexts[] = {
     {ORX_DF_ERROR_CHECK_FLAG, "the check flag is neither 0 nor 1"},
     {ORX_DF_ERROR_SINGULAR, "the system of the spline is singular"},
     {ORX_DF_ERROR_OUTSIDE, "a site lies outside the partition"},
-    {ORX_DF_ERROR_BREAKPOINT, "the breakpoints do not rise"},
+    {ORX_DF_ERROR_BREAKPOINT, "a breakpoint is not finite or not above the one before it"},
 };
 
 template <int count>
