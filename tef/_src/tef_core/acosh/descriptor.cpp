@@ -25,6 +25,8 @@ static const Entry kEntry{{
           .approximate = kHA},
     .d = {.bounds = {.la = 2.2, .ha = 0.55},
           .timed = {1, 1000},
-          .strata = {around({0x1p26, 0x1p27, 0x1p500, 0x1p511}), logarithmic(1e6, 1e9)},
+          // The last: results just below 2^-6, of squares just above 2^-12.
+          .strata = {around({0x1p26, 0x1p27, 0x1p500, 0x1p511}), logarithmic(1e6, 1e9),
+                     even(1.00012207, 1.0001220703125)},
           .approximate = kAllClasses},
 }};

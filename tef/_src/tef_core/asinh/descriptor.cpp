@@ -23,6 +23,8 @@ static const Entry kEntry{{
           .approximate = kHA},
     .d = {.bounds = {.la = 1.6, .ha = 0.55},
           .timed = {-1000, 1000},
-          .strata = {around({0x1p26, 0x1p27, 0x1p500, 0x1p511}), logarithmic(1e6, 1e9)},
+          // The last two: results just below a power of two, whose unit is half of that of the argument.
+          .strata = {around({0x1p26, 0x1p27, 0x1p500, 0x1p511}), logarithmic(1e6, 1e9), even(0.5, 0.521),
+                     even(0.0625, 0.06254)},
           .approximate = kAllClasses},
 }};
