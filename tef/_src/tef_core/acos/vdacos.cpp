@@ -1,5 +1,6 @@
 // acos x, double.
 #include "asin/arc.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -9,7 +10,4 @@ using dAcosEP = ArcCosine<double, ArcEP>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(d, Acos, G9HAynn, dAcosHA)
-ORX_KERNEL(d, Acos, G9LAynn, dAcosLA)
-ORX_KERNEL(d, Acos, G9EPnnn, dAcosEP)
+ORX_KERNELS(unary, d, Acos)

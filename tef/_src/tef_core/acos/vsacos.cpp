@@ -1,5 +1,6 @@
 // acos x, single.
 #include "asin/arc.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -9,7 +10,4 @@ using sAcosEP = ArcCosine<float, ArcEP>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(s, Acos, G9HAynn, sAcosHA)
-ORX_KERNEL(s, Acos, G9LAynn, sAcosLA)
-ORX_KERNEL(s, Acos, G9EPnnn, sAcosEP)
+ORX_KERNELS(unary, s, Acos)

@@ -4,6 +4,7 @@
 //
 // Near 1 c is 1, and d is s, with the rounding error of the root.
 #include "_heap/real/inverse_cells.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -68,7 +69,4 @@ using dAcoshEP = dAcosh<false, true>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(d, Acosh, G9HAynn, dAcoshHA)
-ORX_KERNEL(d, Acosh, G9LAynn, dAcoshLA)
-ORX_KERNEL(d, Acosh, G9EPnnn, dAcoshEP)
+ORX_KERNELS(unary, d, Acosh)

@@ -1,5 +1,6 @@
 // asin x, double.
 #include "asin/arc.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -9,7 +10,4 @@ using dAsinEP = ArcSine<double, ArcEP>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(d, Asin, G9HAynn, dAsinHA)
-ORX_KERNEL(d, Asin, G9LAynn, dAsinLA)
-ORX_KERNEL(d, Asin, G9EPnnn, dAsinEP)
+ORX_KERNELS(unary, d, Asin)

@@ -1,5 +1,6 @@
 // asin x, single.
 #include "asin/arc.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -9,7 +10,4 @@ using sAsinEP = ArcSine<float, ArcEP>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(s, Asin, G9HAynn, sAsinHA)
-ORX_KERNEL(s, Asin, G9LAynn, sAsinLA)
-ORX_KERNEL(s, Asin, G9EPnnn, sAsinEP)
+ORX_KERNELS(unary, s, Asin)

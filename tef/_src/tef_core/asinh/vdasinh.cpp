@@ -2,6 +2,7 @@
 //
 //   d = |x| S - c s = (x^2 - c^2)/(|x| S + c s).
 #include "_heap/real/inverse_cells.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -82,7 +83,4 @@ using dAsinhEP = dAsinh<false, true>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(d, Asinh, G9HAynn, dAsinhHA)
-ORX_KERNEL(d, Asinh, G9LAynn, dAsinhLA)
-ORX_KERNEL(d, Asinh, G9EPnnn, dAsinhEP)
+ORX_KERNELS(unary, d, Asinh)

@@ -1,6 +1,7 @@
 // atan x, double.
 #include "atan/vdatan.hpp"
 #include "atan/atan.hpp"
+#include "frame/classes.hpp"
 
 namespace orx::tef {
 alignas(64) const double kAngleTable[4 * 17][2] = {
@@ -16,7 +17,4 @@ using dAtanEP = ArcTangent<double, dAngleEP>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(d, Atan, G9HAynn, dAtanHA)
-ORX_KERNEL(d, Atan, G9LAynn, dAtanLA)
-ORX_KERNEL(d, Atan, G9EPnnn, dAtanEP)
+ORX_KERNELS(unary, d, Atan)

@@ -1,6 +1,7 @@
 // atan x, single.
 #include "atan/vsatan.hpp"
 #include "atan/atan.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -10,7 +11,4 @@ using sAtanEP = ArcTangent<float, sAngleEP>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(s, Atan, G9HAynn, sAtanHA)
-ORX_KERNEL(s, Atan, G9LAynn, sAtanLA)
-ORX_KERNEL(s, Atan, G9EPnnn, sAtanEP)
+ORX_KERNELS(unary, s, Atan)

@@ -4,6 +4,7 @@
 //
 // it is half of ln(1/R) + 2 atanh(e/2). For small x R is made 1, e is 2 |x|, and the polynomial reaches that far.
 #include "atanh/short_reciprocal.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -109,7 +110,4 @@ struct dAtanhEP : dAtanh {
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(d, Atanh, G9HAynn, dAtanhHA)
-ORX_KERNEL(d, Atanh, G9LAynn, dAtanhLA)
-ORX_KERNEL(d, Atanh, G9EPnnn, dAtanhEP)
+ORX_KERNELS(unary, d, Atanh)

@@ -1,4 +1,5 @@
 // cosh x, double, by the halves that sinh is made of.
+#include "frame/classes.hpp"
 #include "sinh/vdsinh.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
@@ -57,7 +58,4 @@ struct dCoshEP : dCosh<dCoshEP> {
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(d, Cosh, G9HAynn, dCoshHA)
-ORX_KERNEL(d, Cosh, G9LAynn, dCoshLA)
-ORX_KERNEL(d, Cosh, G9EPnnn, dCoshEP)
+ORX_KERNELS(unary, d, Cosh)

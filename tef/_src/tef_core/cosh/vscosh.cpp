@@ -1,4 +1,5 @@
 // cosh x, single, by the halves that sinh is made of.
+#include "frame/classes.hpp"
 #include "sinh/vssinh.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
@@ -54,7 +55,4 @@ using sCoshEP = sCoshLow<true>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(s, Cosh, G9HAynn, sCoshHA)
-ORX_KERNEL(s, Cosh, G9LAynn, sCoshLA)
-ORX_KERNEL(s, Cosh, G9EPnnn, sCoshEP)
+ORX_KERNELS(unary, s, Cosh)

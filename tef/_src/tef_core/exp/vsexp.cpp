@@ -2,6 +2,7 @@
 #include "exp/vsexp_kernels.hpp"
 
 #include "exp/vdexp.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 Vec<float, 1> vsexp_half(Vec<float, 1> x) { return sExpHA::scaled<1>(x); }
@@ -29,7 +30,4 @@ int vsexp_cout_rare(const float* a, float* r) {
 
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(s, Exp, G9HAynn, sExpHA)
-ORX_KERNEL(s, Exp, G9LAynn, sExpLA)
-ORX_KERNEL(s, Exp, G9EPnnn, sExpEP)
+ORX_KERNELS(unary, s, Exp)

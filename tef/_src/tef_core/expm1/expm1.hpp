@@ -25,6 +25,31 @@ struct Expm1EpConstants {
   Row<T> one = T(1), least = kLeastExpm1<T>;
 };
 
+// What kernels of both precisions do about rare arguments: D's kTiny, below which x is the result, and its kRareFrom.
+template <class D, class T>
+struct Expm1 : Kernel<T(T)> {
+  template <class X>
+  static auto too_large(X size) {
+    return not_below(size, D::kRareFrom);
+  }
+  template <class X>
+  static auto rare(X x) {
+    const X size = magnitude(x);
+    return bit_or(too_large(size), less(size, D::kTiny));
+  }
+  // Far below 0 the result is -1, and no underflow is told. The others are so large that e^x - 1 is e^x.
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    left.finish(less(magnitude(x), D::kTiny), [&](X which) {
+      const X tiny = bit_and(which, x);
+      raise_underflow_of_denormals(tiny);
+      return tiny + broadcast<X>(hidden(T(-0.0)));  // flushed where the mode says so
+    });
+    left.finish(less(x, X{}), constant<X>(D::kData.minus_one));
+    D::finish_large(x, left);
+  }
+};
+
 // The common reduction: N, n in its low bits; and x - n L before its low part is taken off.
 template <class D, class X>
 struct Expm1Reduction {

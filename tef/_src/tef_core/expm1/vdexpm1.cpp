@@ -1,6 +1,7 @@
 // e^x - 1, double.
 #include "exp/vdexp.hpp"
 #include "expm1/expm1.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -9,11 +10,11 @@ alignas(64) constexpr double kPowersOfTwo256[256][2] = {
 #include "expm1/vdexpm1.inc"
 };
 
-// |x| is rare below 2^-500, where it is the result and its square underflows, and from 707.7033 on.
-constexpr Row<double> kTiny = 0x1p-500, kRareFrom = 0x1.61da04cbafe44p+9;
 constexpr double kUp = 0x1p60;
 
-struct dExpm1 : Kernel<double(double)> {
+struct dExpm1 : Expm1<dExpm1, double> {
+  // 2^-500, below which squares underflow, and 707.7033
+  static constexpr Row<double> kTiny = 0x1p-500, kRareFrom = 0x1.61da04cbafe44p+9;
   // L = ln 2/256; |r| <= ln2/512, to 2^-61.1 of e^r - 1
   static constexpr Expm1Constants<double, uint64_t> kData{
       0x1.71547652b82fep+8,
@@ -49,21 +50,8 @@ struct dExpm1 : Kernel<double(double)> {
   static X scale(X N) {
     return scale_from<8>(N);
   }
-  template <class X>
-  static auto too_large(X size) {
-    return not_below(size, kRareFrom);
-  }
-  template <class X>
-  static auto rare(X x) {
-    const X size = magnitude(x);
-    return bit_or(too_large(size), less(size, kTiny));
-  }
-  // Where x is tiny it is the result. Far below 0 the result is -1, and no underflow is told. The others are so
-  // large that e^x - 1 is e^x.
   template <class X, class Left>
-  static void finish(X x, Left& left) {
-    left.finish(less(magnitude(x), kTiny), [&](X tiny) { return exact_result(bit_and(tiny, x)); });
-    left.finish(less(x, X{}), constant<X>(kData.minus_one));
+  static void finish_large(X x, Left& left) {
     vdexp_finish_large(x, left);
   }
   static int rare_lane(const double* a, double* r) { return vdexp_cout_rare(a, r); }
@@ -76,7 +64,4 @@ using dExpm1EP = Expm1EP<dExpm1>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(d, Expm1, G9HAynn, dExpm1HA)
-ORX_KERNEL(d, Expm1, G9LAynn, dExpm1LA)
-ORX_KERNEL(d, Expm1, G9EPnnn, dExpm1EP)
+ORX_KERNELS(unary, d, Expm1)

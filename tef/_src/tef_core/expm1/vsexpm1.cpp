@@ -1,6 +1,7 @@
 // e^x - 1, single.
 #include "exp/vsexp.hpp"
 #include "expm1/expm1.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -9,11 +10,11 @@ alignas(64) constexpr float kPowersOfTwo4[4][8] = {
 #include "expm1/vsexpm1.inc"
 };
 
-constexpr Row<float> kTiny = 0x1p-60f, kRareFrom = 0x1.5d58ap+6f;
 // The unit of n, to a whole: so n with the exponent's bias is the bits of a scale factor.
 constexpr float kQuarters = 0x1p21f;
 
-struct sExpm1 : Kernel<float(float)> {
+struct sExpm1 : Expm1<sExpm1, float> {
+  static constexpr Row<float> kTiny = 0x1p-60f, kRareFrom = 0x1.5d58ap+6f;
   static constexpr int kTogether = 2;
   // L = ln 2/4; |r| <= ln2/8, to 2^-30.7 of e^r - 1
   static constexpr Expm1Constants<float, uint32_t> kData{
@@ -47,21 +48,8 @@ struct sExpm1 : Kernel<float(float)> {
   static X scale(X N) {
     return bit_and(real_of_bits(N - kBiased), kExponent);
   }
-  template <class X>
-  static auto too_large(X size) {
-    return not_below(size, kRareFrom);
-  }
-  template <class X>
-  static auto rare(X x) {
-    const X size = magnitude(x);
-    return bit_or(too_large(size), less(size, kTiny));
-  }
-  // Where x is tiny it is the result. Far below 0 the result is -1, and no underflow is told. The others are so
-  // large that e^x - 1 is e^x.
   template <class X, class Left>
-  static void finish(X x, Left& left) {
-    left.finish(less(magnitude(x), kTiny), [&](X tiny) { return exact_result(bit_and(tiny, x)); });
-    left.finish(less(x, X{}), constant<X>(kData.minus_one));
+  static void finish_large(X x, Left& left) {
     vsexp_finish_large(x, left);
   }
   static int rare_lane(const float* a, float* r) { return vsexp_cout_rare(a, r); }
@@ -78,7 +66,4 @@ using sExpm1EP = Expm1EP<sExpm1>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(s, Expm1, G9HAynn, sExpm1HA)
-ORX_KERNEL(s, Expm1, G9LAynn, sExpm1LA)
-ORX_KERNEL(s, Expm1, G9EPnnn, sExpm1EP)
+ORX_KERNELS(unary, s, Expm1)

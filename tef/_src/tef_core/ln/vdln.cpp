@@ -1,5 +1,6 @@
 // ln x, double.
 #include "ln/vdln.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -9,7 +10,4 @@ using dLnEP = DoubleLogLA<LnDescription, true>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(d, Ln, G9HAynn, dLnHA)
-ORX_KERNEL(d, Ln, G9LAynn, dLnLA)
-ORX_KERNEL(d, Ln, G9EPnnn, dLnEP)
+ORX_KERNELS(unary, d, Ln)

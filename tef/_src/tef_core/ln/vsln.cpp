@@ -1,4 +1,5 @@
 // ln x, single.
+#include "frame/classes.hpp"
 #include "ln/slog.hpp"
 #include "ln/vdln.hpp"
 
@@ -12,7 +13,4 @@ using sLnEP = SingleLog<vdln_cout_rare, SlnEP>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(s, Ln, G9HAynn, sLnHA)
-ORX_KERNEL(s, Ln, G9LAynn, sLnLA)
-ORX_KERNEL(s, Ln, G9EPnnn, sLnEP)
+ORX_KERNELS(unary, s, Ln)

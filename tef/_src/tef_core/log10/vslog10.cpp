@@ -1,4 +1,5 @@
 // log10 x, single.
+#include "frame/classes.hpp"
 #include "ln/slog.hpp"
 #include "ln/vdln.hpp"
 
@@ -63,7 +64,4 @@ using sLog10EP = SingleLog<vslog10_cout_rare, Slog10EP>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(s, Log10, G9HAynn, sLog10HA)
-ORX_KERNEL(s, Log10, G9LAynn, sLog10LA)
-ORX_KERNEL(s, Log10, G9EPnnn, sLog10EP)
+ORX_KERNELS(unary, s, Log10)

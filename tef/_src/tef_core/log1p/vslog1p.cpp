@@ -1,5 +1,6 @@
 // ln(1 + x), single. u = 1 + x, rounded, is taken apart as ln takes its argument, and what the rounding lost
 // is added to its fraction.
+#include "frame/classes.hpp"
 #include "ln/slog.hpp"
 #include "ln/vdln.hpp"
 
@@ -79,7 +80,4 @@ struct sLog1pEP : sLog1p<SlnEP> {
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(s, Log1p, G9HAynn, sLog1pHA)
-ORX_KERNEL(s, Log1p, G9LAynn, sLog1pLA)
-ORX_KERNEL(s, Log1p, G9EPnnn, sLog1pEP)
+ORX_KERNELS(unary, s, Log1p)

@@ -1,5 +1,6 @@
 // sinh x, single.
 #include "sinh/vssinh.hpp"
+#include "frame/classes.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -54,7 +55,4 @@ using sSinhEP = sSinhLow<true>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(s, Sinh, G9HAynn, sSinhHA)
-ORX_KERNEL(s, Sinh, G9LAynn, sSinhLA)
-ORX_KERNEL(s, Sinh, G9EPnnn, sSinhEP)
+ORX_KERNELS(unary, s, Sinh)

@@ -1,5 +1,6 @@
 // tanh x, double.
 #include "tanh/vdtanh.hpp"
+#include "frame/classes.hpp"
 
 namespace orx::tef {
 alignas(64) const double kTanhTable[1024][4] = {
@@ -51,7 +52,4 @@ struct dTanhEP : dTanh {
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(d, Tanh, G9HAynn, dTanhHA)
-ORX_KERNEL(d, Tanh, G9LAynn, dTanhLA)
-ORX_KERNEL(d, Tanh, G9EPnnn, dTanhEP)
+ORX_KERNELS(unary, d, Tanh)

@@ -1,5 +1,6 @@
 // tanh x, single. HA computes in double, as EP does there. LA and EP: with H = (e^(2|x|) - 1)/2 =
 // (2^(k-1) - 1/2) + 2^(k-1) (e^r - 1), 2|x| = k ln2 + r, it is H/(H + 1).
+#include "frame/classes.hpp"
 #include "tanh/vdtanh.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
@@ -61,7 +62,4 @@ using sTanhEP = sTanhLow<true>;
 }  // namespace
 ORX_ISA_END
 
-using namespace orx::tef;
-ORX_KERNEL(s, Tanh, G9HAynn, sTanhHA)
-ORX_KERNEL(s, Tanh, G9LAynn, sTanhLA)
-ORX_KERNEL(s, Tanh, G9EPnnn, sTanhEP)
+ORX_KERNELS(unary, s, Tanh)
