@@ -32,10 +32,24 @@ struct ThirdBits {
 };
 inline constexpr ThirdBits kThirdBits{};
 
-// x taken apart: z, the row of the table, and the scale 2^(p q), with the sign of x if the function is odd.
+// By row of a table the factor beside 1/c: what LA and EP need lies together.
+template <class D>
+struct ThirdPairs {
+  double row[96][2] = {};
+  constexpr ThirdPairs() {
+    for (int i = 0; i < 96; ++i) {
+      row[i][0] = D::kTable[i][0];
+      row[i][1] = kThirdReciprocals[i % 32];
+    }
+  }
+};
+template <class D>
+alignas(64) inline constexpr ThirdPairs<D> kThirdPairs{};
+
+// x taken apart: m - c, the row of the table, and the scale 2^(p q), with the sign of x if the function is odd.
 template <class D, class X>
 struct ThirdParts {
-  X z, scale;
+  X difference, scale;
   Indices<X> row;
 
   explicit ThirdParts(X x) {
@@ -52,7 +66,7 @@ struct ThirdParts {
     if constexpr (D::kOdd) scale = with_sign_of(scale, x);
 
     const X m = bit_or(bit_and(x, d.fraction), d.one), c = bit_or(bit_and(x, d.interval), d.middle);
-    z = (m - c) * gather<X>(kThirdReciprocals, [&](int lane) { return row(lane) & 31; });
+    difference = m - c;
   }
 };
 
@@ -62,19 +76,20 @@ enum class ThirdClass { HA, LA, EP };
 template <class D, ThirdClass accuracy, class X>
 inline X third_power(X x) {
   const ThirdParts<D, X> p(x);
-  const X z2 = p.z * p.z;
-  X T, T_lo;
-  if constexpr (accuracy == ThirdClass::HA)
-    gather_pairs(
-        D::kTable[0], [&](int lane) { return p.row(lane); }, T, T_lo);
-  else
-    T = gather<X>(D::kTable[0], [&](int lane) { return 2 * p.row(lane); });
-  if constexpr (accuracy == ThirdClass::HA)
-    return (multiply_add(T, p.z * polynomial(p.z, z2, D::kData.c), T_lo) + T) * p.scale;
-  else if constexpr (accuracy == ThirdClass::LA)
-    return multiply_add(T, p.z * polynomial(p.z, z2, D::kData.c), T) * p.scale;
-  else
-    return multiply_add(T, p.z * polynomial(p.z, z2, D::kData.ep), T) * p.scale;
+  const auto row = [&](int lane) { return p.row(lane); };
+  X T, second;  // what T lacks, or 1/c
+  if constexpr (accuracy == ThirdClass::HA) {
+    gather_pairs(D::kTable[0], row, T, second);
+    const X z = p.difference * gather<X>(kThirdReciprocals, [&](int lane) { return row(lane) & 31; });
+    return (multiply_add(T, z * polynomial(z, z * z, D::kData.c), second) + T) * p.scale;
+  } else {
+    gather_pairs(kThirdPairs<D>.row[0], row, T, second);
+    const X z = p.difference * second;
+    if constexpr (accuracy == ThirdClass::LA)
+      return multiply_add(T, z * polynomial(z, z * z, D::kData.c), T) * p.scale;
+    else
+      return multiply_add(T, z * polynomial(z, z * z, D::kData.ep), T) * p.scale;
+  }
 }
 
 // Single. Bits of a number, read as an integer, are nearly its logarithm: y with the bits C - bits/3 is |x|^(-1/3) but
