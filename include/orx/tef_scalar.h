@@ -22,7 +22,7 @@ int orx_tef_kernel_reduce_pi04l(long double x, long double y[2]);
 /* Functions of the extended type, right to its 64 bits: errors are below 0.6 ulp everywhere, denormal numbers included.
  * Special values and exceptions are those of C99's functions of the name (annex F): log of a negative number, sine of an
  * infinity, asin beyond 1 are NaN and raise invalid; poles raise the division by zero; overflow and underflow as by IEEE
- * 754. The x87 control word must ask for 64-bit significands and round to nearest. They are reentrant. */
+ * 754: exp is finite up to 11356.523. The x87 control word must ask for 64-bit significands and round to nearest. They are reentrant. */
 long double orx_tef_kernel_expl_scalar(long double x);
 long double orx_tef_kernel_logl_scalar(long double x);
 long double orx_tef_kernel_log1pl_scalar(long double x); /* ln(1 + x) */

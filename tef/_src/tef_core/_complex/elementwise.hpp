@@ -18,7 +18,11 @@ inline long double in_x87(long double x) {
 // underflow, also an exact one.
 template <class T>
 inline T narrowed(double x) {
-  const T y = static_cast<T>(in_x87(static_cast<long double>(x)));
+  T y;
+  if constexpr (sizeof(T) == sizeof x)
+    y = x;
+  else
+    y = static_cast<T>(in_x87(static_cast<long double>(x)));
   constexpr T smallest = std::numeric_limits<T>::min();
   if (__builtin_expect(__builtin_isless(__builtin_fabs(y), smallest) && y != 0, 0)) {
     const volatile T underflown = static_cast<T>(in_x87(smallest) * smallest);

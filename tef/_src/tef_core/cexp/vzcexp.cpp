@@ -6,12 +6,13 @@
 ORX_ISA_BEGIN(orx::tef)
 namespace {
 
-// The scalar routine of both classes, where e^x is not a normal number, and for imaginary parts next to 0.
+// The scalar routine of both classes, where a part of the result may not be a normal number.
 int vzexp_cout_rare(const Complex<double>* a, Complex<double>* r) { return _tef_cexpt_scalar(a, r); }
 
 struct {
   Row<double> turns_from = 0x1.fff8p+15, la_turns_from = 0x1p+24;
-  Row<double> least = 0x1p-900;
+  // HA: neither part is rounded twice, as a denormal one would be, for e^x from 2^-476 on times a sine of 2^-540.
+  Row<double> lowest = -330.0, highest = 0x1.6232bp+9, least = 0x1p-540;
 } constexpr vzexp_data{};
 
 // HA. e^x and the sine are carried in two parts each up to the last sum.
@@ -19,7 +20,7 @@ struct zExpHA : Kernel<Complex<double>(Complex<double>)> {
   template <class X>
   static auto rare(Complex<X> z) {
     const X y = magnitude(z.im);
-    return bit_or(dExp::rare(z.re), bit_or(not_below(y, vzexp_data.turns_from), tiny(y)));
+    return bit_or(extreme(z.re), bit_or(not_below(y, vzexp_data.turns_from), tiny(y)));
   }
   template <class X>
   static Complex<X> eval(Complex<X> z) {
@@ -28,7 +29,7 @@ struct zExpHA : Kernel<Complex<double>(Complex<double>)> {
   template <class X, class Left>
   static void finish(Complex<X> z, Left& left) {
     const X y = magnitude(z.im);
-    X far = bit_andnot(bit_or(dExp::rare(z.re), less(y, vzexp_data.turns_from)), left.lanes);
+    X far = bit_andnot(bit_or(extreme(z.re), less(y, vzexp_data.turns_from)), left.lanes);
     far = bit_and(far, at_most(y, kLargestPart<double>));
     left.finish(far, [&](X which) {
       const X one = broadcast<X>(1);
@@ -37,14 +38,16 @@ struct zExpHA : Kernel<Complex<double>(Complex<double>)> {
   }
   static int rare_lane(const Complex<double>* a, Complex<double>* r) { return vzexp_cout_rare(a, r); }
 
- protected:
-  // Neither 0 nor far enough from it for a product's error to be a normal number.
+ private:
+  template <class X>
+  static auto extreme(X x) {
+    return outside(x, vzexp_data.lowest, vzexp_data.highest);
+  }
+  // Neither 0 nor far enough from it.
   template <class X>
   static auto tiny(X y) {
     return bit_and(less(y, vzexp_data.least), not_equal(y, X{}));
   }
-
- private:
   // y is |z.im|, reduced.
   template <class X>
   static Complex<X> product(Complex<X> z, const Turn<X>& y) {
@@ -64,6 +67,7 @@ struct zExpHA : Kernel<Complex<double>(Complex<double>)> {
   }
 };
 
+// LA: the errors of sine and power add up, so that the power is that of HA.
 struct zExpLA : zExpHA {
   template <class X>
   static auto rare(Complex<X> z) {
@@ -71,7 +75,7 @@ struct zExpLA : zExpHA {
   }
   template <class X>
   static Complex<X> eval(Complex<X> z) {
-    return scaled(dExpLA::eval(z.re), Complex<X>{sine_by_polynomial<true, false>(z.im, vdsin_data),
+    return scaled(dExpHA::eval(z.re), Complex<X>{sine_by_polynomial<true, false>(z.im, vdsin_data),
                                                  sine_by_polynomial<false, false>(z.im, vdsin_data)});
   }
 };

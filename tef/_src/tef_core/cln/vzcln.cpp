@@ -11,7 +11,7 @@ int zln_scalar(const Complex<double>* a, Complex<double>* r) {
 }
 
 struct {
-  Row<double> half = 0.5, two = 2.0, one = 1.0;
+  Row<double> half = 0.5, two = 2.0, one = 1.0, near_one_from = 0x1.6ap-1;
   Row<double> lowest = 0x1p-60, highest = 0x1p+60;  // of the larger part
   Row<double> least = 0x1p-400;                     // of the smaller one, if it is not 0
 } constexpr vzln_data{};
@@ -43,14 +43,15 @@ struct zLnRealHA {
   }
 };
 
-// LA and EP: near |z| = 1 by (a - 1)(a + 1) + b^2, whose error is small beside |ln z|.
+// LA and EP: near |z| = 1 by (a - 1)(a + 1) + b^2, whose error is small beside |ln z|, for larger parts a from the root of
+// 1/2 on: below it that term would be larger than the sum, and the angle is no smaller than 1/2 where |z| is near 1.
 template <bool ep>
 struct zLnRealLA : zLnRealHA {
   template <class X>
   static X of(Complex<X> z) {
     const auto& d = vzln_data;
     const X x = magnitude(z.re), y = magnitude(z.im), a = max(x, y), b = min(x, y);
-    const auto near_one = complement(outside(a, d.half, d.two));
+    const auto near_one = complement(outside(a, d.near_one_from, d.two));
     const X base = keep(near_one, constant<X>(d.one));
     const X rest = (a - base) * (a + base) + b * b, sum = base + rest;
     return ln_of_sum_near_one<LnDescription, ep>(sum, rest - (sum - base)) * d.half;

@@ -99,25 +99,30 @@ inline Hyperbola sinh_cosh(long double x) {
       up + down};
 }
 
-// ln(x + rest), x not next to 1, rest below its last place.
-inline long double ln(long double x, long double rest = 0) {
+// ln(2^k m), 2^k m not next to 1.
+inline long double ln(long double x) {
   const ExtendedBits b = bits_of(x);
   const int k = b.field() - kExtendedBias;
   const unsigned i = static_cast<unsigned>(b.significand >> 55) & 255;
   const double* row = orx_tef_core_logl_table_256[i];
-  const long double scale = power_of_two(-k) * orx_tef_core_double_rcp_table_256[i];
-  const Sum half = halves(x);
-  const long double f = (half.high * scale - 1) + half.low * scale;  // a product of x would be rounded
+  const double r = orx_tef_core_double_rcp_table_256[i];
+  const long double scale = power_of_two(-k);
+  long double f = x * (scale * r) - 1;
+  if (k == 0 || k == -1) {
+    // The product was rounded, which is too much where the logarithm is small. r has 11 bits: with a double it is exact.
+    const double high = static_cast<double>(x * scale);
+    f = (static_cast<long double>(high) * r - 1) + (x * scale - high) * r;
+  }
   const long double tail =
       f * f *
       (-1 / 2.0L + f * (1 / 3.0L + f * (-1 / 4.0L + f * (1 / 5.0L + f * (-1 / 6.0L + f * (1 / 7.0L))))));
-  return k * kLn2High + row[1] + (f + (tail + (row[0] + k * kLn2Low + rest * scale)));
+  return k * kLn2High + row[1] + (f + (tail + (row[0] + k * kLn2Low)));
 }
 
 // ln(1 + x), x >= 0.
 inline long double log1p(long double x) {
   const long double with_one = 1 + x;
-  if (x >= 0x1p-5L) return ln(with_one, x - (with_one - 1));
+  if (x >= 0x1p-5L) return ln(with_one) + (x - (with_one - 1)) / with_one;
   long double sum = 0;
   for (int n = 14; n >= 2; --n) sum = (n % 2 ? 1.0L : -1.0L) / n + x * sum;
   return x + x * x * sum;
