@@ -1,4 +1,5 @@
 // What all distributions have in common, for every row of their list.
+#include <algorithm>
 #include <cerrno>
 #include <cfenv>
 #include <cmath>
@@ -159,6 +160,25 @@ TEST(Distributions, UniformsOfZeroAndOneGiveNumbersAndTheThreadIsAsBefore) {
   }
   orx_tef_kernel_ClearErrStatus();
   orx_tef_kernel_ClearErrorCallBack();
+}
+
+// Logarithms of 0 carry tries of the tails beyond the ends.
+TEST(Distributions, CountsOfExtremeUniformsStayInTheSupport) {
+  const Stream s = extreme_stream(INT32_MAX);
+  std::vector<int32_t> r(5000);
+  const auto expect_within = [&](int32_t least, int32_t most) {
+    const auto ends = std::minmax_element(r.begin(), r.end());
+    EXPECT_GE(*ends.first, least);
+    EXPECT_LE(*ends.second, most);
+  };
+  ASSERT_EQ(_kobiRngBinomial(0, s, 5000, r.data(), 60, 0.5), 0);
+  expect_within(0, 60);
+  ASSERT_EQ(_kobiRngHypergeometric(0, s, 5000, r.data(), 2000, 400, 500), 0);
+  expect_within(0, 400);
+  ASSERT_EQ(_kobiRngPoisson(0, s, 5000, r.data(), 50), 0);
+  expect_within(0, INT32_MAX);
+  ASSERT_EQ(_kobiRngNegbinomial(0, s, 5000, r.data(), 100, 0.2), 0);
+  expect_within(0, INT32_MAX);
 }
 
 TEST(Distributions, FailuresArePassedOnAndTheThreadIsAsBefore) {

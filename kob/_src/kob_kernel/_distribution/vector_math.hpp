@@ -83,16 +83,11 @@ class VectorMath : public VectorKernels<KeepDenormals> {
   const KeepVectorMathThread thread_;
 };
 
-// For arguments that are in no error, on a thread that flushes nothing: nothing is set, so nothing needs to be put
-// back.
+// For arguments that are in no error and far from denormals: nothing is set, so nothing needs to be put back.
 struct NoBracket {
   NoBracket() {}
 };
 using BareVectorMath = VectorKernels<NoBracket>;
-inline bool flushes_denormals() {
-  const uint32_t mode = uint32_t(tefMode);
-  return ((mode ? mode : uint32_t(orx_tef_kernel_GetMode())) & TEF_FLUSH_MASK) == TEF_FLUSH_ON;
-}
 
 // What stands for ln 0: in double the logarithm of the smallest subnormal.
 template <class Real>
