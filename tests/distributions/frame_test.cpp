@@ -126,20 +126,22 @@ Stream extreme_stream(int numbers) {
   return Stream(uint32_t(id));
 }
 
-// A registered generator of one uniform, again and again, whose interval changes nothing.
-double the_uniform;
+// A registered generator of two uniforms in turn, whose interval changes nothing.
+double the_uniforms[2];
 template <class Real>
-int repeat_uniform(KobStream*, int n, Real r[], Real, Real) {
-  std::fill_n(r, std::max(n, 0), Real(the_uniform));
+int repeat_uniforms(KobStream*, int n, Real r[], Real, Real) {
+  for (int i = 0; i < n; ++i) r[i] = Real(the_uniforms[i % 2]);
   return 0;
 }
-Stream one_uniform(double u) {
+Stream two_uniforms(double first, double second) {
   static const KobBrngProperties properties = {
-      16, 1, 1, 4, 32, start_extremes, repeat_uniform<float>, repeat_uniform<double>, no_words};
+      16, 1, 1, 4, 32, start_extremes, repeat_uniforms<float>, repeat_uniforms<double>, no_words};
   static const int id = __kobRegisterBrng(&properties);
-  the_uniform = u;
+  the_uniforms[0] = first;
+  the_uniforms[1] = second;
   return Stream(uint32_t(id));
 }
+Stream one_uniform(double u) { return two_uniforms(u, u); }
 
 TEST(Distributions, UniformsOfZeroAndOneGiveNumbersAndTheThreadIsAsBefore) {
   orx_tef_kernel_SetErrorCallBack(counting_handler);
@@ -264,6 +266,8 @@ TEST(Distributions, FlushedDenormalsChangeNoSingleNumber) {
         draw([&](const Stream& s) { return _kobdRngGaussian(1, s, 1, &u, 0, beta); });
         draw([&](const Stream& s) { return _kobdRngGaussian(2, s, 1, &u, 0, beta); });
       }
+      EXPECT_EQ(_kobdRngGaussian(1, two_uniforms(0.3, 0x1p-1060), 1, &u, 0, beta), 0);
+      r.push_back(u);
     }
   };
   std::vector<double> expected, by_mode, by_control_word;
@@ -278,6 +282,13 @@ TEST(Distributions, FlushedDenormalsChangeNoSingleNumber) {
   _mm_setcsr(usual);
   EXPECT_TRUE(same_bits(by_mode, expected));
   EXPECT_TRUE(same_bits(by_control_word, expected));
+}
+
+TEST(Distributions, LaplaceOfASelectorInTheMiddleIsAbove) {
+  double r[2];
+  ASSERT_EQ(_kobdRngLaplace(0, one_uniform(0.5), 2, r, 1, 2), 0);
+  EXPECT_NEAR(r[0], 1 + 2 * std::log(2.0), 1e-6);
+  EXPECT_EQ(r[1], r[0]);
 }
 
 // Rounding can lift a uniform to 1 and its logarithm above 0; a registered generator may go farther.
