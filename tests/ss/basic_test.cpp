@@ -430,6 +430,35 @@ TYPED_TEST(Basic, WeightsOfZero) {
   }
 }
 
+// Weights of zero through whole blocks, and for all that some workers see.
+TYPED_TEST(Basic, BlocksOfWeightZero) {
+  using T = TypeParam;
+  constexpr int p = 3, n = 30000;
+  const auto counts = [](int i) { return i >= 10000 && (i < 12000 || i >= 22000); };
+  std::vector<T> rows(size_t(p) * n), w(n), kept;
+  for (int i = 0; i < n; ++i) w[i] = T(counts(i));
+  for (int j = 0; j < p; ++j)
+    for (int i = 0; i < n; ++i) {
+      rows[size_t(j) * n + i] = T((i * 37 + j * 11) % 101);
+      if (counts(i)) kept.push_back(rows[size_t(j) * n + i]);
+    }
+  for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS})
+    for (const int method : {KOB_SS_FAST, KOB_SS_ONE_PASS})
+      for (const int estimates : {moments, everything})
+        for (const int workers : {1, 6}) {
+          BasicTask<T> all(p, n, storage, stored(rows, p, n, storage), w.data());
+          BasicTask<T> some(p, int(kept.size()) / p, storage, stored(kept, p, int(kept.size()) / p, storage));
+          ASSERT_EQ(all.compute(estimates, method, workers), 0);
+          ASSERT_EQ(some.compute(estimates, method), 0);
+          const double tolerance = sizeof(T) == 8 ? 1e-11 : 1e-3;
+          for (int j = 0; j < p; ++j) {
+            ASSERT_NEAR(all.mean[j] / some.mean[j], 1, tolerance) << workers;
+            for (int k = 2; k <= 4; k += 2)
+              ASSERT_NEAR(all.central[k][j] / some.central[k][j], 1, tolerance) << workers;
+          }
+        }
+}
+
 TEST(BasicFixed, SmallCountsRunOnOneWorker) {
   BasicTask<double> t(1, 999, KOB_SS_ROWS, std::vector<double>(999, 2.));
   ASSERT_EQ(t.compute(KOB_SS_MEAN, KOB_SS_FAST, 64), 0);

@@ -121,17 +121,19 @@ TYPED_TEST(Quantiles, NeighboursWhoseDistanceIsOutOfRange) {
   EXPECT_EQ(quantiles_of<T>({-big, big}, {T(0.5)})[0], 0);
 }
 
-// Places beside those where a selection parts the data, in ranges not much longer than what is sorted at once.
+// Places beside those where a selection parts the data, in ranges not much longer than what is sorted at once: one
+// order at a time, for neighbours would sort each other's places.
 TYPED_TEST(Quantiles, PlacesBesideThePivots) {
   using T = TypeParam;
-  for (uint32_t n = 101; n < 401; ++n) {
-    std::vector<T> x, orders;
+  for (uint32_t n = 101; n < 401; n += 3) {
+    std::vector<T> x;
     for (uint32_t i = 0; i < n; ++i) x.push_back(T(scrambled(i + 1000 * n)));
-    for (int k = 0; k < 31; ++k) orders.push_back(T((k + 0.5) / 31));
     std::vector<T> sorted = x;
     std::sort(sorted.begin(), sorted.end());
-    const std::vector<T> q = quantiles_of(x, orders);
-    for (int k = 0; k < 31; ++k) ASSERT_EQ(q[k], plain_quantile(sorted, orders[k])) << n << ' ' << k;
+    for (int k = 0; k < 31; ++k) {
+      const auto order = T((k + 0.5) / 31);
+      ASSERT_EQ(quantiles_of<T>(x, {order})[0], plain_quantile(sorted, order)) << n << ' ' << k;
+    }
   }
 }
 
