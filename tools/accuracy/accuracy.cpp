@@ -2,11 +2,11 @@
 //
 //   orx_accuracy [--short] [--effort N] [--exhaustive] [--write FILE] [FUNCTION...]
 //
-// FUNCTION is a type letter and a name, such as dExp, or a name for all types; without any, all are measured. --short
-// takes few arguments, --effort N times as many (60 unless told), --exhaustive all singles for single-precision functions of
-// one input, under every rounding mode of the caller where results are exact. --write puts the
-// rows into the document's table, where those of functions that are not measured stay. The result is 1 if a bound is
-// exceeded or a special value is wrong.
+// FUNCTION is a type letter and a name, such as dExp, a name for all types, or a letter for all functions of its type;
+// without any, all are measured. --short takes few arguments, --effort N times as many (60 unless told), --exhaustive all
+// singles for single-precision functions of one input, under every rounding mode of the caller where results are exact.
+// --write puts the rows into the document's table, where those of functions that are not measured stay. The result is 1
+// if a bound is exceeded or a special value is wrong.
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -29,7 +29,8 @@ struct Options {
   std::set<std::string> functions;
 
   bool wants(const Function& f) const {
-    return functions.empty() || functions.count(f.full_name()) || functions.count(f.name);
+    return functions.empty() || functions.count(f.full_name()) || functions.count(f.name) ||
+           functions.count(std::string(1, f.type));
   }
 };
 

@@ -54,7 +54,6 @@ Extended complex_pow(Extended a, Extended b) {
   return turned_power(b_re * x - b_im * y, b_re * y + b_im * x);
 }
 
-
 ORX_ISA_END
 
 ORX_COMPLEX_SCALAR(cexp, complex_exp)

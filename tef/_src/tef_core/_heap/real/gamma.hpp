@@ -9,9 +9,9 @@
 namespace orx::tef {
 // A row: the value at a, a slope of 4 bits, what the value lacks, and a polynomial in r for what is left of the change at a + r.
 constexpr int kGammaColumns = 14, kGammaTerms = kGammaColumns - 2;
-extern const double kLGammaRows[57][kGammaColumns];       // ln gamma for a = k/8, k = 8 .. 64
-extern const double _tgamma_A_table[57][kGammaColumns];   // gamma for the same
-extern const double kSingleGammaRows[273][8];             // gamma for a = k/8, k = 8 .. 280, by powers of r alone
+extern const double kLGammaRows[57][kGammaColumns];      // ln gamma for a = k/8, k = 8 .. 64
+extern const double _tgamma_A_table[57][kGammaColumns];  // gamma for the same
+extern const double kSingleGammaRows[273][8];  // gamma for a = k/8, k = 8 .. 280, by powers of r alone
 extern const double _tgamma_sin_table[9][kGammaColumns];  // sin(pi a)/pi for a = k/16, k = 0 .. 8
 }  // namespace orx::tef
 
