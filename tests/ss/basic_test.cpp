@@ -368,6 +368,43 @@ TYPED_TEST(Basic, PartsJoined) {
   }
 }
 
+// The mean of data with an infinity is that infinity, wherever it stands, and of both there is none.
+TYPED_TEST(Basic, InfiniteNumbers) {
+  using T = TypeParam;
+  const T inf = std::numeric_limits<T>::infinity();
+  const int p = 5, n = 5000;
+  for (const int storage : {KOB_SS_ROWS, KOB_SS_COLUMNS})
+    for (const int method : {KOB_SS_FAST, KOB_SS_ONE_PASS})
+      for (const int place : {0, 1234, n - 1})
+        for (const int estimates : {KOB_SS_MEAN, everything}) {
+          std::vector<T> rows = this->data(p, n);
+          rows[place] = inf;
+          rows[n + place] = -inf;
+          rows[2 * n + place] = inf, rows[2 * n + 2000] = -inf;
+          const std::vector<T> x = stored(rows, p, n, storage);
+          const auto check = [&](const BasicTask<T>& t) {
+            EXPECT_EQ(t.mean[0], inf);
+            EXPECT_EQ(t.mean[1], -inf);
+            EXPECT_TRUE(std::isnan(t.mean[2]));
+            EXPECT_TRUE(std::isfinite(t.mean[3]));
+          };
+          for (const int workers : {1, 3}) {
+            BasicTask<T> t(p, n, storage, x);
+            ASSERT_EQ(t.compute(estimates, method, workers), 0);
+            check(t);
+          }
+          BasicTask<T> t(p, n, storage, x);
+          ASSERT_EQ(t.compute_by_blocks(x, nullptr, {1000, 1000, 3000}, estimates, method), 0);
+          check(t);
+          BasicTask<T> other(p, n, storage, stored(this->data(p, n), p, n, storage));
+          ASSERT_EQ(other.compute(estimates, method), 0);
+          ASSERT_EQ(Api<T>::join(other.task, t.task, estimates, method), 0);
+          check(other);
+          ASSERT_EQ(Api<T>::join(t.task, other.task, estimates, method), 0);
+          check(t);
+        }
+}
+
 // The recurrences of higher orders stand on lower ones that the caller need not have asked for.
 TYPED_TEST(Basic, BlocksWithOneEstimateAlone) {
   using T = TypeParam;

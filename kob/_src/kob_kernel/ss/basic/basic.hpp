@@ -348,6 +348,12 @@ void fold_one_pass(const Computation<T>& c, double Wb, const double* delta, F su
     fold_moments<4>(c.state(0), j, Wa, Wb, load<Doubles, true>(delta + j), {sum(2, j), sum(3, j), sum(4, j)});
 }
 
+// How far a mean in two parts lies from the running one; see add_to_mean.
+inline double from_running_mean(const State& state, int j, double mean, double rest) {
+  const double low = state[kMeanLow][j];
+  return (mean - state[kMean][j]) + (rest - (low - low == 0 ? low : 0));
+}
+
 // Folds worker t's results into worker 0's.
 template <class T>
 void merge_worker(const Computation<T>& c, int t) {
@@ -358,8 +364,7 @@ void merge_worker(const Computation<T>& c, int t) {
   for (intptr_t i = 0; i < products; ++i) c.first_products[i] += c.products(t)[i];
   if (c.method == KOB_SS_ONE_PASS) {
     double* delta = from[kBlockSums];
-    for (int j = 0; j < c.p(); ++j)
-      delta[j] = (from[kMean][j] - to[kMean][j]) + (from[kMeanLow][j] - to[kMeanLow][j]);
+    for (int j = 0; j < c.p(); ++j) delta[j] = from_running_mean(to, j, from[kMean][j], from[kMeanLow][j]);
     fold_one_pass(c, b[0], delta, [&](int order, int j) {
       return row_at(from, central_array(order), j) + row_at(from, central_low(order), j);
     });
@@ -392,12 +397,9 @@ void merge_earlier_sums(const Computation<T>& c) {
 }
 
 // What rounding left over is added where the result is finite.
-inline double whole(const State& state, int k, int low, int j) {
-  const double rest = state[low][j];
-  return rest - rest == 0 ? state[k][j] + rest : state[k][j];
-}
 inline double whole_central(const State& state, int order, int j) {
-  return whole(state, central_array(order), central_low(order), j);
+  const double sum = state[central_array(order)][j], rest = state[central_low(order)][j];
+  return rest - rest == 0 ? sum + rest : sum;
 }
 
 // The one-pass kernels leave the raw moments to be made from the central sums.
@@ -407,7 +409,7 @@ void make_raw_sums(const Computation<T>& c) {
   const double W = c.new_W();
   for (int j = 0; j < c.p(); ++j) {
     if (W == 0) state[kMean][j] = state[kMeanLow][j] = 0;
-    const double m = whole(state, kMean, kMeanLow, j), m2 = W * m * m, c2 = whole_central(state, 2, j),
+    const double m = state[kMean][j] + state[kMeanLow][j], m2 = W * m * m, c2 = whole_central(state, 2, j),
                  c3 = whole_central(state, 3, j), c4 = whole_central(state, 4, j);
     state[kRaw2][j] = c2 + m2;
     state[kRaw3][j] = c3 + m * (3 * c2 + m2);
@@ -425,14 +427,14 @@ void merge_earlier_moments(const Computation<T>& c) {
     const auto row = [&](int order) { return state[kBlockSums + order - 1]; };
     for (int j = 0; j < c.p(); ++j) {
       const bool known = c.earlier.has(kMean);
-      row(1)[j] = known ? (c.earlier(kMean, j) - state[kMean][j]) - state[kMeanLow][j] : 0;
+      row(1)[j] = known ? from_running_mean(state, j, c.earlier(kMean, j), 0) : 0;
       for (int order = 2; order <= 4; ++order) row(order)[j] = c.earlier.central_sum(order, j, c.method);
     }
     fold_one_pass(c, c.earlier.W, row(1),
                   [&](int order, int j) { return load<Doubles, true>(row(order) + j); });
   }
   for (int j = 0; j < c.p(); ++j) {
-    state[kMean][j] = whole(state, kMean, kMeanLow, j);
+    state[kMean][j] += state[kMeanLow][j];
     for (int order = 2; order <= 4; ++order) state[central_array(order)][j] = whole_central(state, order, j);
   }
 }

@@ -12,10 +12,11 @@ void load_results(const Computation<T>& c, const SSTask* task, const Earlier<T>&
   c.accumulator(0)[0] = from.W;
   c.accumulator(0)[1] = from.W2;
   for (int j = 0; j < c.p(); ++j) {
+    const double mean = from(kMean, j);
     if (c.method == KOB_SS_ONE_PASS)
-      state[kMean][j] = from(kMean, j);
+      (mean - mean == 0 ? state[kMean] : state[kMeanLow])[j] = mean;  // see add_to_mean
     else if (c.method == KOB_SS_FAST)
-      state[kMean][j] = from.W * from(kMean, j);
+      state[kMean][j] = from.W * mean;
     for (int k = kRaw2; k <= kRaw4; ++k) state[k][j] = from.W * from(k, j);
     for (int order = 2; order <= 4; ++order)
       state[central_array(order)][j] = from.central_sum(order, j, c.method);

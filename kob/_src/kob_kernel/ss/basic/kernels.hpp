@@ -281,6 +281,22 @@ inline void add_to_sum(const State& state, int k, int low, int j, Doubles increm
   store<true>(state[low] + j, row_at(state, low, j) + rest);
 }
 
+// The running mean stays finite, so that it can be subtracted: what is infinite or not a number goes into its rest, and
+// is there when both are added.
+inline Doubles finite_rest(const State& state, int j) {
+  const Doubles rest = row_at(state, kMeanLow, j);
+  return rest - rest == Doubles{} ? rest : Doubles{};
+}
+
+inline void add_to_mean(const State& state, int j, Doubles increment) {
+  const Doubles mean = row_at(state, kMean, j), more = row_at(state, kMeanLow, j) + increment;
+  Doubles rest;
+  const Doubles sum = add_exactly(mean, more, rest);
+  const auto finite = sum - sum == Doubles{};
+  store<true>(state[kMean] + j, finite ? sum : mean);
+  store<true>(state[kMeanLow] + j, finite ? rest : more);
+}
+
 // Central sums of some data.
 struct CentralSums {
   Doubles c2, c3, c4;
@@ -305,10 +321,7 @@ void fold_moments(const State& state, int j, double Wa, double Wb, Doubles delta
                  b.c3 + Wa * Wb * (Wa - Wb) * delta * e * e + 3 * e * (Wa * b.c2 - Wb * c2));
     add_to_sum(state, kCentral2, kCentral2Low, j, b.c2 + Wa * Wb * e * delta);
   }
-  Doubles rest;
-  store<true>(state[kMean] + j,
-              add_exactly(row_at(state, kMean, j), row_at(state, kMeanLow, j) + Wb * e, rest));
-  store<true>(state[kMeanLow] + j, rest);
+  add_to_mean(state, j, Wb * e);
 }
 
 // A block whose powers about the running mean, rounded, are summed up: where its own mean lies from that, and its
@@ -367,7 +380,7 @@ void one_pass_moments(const KernelArgs<T>& args, int begin) {
       if (w.sum == 0) continue;
       CentralSums b;
       const Doubles d = central_sums<order>(sums, w.sum, b);
-      fold_moments<order>(state, j, W, w.sum, d - row_at(state, kMeanLow, j), b);
+      fold_moments<order>(state, j, W, w.sum, d - finite_rest(state, j), b);
     }
     add_weights(args.accumulator, w);
   });
@@ -529,7 +542,7 @@ void one_pass_cross(const KernelArgs<T>& args, int begin) {
       if (Wb != 0) {
         CentralSums b;
         d = central_sums<order>(sums, Wb, b);
-        delta = d - row_at(state, kMeanLow, j);
+        delta = d - finite_rest(state, j);
         fold_moments<order>(state, j, Wa, Wb, delta, b);
       }
       distances.set(j, count, d, -Wb * d);
