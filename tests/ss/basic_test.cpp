@@ -302,8 +302,9 @@ TYPED_TEST(Basic, BlocksAndWorkers) {
         };
         for (const int workers : {2, 3, 7}) {
           start();
-          Threads::arrange = [&](std::vector<int>& order) {
-            std::shuffle(order.begin(), order.end(), this->random);
+          // It outlives this test, and so has a generator of its own.
+          Threads::arrange = [random = this->random](std::vector<int>& order) mutable {
+            std::shuffle(order.begin(), order.end(), random);
           };
           ASSERT_EQ(t.compute(everything, method, workers), 0);
           EXPECT_EQ(Threads::last_asked, std::min(workers, n / 1000));
