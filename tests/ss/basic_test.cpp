@@ -397,6 +397,8 @@ TYPED_TEST(Basic, InfiniteNumbers) {
           BasicTask<T> t(p, n, storage, x);
           ASSERT_EQ(t.compute_by_blocks(x, nullptr, {1000, 1000, 3000}, estimates, method), 0);
           check(t);
+          t.set(KOB_SS_ID_OBSERVATIONS, t.x.data());  // the blocks are gone
+          t.set(KOB_SS_ID_OBSERVATION_COUNT, &t.n);
           BasicTask<T> other(p, n, storage, stored(this->data(p, n), p, n, storage));
           ASSERT_EQ(other.compute(estimates, method), 0);
           ASSERT_EQ(Api<T>::join(other.task, t.task, estimates, method), 0);
