@@ -59,12 +59,16 @@ TEST(ComplexCore, PowersKeepTheirDigitsWhereTheExponentIsLarge) {
   EXPECT_DOUBLE_EQ(r[1], 1.47569155684377538106e+150);
 }
 
-// |z|^2 is 1 but for 4.4e-17, which no double sees beside 1.
+// |z|^2 is 1 but for 4.4e-17, which no double sees beside 1; next to the diagonal both squares are below 1/2.
 TEST(ComplexCore, LogarithmNextToTheUnitCircle) {
   double r[2];
   orx_tef_kernel_clog_scalar(0.6, 0.8, r);
-  EXPECT_DOUBLE_EQ(r[0], 2.2204460492503131548e-17);
-  EXPECT_DOUBLE_EQ(r[1], 0.927295218001612276837);
+  EXPECT_EQ(r[0], 2.2204460492503131548e-17);
+  EXPECT_EQ(r[1], 0.927295218001612276837);
+  orx_tef_kernel_clog_scalar(0.70708866605473508, -0.70703922745273728, r);
+  EXPECT_EQ(r[0], -6.0578259563214011277e-05);
+  orx_tef_kernel_clog10_scalar(0.70708866605473508, -0.70703922745273728, r);
+  EXPECT_EQ(r[0], -2.6308803851606739386e-05);
 }
 
 // C99, G.6.3.1, G.6.3.2, G.6.4.2; with the imaginary part's sign changed the result's changes, too.

@@ -19,16 +19,16 @@ constexpr Entry kLn[5][4] = {
 };
 // clang-format on
 
-// The sum of four numbers as if in threefold precision (T. Ogita, S. Rump, S. Oishi, "Accurate sum and dot product", SIAM
+// The sum of five numbers as if in fourfold precision (T. Ogita, S. Rump, S. Oishi, "Accurate sum and dot product", SIAM
 // J. Sci. Comput. 26, 2005, algorithm SumK).
-Sum accurate_sum(long double (&term)[4]) {
+Sum accurate_sum(long double (&term)[5]) {
   for (int pass = 0; pass < 3; ++pass)
-    for (int i = 1; i < 4; ++i) {
+    for (int i = 1; i < 5; ++i) {
       const Sum s = exact_sum(term[i], term[i - 1]);
       term[i] = s.high;
       term[i - 1] = s.low;
     }
-  return fast_sum(term[3], term[2] + (term[1] + term[0]));
+  return fast_sum(term[4], term[3] + (term[2] + (term[1] + term[0])));
 }
 
 bool near_one(long double square) { return square > 0.96875L && square < 1.0625L; }
@@ -41,7 +41,8 @@ Sum ln_of_magnitude(Extended z) {
   const long double a = steep ? z.im : z.re, b = steep ? z.re : z.im;
   const Sum p = exact_product(a, a), q = exact_product(b, b), square = p + q;
   if (!near_one(square.high)) return scaled(log_of(square), 0.5L);
-  long double term[4] = {p.high - 1, q.high, p.low, q.low};
+  long double term[5] = {-1, p.high, q.high, p.low,
+                         q.low};  // not p.high - 1: that rounds where a^2 is below 1/2
   return scaled(log1p_of(accurate_sum(term)), 0.5L);
 }
 
