@@ -168,7 +168,10 @@ inline Descriptor of_elements(Descriptor d, Cases cases, Interval timed) {
          .specials = cases.mirrored,
          .strata = {everywhere()},
          .approximate = d.c.approximate};
-  d.z = {.bounds = {0.51, 0.51, 0.51}, .timed = timed, .specials = cases.mirrored};
+  d.z = {.bounds = {0.51, 0.51, 0.51},
+         .timed = timed,
+         .specials = cases.mirrored,
+         .approximate = d.c.approximate};
   for (const double x : {0.0, 5e-324, -1e-308, 1e-200, -1e-20, 1.0, -1e20, 1e200, -1.7e308})
     for (const double y : {-0.0, -5e-324, 3e-308, -1e-160, 1e-17, 1.0, -1e17, -1e160, 1.7e308})
       d.z.cases.push_back({x, y});

@@ -1,144 +1,159 @@
-// Inverse circular and hyperbolic functions of singles, in doubles: the formulas of the scalar routines, which double
-// carries to 2^-40.
+// Inverse circular and hyperbolic functions by the formulas of the scalar routines: of singles in doubles, which carry them to
+// 2^-40, of doubles in numbers in two parts.
 #pragma once
 #include "_complex/elementwise.hpp"
+#include "_complex/ln_in_two.hpp"
 #include "cln/cln_of_single.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
 struct ArcsData {
-  Row<double> one = 1.0, two = 2.0, four = 4.0, half = 0.5, quarter = 0.25;
+  Row<double> one = 1.0, minus_one = -1.0, two = 2.0, four = 4.0, half = 0.5, quarter = 0.25;
   Row<double> least = 0x1p-1000;  // a divisor beside which the dividend is 0
 };
 inline constexpr ArcsData kArcs{};
 
 // ln(1 + x), x >= 0.
 template <class X>
-inline X log1p_of_single(X x) {
+inline X log1p_of(X x) {
   const auto& d = kArcs;
   const X sum = d.one + x;
   return ln_of_sum_near_one<LnDescription, false>(sum, keep(less(sum, d.two), x - (sum - d.one)));
+}
+template <class X>
+inline HighLow<X> log1p_of(HighLow<X> x) {
+  return log1p_in_two(x);
+}
+// The angle of a point in the first quadrant, or of (-x, y) where `sign` has a minus.
+template <class X, class... Sign>
+inline X angle_of(X y, X x, Sign... sign) {
+  return dAngleLA::of(y, x, sign...);
+}
+template <class X, class... Sign>
+inline HighLow<X> angle_of(HighLow<X> y, HighLow<X> x, Sign... sign) {
+  return angle_in_two(y, x, sign...);
 }
 
 // Of x + iy in the first quadrant, as in the scalar routine: with r and s the distances from -1 and 1, a = (r + s)/2 and
 // b = x/a the arcsine is asin b + i ln(a + sqrt(a^2 - 1)). Here
 //   a - 1 = (y^2/(r + (x + 1)) + t)/2 and leg^2 = a^2 - x^2 = (a + x)(y^2/(r + (x + 1)) + u)/2,
 // where t and u are y^2/(s + |x - 1|) and s + |x - 1|, or for x > 1 the other way round.
-template <class X>
+template <class Carried, class X>
 struct Arc {
-  X leg, log;
+  using Number = decltype(Carried::exact(X{}));
+  Number leg, log;
 
   Arc(X x, X y) {
     const auto& d = kArcs;
-    const X square = y * y, from_left = x + d.one, from_right = x - d.one;
-    const X r = square_root(from_left * from_left + square),
-            s = square_root(from_right * from_right + square);
-    const X a = (r + s) * d.half;
-    const X rest = s + magnitude(from_right), quotient = square / max(rest, d.least),
-            above = square / (r + from_left);
-    const auto beyond = less(constant<X>(d.one), x);
-    leg = square_root((a + x) * d.half * (above + select(beyond, quotient, rest)));
-    const X a_less_1 = (above + select(beyond, rest, quotient)) * d.half;
-    log = log1p_of_single(a_less_1 + square_root(a_less_1 * (a + d.one)));
+    const X one = constant<X>(d.one);
+    const Number square = Carried::product(y, y), from_left = Carried::sum(x, one),
+                 from_right = Carried::sum(x, constant<X>(d.minus_one));
+    const Number r = square_root(from_left * from_left + square),
+                 s = square_root(from_right * from_right + square);
+    const Number a = scaled(r + s, d.half);
+    const Number rest = s + magnitude(from_right), quotient = square / max(rest, d.least),
+                 above = square / (r + from_left);
+    const auto beyond = less(one, x);
+    leg = square_root(scaled(a + x, d.half) * (above + select(beyond, quotient, rest)));
+    const Number a_less_1 = scaled(above + select(beyond, rest, quotient), d.half);
+    log = log1p_of(a_less_1 + square_root(a_less_1 * (a + one)));
   }
 };
 
-struct ArcFunction {
+// f(z) = g(iz)/i, g odd and g(conj z) = conj g(z).
+template <class Function>
+struct PartsExchanged {
   template <class X>
   static auto rare(Complex<X> z) {
-    return not_moderate(z);
-  }
-};
-struct AsinOfSingle : ArcFunction {
-  template <class X>
-  static auto eval(Complex<X> z) {
-    return narrow(of(widen(z)));
+    return Function::rare(Complex<X>{z.im, z.re});
   }
   template <class X>
-  static Complex<X> of(Complex<X> z) {
-    const X x = magnitude(z.re);
-    const Arc<X> arc(x, magnitude(z.im));
-    return {with_sign_of(dAngleLA::of(x, arc.leg), z.re), with_sign_of(arc.log, z.im)};
-  }
-};
-struct AsinhOfSingle : ArcFunction {
-  template <class X>
-  static auto eval(Complex<X> z) {
-    const auto wide = widen(z);
-    const auto y = AsinOfSingle::of(Complex<decltype(wide.re)>{wide.im, wide.re});
-    return narrow(Complex<decltype(wide.re)>{y.im, y.re});
-  }
-};
-struct AcosOfSingle : ArcFunction {
-  template <class X>
-  static auto eval(Complex<X> z) {
-    const auto wide = widen(z);
-    const auto y = of(wide);
-    return narrow(Complex<decltype(wide.re)>{y.re, with_sign_of(y.im, opposite(wide.im))});
-  }
-  // The parts of the arccosine without their signs.
-  template <class X>
-  static Complex<X> of(Complex<X> z) {
-    const X x = magnitude(z.re);
-    const Arc<X> arc(x, magnitude(z.im));
-    return {dAngleLA::of(arc.leg, x, z.re), arc.log};
-  }
-};
-struct AcoshOfSingle : ArcFunction {
-  template <class X>
-  static auto eval(Complex<X> z) {
-    const auto wide = widen(z);
-    const auto y = AcosOfSingle::of(wide);
-    return narrow(Complex<decltype(wide.re)>{y.im, with_sign_of(y.re, wide.im)});
+  static auto of(Complex<X> z) {
+    const auto y = Function::of(Complex<X>{z.im, z.re});
+    return complex_of(y.im, y.re);
   }
 };
 
-// ln((1 + z)/(1 - z))/2: but for the sign the real part is ln(1 + 4 x/((1 - x)^2 + y^2))/4.
-struct AtanhOfSingle : ArcFunction {
-  template <class X>
-  static auto rare(Complex<X> z) {
-    return bit_or(not_moderate(z), pole(z.re, z.im));
-  }
-  template <class X>
-  static auto eval(Complex<X> z) {
-    return narrow(of(widen(z)));
-  }
-  template <class X>
-  static Complex<X> of(Complex<X> z) {
-    const auto& d = kArcs;
-    const X x = magnitude(z.re), square = z.im * z.im, less_x = d.one - x;
-    const X log = log1p_of_single(d.four * x / (less_x * less_x + square)) * d.quarter;
-    const X width = less_x * (d.one + x) - square;
-    const X angle = dAngleLA::of(magnitude(z.im) * d.two, magnitude(width), width) * d.half;
-    return {with_sign_of(log, z.re), with_sign_of(angle, z.im)};
-  }
+template <class Carried>
+struct Arcs {
+  struct Asin {
+    template <class X>
+    static auto rare(Complex<X> z) {
+      return not_moderate(z);
+    }
+    template <class X>
+    static auto of(Complex<X> z) {
+      const X x = magnitude(z.re);
+      const Arc<Carried, X> arc(x, magnitude(z.im));
+      return complex_of(turned_by(angle_of(Carried::exact(x), arc.leg), z.re), turned_by(arc.log, z.im));
+    }
+  };
+  using Asinh = PartsExchanged<Asin>;
+  struct Acos {
+    template <class X>
+    static auto rare(Complex<X> z) {
+      return not_moderate(z);
+    }
+    template <class X>
+    static auto of(Complex<X> z) {
+      const X x = magnitude(z.re);
+      const Arc<Carried, X> arc(x, magnitude(z.im));
+      return complex_of(angle_of(arc.leg, Carried::exact(x), z.re), turned_by(arc.log, opposite(z.im)));
+    }
+  };
+  // The parts of the arccosine exchanged, with other signs.
+  struct Acosh : Acos {
+    template <class X>
+    static auto of(Complex<X> z) {
+      const auto y = Acos::of(z);
+      return complex_of(magnitude(y.im), turned_by(y.re, z.im));
+    }
+  };
 
- protected:
-  template <class X>
-  static auto pole(X x, X y) {
-    static constexpr Row<float> one = 1.0f;
-    return bit_and(equal(magnitude(x), one), equal(y, X{}));
-  }
+  // ln((1 + z)/(1 - z))/2: but for the sign the real part is ln(1 + 4 x/((1 - x)^2 + y^2))/4.
+  struct Atanh {
+    template <class X>
+    static auto rare(Complex<X> z) {
+      const auto pole = bit_and(equal(magnitude(z.re), broadcast<X>(1)), equal(z.im, X{}));
+      return bit_or(not_moderate(z), pole);
+    }
+    template <class X>
+    static auto of(Complex<X> z) {
+      const auto& d = kArcs;
+      const X x = magnitude(z.re), y = magnitude(z.im), one = constant<X>(d.one);
+      const auto square = Carried::product(y, y), less_x = Carried::sum(one, opposite(x));
+      const auto log = scaled(log1p_of(Carried::exact(x * d.four) / (less_x * less_x + square)), d.quarter);
+      const auto width = less_x * Carried::sum(one, x) - square;
+      const auto angle =
+          scaled(angle_of(Carried::exact(y * d.two), magnitude(width), high_part(width)), d.half);
+      return complex_of(turned_by(log, z.re), turned_by(angle, z.im));
+    }
+  };
+  using Atan = PartsExchanged<Atanh>;
 };
-struct AtanOfSingle : AtanhOfSingle {
+
+// As the vectors of a kernel.
+template <class Carried, class Function>
+struct InCarried {
   template <class X>
   static auto rare(Complex<X> z) {
-    return bit_or(not_moderate(z), pole(z.im, z.re));
+    return Function::rare(z);
   }
   template <class X>
-  static auto eval(Complex<X> z) {
-    const auto wide = widen(z);
-    const auto y = of(Complex<decltype(wide.re)>{wide.im, wide.re});
-    return narrow(Complex<decltype(wide.re)>{y.im, y.re});
+  static Complex<X> eval(Complex<X> z) {
+    return Carried::template eval<Function>(z);
   }
 };
+template <class T, OfOneNumber scalar, class Carried, class Function>
+using OfCarried = InVectors<ComplexOfOne<T, scalar>, InCarried<Carried, Function>>;
 
 ORX_ISA_END
 
 // Both precisions: ORX_ARCS(Asin, casin).
-#define ORX_ARCS(Fn, name)                                                                         \
-  using c##Fn = orx::tef::InVectors<orx::tef::ComplexOfOne<float, orx_tef_kernel_##name##_scalar>, \
-                                    orx::tef::Fn##OfSingle>;                                       \
-  using z##Fn = orx::tef::ComplexOfOne<double, orx_tef_kernel_##name##_scalar>;                    \
-  ORX_KERNEL(c, Fn, PXHAynn, c##Fn)                                                                \
+#define ORX_ARCS(Fn, name)                                                                   \
+  using c##Fn = orx::tef::OfCarried<float, orx_tef_kernel_##name##_scalar, orx::tef::InOne,  \
+                                    orx::tef::Arcs<orx::tef::InOne>::Fn>;                    \
+  using z##Fn = orx::tef::OfCarried<double, orx_tef_kernel_##name##_scalar, orx::tef::InTwo, \
+                                    orx::tef::Arcs<orx::tef::InTwo>::Fn>;                    \
+  ORX_KERNEL(c, Fn, PXHAynn, c##Fn)                                                          \
   ORX_KERNEL(z, Fn, PXHAynn, z##Fn)

@@ -7,6 +7,11 @@
 
 ORX_ISA_BEGIN(orx::tef)
 
+template <class N>
+inline Complex<N> complex_of(N re, N im) {
+  return {re, im};
+}
+
 template <int n>
 inline Complex<Vec<double, 2 * n>> widen(Complex<Vec<float, n>> z) {
   return {simd::widen(z.re), simd::widen(z.im)};
@@ -49,6 +54,20 @@ inline Mask<T, n> any_infinite(Complex<Vec<T, n>> z) {
 template <class T, int n>
 inline Mask<T, n> is_zero(Complex<Vec<T, n>> z) {
   return bit_and(equal(z.re, Vec<T, n>{}), equal(z.im, Vec<T, n>{}));
+}
+
+template <class T>
+constexpr Row<T> kModerateFrom = T(0x1p-60);
+template <class T>
+constexpr Row<T> kModerateTo = T(0x1p60);
+
+// A part is neither 0 nor moderate.
+template <class T, int n>
+inline Mask<T, n> not_moderate(Complex<Vec<T, n>> z) {
+  const auto part = [](Vec<T, n> x) {
+    return bit_andnot(equal(x, Vec<T, n>{}), outside(magnitude(x), kModerateFrom<T>, kModerateTo<T>));
+  };
+  return bit_or(part(z.re), part(z.im));
 }
 
 ORX_ISA_END

@@ -35,6 +35,22 @@ struct ComplexLn : Kernel<Complex<T>(Complex<T>)> {
   static int rare_lane(const Complex<T>* a, Complex<T>* r) { return scalar(a, r); }
 };
 
+// |z|^2 of doubles: squares, exactly, and their sum with all that rounding loses.
+template <class X>
+struct SquareOfModulus {
+  X high;
+  HighLow<X> rest;
+
+  explicit SquareOfModulus(Complex<X> z) {
+    const X x = magnitude(z.re), y = magnitude(z.im), a = max(x, y), b = min(x, y);
+    const auto a2 = exact_product(a, a), b2 = exact_product(b, b);
+    const auto sum = fast_two_sum(a2.high, b2.high), low_sum = two_sum(a2.low, b2.low);
+    const auto low = two_sum(sum.low, low_sum.high), square = fast_two_sum(sum.high, low.high);
+    high = square.high;
+    rest = fast_two_sum(square.low, low.low + low_sum.low);
+  }
+};
+
 // ln(x + rest), rest being below the last place of x, in two parts. R is next to the reciprocal of x's fraction m, which
 // differs from x by a power of two; as x is reduced to e = m R - 1, the sum is to e + rest R m/x.
 template <class Description, class X>

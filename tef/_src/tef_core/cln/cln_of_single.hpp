@@ -7,19 +7,8 @@ ORX_ISA_BEGIN(orx::tef)
 
 struct LnOfSingleData {
   Row<double> half = 0.5, two = 2.0;
-  Row<float> lowest = 0x1p-60f, highest = 0x1p60f;
 };
 inline constexpr LnOfSingleData kLnOfSingle{};
-
-// Lanes with a part that is neither 0 nor moderate.
-template <class X>
-inline X not_moderate(Complex<X> z) {
-  const auto& d = kLnOfSingle;
-  const auto part = [&](X x) {
-    return bit_andnot(equal(x, X{}), outside(magnitude(x), d.lowest, d.highest));
-  };
-  return bit_or(part(z.re), part(z.im));
-}
 
 // Of a number that is moderate and not 0, in doubles: squares of singles are exact.
 template <class X>

@@ -26,7 +26,7 @@ inline auto usual_of_doubles(Complex<X> z) {
                     broadcast_bits<X>(~uint64_t{0}));
 }
 
-// HA: squares, exactly, and their sum with all that rounding loses, so that each part is right near |z| = 1, too.
+// HA: each part is right near |z| = 1, too.
 struct zLnRealHA {
   template <class X>
   static auto usual(Complex<X> z) {
@@ -34,12 +34,8 @@ struct zLnRealHA {
   }
   template <class X>
   static X of(Complex<X> z) {
-    const X x = magnitude(z.re), y = magnitude(z.im), a = max(x, y), b = min(x, y);
-    const auto a2 = exact_product(a, a), b2 = exact_product(b, b);
-    const auto sum = fast_two_sum(a2.high, b2.high), rest = two_sum(a2.low, b2.low);
-    const auto low = two_sum(sum.low, rest.high), square = fast_two_sum(sum.high, low.high);
-    return ln_of_sum<LnDescription>(square.high, fast_two_sum(square.low, low.low + rest.low)) *
-           vzln_data.half;
+    const SquareOfModulus<X> square(z);
+    return ln_of_sum<LnDescription>(square.high, square.rest) * vzln_data.half;
   }
 };
 

@@ -4,6 +4,6 @@
 template <class T>
 using Second = orx::tef::Scalar<orx::tef::Complex<T>>;
 using cPowx = orx::tef::cPowOf<Second<float>>;
-using zPowx = orx::tef::ComplexOfTwo<double, orx_tef_kernel_cpow_scalar, Second<double>>;
+using zPowx = orx::tef::zPowOf<Second<double>>;
 ORX_KERNEL_OF(complex_scalar_second, c, Powx, PXHAynn, cPowx)
 ORX_KERNEL_OF(complex_scalar_second, z, Powx, PXHAynn, zPowx)

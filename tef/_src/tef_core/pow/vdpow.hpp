@@ -4,7 +4,7 @@
 // ln x = S + e - e^2/2 + ..., S from the tables. y ln x is a sum of two again, by halves whose products are exact, and
 // e^(high + low) goes the way of exp.
 #pragma once
-#include "exp/vdexp.hpp"
+#include "exp/vdexp_kernels.hpp"
 #include "ln/vdln.hpp"
 #include "pow/pow.hpp"
 
@@ -33,14 +33,13 @@ struct dPowData {
 };
 inline constexpr dPowData vdpow_data{};
 
-// ln x, x being positive and k its biased exponent, to 2^-68 or so; if the square of e is rounded, to 2^-63. It must stand
-// alone even so: rounded with the series' other terms it would cost two ulps of the largest powers.
-template <bool exact_square, class X>
-inline HighLow<X> ln_in_two(X x, X k) {
+// ln x, x being positive and k its biased exponent, from its reduced argument e, to 2^-68 or so; if the square of e is rounded,
+// to 2^-63. It must stand alone even so: rounded with the series' other terms it would cost two ulps of the largest powers.
+template <bool exact_square, class X, class R_of_lane>
+inline HighLow<X> ln_of_reduced(X k, const R_of_lane& R, X e) {
   const auto& d = vdpow_data;
   const auto& ln = LnDescription::kData;
-  Indices<X> R;
-  const X e = log_reduce<LnDescription>(log_fraction(x), R).e, e2 = e * e;
+  const X e2 = e * e;
   X T_hi, T_lo;
   gather_pairs(
       LnDescription::kTable[0], [&](int lane) { return R(lane) - LnDescription::kFirst; }, T_hi, T_lo);
@@ -58,6 +57,12 @@ inline HighLow<X> ln_in_two(X x, X k) {
     return {B.high, multiply_add(e2 * e, polynomial(e, e2, d.la), low + B.low)};
   }
 }
+template <bool exact_square, class X>
+inline HighLow<X> ln_in_two(X x, X k) {
+  Indices<X> R;
+  const X e = log_reduce<LnDescription>(log_fraction(x), R).e;
+  return ln_of_reduced<exact_square>(k, R, e);
+}
 template <class X>
 inline X ln_in_one(X x, X k) {
   Indices<X> R;
@@ -73,7 +78,7 @@ inline HighLow<X> times(X y, const HighLow<X>& l) {
 
 // e^(z.high + z.low); `whole` is their sum, or near it.
 template <class X>
-inline X exp_of_two(const HighLow<X>& z, X whole) {
+inline ExpParts<X> exp_parts_of_two(const HighLow<X>& z, X whole) {
   const auto& d = vdpow_data;
   const X N = multiply_add(whole, d.inv, d.shifter), Nf = N - d.shifter;
   const SpilledWords<X> n(N);
@@ -82,7 +87,12 @@ inline X exp_of_two(const HighLow<X>& z, X whole) {
   X T, T_lo;
   gather_pairs(
       _tefdExpHATab[0], [&](int lane) { return n.low_byte(lane); }, T, T_lo);
-  return multiply_add(T, p + T_lo, T) * scale_from<8>(n.vector());
+  return {T, p + T_lo, scale_from<8>(n.vector())};
+}
+template <class X>
+inline X exp_of_two(const HighLow<X>& z, X whole) {
+  const auto e = exp_parts_of_two(z, whole);
+  return multiply_add(e.T, e.rest, e.T) * e.scale;
 }
 // e^x, to 2^-37.1 of e^r: by a finer table, with 1 + r + r^2/2 for the rest.
 template <class X>
