@@ -9,6 +9,7 @@
 // and one odd polynomial gives A. HA takes A in two parts, and the sum from its large end; LA and EP take a root for r in
 // both cases, whose argument is the smaller of 4 x^2 and 2 - 2 |x|.
 #pragma once
+#include "_heap/real/horner_of_pairs.hpp"
 #include "asin/vdasin.hpp"
 #include "asin/vsasin.hpp"
 #include "frame/exceptions.hpp"
@@ -23,13 +24,13 @@ constexpr const auto& arc_data() {
   else
     return vsasin_data;
 }
-// Of singles by Horner's scheme, which needs no powers that might underflow.
+// Of singles by pairs of terms, which needs no higher powers of the square: they might underflow.
 template <class X, class C>
 inline X arc_polynomial(X square, const C& c) {
   if constexpr (std::is_same_v<typename X::Element, double>)
     return polynomial(square, square * square, c);
   else
-    return horner(square, c);
+    return horner_of_pairs(square, square * square, c);
 }
 
 // Of |x|, not below `tiny`, to 1: r^2, its root, and whether |x| is beyond 1/2.
@@ -45,9 +46,10 @@ struct Chord {
   }
 };
 
-// base + base_lo + part A; the part is +-1 where the chord is steep, +-1/2 elsewhere, the base 0 or larger than that.
+// base + base_lo + part A; the part is +-1 where the chord is steep, +-1/2 elsewhere, the base 0 or larger than that. Where
+// the base is 0 or the sum `large`, at least 1, the sum may be rounded on the way.
 struct ArcHA {
-  template <class X>
+  template <bool large, class X>
   static X sum(X size, const Chord<X>& chord, X base, X base_lo, X part) {
     const auto& d = arc_data<X>();
     const X square = chord.square, root = chord.root;
@@ -64,7 +66,7 @@ struct ArcHA {
 };
 template <bool ep>
 struct ArcByRoot {
-  template <class X>
+  template <bool large, class X>
   static X sum(X, const Chord<X>& chord, X base, X, X part) {
     const auto& d = arc_data<X>();
     const X square = chord.square, root = chord.root;
@@ -73,7 +75,10 @@ struct ArcByRoot {
       p = arc_polynomial(square, d.ep);
     else
       p = arc_polynomial(square, d.la);
-    return multiply_add(multiply_add(root * square, p, root), part, base);
+    if constexpr (large)  // the root joins the base while the polynomial is still on its way
+      return multiply_add(root * (square * part), p, base + root * part);
+    else
+      return multiply_add(multiply_add(root * square, p, root), part, base);
   }
 };
 using ArcLA = ArcByRoot<false>;
@@ -104,8 +109,8 @@ struct ArcSine : ArcKernel<T> {
     const Chord<X> chord(size);
     const X base = keep(chord.steep, constant<X>(d.quarter)),
             base_lo = keep(chord.steep, constant<X>(d.quarter_lo));
-    const X part = bit_xor(d.half, keep(chord.steep, constant<X>(d.turned_and_doubled)));
-    return with_sign_of(Method::sum(size, chord, base, base_lo, part), x);
+    const X part = select_by_sign(X(chord.steep), constant<X>(d.minus_one), constant<X>(d.half));
+    return with_sign_of(Method::template sum<false>(size, chord, base, base_lo, part), x);
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {
@@ -128,9 +133,12 @@ struct ArcCosine : ArcKernel<T> {
     const Chord<X> chord(size);
     // From pi/2, or from 0 where x is large, from pi where -x is.
     const X sign = bit_and(x, broadcast_bits<X>(kSignBit<T>));
-    const X quarters = d.one - keep(chord.steep, bit_or(sign, d.one));
-    const X part = bit_xor(bit_xor(d.minus_half, keep(chord.steep, constant<X>(d.turned_and_doubled))), sign);
-    return Method::sum(size, chord, quarters * d.quarter, quarters * d.quarter_lo, part);
+    const auto base = [&](const Row<T>& quarter) {
+      return quarter - keep(chord.steep, bit_xor(sign, quarter));
+    };
+    const X part =
+        bit_xor(select_by_sign(X(chord.steep), constant<X>(d.one), constant<X>(d.minus_half)), sign);
+    return Method::template sum<true>(size, chord, base(d.quarter), base(d.quarter_lo), part);
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {

@@ -5,8 +5,7 @@
 ORX_ISA_BEGIN(orx::tef)
 
 struct dAsinData {
-  Row<double> one = 1.0, half = 0.5, two = 2.0, minus_half = -0.5;
-  Row<uint64_t> turned_and_doubled = 0x8010000000000000;  // what makes -1 of 1/2, 1 of -1/2
+  Row<double> one = 1.0, half = 0.5, two = 2.0, minus_one = -1.0, minus_half = -0.5;
   Row<double> quarter = 0x1.921fb54442d18p+0, quarter_lo = 0x1.1a62633145c07p-54;  // pi/2
   Row<double> tiny = 0x1p-60;
   // (A - r)/r^3, r <= 1: to 2^-59.8 of the angle, to 2^-55.8 of the angle, and to 2^-27.6 of the angle

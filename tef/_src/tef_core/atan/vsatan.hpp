@@ -43,7 +43,8 @@ struct ReflectedByPolynomial {
       p = horner(square, d.ep);
     else
       p = polynomial(square, square * square, d.la);
-    return octant.base + bit_xor(multiply_add(t * square, p, t), octant.sign);
+    const X part = bit_xor(t, octant.sign);
+    return multiply_add(part * square, p, octant.base + part);
   }
 };
 

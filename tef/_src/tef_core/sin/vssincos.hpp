@@ -74,6 +74,7 @@ struct sSinHA : sSinKernel<wanted> {
 };
 template <Wanted wanted, bool ep>
 struct sSinPolynomial : sSinKernel<wanted> {
+  static constexpr int kTogether = wanted == Wanted::Both ? 1 : 2;
   template <class X>
   static auto eval(X x) {
     return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, ep>(x, vssin_data); });
