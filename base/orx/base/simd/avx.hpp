@@ -107,10 +107,16 @@ inline __m256 select_of_4(const float* table, __m256 index) {
                               _mm256_castps_si256(index));
 }
 
-// By the halves' integers, where there are none of the whole width.
+// A blend by the sign, where there are no integers of the whole width.
 #if defined(ORX_ISA_AVX)
-inline __m256 spread_signs(__m256 a) { return join(spread_signs(low_half(a)), spread_signs(high_half(a))); }
-inline __m256d spread_signs(__m256d a) { return join(spread_signs(low_half(a)), spread_signs(high_half(a))); }
+inline __m256 spread_signs(__m256 a) {
+  const __m256 zero = _mm256_setzero_ps();
+  return select_by_sign(a, _mm256_cmp_ps(zero, zero, _CMP_TRUE_UQ), zero);
+}
+inline __m256d spread_signs(__m256d a) {
+  const __m256d zero = _mm256_setzero_pd();
+  return select_by_sign(a, _mm256_cmp_pd(zero, zero, _CMP_TRUE_UQ), zero);
+}
 #endif
 
 // Not by blends, which the compiler would take apart lane by lane.

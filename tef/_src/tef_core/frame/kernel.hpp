@@ -66,11 +66,12 @@
 //
 // What the frame does. Short vectors begin with the main part; long ones with the elements up to an aligned
 // address. The main part takes a block of two vectors (or kTogether) at a time: asks rare for all of them, then
-// evaluates and stores; what is left over is taken by vectors whose absent lanes are kSafe. Where a lane is rare the
-// block goes, a vector at a time, through the rare path: eval with kSafe in the rare lanes, finish, stores, then the
-// scalar routine and the reports in ascending order. Results, exceptions and reports do not depend on where an
-// element stands. Errors go to the error layer in the types of the signature; a real operand of a complex function
-// has imaginary parts 0. Every call of code that may be compiled for another instruction set follows a vzeroupper.
+// evaluates and stores; what is left over is taken by vectors whose absent lanes are kSafe. A block with a rare lane,
+// and those behind it as long as they have some, go through the rare path, a vector at a time: eval with kSafe in the
+// rare lanes, finish, stores, then the scalar routine and the reports in ascending order. Results, exceptions and
+// reports do not depend on where an element stands. Errors go to the error layer in the types of the signature; a real
+// operand of a complex function has imaginary parts 0. Every call of code that may be compiled for another instruction
+// set follows a vzeroupper.
 //
 // Code that depends on the instruction set (ORX_ISA_BEGIN) includes the rare path: a kernel in a file for another
 // instruction set must not call a scalar routine that is compiled for AVX; instantiate its template in the file.
@@ -393,7 +394,10 @@ class Loop {
       i = to_boundary(call);
       if (i) some(0, static_cast<int>(i), p...);
     }
-    for (const unsigned end = n - (n - i) % kBlock; i != end; i += kBlock) block(i, call);
+    for (const unsigned end = n - (n - i) % kBlock; i != end;) {
+      i = usual_blocks(i, end, call);
+      if (i != end) i = careful(i, kBlock, end, call);
+    }
     for (; i < n; i += kLanes) some(i, static_cast<int>(n - i < kLanes ? n - i : kLanes), p...);
     zero_upper();
   }
@@ -425,27 +429,33 @@ class Loop {
     });
   }
 
-  static void block(unsigned first, const Call& call) {
-    if (kHasRare<K> &&
-        __builtin_expect(any(rare<kBlockVectors>(call.template load<kBlockVectors>(first))), 0)) {
-      careful(first, first + kBlock, call);
-      return;
+  // Blocks up to the first that has rare lanes, or up to `end`; where it came to.
+  static unsigned usual_blocks(unsigned i, unsigned end, const Call& call) {
+    for (; i != end; i += kBlock) {
+      if (kHasRare<K> && __builtin_expect(any_rare(i, call), 0)) break;
+      block(i, call);
     }
+    return i;
+  }
+  static void block(unsigned first, const Call& call) {
     for (int v = 0; v < kBlockVectors; v += K::kTogether) {
       const unsigned i = first + static_cast<unsigned>(v) * kLanes;
       Mask<K::kTogether> late{};
       const auto y = eval<K::kTogether>(call.template load<K::kTogether>(i), late);
       if (kTakesMask<K::kTogether> && __builtin_expect(any(late), 0))
-        careful(i, i + K::kTogether * kLanes, call);
+        careful(i, K::kTogether * kLanes, 0, call);
       else
         call.out.template store<K::kTogether>(i, y);
     }
+  }
+  static bool any_rare(unsigned first, const Call& call) {
+    return any(rare<kBlockVectors>(call.template load<kBlockVectors>(first)));
   }
 
   // A vector or less. Not inlined: the calls of few elements need not set up the main part's constants.
   __attribute__((noinline, flatten)) static void some(unsigned i, int count, P... p) {
     const Call call{p...};
-    if (!usual(i, count, call)) careful(i, i + static_cast<unsigned>(count), call);
+    if (!usual(i, count, call)) careful(i, static_cast<unsigned>(count), 0, call);
     zero_upper();
   }
   static bool usual(unsigned i, int count, const Call& call) {
@@ -458,16 +468,21 @@ class Loop {
     return true;
   }
 
-  // Elements with rare ones among them, a vector at a time. Not inlined, and given a copy of the call, so that
-  // the main part need not keep for it what it does not need itself.
-  __attribute__((noinline)) static void careful(unsigned i, unsigned end, Call call) {
-    for (; i < end; i += kLanes)
-      careful_vector(i, static_cast<int>(end - i < kLanes ? end - i : kLanes), call);
+  // `count` elements with rare ones among them; then the blocks up to `end` that have rare ones, too: to go back to the
+  // main part and to leave it anew costs more than a block. Ends at the first element behind. Not inlined, and given a
+  // copy of the call, so that the main part need not keep for it what it does not need itself.
+  __attribute__((noinline, flatten)) static unsigned careful(unsigned i, unsigned count, unsigned end,
+                                                             Call call) {
+    for (;;) {
+      for (const unsigned to = i + count; i < to; i += kLanes)
+        careful_vector(i, static_cast<int>(to - i < kLanes ? to - i : kLanes), call);
+      if (i >= end || !any_rare(i, call)) return i;
+      count = kBlock;
+    }
   }
 
-  // Rare lanes pass through the usual path as the safe value, so that they raise nothing there. Not inlined into the
-  // loop, which would set up constants for every block.
-  __attribute__((noinline, flatten)) static void careful_vector(unsigned i, int count, const Call& call) {
+  // Rare lanes pass through the usual path as the safe value, so that they raise nothing there.
+  static void careful_vector(unsigned i, int count, const Call& call) {
     using X = Mask<1>;
     constexpr int all = (1 << X::kLanes) - 1;
     const auto x = call.load_first(i, count, K::kSafe), safe = Call::filled(K::kSafe);
@@ -478,11 +493,12 @@ class Loop {
       y = eval<1>(select(mask, safe, x), late);
       mask = bit_or(mask, spread_signs(late));
     }
-    RareLanes<X, Results<1>> left(bit_and(mask, first_lanes<X>(count * kLanesOfElement)), y);
+    if (count < static_cast<int>(kLanes)) mask = bit_and(mask, first_lanes<X>(count * kLanesOfElement));
+    RareLanes<X, Results<1>> left(mask, y);
     if constexpr (kHasFinish<K>)
       select(left.lanes, x, safe).into([&](const auto&... a) { K::finish(a..., left); });
     call.out.store_first(i, count, left.y);
-    repair(i, count, x, left, call);
+    if (any(left.lanes) || left.any_reported()) repair(i, count, x, left, call);
   }
   static constexpr int kLanesOfElement = static_cast<int>(Mask<1>::kLanes / kLanes);
 
@@ -490,7 +506,6 @@ class Loop {
   template <class Left>
   static void repair(unsigned i, int count, const Arguments<1>& x, const Left& left, const Call& call) {
     const int pending = movemask(left.lanes);
-    if (!pending && !left.any_reported()) return;
     const auto spilled = Call::spill(x);
     for (int lane = 0; lane < count; ++lane, ++i) {
       const int bits = ((1 << kLanesOfElement) - 1) << (lane * kLanesOfElement);

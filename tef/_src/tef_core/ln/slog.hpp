@@ -103,8 +103,9 @@ struct SlnEP {
 struct SingleLogLimits {
   Row<float> smallest = FLT_MIN, largest = FLT_MAX / 4, finite = FLT_MAX;  // 3 x overflows behind the largest
   // What brings the others among the usual ones, and what that does to k.
-  // A denormal's bits behind the exponent of `under`, less `under`, are the denormal times 2^32, without a product.
-  Row<float> under = 0x1p-94f, down = 0x1p-32f, orders = 0x1p28f;
+  // A denormal's bits behind the exponent of `under`, less `under`, are the denormal times 2^32, without a product; the
+  // other lanes stay at `under`.
+  Row<float> under = 0x1p-94f, down = 0x1p-32f, orders = 0x1p28f, orders_down = -0x1p28f;
 };
 inline constexpr SingleLogLimits kSingleLog{};
 
@@ -113,14 +114,17 @@ inline constexpr SingleLogLimits kSingleLog{};
 template <class Log, class X, class Left>
 inline void finish_single_log(X x, const Row<float>& large_from, Left& left) {
   const auto& d = kSingleLog;
-  left.finish(not_at_most(x, d.finite), [&](X special) { return bit_and(special, x) + bit_and(special, x); });
-  const X denormal = bit_and(less(X{}, x), less(x, d.smallest)), large = less(constant<X>(large_from), x);
-  left.finish(bit_or(denormal, large), [&](X) {
-    const X up = bit_or(bit_and(denormal, x), constant<X>(d.under)) - d.under;
-    SingleLogParts<X> p(select(denormal, up, select(large, x, constant<X>(d.finite)) * d.down));
-    p.k = p.k + select(denormal, X{} - d.orders, constant<X>(d.orders));
+  const auto moved = [&](X scaled, const Row<float>& orders) {
+    SingleLogParts<X> p(scaled);
+    p.k = p.k + orders;
     return Log::log(p);
+  };
+  left.finish(not_at_most(x, d.finite), [&](X special) { return bit_and(special, x) + bit_and(special, x); });
+  left.finish(bit_and(less(X{}, x), less(x, d.smallest)), [&](X denormal) {
+    return moved(bit_or(bit_and(denormal, x), d.under) - bit_and(denormal, d.under), d.orders_down);
   });
+  left.finish(less(constant<X>(large_from), x),
+              [&](X large) { return moved(select(large, x, constant<X>(d.finite)) * d.down, d.orders); });
 }
 
 // A logarithm of singles, rare where x is not a positive normal number or 3 x overflows. The scalar routine is

@@ -49,6 +49,7 @@ struct sLog1p : Kernel<float(float)> {
 };
 
 struct sLog1pHA : sLog1p<SlnHA> {
+  static constexpr int kTogether = 1;
   template <class X>
   static X eval(X x) {
     raise_underflow_of_denormals(x);
