@@ -1,7 +1,7 @@
 // Inverse circular and hyperbolic functions by the formulas of the scalar routines: of singles in doubles, which carry them to
 // 2^-40, of doubles in numbers in two parts.
 #pragma once
-#include "_complex/elementwise.hpp"
+#include "_complex/carried.hpp"
 #include "_complex/ln_in_two.hpp"
 #include "cln/cln_of_single.hpp"
 
@@ -60,20 +60,6 @@ struct Arc {
   }
 };
 
-// f(z) = g(iz)/i, g odd and g(conj z) = conj g(z).
-template <class Function>
-struct PartsExchanged {
-  template <class X>
-  static auto rare(Complex<X> z) {
-    return Function::rare(Complex<X>{z.im, z.re});
-  }
-  template <class X>
-  static auto of(Complex<X> z) {
-    const auto y = Function::of(Complex<X>{z.im, z.re});
-    return complex_of(y.im, y.re);
-  }
-};
-
 template <class Carried>
 struct Arcs {
   struct Asin {
@@ -88,7 +74,7 @@ struct Arcs {
       return complex_of(turned_by(angle_of(Carried::exact(x), arc.leg), z.re), turned_by(arc.log, z.im));
     }
   };
-  using Asinh = PartsExchanged<Asin>;
+  using Asinh = OddTurned<Asin>;
   struct Acos {
     template <class X>
     static auto rare(Complex<X> z) {
@@ -129,31 +115,14 @@ struct Arcs {
       return complex_of(turned_by(log, z.re), turned_by(angle, z.im));
     }
   };
-  using Atan = PartsExchanged<Atanh>;
+  using Atan = OddTurned<Atanh>;
 };
-
-// As the vectors of a kernel.
-template <class Carried, class Function>
-struct InCarried {
-  template <class X>
-  static auto rare(Complex<X> z) {
-    return Function::rare(z);
-  }
-  template <class X>
-  static Complex<X> eval(Complex<X> z) {
-    return Carried::template eval<Function>(z);
-  }
-};
-template <class T, OfOneNumber scalar, class Carried, class Function>
-using OfCarried = InVectors<ComplexOfOne<T, scalar>, InCarried<Carried, Function>>;
 
 ORX_ISA_END
 
 // Both precisions: ORX_ARCS(Asin, casin).
-#define ORX_ARCS(Fn, name)                                                                   \
-  using c##Fn = orx::tef::OfCarried<float, orx_tef_kernel_##name##_scalar, orx::tef::InOne,  \
-                                    orx::tef::Arcs<orx::tef::InOne>::Fn>;                    \
-  using z##Fn = orx::tef::OfCarried<double, orx_tef_kernel_##name##_scalar, orx::tef::InTwo, \
-                                    orx::tef::Arcs<orx::tef::InTwo>::Fn>;                    \
-  ORX_KERNEL(c, Fn, PXHAynn, c##Fn)                                                          \
+#define ORX_ARCS(Fn, name)                                                                                \
+  using c##Fn = orx::tef::InSingles<orx_tef_kernel_##name##_scalar, orx::tef::Arcs<orx::tef::InOne>::Fn>; \
+  using z##Fn = orx::tef::InDoubles<orx_tef_kernel_##name##_scalar, orx::tef::Arcs<orx::tef::InTwo>::Fn>; \
+  ORX_KERNEL(c, Fn, PXHAynn, c##Fn)                                                                       \
   ORX_KERNEL(z, Fn, PXHAynn, z##Fn)

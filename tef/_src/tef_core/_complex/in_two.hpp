@@ -2,7 +2,6 @@
 // cancels, which is enough that what is rounded to a double in the end is off by half a unit and next to nothing.
 #pragma once
 #include "_complex/exact.hpp"
-#include "_complex/vectors.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
@@ -68,6 +67,12 @@ inline X scaled(X a, const Row<double>& power) {
   return a * power;
 }
 
+// a with the second part below the last place of the first.
+template <class X>
+inline HighLow<X> normalised(HighLow<X> a) {
+  return fast_two_sum(a.high, a.low);
+}
+
 // ---- signs and choices
 template <class X>
 inline HighLow<X> select(X mask, HighLow<X> a, HighLow<X> b) {
@@ -78,6 +83,10 @@ template <class X>
 inline HighLow<X> turned_by(HighLow<X> a, X sign) {
   const X bit = bit_and(sign, broadcast_bits<X>(kSignBit<double>));
   return {bit_xor(a.high, bit), bit_xor(a.low, bit)};
+}
+template <class X>
+inline HighLow<X> opposite(HighLow<X> a) {
+  return turned_by(a, broadcast_bits<X>(kSignBit<double>));
 }
 template <class T, int n>
 inline Vec<T, n> turned_by(Vec<T, n> a, Vec<T, n> sign) {
@@ -104,45 +113,5 @@ template <class X>
 inline X rounded_sum(HighLow<X> a) {
   return with_sign_of(a.high + a.low, a.high);
 }
-
-// ---- how a formula carries its numbers: those of singles in one double, those of doubles in two
-struct InOne {
-  template <class X>
-  static X exact(X a) {
-    return a;
-  }
-  template <class X>
-  static X sum(X a, X b) {
-    return a + b;
-  }
-  template <class X>
-  static X product(X a, X b) {
-    return a * b;
-  }
-  // A function of parts in doubles, of a number in singles.
-  template <class Function, int n>
-  static Complex<Vec<float, n>> eval(Complex<Vec<float, n>> z) {
-    return narrow(Function::of(widen(z)));
-  }
-};
-struct InTwo {
-  template <class X>
-  static HighLow<X> exact(X a) {
-    return {a, X{}};
-  }
-  template <class X>
-  static HighLow<X> sum(X a, X b) {
-    return two_sum(a, b);
-  }
-  template <class X>
-  static HighLow<X> product(X a, X b) {
-    return product_in_two(a, b);
-  }
-  template <class Function, int n>
-  static Complex<Vec<double, n>> eval(Complex<Vec<double, n>> z) {
-    const auto y = Function::of(z);
-    return {rounded_sum(y.re), rounded_sum(y.im)};
-  }
-};
 
 ORX_ISA_END

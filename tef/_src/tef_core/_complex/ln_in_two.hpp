@@ -1,6 +1,6 @@
 // ln z of doubles, each part in two: what the decimal logarithm and powers of doubles are made of.
 #pragma once
-#include "_complex/in_two.hpp"
+#include "_complex/carried.hpp"
 #include "atan/vdatan.hpp"
 #include "cln/cln.hpp"
 #include "pow/vdpow.hpp"

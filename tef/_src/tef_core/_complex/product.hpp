@@ -65,3 +65,17 @@ struct Product : Kernel<Pair<T>(Pair<T>, Pair<T>)> {
 };
 
 ORX_ISA_END
+
+// The kernels of both precisions with their scalar routines: ORX_PRODUCTS(Mul, mul, Times).
+#define ORX_PRODUCTS(Fn, name, Operation)                        \
+  ORX_PRODUCTS_OF(c, float, Fn, vc##name##_cout_rare, Operation) \
+  ORX_PRODUCTS_OF(z, double, Fn, vz##name##_cout_rare, Operation)
+#define ORX_PRODUCTS_OF(t, T, Fn, cout_rare, Operation)                              \
+  static int cout_rare(const orx::tef::Complex<T>* a, const orx::tef::Complex<T>* b, \
+                       orx::tef::Complex<T>* r) {                                    \
+    return orx::tef::rare_product<orx::tef::Operation>(a, b, r);                     \
+  }                                                                                  \
+  using t##Fn##HA = orx::tef::Product<T, orx::tef::Operation, cout_rare>;            \
+  using t##Fn##EP = orx::tef::QuietProduct<T, orx::tef::Operation>;                  \
+  ORX_KERNEL_OF(binary, t, Fn, G9HAynn, t##Fn##HA)                                   \
+  ORX_KERNEL_OF(binary, t, Fn, G9EPnnn, t##Fn##EP)

@@ -57,3 +57,13 @@ struct ComplexSum : QuietComplexSum<T, Operation> {
 };
 
 ORX_ISA_END
+
+// The kernels of both precisions: ORX_SUMS(Add, Plus).
+#define ORX_SUMS(Fn, Operation)        \
+  ORX_SUMS_OF(c, float, Fn, Operation) \
+  ORX_SUMS_OF(z, double, Fn, Operation)
+#define ORX_SUMS_OF(t, T, Fn, Operation)                               \
+  using t##Fn##HA = orx::tef::ComplexSum<T, orx::tef::Operation>;      \
+  using t##Fn##EP = orx::tef::QuietComplexSum<T, orx::tef::Operation>; \
+  ORX_KERNEL_OF(binary, t, Fn, G9HAynn, t##Fn##HA)                     \
+  ORX_KERNEL_OF(binary, t, Fn, G9EPnnn, t##Fn##EP)

@@ -1,42 +1,16 @@
 // Sine and cosine, circular and hyperbolic, of doubles in two parts: what complex functions of doubles are made of. They are
 // right to 2^-61, and what is made of them to half a unit and a little more.
 #pragma once
-#include "_complex/elementwise.hpp"
-#include "_complex/exact.hpp"
-#include "_complex/vectors.hpp"
-#include "_complex/waves_of_singles.hpp"
-#include "tan/vdtan.hpp"
+#include "_complex/waves.hpp"
+#include "sin/vdsincos.hpp"
+#include "sinh/vdsinh.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
 struct WavesOfDoublesData {
   Row<double> sixth = 1 / 6.0, one_by_120 = 1 / 120.0;  // sinh r, |r| <= ln2/256, to 2^-63
-  Row<double> one = 1.0;
-  Row<double> least = 0x1p-250, angles_from = 0x1.fff8p+15;
 };
 inline constexpr WavesOfDoublesData kWavesOfDoubles{};
-
-// The high part of a sum in two, split for products, and its low one.
-template <class X>
-struct SplitSum {
-  Factor<X> high;
-  X low;
-
-  explicit SplitSum(HighLow<X> s) : SplitSum(s.high + s.low, s) {}
-
- private:
-  SplitSum(X sum, HighLow<X> s) : high(sum), low(s.low - (sum - s.high)) {}
-};
-template <class X>
-inline HighLow<X> product_in_two(const SplitSum<X>& a, const SplitSum<X>& b) {
-  const X p = a.high.value * b.high.value;
-  return {p, lost_in_product(a.high, b.high, p) + (a.high.value * b.low + a.low * b.high.value)};
-}
-// A sum in two as a number, with its sign also where it is 0.
-template <class X>
-inline X rounded_sum(HighLow<X> s) {
-  return with_sign_of(s.high + s.low, s.high);
-}
 
 // sinh x and cosh x of |x| <= 700, 0 or not so small that a cube underflows; signs are those of x.
 template <class X>
@@ -77,81 +51,19 @@ struct SinhCoshInTwo {
   }
 };
 
-// Of x + iy.
-template <class X>
-struct WavesInTwo {
-  SplitSum<X> sinh, cosh, sin, cos;
-
-  WavesInTwo(X x, X y) : WavesInTwo(SinhCoshInTwo<X>(x), reduce_by_table_steps(magnitude(y)), y) {}
-
- private:
-  WavesInTwo(const SinhCoshInTwo<X>& of_x, const Turn<X>& turn, X y)
-      : WavesInTwo(of_x, turn, SmallSineCosine<X>(turn), SpilledWords<X>(turn.N), y) {}
-  WavesInTwo(const SinhCoshInTwo<X>& of_x, const Turn<X>& turn, const SmallSineCosine<X>& f,
-             const SpilledWords<X>& n, X y)
-      : sinh(of_x.sinh),
-        cosh(of_x.cosh),
-        sin(signed_as(sine_parts<0>(turn, f, n), y)),
-        cos(sine_parts<128>(turn, f, n)) {}
-
-  static HighLow<X> signed_as(HighLow<X> s, X y) {
-    const X sign = bit_and(y, broadcast_bits<X>(kSignBit<double>));
-    return {bit_xor(s.high, sign), bit_xor(s.low, sign)};
-  }
-};
-
-// Function::of_two(waves) is a hyperbolic function, as with singles.
-template <class Function, Turned turned>
 struct WavesOfDoubles {
-  template <class X>
-  static auto rare(Complex<X> z) {
-    const auto& d = kWavesOfDoubles;
-    const X x = magnitude(turned == Turned::kNot ? z.re : z.im),
-            y = magnitude(turned == Turned::kNot ? z.im : z.re);
-    const auto tiny = [&](X size) { return bit_and(less(size, d.least), not_equal(size, X{})); };
-    return bit_or(bit_or(not_at_most(x, Function::kMostOfDoubles), not_below(y, d.angles_from)),
-                  bit_or(tiny(x), tiny(y)));
-  }
-  template <class X>
-  static Complex<X> eval(Complex<X> z) {
-    if constexpr (turned == Turned::kNot) return Function::of_two(WavesInTwo<X>(z.re, z.im));
-    const Complex<X> y = Function::of_two(WavesInTwo<X>(z.im, z.re));
-    if constexpr (turned == Turned::kOdd) return {y.im, y.re};
-    return {y.re, opposite(y.im)};
-  }
-};
+  static constexpr Row<double> kLeast = 0x1p-250, kAnglesFrom = 0x1.fff8p+15;
+  static constexpr Row<double> kMost = 700.0, kMostOfTangent = 100.0;
 
-struct SinhInTwo {
-  static constexpr Row<double> kMostOfDoubles = 700.0;
   template <class X>
-  static Complex<X> of_two(const WavesInTwo<X>& w) {
-    return {rounded_sum(product_in_two(w.sinh, w.cos)), rounded_sum(product_in_two(w.cosh, w.sin))};
+  static Waves<HighLow<X>> waves(Complex<X> z) {
+    const SinhCoshInTwo<X> of(z.re);
+    const auto turn = reduce_by_table_steps(magnitude(z.im));
+    const SmallSineCosine<X> f(turn);
+    const SpilledWords<X> n(turn.N);
+    return {normalised(of.sinh), normalised(of.cosh), turned_by(normalised(sine_parts<0>(turn, f, n)), z.im),
+            normalised(sine_parts<128>(turn, f, n))};
   }
 };
-struct CoshInTwo {
-  static constexpr Row<double> kMostOfDoubles = 700.0;
-  template <class X>
-  static Complex<X> of_two(const WavesInTwo<X>& w) {
-    return {rounded_sum(product_in_two(w.cosh, w.cos)), rounded_sum(product_in_two(w.sinh, w.sin))};
-  }
-};
-
-// The quotient of sine and cosine times its conjugate.
-struct TanhInTwo {
-  static constexpr Row<double> kMostOfDoubles = 100.0;
-  template <class X>
-  static Complex<X> of_two(const WavesInTwo<X>& w) {
-    const auto x = product_in_two(w.sinh, w.sinh), y = product_in_two(w.cos, w.cos);
-    const auto sum = two_sum(x.high, y.high);
-    const HighLow<X> divisor = {sum.high, sum.low + (x.low + y.low)};
-    const auto over_divisor = [&](HighLow<X> p) {
-      return with_sign_of(accurate_quotient(Fraction<X>{p, divisor}), p.high);
-    };
-    return {over_divisor(product_in_two(w.sinh, w.cosh)), over_divisor(product_in_two(w.sin, w.cos))};
-  }
-};
-
-template <class Function, Turned turned, OfOneNumber scalar>
-using zOfWaves = InVectors<ComplexOfOne<double, scalar>, WavesOfDoubles<Function, turned>>;
 
 ORX_ISA_END

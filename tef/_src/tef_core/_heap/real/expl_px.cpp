@@ -135,16 +135,11 @@ ORX_API void orx_tef_kernel_sinhcoshl_scalar(long double x, long double* sinh, l
 }
 
 ORX_API long double orx_tef_kernel_sinhl_scalar(long double x) {
-  long double sinh, cosh;
-  orx_tef_kernel_sinhcoshl_scalar(x, &sinh, &cosh);
-  return sinh;
+  return both<orx_tef_kernel_sinhcoshl_scalar>(x).first;
 }
 
 ORX_API long double orx_tef_kernel_coshl_scalar(long double x) {
-  if (bits_of(x).field() < kTinyField) return next_to_one(x);
-  long double sinh, cosh;
-  orx_tef_kernel_sinhcoshl_scalar(x, &sinh, &cosh);
-  return cosh;
+  return bits_of(x).field() < kTinyField ? next_to_one(x) : both<orx_tef_kernel_sinhcoshl_scalar>(x).second;
 }
 
 ORX_API long double orx_tef_kernel_tanhl_scalar(long double x) {

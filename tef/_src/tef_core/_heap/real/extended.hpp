@@ -81,6 +81,17 @@ inline long double tiny_result(long double x) {
   return x;
 }
 
+// What a routine with two results gives.
+struct Both {
+  long double first, second;
+};
+template <void routine(long double, long double*, long double*)>
+inline Both both(long double x) {
+  Both y;
+  routine(x, &y.first, &y.second);
+  return y;
+}
+
 // ---- exact sums and products
 // |a| >= |b|, or a is 0.
 inline Sum fast_sum(long double a, long double b) {

@@ -99,16 +99,11 @@ ORX_API void orx_tef_kernel_sincosl_scalar(long double x, long double* sin, long
 }
 
 ORX_API long double orx_tef_kernel_sinl_scalar(long double x) {
-  long double sin, cos;
-  orx_tef_kernel_sincosl_scalar(x, &sin, &cos);
-  return sin;
+  return both<orx_tef_kernel_sincosl_scalar>(x).first;
 }
 
 ORX_API long double orx_tef_kernel_cosl_scalar(long double x) {
-  if (bits_of(x).field() < kTinyField) return next_to_one(x);
-  long double sin, cos;
-  orx_tef_kernel_sincosl_scalar(x, &sin, &cos);
-  return cos;
+  return bits_of(x).field() < kTinyField ? next_to_one(x) : both<orx_tef_kernel_sincosl_scalar>(x).second;
 }
 
 ORX_API long double orx_tef_kernel_tanl_scalar(long double x) {
