@@ -15,7 +15,7 @@ inline Descriptor of_sines(Descriptor d) {
               around({pi / 2, pi / 4, pi, 65568, 16777216, 10000, 0x1p30, 0x1p53})};
   d.s = {.bounds = {.la = 2.5, .ha = 0.65}, .timed = {-1000, 1000}, .floor = {.ep = 1}};
   d.d = {
-      .bounds = {.la = 2.5, .ha = 0.52},
+      .bounds = {.la = 2.2, .ha = 0.52},
       .timed = {-1000, 1000},
       .strata = {logarithmic(1, 0x1.fffffffffffffp1023),
                  hard({0x1.6ac5b262ca1ffp849, 0x1.6ac5b262ca1ffp848, 0x1p1000, 1e22, 0x1.d12ed0af1a27fp+15})},

@@ -5,6 +5,9 @@ namespace orx::tef {
 alignas(64) const double kSinTable[512][4] = {
 #include "sin/vdsin_ha.inc"
 };
+alignas(64) const double kPlainSinTable[512][2] = {
+#include "sin/vdsin_la.inc"
+};
 }  // namespace orx::tef
 
 ORX_ISA_BEGIN(orx::tef)

@@ -5,7 +5,8 @@
 // ACM TOMS 17, 1991). The cosine in the table is split into a power of two and a rest, so that the large part of
 // cos t sin r, the power times r, is exact. The cosine of x is the sine a quarter of a turn further on.
 //
-// LA, EP: x = n pi + r, |r| <= pi/2, an odd polynomial, and the sign of n.
+// LA: the same with plain doubles in the table, so that sine and cosine come from one row.
+// EP: x = n pi + r, |r| <= pi/2, an odd polynomial, and the sign of n.
 #pragma once
 #include <cfloat>
 #include <limits>
@@ -15,6 +16,8 @@
 namespace orx::tef {
 // cos t less its power of two, the power, sin t, what it lacks; t = j pi/256
 extern const double kSinTable[512][4];
+// sin t, cos t
+extern const double kPlainSinTable[512][2];
 }  // namespace orx::tef
 
 ORX_ISA_BEGIN(orx::tef)
@@ -93,7 +96,41 @@ inline auto wanted_of(const Turn<X>& t) {
     return Two<X>{sine(None()), sine(Quarter())};
 }
 
-// ---- LA and EP
+// ---- LA
+struct dSinLaData {
+  // pi/256. The products of n, below 2^31, with the first two parts are exact; that with the third is where the result can be
+  // small, for there n is a multiple of 128.
+  Row<double> p1 = 0x1.921fbp-7, p2 = 0x1.5110bp-29, p3 = 0x1.1846989p-51, p4 = 0x1.198a2e0370734p-80;
+  Row<double> c[2] = {-0x1.fffffffffc415p-2, 0x1.55552e2b14609p-5};  // (cos r - 1)/r^2, to 2^-58.2 of cos r
+};
+inline constexpr dSinLaData vdsin_data_la{};
+
+template <Wanted wanted, class X>
+inline auto sines_by_plain_table(X x) {
+  const auto& ha = vdsin_data_ha;
+  const auto& d = vdsin_data_la;
+  if constexpr (wanted == Wanted::Cosine) x = x + ha.tiny;
+  const X N = x * ha.inv + ha.shifter, n = N - ha.shifter;
+  const SpilledWords<X> words(N);
+  const X r = (((x - n * d.p1) - n * d.p2) - n * d.p3) - n * d.p4;
+  const X q = wanted == Wanted::Cosine ? r : without_tiny(r, x, ha.tiny);
+  X S, C;
+  gather_pairs(
+      kPlainSinTable[0], [&](int lane) { return words.low(lane) & 511; }, S, C);
+  const X r2 = q * q;
+  const X s = multiply_add(q * r2, multiply_add(r2, ha.s[1], ha.s[0]), r);
+  // So that zeros come out as +0, and those of x keep their sign beside -0 in the table.
+  const X c = multiply_add(r2 * r2, d.c[1], r2 * d.c[0]);
+  const X sine = S + (C * s + S * c), cosine = C + (C * c - S * s);
+  if constexpr (wanted == Wanted::Sine)
+    return sine;
+  else if constexpr (wanted == Wanted::Cosine)
+    return cosine;
+  else
+    return Two<X>{sine, cosine};
+}
+
+// ---- EP, and functions that are made of sines in LA too
 // x/pi and n are found in units in which they are normal numbers for denormal x.
 template <class T>
 constexpr T kSinUnits = sizeof(T) == 8 ? T(0x1p60) : T(0x1p30f);
@@ -170,8 +207,8 @@ struct SinKernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<T>, T>(
   }
 };
 
-// HA subtracts multiples of pi/256 from what is small enough, LA and EP multiples of pi; the rest goes by the digits of
-// 1/(2 pi) in all classes.
+// HA and LA subtract multiples of pi/256 from what is small enough, EP multiples of pi; the rest goes by the digits of 1/(2 pi)
+// in all classes.
 template <Wanted wanted>
 struct dSinKernel : SinKernel<double, wanted, vdsin_cout_rare> {
   template <class X, class Left>
@@ -197,24 +234,30 @@ struct dSinHA : dSinKernel<wanted> {
  private:
   static constexpr Row<double> kFrom = 0x1.fff8p+15;
 };
-template <Wanted wanted, bool ep>
-struct dSinPolynomial : dSinKernel<wanted> {
+template <Wanted wanted>
+struct dSinLow : dSinKernel<wanted> {
   template <class X>
   static auto rare(X x) {
     return not_below(magnitude(x), kFrom);
-  }
-  template <class X>
-  static auto eval(X x) {
-    return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, ep>(x, vdsin_data); });
   }
 
  private:
   static constexpr Row<double> kFrom = 0x1p+24;
 };
 template <Wanted wanted>
-using dSinLA = dSinPolynomial<wanted, false>;
+struct dSinLA : dSinLow<wanted> {
+  template <class X>
+  static auto eval(X x) {
+    return sines_by_plain_table<wanted>(x);
+  }
+};
 template <Wanted wanted>
-using dSinEP = dSinPolynomial<wanted, true>;
+struct dSinEP : dSinLow<wanted> {
+  template <class X>
+  static auto eval(X x) {
+    return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, true>(x, vdsin_data); });
+  }
+};
 
 ORX_ISA_END
 
