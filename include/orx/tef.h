@@ -180,15 +180,15 @@
  *                       singularity (2): x = 0, y < 0
  *                       overflow (3): result above the largest number
  *                       underflow (4): result denormal or 0
- *                       method: e^(y ln x), the logarithm as a sum of two doubles (after P. T. P. Tang, ACM TOMS 16,
- *                       1990)
+ *                       method: 2^(y log2 x), the logarithm as a sum of two doubles (after P. T. P. Tang, ACM TOMS
+ *                       16, 1990)
  *   Powx        s, d   (n, a, b, r; b one value)  x^y for one y, x >= 0, or y an integer
  *                       domain error (1): x < 0, y not an integer
  *                       singularity (2): x = 0, y < 0
  *                       overflow (3): result above the largest number
  *                       underflow (4): result denormal or 0
- *                       method: e^(y ln x), the logarithm as a sum of two doubles (after P. T. P. Tang, ACM TOMS 16,
- *                       1990)
+ *                       method: 2^(y log2 x), the logarithm as a sum of two doubles (after P. T. P. Tang, ACM TOMS
+ *                       16, 1990)
  *   Cbrt        s, d   (n, a, r)  x^(1/3)
  *                       method: a table of the power at 96 points, the binomial series for the rest (after P. T. P.
  *                       Tang, ACM TOMS 16, 1990)

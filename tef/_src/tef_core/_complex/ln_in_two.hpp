@@ -1,9 +1,9 @@
 // ln z of doubles, each part in two: what the decimal logarithm and powers of doubles are made of.
 #pragma once
 #include "_complex/carried.hpp"
+#include "_complex/natural.hpp"
 #include "atan/vdatan.hpp"
 #include "cln/cln.hpp"
-#include "pow/vdpow.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
@@ -14,7 +14,7 @@ inline HighLow<X> ln_of_sum_in_two(X x, HighLow<X> rest) {
   const X m = log_fraction(x);
   const auto reduced = log_reduce<LnDescription>(m, index);
   const X factor = reduced.R * (m / x), first = rest.high * factor;
-  const auto ln = ln_of_reduced<true>(exponent_field(x), index, reduced.e);
+  const auto ln = ln_of_reduced(exponent_field(x), index, reduced.e);
   const auto sum = two_sum(ln.high, first);
   return {sum.high, sum.low + (ln.low + (rest.low * factor - first * (reduced.e + first * kInTwo.half)))};
 }

@@ -40,6 +40,7 @@ template <class Signature, class Method,
                                 const typename Kernel<Signature>::Real*, typename Kernel<Signature>::Real*)>
 struct Pow : Kernel<Signature> {
   using T = typename Kernel<Signature>::Real;
+  static constexpr int kTogether = 2;
 
   template <class X>
   static auto rare(X x, X y) {

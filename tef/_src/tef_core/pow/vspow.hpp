@@ -9,8 +9,8 @@
 ORX_ISA_BEGIN(orx::tef)
 
 struct sPowData {
-  // Of y ln x: from here on the result, or its inverse, is not a normal number.
-  Row<double> rare_from = 0x1.5d58ap+6;
+  // Of y log2 x: from here on the result, or its inverse, is not a normal number.
+  Row<double> rare_from = 125.9375;
   // Of y log2 x.
   Row<float> ep_rare_from = 126.0f;
   Row<float> orders = 0x1p-23f;  // of an exponent field read as an integer
@@ -29,10 +29,10 @@ struct PowInDoubles {
   template <class X>
   static X power(X x, X y, X& late) {
     const auto base = widen(x);
-    auto z = widen(y) * ln_in_one(base, exponent_field(base));
-    const decltype(z) z_late = not_below(magnitude(z), vspow_data.rare_from);
+    const auto z = widen(y) * log2_in_one(base, exponent_field(base));
+    const std::remove_const_t<decltype(z)> z_late = not_below(magnitude(z), vspow_data.rare_from);
     late = narrow(z_late);
-    return narrow(quick_exp(bit_andnot(z_late, z)));
+    return narrow(exp2_by_polynomial(z, z_late));
   }
   template <class X>
   static X power_of_any(X x, X y, X& late) {
