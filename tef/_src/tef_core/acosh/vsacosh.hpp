@@ -45,7 +45,6 @@ struct sAcoshHA : sAcosh {
     finish_infinite(x, left);
   }
 };
-// Large arguments go as in HA.
 template <bool ep>
 struct sAcoshLow : sAcosh {
   template <class X>
@@ -66,7 +65,7 @@ struct sAcoshLow : sAcosh {
   static void finish(X x, Left& left) {
     finish_infinite(x, left);
     left.finish(less(broadcast<X>(1), x),
-                [&](X large) { return sAcoshHA::eval(select(large, x, broadcast<X>(1))); });
+                [&](X large) { return log_of_twice<ep>(select(large, x, broadcast<X>(1))); });
   }
 };
 using sAcoshLA = sAcoshLow<false>;

@@ -43,7 +43,6 @@ struct sAsinhHA : Kernel<float(float)> {
     finish_infinite(x, left);
   }
 };
-// Large arguments go as in HA.
 template <bool ep>
 struct sAsinhLow : Kernel<float(float)> {
   template <class X>
@@ -61,7 +60,9 @@ struct sAsinhLow : Kernel<float(float)> {
   template <class X, class Left>
   static void finish(X x, Left& left) {
     finish_infinite(x, left);
-    left.finish(left.lanes, [&](X large) { return sAsinhHA::eval(select(large, x, broadcast<X>(1))); });
+    left.finish(left.lanes, [&](X large) {
+      return with_sign_of(log_of_twice<ep>(magnitude(select(large, x, broadcast<X>(1)))), x);
+    });
   }
 };
 using sAsinhLA = sAsinhLow<false>;

@@ -144,9 +144,14 @@ template <class D, bool ep = false>
 struct LogLA {
   template <class X>
   static X log(X x, X k) {
-    Indices<X> R;
-    const X e = log_reduce<D>(log_fraction(x), R).e;
-    return log_la<D>(k, R, e, D::template polynomial_la<ep>(e));
+    Indices<X> index;
+    const X m = log_fraction(x);
+    X e;
+    if constexpr (ep)  // m R rounds, but next to x = 1, where it would count, R is a power of two
+      e = multiply_subtract(m, integer_reciprocal(m, D::kUnit, index), D::kData.unit);
+    else
+      e = log_reduce<D>(m, index).e;
+    return log_la<D>(k, index, e, D::template polynomial_la<ep>(e));
   }
 };
 template <class D>

@@ -12,6 +12,7 @@ struct SingleInverseData {
   Row<double> one = 1.0, half = 0.5;
   Row<float> single_one = 1.0f;
   Row<float> tiny = 0x1p-20f;
+  Row<float> orders = 33 * 0x1p23f;  // of 2 x over x scaled down, as SingleLogParts counts them
 };
 inline constexpr SingleInverseData kSingleInverse{};
 
@@ -31,6 +32,14 @@ inline X log_of_sum(X a, X b) {
   if constexpr (ep) return sln_ep(p, lost * p.scale);
   const X rest = (lost + z.low) * p.scale;
   return sln_la(p, subtract_product(rest, rest, p.e()));  // ln(1 + e + t) = ln(1 + e) + t/(1 + e), nearly
+}
+
+// ln 2 x for x from 1 up, which is their value where squares overflow.
+template <bool ep, class X>
+inline X log_of_twice(X x) {
+  SingleLogParts<X> p(x * kSingleLog.down);
+  p.k = p.k + kSingleInverse.orders;
+  return ep ? sln_ep(p, X{}) : sln_la(p, X{});
 }
 
 ORX_ISA_END
