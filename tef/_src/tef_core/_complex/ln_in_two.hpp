@@ -53,7 +53,7 @@ inline HighLow<X> angle_in_two(HighLow<X> y, HighLow<X> x, Sign... sign) {
   const X square = q * q;
   const X rest = (q * square) * polynomial(square, square * square, d.ha) - excess * inverse;
   const auto sum = fast_two_sum(angle, q);
-  return {sum.high, sum.low + (angle_lo + rest)};
+  return normalised(HighLow<X>{sum.high, sum.low + (angle_lo + rest)});
 }
 
 // ln(1 + x), x >= 0.

@@ -27,7 +27,13 @@ inline Descriptor of_power(const char* name, const char* computes) {
                              {-3, 3});
   d.strata = {even(-4, 4), even(-40, 40), logarithmic(1e-3, 1e3), logarithmic(1e-8, 1), around({1, -1})};
   d.c.strata = {};
+  // Large exponents of numbers next to the unit circle: the powers are of moderate size, their angles take all digits.
   d.z.cases = {};
+  for (const double angle : {0.02, 0.05, 0.15, 0.21, 0.4, 0.7, 1.1, 2.0, 3.1})
+    for (const double modulus : {0.97, 1.0, 1.01})
+      for (const double re : {-700.0, 3.0, 250.0, 775.0})
+        for (const double by_angle : {-550.0, 7.0, 370.0})
+          d.z.cases.push_back({modulus * std::cos(angle), modulus * std::sin(angle), re, by_angle / angle});
   d.c.bounds = d.z.bounds = {0.75, 0.75, 0.75};
   d.c.norm_wise = d.z.norm_wise = kAllClasses;
   return d;

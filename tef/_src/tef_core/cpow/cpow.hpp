@@ -60,7 +60,7 @@ struct PowerOfDouble {
     const auto turn = turn_of_sum(magnitude(y));
     const SmallSineCosine<X> f(turn);
     const SpilledWords<X> n(turn.N);
-    const auto part = [&](HighLow<X> wave) { return rounded_sum(size * wave) * e.scale; };
+    const auto part = [&](HighLow<X> wave) { return rounded_sum(size * normalised(wave)) * e.scale; };
     return {part(sine_parts<128>(turn, f, n)), part(turned_by(sine_parts<0>(turn, f, n), y.high))};
   }
   template <class X>
