@@ -196,6 +196,17 @@ inline int sine_of_special(const T* a, T* r) {
   return infinite ? StatusDomain : StatusOk;
 }
 int vdsin_cout_rare(const double* a, double* r);
+// NaN, still as a vector.
+template <Wanted wanted, class X, class Left>
+inline void finish_nan(X x, Left& left) {
+  left.finish(unordered(x, x), [&](X nan) {
+    const X y = keep(nan, x) * keep(nan, x);
+    if constexpr (wanted == Wanted::Both)
+      return Two<X>{y, y};
+    else
+      return y;
+  });
+}
 
 template <class T, Wanted wanted, int cout_rare(const T*, T*)>
 struct SinKernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<T>, T>(T)> {
@@ -213,7 +224,8 @@ template <Wanted wanted>
 struct dSinKernel : SinKernel<double, wanted, vdsin_cout_rare> {
   template <class X, class Left>
   static void finish(X x, Left& left) {
-    left.finish(at_most(magnitude(x), kLargest), wanted_of<wanted>(reduce_by_digits(x)));
+    left.finish(at_most(magnitude(x), kLargest), [&](X) { return wanted_of<wanted>(reduce_by_digits(x)); });
+    finish_nan<wanted>(x, left);
   }
 
  private:

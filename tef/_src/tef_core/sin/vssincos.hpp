@@ -30,18 +30,17 @@ inline auto in_double(X x, F f) {
     return Two<X>{narrow(y.first), narrow(y.second)};
 }
 
-// A large single, widened: its fraction of a turn makes n half turns and a rest, as above.
+// A large single, widened: n half turns and a rest, as above.
 template <Wanted wanted, class X>
 inline auto sines_of_large(X x) {
-  constexpr uint64_t quarter = uint64_t{1} << 62;
-  static constexpr Row<double> pi = 0x1.921fb54442d18p+1;
-  const auto fraction = single_turn_fraction(x);
+  static constexpr Row<double> pi = 0x1.921fb54442d18p+1, shifter = 0x1.8p+52, half = 0.5;
+  const auto turns = half_turns_of_single(x);
+  const X all = turns.high + turns.low;
   return chosen<wanted>([&](auto cosine) {
-    const auto turn = cosine ? fraction + quarter : fraction;
-    const X r = signed_fraction<X>(shift_left<1>(turn)) * pi;
-    X sign = reals<X>(turn + quarter);
-    if (!cosine) sign = bit_xor(sign, x);
-    return bit_xor(small_sine<true>(r, r, vdsin_data), bit_and(sign, broadcast_bits<X>(kSignBit<double>)));
+    const X N = (cosine ? all + half : all) + shifter;
+    const X n = cosine ? (N - shifter) - half : N - shifter;
+    const X r = ((turns.high - n) + turns.low) * pi;
+    return bit_xor(small_sine<true>(r, r, vdsin_data), reals<X>(shift_left<63>(bits(N))));
   });
 }
 
@@ -55,8 +54,10 @@ struct sSinKernel : SinKernel<float, wanted, vssin_cout_rare> {
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {
-    left.finish(at_most(magnitude(x), kLargest),
-                in_double(x, [](auto wide) { return sines_of_large<wanted>(wide); }));
+    left.finish(at_most(magnitude(x), kLargest), [&](X which) {
+      return in_double(keep(which, x), [](auto wide) { return sines_of_large<wanted>(wide); });
+    });
+    finish_nan<wanted>(x, left);
   }
 
  private:

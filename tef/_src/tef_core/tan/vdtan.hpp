@@ -89,7 +89,8 @@ struct dTanKernel : Kernel<double(double)> {
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {
-    left.finish(at_most(magnitude(x), kLargest), tangent_of(reduce_by_digits(x)));
+    left.finish(at_most(magnitude(x), kLargest), [&](X) { return tangent_of(reduce_by_digits(x)); });
+    finish_nan<Wanted::Sine>(x, left);
   }
   static int rare_lane(const double* a, double* r) { return vdtan_cout_rare(a, r); }
 

@@ -37,15 +37,15 @@ inline X tangent_in_quadrant(X r, X odd) {
   return quotient_in_quadrant(above, below, odd);
 }
 
-// A large single, widened: its fraction of a turn makes n quarters and a rest.
+// A large single, widened: n quarters of a turn and a rest.
 template <class X>
 inline X tangent_of_large(X x) {
-  static constexpr Row<double> half_pi = 0x1.921fb54442d18p+0;
-  const X minus = broadcast_bits<X>(kSignBit<double>);
-  const auto turn = single_turn_fraction(x);
-  const X r = signed_fraction<X>(shift_left<2>(turn)) * half_pi;
-  const X odd = reals<X>(shift_left<1>(turn + (uint64_t{1} << 61)));
-  return bit_xor(tangent_in_quadrant(r, bit_and(odd, minus)), bit_and(x, minus));
+  static constexpr Row<double> pi = 0x1.921fb54442d18p+1,
+                               shifter = 0x1.8p+51;  // whose last bit is worth a half
+  const auto turns = half_turns_of_single(x);
+  const X N = (turns.high + turns.low) + shifter;
+  const X r = ((turns.high - (N - shifter)) + turns.low) * pi;
+  return tangent_in_quadrant(r, reals<X>(shift_left<63>(bits(N))));
 }
 
 struct sTanKernel : Kernel<float(float)> {
@@ -57,7 +57,7 @@ struct sTanKernel : Kernel<float(float)> {
   static void finish(X x, Left& left) {
     left.finish(at_most(magnitude(x), kLargest),
                 [&](X which) { return narrow(tangent_of_large(widen(keep(which, x)))); });
-    left.finish(unordered(x, x), [&](X nan) { return keep(nan, x) + keep(nan, x); });
+    finish_nan<Wanted::Sine>(x, left);
     left.finish(
         left.lanes, [&](X infinite) { return keep(infinite, x) * X{}; }, StatusDomain);
   }

@@ -6,13 +6,14 @@
 // turns; m times the row, modulo 2^192, is the fraction of a turn. The double that comes nearest to a multiple of
 // pi/2, 6381956970095103 * 2^797, leaves 61 zeros in it, so that 128 bits are enough to go on with.
 //
-// Singles have a table of their own, of 96 bits; 64 of the product are enough, for none of them leaves 30 zeros.
+// Singles have a table of their own, of doubles: 29 bits, whose product with 24 is exact, and those that follow. Their products
+// tell half turns to 2^-58, which is enough, for no single leaves 30 zeros.
 #pragma once
 #include "frame/kernel.hpp"
 
 namespace orx::tef {
 extern const uint64_t kTurns[2048][3];
-extern const uint32_t kSingleTurns[256][3];
+extern const double kSingleTurns[256][2];
 }  // namespace orx::tef
 
 ORX_ISA_BEGIN(orx::tef)
@@ -101,25 +102,15 @@ inline Turn<X> reduce_by_digits(X x) {
   return {bit_xor(on_grid<X>(n, d.grid0), sign) + d.shifter, signed_r, bit_xor(r.low, sign), signed_r};
 }
 
-// The fraction of a turn that |x|, a single, ends in, in units of 2^-64.
+// A single, widened, in half turns but for whole turns: the sum of an exact number and one below 2^-5.
 template <class X>
-inline BitsOfLanes<X> single_turn_fraction(X x) {
-  using I = BitsOfLanes<X>;
+inline HighLow<X> half_turns_of_single(X x) {
   const SpilledWords<X> words(x);
+  X digits, more;
   // The exponent field of the single is smaller by 896, which is 128 less a multiple of the number of rows.
-  const auto row = [&](int lane) { return 3 * (((words.high(lane) >> 20) + 128) & 0xFF); };
-  const I upper = gather_bits<X>(kSingleTurns[0], row), lower = gather_bits<X>(kSingleTurns[0] + 1, row);
-  const I m = (shift_right<29>(words.bits()) & uint64_t{0x7FFFFF}) | uint64_t{0x800000};
-  return shift_left<32>(multiply_wide(m, upper)) + multiply_wide(m, lower) +
-         shift_right<32>(multiply_wide(m, shift_right<32>(lower)));
-}
-
-// A signed number of units of 2^-64.
-template <class X, class I>
-inline X signed_fraction(I f) {
-  const auto flipped = shift_right<32>(f) ^ uint64_t { 0x80000000 };
-  const X first = bit_or(reals<X>(flipped), constant<X>(kTurnData.grid[0])) - kTurnData.signed_grid;
-  return first + on_grid<X>(f & uint64_t{0xFFFFFFFF}, kTurnData.grid[1]);
+  gather_pairs(
+      kSingleTurns[0], [&](int lane) { return ((words.high(lane) >> 20) + 128) & 0xFF; }, digits, more);
+  return {x * digits, x * more};
 }
 
 ORX_ISA_END

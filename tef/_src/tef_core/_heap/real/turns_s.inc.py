@@ -1,7 +1,17 @@
-"""For each exponent field e of a single the 96 bits of 1/(2 pi) that its integer m meets, m 2^(e - 150) being the single.
+"""For each exponent field e of a single m 2^(e - 150) the bits of 1/pi that its integer m meets, as two doubles.
 
-Row e is the integer part of 2^(e - 54)/(2 pi), modulo 2^96: m times it, modulo 2^96, is the fraction of a turn in x/(2 pi), in
-units of 2^-96 and too small by less than m of them. Words from the highest."""
-from turns import emit_turns
+Those that make whole turns, even numbers, of every m are left out. The first double is a multiple of 2^(122 - e), 29 bits below
+them; the other is what it lacks."""
+import mpmath
+from floats import emit, rounded
 
-emit_turns(256, 54, 32)
+mpmath.mp.prec = 600
+
+
+def entry(e):
+    digits = mpmath.frac(mpmath.ldexp(1 / mpmath.pi, e - 151))
+    first = mpmath.ldexp(mpmath.nint(mpmath.ldexp(digits, 29)), -29)
+    return tuple(rounded(mpmath.ldexp(part, 151 - e)) for part in (first, digits - first))
+
+
+emit([entry(e) for e in range(256)], "1/pi from 2^(150 - e) on: 29 bits, those behind; a row for each exponent field")
