@@ -105,22 +105,26 @@ struct dSinLaData {
 };
 inline constexpr dSinLaData vdsin_data_la{};
 
-template <Wanted wanted, class X>
-inline auto sines_by_plain_table(X x) {
+template <class X>
+inline Turn<X> reduce_la(X x) {
   const auto& ha = vdsin_data_ha;
   const auto& d = vdsin_data_la;
-  if constexpr (wanted == Wanted::Cosine) x = x + ha.tiny;
   const X N = x * ha.inv + ha.shifter, n = N - ha.shifter;
-  const SpilledWords<X> words(N);
   const X r = (((x - n * d.p1) - n * d.p2) - n * d.p3) - n * d.p4;
-  const X q = wanted == Wanted::Cosine ? r : without_tiny(r, x, ha.tiny);
+  return {N, r, X{}, r};
+}
+
+template <Wanted wanted, class X>
+inline auto wanted_of_la(const Turn<X>& t) {
+  const auto& ha = vdsin_data_ha;
+  const SpilledWords<X> words(t.N);
   X S, C;
   gather_pairs(
       kPlainSinTable[0], [&](int lane) { return words.low(lane) & 511; }, S, C);
-  const X r2 = q * q;
-  const X s = multiply_add(q * r2, multiply_add(r2, ha.s[1], ha.s[0]), r);
+  const X r2 = t.q * t.q;
+  const X s = multiply_add(t.q * r2, multiply_add(r2, ha.s[1], ha.s[0]), t.r);
   // So that zeros come out as +0, and those of x keep their sign beside -0 in the table.
-  const X c = multiply_add(r2 * r2, d.c[1], r2 * d.c[0]);
+  const X c = multiply_add(r2 * r2, vdsin_data_la.c[1], r2 * vdsin_data_la.c[0]);
   const X sine = S + (C * s + S * c), cosine = C + (C * c - S * s);
   if constexpr (wanted == Wanted::Sine)
     return sine;
@@ -220,11 +224,16 @@ struct SinKernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<T>, T>(
 
 // HA and LA subtract multiples of pi/256 from what is small enough, EP multiples of pi; the rest goes by the digits of 1/(2 pi)
 // in all classes.
-template <Wanted wanted>
+template <Wanted wanted, bool ha>
 struct dSinKernel : SinKernel<double, wanted, vdsin_cout_rare> {
   template <class X, class Left>
   static void finish(X x, Left& left) {
-    left.finish(at_most(magnitude(x), kLargest), [&](X) { return wanted_of<wanted>(reduce_by_digits(x)); });
+    left.finish(at_most(magnitude(x), kLargest), [&](X) {
+      if constexpr (ha)
+        return wanted_of<wanted>(reduce_by_digits(x));
+      else
+        return wanted_of_la<wanted>(reduce_by_digits_la(x));
+    });
     finish_nan<wanted>(x, left);
   }
 
@@ -232,7 +241,7 @@ struct dSinKernel : SinKernel<double, wanted, vdsin_cout_rare> {
   static constexpr Row<double> kLargest = DBL_MAX;
 };
 template <Wanted wanted>
-struct dSinHA : dSinKernel<wanted> {
+struct dSinHA : dSinKernel<wanted, true> {
   template <class X>
   static auto rare(X x) {
     return not_below(magnitude(x), kFrom);
@@ -247,7 +256,7 @@ struct dSinHA : dSinKernel<wanted> {
   static constexpr Row<double> kFrom = 0x1.fff8p+15;
 };
 template <Wanted wanted>
-struct dSinLow : dSinKernel<wanted> {
+struct dSinLow : dSinKernel<wanted, false> {
   template <class X>
   static auto rare(X x) {
     return not_below(magnitude(x), kFrom);
@@ -260,7 +269,11 @@ template <Wanted wanted>
 struct dSinLA : dSinLow<wanted> {
   template <class X>
   static auto eval(X x) {
-    return sines_by_plain_table<wanted>(x);
+    const auto& d = vdsin_data_ha;
+    if constexpr (wanted == Wanted::Cosine) return wanted_of_la<wanted>(reduce_la(x + d.tiny));
+    Turn<X> t = reduce_la(x);
+    t.q = without_tiny(t.r, x, d.tiny);
+    return wanted_of_la<wanted>(t);
   }
 };
 template <Wanted wanted>

@@ -29,77 +29,85 @@ struct TurnConstants {
   Row<double> shifter = 0x1.8p+52;
   Row<double> unit_hi = 0x1.921fb54p-7, unit_lo = 0x1.10b4611a62633p-37;  // pi/256, 27 bits and 53 more
   Row<double> unit = 0x1.921fb54442d18p-7;
-  // Doubles whose last bit is worth 2^-32, 2^-64, 2^-96 and 2^-128. The first one's word is signed.
-  Row<double> grid[4] = {0x1p+20, 0x1p-12, 0x1p-44, 0x1p-76};
-  Row<double> signed_grid = 0x1.000008p+20;
-  Row<double> grid0 = 0x1p+52;
+  // Doubles whose last bit is worth 2^-32, 2^-64, 2^-96 and 2^-128 of a turn, in units of 1/512.
+  Row<double> grid[4] = {0x1p+29, 0x1p-3, 0x1p-35, 0x1p-67};
 };
 inline constexpr TurnConstants kTurnData{};
 
-// The 128 highest bits of the fraction of a turn that |x| ends in, as two 64-bit numbers.
-template <class I>
-struct TurnFraction {
-  I high, low;
-};
-
+// |x| from 2 on is a whole number of turns, n/512 of one, and high + low + rest in units of 1/512. n counts modulo 512, and the
+// sum is at most a half, but for 2^-23. `high` and `low` are an exact sum.
 template <class X>
-inline TurnFraction<BitsOfLanes<X>> turn_fraction(X x) {
-  using I = BitsOfLanes<X>;
-  constexpr uint64_t digit = 0xFFFFFFFF;
-  const SpilledWords<X> words(x);
-  const auto row = [&](int lane) { return 3 * (words.high(lane) >> 20 & 0x7FF); };
-  const I w[3] = {gather_bits<X>(kTurns[0] + 2, row), gather_bits<X>(kTurns[0] + 1, row),
-                  gather_bits<X>(kTurns[0], row)};
-  const I m = words.bits();
-  const I m_high = (shift_right<32>(m) & uint64_t{0xFFFFF}) | uint64_t{0x100000};
+struct TurnParts {
+  X n, high, low, rest[2];
 
-  // Digits of 32 bits, from the lowest. m_high has 21 bits: no sum overflows.
-  I product = multiply_wide(m, w[0]), carry = shift_right<32>(product), d[6];
-  for (int k = 1; k < 6; ++k) {
-    const I here = k % 2 ? shift_right<32>(w[k / 2]) : w[k / 2];
-    const I before = k % 2 ? w[k / 2] : shift_right<32>(w[k / 2 - 1]);
-    product = multiply_wide(m, here);
-    const I sum = (product & digit) + multiply_wide(m_high, before) + carry;
-    d[k] = sum & digit;
-    carry = shift_right<32>(product) + shift_right<32>(sum);
+  explicit TurnParts(X x) {
+    using I = BitsOfLanes<X>;
+    constexpr uint64_t digit = 0xFFFFFFFF;
+    const SpilledWords<X> words(x);
+    const auto row = [&](int lane) { return 3 * (words.high(lane) >> 20 & 0x7FF); };
+    const I w[3] = {gather_bits<X>(kTurns[0] + 2, row), gather_bits<X>(kTurns[0] + 1, row),
+                    gather_bits<X>(kTurns[0], row)};
+    const I m = words.bits();
+    const I m_high = (shift_right<32>(m) & uint64_t{0xFFFFF}) | uint64_t{0x100000};
+
+    // 1. The products of m with the digits of 32 bits, from the lowest. What the lowest two places carry is left out but for
+    // m_high's part: less than 2 in the last of the 128 bits.
+    const I digits[6] = {w[0], shift_right<32>(w[0]), w[1], shift_right<32>(w[1]),
+                         w[2], shift_right<32>(w[2])};
+    I sum[6], before = multiply_wide(m, digits[1]);
+    for (int k = 2; k < 6; ++k) {
+      const I product = multiply_wide(m, digits[k]);
+      sum[k] = (product & digit) + shift_right<32>(before) + multiply_wide(m_high, digits[k - 1]);
+      before = product;
+    }
+    sum[2] = sum[2] + shift_right<32>(multiply_wide(m_high, digits[0]));
+
+    // 2. Places as doubles, with the carry of the place below, which itself waits for none: so they may reach a little
+    // beyond 2^32. Above the highest are whole turns.
+    const auto place = [&](I k, const Row<double>& grid) {
+      return bit_or(reals<X>(k), constant<X>(grid)) - grid;
+    };
+    const auto& d = kTurnData;
+    const auto with_carry = [&](int k) { return (sum[k] & digit) + shift_right<32>(sum[k - 1]); };
+    const X first = place(with_carry(5) & digit, d.grid[0]);
+    n = (first + d.shifter) - d.shifter;
+
+    // 3. Exact sums: a term is 0 or has at least the exponent of the next.
+    const auto s = fast_two_sum(first - n, place(with_carry(4), d.grid[1]));
+    high = s.high;
+    low = s.low;
+    rest[0] = place(with_carry(3), d.grid[2]);
+    rest[1] = place(sum[2] & digit, d.grid[3]);
   }
-  return {shift_left<32>(d[5]) | d[4], shift_left<32>(d[3]) | d[2]};
-}
-
-// A number below 2^32 as a double, its unit being that of the last bit of `grid`.
-template <class X, class I>
-inline X on_grid(I word, const Row<double>& grid) {
-  return bit_or(reals<X>(word), constant<X>(grid)) - grid;
-}
+};
 
 // The reduction of finite |x| from 2 on.
 template <class X>
 inline Turn<X> reduce_by_digits(X x) {
   const auto& d = kTurnData;
-  constexpr uint64_t digit = 0xFFFFFFFF;
-  const auto f = turn_fraction(x);
+  const TurnParts<X> of(x);
+  const auto t = fast_two_sum(of.high, of.rest[0]);
+  const X t_lo = (of.low + t.low) + of.rest[1];
 
-  // 1. n is the nearest multiple of 1/512; 119 bits are left, in units of 1/512, the first of them a sign.
-  const auto n = shift_right<55>(f.high + (uint64_t{1} << 54));
-  const auto high = shift_left<9>(f.high) | shift_right<55>(f.low), low = shift_left<9>(f.low);
-
-  // 2. Those bits as t + t_lo. Each sum is exact: a term is 0 or at least as large as the next.
-  const auto flipped = shift_right<32>(high) ^ uint64_t { 0x80000000 };
-  const X first = bit_or(reals<X>(flipped), constant<X>(d.grid[0])) - d.signed_grid;
-  const auto s = fast_two_sum(first, on_grid<X>(high & digit, d.grid[1]));
-  const auto t = fast_two_sum(s.high, on_grid<X>(shift_right<32>(low), d.grid[2]));
-  const X t_lo = (s.low + t.low) + on_grid<X>(low & digit, d.grid[3]);
-
-  // 3. Times pi/256; the leading product is exact.
+  // Times pi/256; the leading product is exact.
   const auto part = split(t.high);
   const X leading = part.high * d.unit_hi;
   const X rest = part.high * d.unit_lo + (part.low + t_lo) * d.unit;
   const auto r = fast_two_sum(leading, rest);
 
-  // 4. The sign of x turns all of them.
+  // The sign of x turns all of them.
   const X sign = bit_and(x, broadcast_bits<X>(kSignBit<double>));
   const X signed_r = bit_xor(r.high, sign);
-  return {bit_xor(on_grid<X>(n, d.grid0), sign) + d.shifter, signed_r, bit_xor(r.low, sign), signed_r};
+  return {bit_xor(of.n, sign) + d.shifter, signed_r, bit_xor(r.low, sign), signed_r};
+}
+// The same with r in one double; r_lo is not made.
+template <class X>
+inline Turn<X> reduce_by_digits_la(X x) {
+  const auto& d = kTurnData;
+  const TurnParts<X> of(x);
+  const X sign = bit_and(x, broadcast_bits<X>(kSignBit<double>));
+  const X r = bit_xor((of.high + (of.low + (of.rest[0] + of.rest[1]))) * d.unit, sign);
+  return {bit_xor(of.n, sign) + d.shifter, r, X{}, r};
 }
 
 // A single, widened, in half turns but for whole turns: the sum of an exact number and one below 2^-5.
