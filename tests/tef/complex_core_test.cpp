@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "orx/tef.h"
 #include "orx/tef_scalar.h"
 
 namespace {
@@ -69,6 +70,28 @@ TEST(ComplexCore, LogarithmNextToTheUnitCircle) {
   EXPECT_EQ(r[0], -6.0578259563214011277e-05);
   orx_tef_kernel_clog10_scalar(0.70708866605473508, -0.70703922745273728, r);
   EXPECT_EQ(r[0], -2.6308803851606739386e-05);
+}
+
+// The nearer the sum of squares is to 1 the more of it cancels; here |z|^2 - 1 is 2^-91, 2^-110 and 2^-156. Figures by mpmath.
+TEST(ComplexCore, LogarithmOfNumbersWhoseSquaresCancel) {
+  const struct {
+    double z[2], ln, angle;
+  } kCases[] = {
+      {{0x1.fffffeaf008d7p-1, 0x1.25b852bf5cbd0p-12}, 2.0674660883720050228e-28, 0.00028011323591978930143},
+      {{0x1.ffffffffd8f00p-1, 0x1.8ffffffff85eep-18}, 3.5032461608120426773e-34, 5.9604644775478857599e-6},
+      {{0x1.ffffffffffffcp-1, 0x1.fffffffffffffp-26}, 5.4738221262688166833e-48, 2.9802322387695313603e-8}};
+  for (const auto& c : kCases) {
+    double r[2];
+    orx_tef_kernel_clog_scalar(c.z[0], c.z[1], r);
+    EXPECT_EQ(r[0], c.ln);
+    EXPECT_EQ(r[1], c.angle);
+    orx_tef_kernel_zLn_G9HAynn(1, c.z, r);
+    EXPECT_EQ(r[0], c.ln);
+    EXPECT_EQ(r[1], c.angle);
+    orx_tef_kernel_zLog10_PXHAynn(1, c.z, r);
+    EXPECT_DOUBLE_EQ(r[0], c.ln / 2.30258509299404568402);
+    EXPECT_DOUBLE_EQ(r[1], c.angle / 2.30258509299404568402);
+  }
 }
 
 // C99, G.6.3.1, G.6.3.2, G.6.4.2; with the imaginary part's sign changed the result's changes, too.

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "functions.h"
+#include "orx/tef_scalar.h"
 
 namespace {
 
@@ -21,6 +22,10 @@ constexpr double kInf = std::numeric_limits<double>::infinity();
 template <class T>
 auto* parts(std::vector<std::complex<T>>& z) {
   return reinterpret_cast<T*>(z.data());
+}
+template <class T>
+auto* parts(const std::vector<std::complex<T>>& z) {
+  return reinterpret_cast<const T*>(z.data());
 }
 
 std::vector<TefErrorContext> seen;
@@ -207,6 +212,79 @@ TEST_F(Complex, ResultsDoNotDependOnMXCSR) {
   ORX_CHECK(Acosh)
   ORX_CHECK(Atan)
 #undef ORX_CHECK
+}
+
+// Vectors and the routine for one number go different ways to results that are within 0.51 ulp, or 0.75 of the modulus:
+// next to the cuts, to the points where they end and to the unit circle, too.
+std::vector<Double> telling_numbers() {
+  std::vector<Double> all = numbers(200);
+  std::vector<double> sizes = {0, 0x1p-59, 0x1p-30, 1 / 3.0, 1.25, 3, 0x1p20, 0x1p59};
+  for (const double off : {0x1p-52, 0x1p-30, 0x1p-10, 0.0}) {
+    sizes.push_back(1 + off);
+    sizes.push_back(1 - off / 2);
+  }
+  for (const double x : sizes)
+    for (const double y : sizes)
+      for (const double sign : {1.0, -1.0}) all.insert(all.end(), {{x, sign * y}, {-x, sign * y}});
+  for (int i = 0; i < 200; ++i) all.push_back(std::polar(1.0, 0.031 * i));
+  return all;
+}
+// Next to each other, or the same of what is not finite.
+template <class T>
+bool within(T a, T b, T error) {
+  return a == b || std::fabs(a - b) <= error + std::numeric_limits<T>::denorm_min() || (a != a && b != b);
+}
+
+TEST_F(Complex, VectorsAgreeWithTheRoutineForOneNumber) {
+  const auto check = [](const char* name, auto* kernel, auto* routine, auto z) {
+    using T = typename decltype(z)::value_type::value_type;
+    constexpr T ulp = std::numeric_limits<T>::epsilon();
+    decltype(z) r(z.size());
+    kernel(static_cast<int>(z.size()), parts(z), parts(r));
+    for (size_t i = 0; i < z.size(); ++i) {
+      double one[2];
+      routine(double{z[i].real()}, double{z[i].imag()}, one);
+      const T re = static_cast<T>(one[0]), im = static_cast<T>(one[1]);
+      EXPECT_TRUE(within(r[i].real(), re, std::fabs(re) * ulp) &&
+                  within(r[i].imag(), im, std::fabs(im) * ulp))
+          << name << z[i] << ": " << r[i] << " and " << re << ", " << im;
+    }
+  };
+  const std::vector<Double> z = telling_numbers();
+  const std::vector<Single> c(z.begin(), z.end());
+#define ORX_CHECK(Fn, name)                                                          \
+  check("c" #Fn, orx_tef_kernel_c##Fn##_ttab[0], orx_tef_kernel_##name##_scalar, c); \
+  check("z" #Fn, orx_tef_kernel_z##Fn##_ttab[0], orx_tef_kernel_##name##_scalar, z);
+  ORX_CHECK(Sin, csin)
+  ORX_CHECK(Cos, ccos)
+  ORX_CHECK(Tan, ctan)
+  ORX_CHECK(Sinh, csinh)
+  ORX_CHECK(Cosh, ccosh)
+  ORX_CHECK(Tanh, ctanh)
+  ORX_CHECK(Asin, casin)
+  ORX_CHECK(Acos, cacos)
+  ORX_CHECK(Atan, catan)
+  ORX_CHECK(Asinh, casinh)
+  ORX_CHECK(Acosh, cacosh)
+  ORX_CHECK(Atanh, catanh)
+  ORX_CHECK(Log10, clog10)
+#undef ORX_CHECK
+}
+
+TEST_F(Complex, PowersInVectorsAgreeWithTheRoutineForOneNumber) {
+  const std::vector<Double> a = telling_numbers();
+  std::vector<Double> r(a.size());
+  for (const Double b :
+       {Double{3, -1}, Double{-0.5, 0}, Double{0, 20}, Double{300, 150}, Double{775, 2420}}) {
+    orx_tef_kernel_zPowx_ttab[0](static_cast<int>(a.size()), parts(a), b.real(), b.imag(), parts(r));
+    for (size_t i = 0; i < a.size(); ++i) {
+      double one[2];
+      orx_tef_kernel_cpow_scalar(a[i].real(), a[i].imag(), b.real(), b.imag(), one);
+      const double error = std::hypot(one[0], one[1]) * 1.5 * 0x1p-52;
+      EXPECT_TRUE(within(r[i].real(), one[0], error) && within(r[i].imag(), one[1], error))
+          << a[i] << "^" << b << ": " << r[i] << " and " << one[0] << ", " << one[1];
+    }
+  }
 }
 
 }  // namespace
