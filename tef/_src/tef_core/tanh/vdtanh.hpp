@@ -31,25 +31,25 @@ struct dTanhData {
 };
 inline constexpr dTanhData vdtanh_data{};
 
-// The cell of |x|, and r.
+// |x|, and r, in registers: the words that tell its cell's row go through memory.
 template <class X>
 struct TanhCell {
   X size, r;
-  SpilledWords<X> words;
 
   explicit TanhCell(X x)
       : size(min(magnitude(x), vdtanh_data.top)),
-        r(size - keep(not_below(size, vdtanh_data.small), bit_and(size, vdtanh_data.cell))),
-        words(bit_and(max(size, vdtanh_data.below_small), vdtanh_data.row)) {}
+        r(size - keep(not_below(size, vdtanh_data.small), bit_and(size, vdtanh_data.cell))) {}
 
   // tanh |x|, from all of T.
   X accurate_tanh() const {
     const auto& d = vdtanh_data;
     const X q = (r + d.large) - d.large, r2 = q * q;
     const X t = r + (q * r2) * horner(r2, d.ha);
+    const SpilledWords<X> words = row_words();
+    const auto place = [&](int lane) { return words.high(lane) >> 12; };
     X row[4];
-    gather_pairs<1>(kTanhTable[0], *this, row[0], row[1]);
-    gather_pairs<1>(kTanhTable[0] + 2, *this, row[2], row[3]);
+    gather_pairs<1>(kTanhTable[0], place, row[0], row[1]);
+    gather_pairs<1>(kTanhTable[0] + 2, place, row[2], row[3]);
     const X T = row[0], slope = row[1], T_lo = row[2];
     return T + (T_lo + slope * t / (d.one + T * t));
   }
@@ -59,12 +59,18 @@ struct TanhCell {
     const auto& d = vdtanh_data;
     const X q = keep(not_below(r, d.least), r), r2 = q * q;
     const X t = r + (q * r2) * polynomial(r2, r2 * r2, c);
+    const SpilledWords<X> words = row_words();
     X T, slope;
-    gather_pairs<1>(kTanhTable[0], *this, T, slope);
+    gather_pairs<1>(
+        kTanhTable[0], [&](int lane) { return words.high(lane) >> 12; }, T, slope);
     return T + slope * t / (d.one + T * t);
   }
-  // Where the cell's row begins.
-  int operator()(int lane) const { return words.high(lane) >> 12; }
+
+ private:
+  // High words that are 2^12 times where the cell's row begins.
+  SpilledWords<X> row_words() const {
+    return SpilledWords<X>(bit_and(max(size, vdtanh_data.below_small), vdtanh_data.row));
+  }
 };
 
 ORX_ISA_END
