@@ -24,20 +24,25 @@ class ShortReciprocal {
   ShortReciprocal(X approximation, M small)
       : R(bit_and(
             max(approximation * kShortReciprocal.rounding, keep(small, constant<X>(kShortReciprocal.one))),
-            kShortReciprocal.leading)),
-        words_(bit_and(R, kShortReciprocal.index)) {}
+            kShortReciprocal.leading)) {}
 
   // ln(1/R) + e + q.
-  X log_ha(X e, X q) const { return tef::log_ha<LnDescription>(exponent(), *this, e, q); }
-  X log_la(X e, X q) const { return tef::log_la<LnDescription>(exponent(), *this, e, q); }
-
-  // The logarithm's table goes by R as an integer from 512 on.
-  int operator()(int lane) const { return LnDescription::kFirst + (words_.high(lane) >> 11); }
+  X log_ha(X e, X q) const {
+    const SpilledWords<X> words = row_words();
+    return tef::log_ha<LnDescription>(
+        exponent(), [&](int lane) { return row(words.high(lane)); }, e, q);
+  }
+  X log_la(X e, X q) const {
+    const SpilledWords<X> words = row_words();
+    return tef::log_la<LnDescription>(
+        exponent(), [&](int lane) { return row(words.high(lane)); }, e, q);
+  }
 
  private:
   X exponent() const { return kShortReciprocal.bias - exponent_field(R); }
-
-  SpilledWords<X> words_;
+  // The logarithm's table goes by R as an integer from 512 on.
+  SpilledWords<X> row_words() const { return SpilledWords<X>(bit_and(R, kShortReciprocal.index)); }
+  static int row(int word) { return LnDescription::kFirst + (word >> 11); }
 };
 
 ORX_ISA_END
