@@ -2,8 +2,10 @@
 // alignment, rare elements and reports among usual ones.
 #include <gtest/gtest.h>
 
+#include <cfenv>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 #include "frame/kernel.hpp"
@@ -415,6 +417,35 @@ TEST(FrameEnd, AbsentElementsAreNotRepaired) {
     for (int i = n; i < n + 8; ++i) EXPECT_EQ(r[i], -77.0) << n;
   }
   _tefClearErrorCallBack();
+}
+
+// Rare in the same way, and finished by a product that overflows for what stands in the place of absent elements.
+struct FinishedByScalar : Kernel<double(double, Scalar<double>)> {
+  static constexpr double kSafe = 2;
+  template <class X>
+  static X rare(X, X b) {
+    return not_below(b, kHundred<double>);
+  }
+  template <class X>
+  static X eval(X a, X b) {
+    return a * b;
+  }
+  template <class X, class Left>
+  static void finish(X a, X b, Left& left) {
+    left.finish(left.lanes, bit_and(left.lanes, a) * b);
+  }
+};
+
+TEST(FrameEnd, AbsentElementsRaiseNothing) {
+  const double largest = std::numeric_limits<double>::max();
+  for (int n = 1; n < 12; ++n) {
+    const std::vector<double> a(n, 0.5);
+    std::vector<double> r(n);
+    std::feclearexcept(FE_ALL_EXCEPT);
+    run_kernel<FinishedByScalar, Named>(n, a.data(), largest, r.data());
+    EXPECT_FALSE(std::fetestexcept(FE_OVERFLOW)) << n;
+    EXPECT_EQ(r, std::vector<double>(n, largest / 2));
+  }
 }
 
 // The error layer counts in elements of the argument: reals here, though the function is complex.

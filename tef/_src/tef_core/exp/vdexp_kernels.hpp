@@ -1,27 +1,18 @@
 // The kernels of e^x, double. x = (256 k + j) ln2/256 + r, |r| <= ln2/512; e^x = 2^k 2^(j/256) e^r.
 #pragma once
+#include "exp/exp.hpp"
 #include "exp/vdexp.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
-// Magnitudes from here on (708.3956 is where results stop being normal numbers), infinities and NaN are rare.
-inline constexpr Row<double> kDoubleExpRareFrom = 0x1.6232bp+9;
-
-struct dExp : Kernel<double(double)> {
-  template <class X>
-  static auto rare(X x) {
-    return not_below(magnitude(x), kDoubleExpRareFrom);
-  }
-  // What is left is to be reported: overflow, and results that are denormal or 0.
+struct dExp : Exp<dExp, double> {
+  // 708.3956, where results stop being normal numbers; infinities and NaN are rare, too
+  static constexpr Row<double> kRareFrom = 0x1.6232bp+9, kLowest = -DBL_MAX;
   template <class X, class Left>
-  static void finish(X x, Left& left) {
-    left.finish(less(x, kLowest), X{});
+  static void finish_large(X x, Left& left) {
     vdexp_finish_large(x, left);
   }
   static int rare_lane(const double* a, double* r) { return vdexp_cout_rare(a, r); }
-
- private:
-  static constexpr Row<double> kLowest = -DBL_MAX;
 };
 
 // Where x is tiny the result is 1, and nothing may underflow on the way. x/ln 2 is formed in units of 2^-60, so that it

@@ -1,28 +1,19 @@
 // The kernels of e^x, single.
 #pragma once
+#include "exp/exp.hpp"
 #include "exp/vsexp.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
-// Magnitudes from here on (87.33654 is where results stop being normal numbers), infinities and NaN are rare.
-inline constexpr Row<float> kSingleExpRareFrom = 0x1.5d58ap+6f;
-
-struct sExp : Kernel<float(float)> {
+struct sExp : Exp<sExp, float> {
   static constexpr int kTogether = 2;
-  template <class X>
-  static auto rare(X x) {
-    return not_below(magnitude(x), kSingleExpRareFrom);
-  }
-  // What is left is to be reported: overflow, and results that are denormal or 0.
+  // 87.33654, where results stop being normal numbers; infinities and NaN are rare, too
+  static constexpr Row<float> kRareFrom = 0x1.5d58ap+6f, kLowest = -FLT_MAX;
   template <class X, class Left>
-  static void finish(X x, Left& left) {
-    left.finish(less(x, kLowest), X{});
+  static void finish_large(X x, Left& left) {
     vsexp_finish_large(x, left);
   }
   static int rare_lane(const float* a, float* r) { return vsexp_cout_rare(a, r); }
-
- private:
-  static constexpr Row<float> kLowest = -FLT_MAX;
 };
 
 // HA and LA. Added to arguments, so that nothing underflows where they are tiny; the result is 1 there. n waits for no
