@@ -142,6 +142,8 @@ inline constexpr ThirdLimits<T> kThirdLimits{};
 
 template <class D, class T, class Core>
 struct Third : Kernel<T(T)> {
+  static constexpr int kTogether = 2;
+
   template <class X>
   static auto rare(X x) {
     return outside(magnitude(x), kThirdLimits<T>.smallest, kThirdLimits<T>.largest);

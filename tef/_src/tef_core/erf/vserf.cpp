@@ -5,6 +5,8 @@ ORX_ISA_BEGIN(orx::tef)
 namespace {
 
 struct sErf : Kernel<float(float)> {
+  static constexpr int kTogether = 2;
+
   template <class X>
   static auto rare(X x) {
     return unordered(x, x);

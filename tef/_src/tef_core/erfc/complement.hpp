@@ -145,6 +145,8 @@ struct Complement : Kernel<double(double)> {
 // 0 are reported.
 template <class F>
 struct SingleComplement : Kernel<float(float)> {
+  static constexpr int kTogether = 2;
+
   template <class X>
   static auto rare(X x) {
     return not_at_most(F::oriented(x), kLastNormal);

@@ -150,6 +150,8 @@ inline int erfinv_cout_rare(T x, T* r) {
 // The inverses of the complement, whose argument is y, and of the distribution, whose argument is y/2: y = `times` x.
 template <class T, int times>
 struct InverseOfProbability : Kernel<T(T)> {
+  static constexpr int kTogether = 2;
+
   template <class X>
   static auto rare(X x) {
     return outside(x, kLow, kHigh);

@@ -8,6 +8,8 @@ int vderfinv_cout_rare(const double* a, double* r) { return erfinv_cout_rare(*a,
 
 template <class Rows, InverseErfTable<Rows>& table>
 struct dErfInv : Kernel<double(double)> {
+  static constexpr int kTogether = 2;
+
   template <class X>
   static auto rare(X x) {
     return outside(magnitude(x), kTiny, kBelowOne);

@@ -7,6 +7,8 @@ ORX_ISA_BEGIN(orx::tef)
 namespace {
 
 struct sErfInvKernel : Kernel<float(float)> {
+  static constexpr int kTogether = 2;
+
   template <class X>
   static auto rare(X x) {
     return outside(magnitude(x), kTiny, kBelowOne);

@@ -2,7 +2,7 @@
 // rounded.
 #include <cfloat>
 
-#include "frame/row_polynomial.hpp"
+#include "_heap/real/gamma_row.hpp"
 #include "lgamma/lgamma.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
@@ -21,7 +21,7 @@ int vslgamma_cout_rare(const float* a, float* r) {
 
 struct sLGammaData {
   Row<float> smallest = FLT_MIN, largest = 0x1p+121f;
-  Row<double> first_row = 0.9375, last_row = 8.0, rows = 8.0, row = 0.125, shifter = 0x1.8p+52;
+  Row<double> first_row = 0.9375, last_row = 8.0;
   Row<double> one = 1.0, half = 0.5, half_log_2pi = 0x1.d67f1c864beb5p-1;
   // ln gamma x less (x - 1/2) ln x - x + ln(2 pi)/2, times x, by 1/x^2: the first terms of the series
   Row<double> stirling[4] = {1.0 / 12, -1.0 / 360, 1.0 / 1260, -1.0 / 1680};
@@ -51,16 +51,12 @@ struct sLGamma : Kernel<float(float)> {
   }
   template <class X>
   static X by_rows(X s) {
-    const auto& d = vslgamma_data;
     constexpr int terms = 10;  // what is left is below 2^-38 of the result
-    const X N = multiply_add(s, d.rows, d.shifter);
-    const SpilledWords<X> n(N);
-    const auto row = [&](int lane) { return n.low(lane) - 8; };
-    const X r = subtract_product(s, N - d.shifter, d.row);
+    const GammaRow<X> row(s);
     X value, slope;
     gather_pairs<kGammaColumns>(kLGammaRows[0], row, value, slope);
-    return value +
-           multiply_add(r, slope, polynomial_of_row<kGammaColumns, terms>(kLGammaRows[0] + 2, row, r));
+    const X rest = polynomial_of_row<kGammaColumns, terms>(kLGammaRows[0] + 2, row, row.r);
+    return value + multiply_add(row.r, slope, rest);
   }
   template <class X>
   static X by_stirling(X x, X log) {

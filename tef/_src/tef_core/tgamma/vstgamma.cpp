@@ -1,7 +1,7 @@
 // gamma x, single. Up to 35, in doubles, by rows of polynomials, below 1 as gamma(1 + x)/x; elsewhere as the double, rounded.
 #include <cfloat>
 
-#include "frame/row_polynomial.hpp"
+#include "_heap/real/gamma_row.hpp"
 #include "tgamma/tgamma.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
@@ -18,11 +18,13 @@ int vstgamma_cout_rare(const float* a, float* r) {
 
 struct sTGammaData {
   Row<float> smallest = FLT_MIN, largest = 35.0f;
-  Row<double> one = 1.0, rows = 8.0, row = 0.125, shifter = 0x1.8p+52;
+  Row<double> one = 1.0;
 };
 constexpr sTGammaData vstgamma_data{};
 
 struct sTGamma : Kernel<float(float)> {
+  static constexpr int kTogether = 2;
+
   template <class X>
   static auto rare(X x) {
     return outside(x, vstgamma_data.smallest, vstgamma_data.largest);
@@ -39,11 +41,8 @@ struct sTGamma : Kernel<float(float)> {
     const auto& d = vstgamma_data;
     const auto below_one = less(x, d.one);
     const X s = x + keep(below_one, constant<X>(d.one));
-    const X N = multiply_add(s, d.rows, d.shifter);
-    const SpilledWords<X> n(N);
-    const X r = subtract_product(s, N - d.shifter, d.row);
-    const X y = polynomial_of_row<8, 8>(
-        kSingleGammaRows[0], [&](int lane) { return n.low(lane) - 8; }, r);
+    const GammaRow<X> row(s);
+    const X y = polynomial_of_row<8, 8>(kSingleGammaRows[0], row, row.r);
     return y / select(below_one, x, constant<X>(d.one));
   }
 };
