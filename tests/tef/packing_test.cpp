@@ -144,6 +144,44 @@ void check_all() {
 TEST(Packing, InThirtyTwoBits) { check_all<int>(); }
 TEST(Packing, InSixtyFourBits) { check_all<Index>(); }
 
+// Indices of elements before the first, and far behind it.
+template <class Int, class K>
+void check_far_indices(const K& k) {
+  using E = typename K::Element;
+  constexpr size_t room = 160000, first = room / 2;
+  const std::vector<Int> index = {-1, 70000, Int(-static_cast<int>(first)), 32768, 65536, -40000};
+  const auto place = [&](size_t i) { return first + static_cast<size_t>(index[i]); };
+  const Index n = static_cast<Index>(index.size());
+  std::vector<E> a = elements<E>(room), y(index.size()), back(room, E(-1)), expected = back;
+  k.pack_indexed(n, reals<K>(a, first), selection(index), reals<K>(y), kFlag<Int>);
+  k.unpack_indexed(n, reals<K>(a), reals<K>(back, first), selection(index), kFlag<Int>);
+  for (size_t i = 0; i < index.size(); ++i) {
+    EXPECT_EQ(y[i], a[place(i)]) << i;
+    expected[place(i)] = a[i];
+  }
+  EXPECT_EQ(back, expected);
+}
+TEST(Packing, FarIndices) {
+  for_each_type([](const auto& k) {
+    check_far_indices<int>(k);
+    check_far_indices<Index>(k);
+  });
+}
+
+// Only 1 stands for 32 bits.
+TEST(Packing, AnyOtherFlagIsSixtyFourBits) {
+  for_each_type([](const auto& k) {
+    using K = std::decay_t<decltype(k)>;
+    using E = typename K::Element;
+    const std::vector<Index> mask = {1, 0, kHigh, 0, 1};
+    for (int flag : {0, 2, 3, -1, 1 << 16}) {
+      std::vector<E> a = elements<E>(mask.size()), y(mask.size(), E(-1));
+      k.pack_masked(Index(mask.size()), reals<K>(a), selection(mask), reals<K>(y), flag);
+      EXPECT_EQ(y, (std::vector<E>{a[0], a[2], a[4], E(-1), E(-1)})) << flag;
+    }
+  });
+}
+
 TEST(Packing, CountsThatAreNotPositiveDoNothing) {
   for_each_type([](const auto& k) {
     const auto call = [&](Index n, int flag) {
