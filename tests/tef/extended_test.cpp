@@ -66,6 +66,11 @@ std::vector<Special> with(std::vector<Special> some, const std::vector<Special>&
 
 const std::vector<Special> kOscillating = {{kInf, kNaN, FE_INVALID}, {-kInf, kNaN, FE_INVALID}, {kNaN, kNaN}};
 
+Function of_angles(const char* name, decltype(Function::function) function, decltype(Function::judge) judge,
+                   std::vector<Special> specials) {
+  return {name, function, judge, 0.52, -kLargest, kLargest, {0.785L, 0x1p20L, 0x1p-35L}, std::move(specials)};
+}
+
 const std::vector<Function> kFunctions = {
     {"exp",
      orx_tef_kernel_expl_scalar,
@@ -108,32 +113,11 @@ const std::vector<Function> kFunctions = {
      {-1, -0.03125L, 0.03125L, 0.0625L, 0x1p-66L, 1, 0x1p64L},
      with(kOdd,
           {{-1, -kInf, FE_DIVBYZERO}, {-2, kNaN, FE_INVALID}, {kInf, kInf}, {-kInf, kNaN, FE_INVALID}})},
-    {"sin",
-     orx_tef_kernel_sinl_scalar,
-     mpfr_sin,
-     0.52,
-     -kLargest,
-     kLargest,
-     {0.785L, 0x1p20L, 0x1p-35L},
-     with(kOscillating, kOdd)},
-    {"cos",
-     orx_tef_kernel_cosl_scalar,
-     mpfr_cos,
-     0.52,
-     -kLargest,
-     kLargest,
-     {0.785L, 0x1p20L, 0x1p-35L},
-     kOscillating},
+    of_angles("sin", orx_tef_kernel_sinl_scalar, mpfr_sin, with(kOscillating, kOdd)),
+    of_angles("cos", orx_tef_kernel_cosl_scalar, mpfr_cos, kOscillating),
     {"sincos, sine", sin_of_both, mpfr_sin, 0.52, -100, 100, {}, with(kOscillating, kOdd)},
     {"sincos, cosine", cos_of_both, mpfr_cos, 0.52, -100, 100, {}, kOscillating},
-    {"tan",
-     orx_tef_kernel_tanl_scalar,
-     mpfr_tan,
-     0.52,
-     -kLargest,
-     kLargest,
-     {0.785L, 0x1p20L, 0x1p-35L},
-     with(kOscillating, kOdd)},
+    of_angles("tan", orx_tef_kernel_tanl_scalar, mpfr_tan, with(kOscillating, kOdd)),
     {"sinh",
      orx_tef_kernel_sinhl_scalar,
      mpfr_sinh,

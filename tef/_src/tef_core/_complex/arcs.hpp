@@ -75,11 +75,7 @@ struct Arcs {
     }
   };
   using Asinh = OddTurned<Asin>;
-  struct Acos {
-    template <class X>
-    static auto rare(Complex<X> z) {
-      return not_moderate(z);
-    }
+  struct Acos : Asin {
     template <class X>
     static auto of(Complex<X> z) {
       const X x = magnitude(z.re);
