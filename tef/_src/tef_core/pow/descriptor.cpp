@@ -108,8 +108,7 @@ static Descriptor power(const char* name, const char* computes) {
                          {{-2, -149}, -kLeast, StatusUnderflow},
                          {{2, -155}, 0, StatusUnderflow},
                          {{0.5, 155}, 0, StatusUnderflow}},
-            .joints = joints(-103.97, 88.72),
-            .approximate = kAllClasses},
+            .joints = joints(-103.97, 88.72)},
       .d = {.bounds = {.la = 1.2, .ha = 0.53},
             .timed = {0.1, 10},
             .timed_second = {-100, 100},
@@ -125,8 +124,7 @@ static Descriptor power(const char* name, const char* computes) {
                          {{-0x1.fffffffffffffp-1, 0x1.fffffffffffffp52}, kFinite},
                          {{1.5, 0x1p-990}, 1}},
             .joints = joints(-745.1, 709.78),
-            .cases = kHard,
-            .approximate = kAllClasses},
+            .cases = kHard},
   };
 }
 static const Entry kPow{power("Pow", "x^y")}, kPowx{power("Powx", "x^y for one y")};
