@@ -109,7 +109,7 @@ static Descriptor power(const char* name, const char* computes) {
                          {{2, -155}, 0, StatusUnderflow},
                          {{0.5, 155}, 0, StatusUnderflow}},
             .joints = joints(-103.97, 88.72)},
-      .d = {.bounds = {.la = 1.2, .ha = 0.53},
+      .d = {.bounds = {.la = 1.2, .ha = 0.54},
             .timed = {0.1, 10},
             .timed_second = {-100, 100},
             .specials = {{{2, 1024}, kInf, StatusOverflow},
