@@ -58,10 +58,12 @@ struct ArcHA {
     const auto digits = split(root);
     const X excess = product_residue(root, digits.high, square) + root * digits.low;
     const X root_lo = keep(chord.steep, excess * approximate_reciprocal((root + root) + d.tiny));
-    const X rest = (leading * square) * arc_polynomial(square, d.ha) - root_lo;
+    const X rest = (leading * square) * arc_polynomial(square, d.ha);
     const X sign = bit_and(part, broadcast_bits<X>(kSignBit<typename X::Element>));
     const auto sum = fast_two_sum(base, bit_xor(leading, sign));
-    return sum.high + (sum.low + (base_lo + bit_xor(rest, sign)));
+    // What the parts lack is added up first: beside `rest` it is rounded once.
+    const X lacking = sum.low + (base_lo - bit_xor(root_lo, sign));
+    return sum.high + (lacking + bit_xor(rest, sign));
   }
 };
 template <bool ep>

@@ -25,7 +25,7 @@ static const Entry kEntry{{
                  {-kInf, kNaN, StatusDomain},
                  {kNaN, kNaN}},
     .strata = {even(-1, 1), around({0.5, -0.5, 0x1p-60})},
-    .s = {.bounds = {.la = 2.5, .ha = 0.66},
+    .s = {.bounds = {.la = 2.5, .ha = 0.65},
           .timed = {-1, 1},
           .strata = {around({0x1p-40})},
           .approximate = kHA},

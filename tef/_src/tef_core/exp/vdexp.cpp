@@ -24,9 +24,11 @@ ScaledExponential reduce_and_evaluate(double x, double rest) {
   return {n >> 6, T[0], T[0] * (p + T[1])};
 }
 
+// Where e^x is just a normal number, the rest tells on which side of it the result is.
+bool is_denormal(const ScaledExponential& e) { return e.k < -1022 || (e.k == -1022 && e.hi + e.tail < 1); }
+
 // A result that is denormal. It is formed 60 binary orders too high and rounded there to the grid on which it
 // will lie, with the tail still at hand; so it rounds once.
-constexpr double kDenormalBelow = -708.3964185322641;
 double denormal_result(const ScaledExponential& e) {
   const double up = power_of_two(e.k + 60);
   const double high = e.hi * up, low = e.tail * up;
@@ -47,13 +49,14 @@ double vdexp_moderate(double x) {
 
 double vdexp_wide(double x, double rest) {
   const ScaledExponential e = reduce_and_evaluate(x, rest);
-  if (x < kDenormalBelow) return denormal_result(e);
+  if (is_denormal(e)) return denormal_result(e);
   // 2^1024 does not fit in a scale factor: one order less, and twice.
   const int doubled = e.k > 1023;
   return (e.tail + e.hi) * power_of_two(e.k - doubled) * (1 + doubled);
 }
 
 int vdexp_cout_rare(const double* a, double* r) {
+  constexpr double denormal_below = -708.3964185322641;
   const double x = *a;
   const uint64_t bits = bit_cast<uint64_t>(x);
   const int exponent_field = static_cast<int>(bits >> 52) & 0x7FF;
@@ -74,7 +77,7 @@ int vdexp_cout_rare(const double* a, double* r) {
     return StatusUnderflow;
   }
   *r = vdexp_wide(x, 0);
-  if (x >= kDenormalBelow) return StatusOk;
+  if (x >= denormal_below) return StatusOk;
   hidden(raise_underflow<double>());  // the last step of the result is exact
   return StatusUnderflow;
 }
