@@ -21,7 +21,8 @@ static const Entry kEntry{{
     .strata = {around({1.0001220703125, 1.5, 2, 0x1p28}), logarithmic(1, 1e6), even(1, 1.001)},
     .s = {.bounds = {.la = 2.2, .ha = 0.51},
           .timed = {1, 1000},
-          .strata = {around({0x1p60, 0x1p63, 0x1p64})},
+          // The last: where the logarithm of the sum loses most.
+          .strata = {around({0x1p60, 0x1p63, 0x1p64, 1.02724147})},
           .approximate = kHA},
     .d = {.bounds = {.la = 2.2, .ha = 0.55},
           .timed = {1, 1000},

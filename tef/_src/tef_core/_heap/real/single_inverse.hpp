@@ -30,8 +30,9 @@ inline X log_of_sum(X a, X b) {
   const X u = z.high + one, t = u - z.high, lost = (one - t) + (z.high - (u - t));
   const SingleLogParts<X> p(u);
   if constexpr (ep) return sln_ep(p, lost * p.scale);
-  const X rest = (lost + z.low) * p.scale;
-  return sln_la(p, subtract_product(rest, rest, p.e()));  // ln(1 + e + t) = ln(1 + e) + t/(1 + e), nearly
+  // ln(1 + e + t) = ln(1 + e) + t/(1 + e), nearly
+  const X rest = (lost + z.low) * p.scale, e = p.e();
+  return sln_la(p, subtract_product(rest, rest, subtract_product(e, e, e)));
 }
 
 // ln 2 x for x from 1 up, which is their value where squares overflow.
