@@ -420,16 +420,8 @@ TEST(FrameEnd, AbsentElementsAreNotRepaired) {
 }
 
 // Rare in the same way, and finished by a product that overflows for what stands in the place of absent elements.
-struct FinishedByScalar : Kernel<double(double, Scalar<double>)> {
+struct FinishedByScalar : RareByScalar {
   static constexpr double kSafe = 2;
-  template <class X>
-  static X rare(X, X b) {
-    return not_below(b, kHundred<double>);
-  }
-  template <class X>
-  static X eval(X a, X b) {
-    return a * b;
-  }
   template <class X, class Left>
   static void finish(X a, X b, Left& left) {
     left.finish(left.lanes, bit_and(left.lanes, a) * b);

@@ -1,9 +1,8 @@
 // Inverse circular and hyperbolic functions by the formulas of the scalar routines: of singles in doubles, which carry them to
 // 2^-40, of doubles in numbers in two parts.
 #pragma once
-#include "_complex/carried.hpp"
+#include "_complex/ln_in_one.hpp"
 #include "_complex/ln_in_two.hpp"
-#include "cln/cln_of_single.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 
@@ -41,10 +40,12 @@ inline HighLow<X> angle_of(HighLow<X> y, HighLow<X> x, Sign... sign) {
 template <class Carried, class X>
 struct Arc {
   using Number = decltype(Carried::exact(X{}));
-  Number leg, log;
+  Number side, leg, log;  // x, the leg, ln(a + sqrt(a^2 - 1))
 
-  Arc(X x, X y) {
+  explicit Arc(Complex<X> z) {
     const auto& d = kArcs;
+    const X x = magnitude(z.re), y = magnitude(z.im);
+    side = Carried::exact(x);
     const X one = constant<X>(d.one);
     const Number square = Carried::product(y, y), from_left = Carried::sum(x, one),
                  from_right = Carried::sum(x, constant<X>(d.minus_one));
@@ -69,18 +70,16 @@ struct Arcs {
     }
     template <class X>
     static auto of(Complex<X> z) {
-      const X x = magnitude(z.re);
-      const Arc<Carried, X> arc(x, magnitude(z.im));
-      return complex_of(turned_by(angle_of(Carried::exact(x), arc.leg), z.re), turned_by(arc.log, z.im));
+      const Arc<Carried, X> arc(z);
+      return complex_of(turned_by(angle_of(arc.side, arc.leg), z.re), turned_by(arc.log, z.im));
     }
   };
   using Asinh = OddTurned<Asin>;
   struct Acos : Asin {
     template <class X>
     static auto of(Complex<X> z) {
-      const X x = magnitude(z.re);
-      const Arc<Carried, X> arc(x, magnitude(z.im));
-      return complex_of(angle_of(arc.leg, Carried::exact(x), z.re), turned_by(arc.log, opposite(z.im)));
+      const Arc<Carried, X> arc(z);
+      return complex_of(angle_of(arc.leg, arc.side, z.re), turned_by(arc.log, opposite(z.im)));
     }
   };
   // The parts of the arccosine exchanged, with other signs.

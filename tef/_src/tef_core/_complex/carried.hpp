@@ -21,9 +21,22 @@ struct InOne {
   static X product(X a, X b) {
     return a * b;
   }
-  template <class Function, int n>
-  static Complex<Vec<float, n>> eval(Complex<Vec<float, n>> z) {
-    return narrow(Function::of(widen(z)));
+  template <class X>
+  static X constant_of(const Row<double>& high, const Row<double>&) {
+    return constant<X>(high);
+  }
+  // Arguments as they are carried, and what stands in doubles as it is stored.
+  template <class Z>
+  static auto widened(Z z) {
+    return widen(z);
+  }
+  template <class Y>
+  static auto narrowed(Y y) {
+    return narrow(y);
+  }
+  template <class X>
+  static X rounded(X a) {
+    return a;
   }
 };
 struct InTwo {
@@ -39,10 +52,21 @@ struct InTwo {
   static HighLow<X> product(X a, X b) {
     return product_in_two(a, b);
   }
-  template <class Function, int n>
-  static Complex<Vec<double, n>> eval(Complex<Vec<double, n>> z) {
-    const auto y = Function::of(z);
-    return {rounded_sum(y.re), rounded_sum(y.im)};
+  template <class X>
+  static HighLow<X> constant_of(const Row<double>& high, const Row<double>& low) {
+    return {constant<X>(high), constant<X>(low)};
+  }
+  template <class Z>
+  static Z widened(Z z) {
+    return z;
+  }
+  template <class Y>
+  static Y narrowed(Y y) {
+    return y;
+  }
+  template <class X>
+  static X rounded(HighLow<X> a) {
+    return rounded_sum(a);
   }
 };
 
@@ -80,7 +104,8 @@ struct InCarried {
   }
   template <class X>
   static Complex<X> eval(Complex<X> z) {
-    return Carried::template eval<Function>(z);
+    const auto y = Function::of(Carried::widened(z));
+    return Carried::narrowed(complex_of(Carried::rounded(y.re), Carried::rounded(y.im)));
   }
 };
 template <OfOneNumber scalar, class Function>

@@ -78,6 +78,10 @@ template <class X>
 inline HighLow<X> select(X mask, HighLow<X> a, HighLow<X> b) {
   return {select(mask, a.high, b.high), select(mask, a.low, b.low)};
 }
+template <class T, int n>
+inline HighLow<Vec<T, n>> bit_andnot(Vec<T, n> mask, HighLow<Vec<T, n>> a) {
+  return {bit_andnot(mask, a.high), bit_andnot(mask, a.low)};
+}
 // a where `sign` is positive, -a where it is negative.
 template <class X>
 inline HighLow<X> turned_by(HighLow<X> a, X sign) {

@@ -65,7 +65,7 @@ inline HighLow<X> log1p_in_two(HighLow<X> x) {
 
 // Of a number that is moderate and not 0.
 template <class X>
-inline Complex<HighLow<X>> ln_in_two(Complex<X> z) {
+inline Complex<HighLow<X>> ln_of(InTwo, Complex<X> z) {
   const SquareOfModulus<X> square(z);
   const auto angle = angle_in_two(InTwo::exact(magnitude(z.im)), InTwo::exact(magnitude(z.re)), z.re);
   return {scaled(ln_of_sum_in_two(square.high, square.rest), kInTwo.half), turned_by(angle, z.im)};

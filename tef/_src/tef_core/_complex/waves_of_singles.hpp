@@ -37,8 +37,8 @@ struct WavesOfSingles {
   template <class X>
   static Waves<X> waves(Complex<X> z) {
     const SinhCoshOfSingle<X> of(z.re);
-    return {of.sinh, of.cosh, sine_by_polynomial<false, false>(z.im, vdsin_data),
-            sine_by_polynomial<true, false>(z.im, vdsin_data)};
+    const auto wave = dSinLA<Wanted::Both>::eval(z.im);
+    return {of.sinh, of.cosh, wave.first, wave.second};
   }
 };
 

@@ -75,8 +75,8 @@ struct zExpLA : zExpHA {
   }
   template <class X>
   static Complex<X> eval(Complex<X> z) {
-    return scaled(dExpHA::eval(z.re), Complex<X>{sine_by_polynomial<true, false>(z.im, vdsin_data),
-                                                 sine_by_polynomial<false, false>(z.im, vdsin_data)});
+    const auto wave = dSinLA<Wanted::Both>::eval(z.im);
+    return scaled(dExpHA::eval(z.re), Complex<X>{wave.second, wave.first});
   }
 };
 

@@ -1,6 +1,6 @@
 // ln z, c.
+#include "_complex/ln_in_one.hpp"
 #include "atan/vsatan.hpp"
-#include "cln/cln.hpp"
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
@@ -10,11 +10,7 @@ int cln_ha_scalar(const Complex<float>* a, Complex<float>* r) {
   return StatusOk;
 }
 
-struct {
-  Row<double> half = 0.5, two = 2.0;
-} constexpr vcln_data{};
-
-// In double, where squares of singles are exact.
+// In double.
 struct cLnReal {
   template <class X>
   static auto usual(Complex<X> z) {
@@ -22,11 +18,7 @@ struct cLnReal {
   }
   template <class X>
   static X of(Complex<X> z) {
-    const auto& d = vcln_data;
-    const auto wide = widen(z);
-    const auto sum = two_sum(wide.re * wide.re, wide.im * wide.im);
-    const auto near_one = complement(outside(sum.high, d.half, d.two));
-    return narrow(ln_of_sum_near_one<LnDescription, true>(sum.high, keep(near_one, sum.low)) * d.half);
+    return narrow(ln_of_modulus<true>(widen(z)));
   }
 };
 

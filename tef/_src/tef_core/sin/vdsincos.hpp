@@ -134,7 +134,7 @@ inline auto wanted_of_la(const Turn<X>& t) {
     return Two<X>{sine, cosine};
 }
 
-// ---- EP, and functions that are made of sines in LA too
+// ---- EP
 // x/pi and n are found in units in which they are normal numbers for denormal x.
 template <class T>
 constexpr T kSinUnits = sizeof(T) == 8 ? T(0x1p60) : T(0x1p30f);
@@ -143,15 +143,11 @@ struct dSinData {
   static constexpr double kUnits = kSinUnits<double>;
   Row<double> inv = 0x1.45f306dc9c883p-2 * kUnits;  // 1/pi
   Row<double> shifter = 0x1.8p+52 * kUnits, half = 0.5 * kUnits;
-  // pi; the products of all parts but the last with n below 2^23 and a half are exact
-  Row<double> p1 = 0x1.921fb4p+1 / kUnits, p2 = 0x1.4442dp-23 / kUnits, p3 = 0x1.846988p-47 / kUnits,
-              p4 = 0x1.8cc51701b839ap-71 / kUnits;
-  Row<double> ep_p3 = 0x1.8469898cc5170p-47 / kUnits;
+  // pi; the products of the first two parts with n below 2^23 and a half are exact
+  Row<double> p1 = 0x1.921fb4p+1 / kUnits, p2 = 0x1.4442dp-23 / kUnits,
+              ep_p3 = 0x1.8469898cc5170p-47 / kUnits;
   Row<double> tiny = 0x1p-100;  // its eighth power does not underflow
-  // (sin r - r)/r^3, |r| <= pi/2: to 2^-61.5 of sin r and to 2^-27.2 of sin r
-  Row<double> c[8] = {-0x1.5555555555555p-3,  0x1.11111111110c9p-7,   -0x1.a01a01a014eb4p-13,
-                      0x1.71de3a52aa9cp-19,   -0x1.ae6454d94c551p-26, 0x1.6123ce4a84ea1p-33,
-                      -0x1.ae43da7b60a76p-41, 0x1.883bd9a070766p-49};
+  // (sin r - r)/r^3, |r| <= pi/2, to 2^-27.2 of sin r
   Row<double> ep[4] = {-0x1.55554bc6346dbp-3, 0x1.110ed326a50afp-7, -0x1.9f6fed59cab0cp-13,
                        0x1.5dbce9e4f43c4p-19};
 };
@@ -169,13 +165,17 @@ inline X small_sine(X r, X q, const D& d) {
   return r + (q * square) * p;
 }
 
-// sin of x, or of x + pi/2: then n counts from a half. The constants `d` are those of the precision.
+// sin of x, or of x + pi/2: then n counts from a half. The constants `d` are those of the precision; only singles have LA.
 template <bool cosine, bool ep, class X, class D>
 inline X sine_by_polynomial(X x, const D& d) {
   const X N = (cosine ? multiply_add(x, d.inv, d.half) : x * d.inv) + d.shifter;
   const X n = cosine ? (N - d.shifter) - d.half : N - d.shifter;
   const X rest = (x - n * d.p1) - n * d.p2;
-  const X r = ep ? rest - n * d.ep_p3 : (rest - n * d.p3) - n * d.p4;
+  X r;
+  if constexpr (ep)
+    r = rest - n * d.ep_p3;
+  else
+    r = (rest - n * d.p3) - n * d.p4;
   constexpr int sign = 8 * sizeof(typename X::Element) - 1;
   return bit_xor(small_sine<ep>(r, cosine ? r : without_tiny(r, x, d.tiny), d),
                  reals<X>(shift_left<sign>(bits(N))));
