@@ -70,15 +70,18 @@ inline X sln_ha(const SingleLogParts<X>& p, X t) {
   const auto S = fast_two_sum(p.k * d.L_hi, f.high);
   return S.high + (S.low + multiply_add(p.k, d.L_lo, t + f.low));
 }
+template <class X, int n>
+inline X sln_low(const SingleLogParts<X>& p, X t, const Row<float> (&coefficients)[n]) {
+  const X e = p.e(), e2 = e * e, first = multiply_add(p.k, vsln_data.L, e + t);
+  return multiply_add(e2, polynomial(e, e2, coefficients), first);
+}
 template <class X>
 inline X sln_la(const SingleLogParts<X>& p, X t) {
-  const X e = p.e(), e2 = e * e, first = multiply_add(p.k, vsln_data.L, e + t);
-  return multiply_add(e2, polynomial(e, e2, vsln_data.la), first);
+  return sln_low(p, t, vsln_data.la);
 }
 template <class X>
 inline X sln_ep(const SingleLogParts<X>& p, X t) {
-  const X e = p.e(), e2 = e * e, first = multiply_add(p.k, vsln_data.L, e + t);
-  return multiply_add(e2, polynomial(e, e2, vsln_data.ep), first);
+  return sln_low(p, t, vsln_data.ep);
 }
 
 struct SlnHA {
