@@ -55,8 +55,8 @@
  *   Atanh       s, d   (n, a, r)  atanh x, |x| <= 1
  *                       domain error (1): |x| > 1
  *                       singularity (2): |x| = 1
- *                       method: half the logarithm of (1 + x)/(1 - x), by the logarithm's table and a quotient that
- *                       does not cancel
+ *                       method: half the logarithm of (1 + x)/(1 - x), by a quotient that does not cancel; doubles in
+ *                       LA and EP: addition theorem, 32 cells to a power of two of 1 - |x|
  *   Cosh        s, d   (n, a, r)  cosh x
  *                       overflow (3): result above the largest number
  *                       method: as Sinh

@@ -32,11 +32,6 @@ class ShortReciprocal {
     return tef::log_ha<LnDescription>(
         exponent(), [&](int lane) { return row(words.high(lane)); }, e, q);
   }
-  X log_la(X e, X q) const {
-    const SpilledWords<X> words = row_words();
-    return tef::log_la<LnDescription>(
-        exponent(), [&](int lane) { return row(words.high(lane)); }, e, q);
-  }
 
  private:
   X exponent() const { return kShortReciprocal.bias - exponent_field(R); }
