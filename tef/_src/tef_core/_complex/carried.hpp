@@ -7,6 +7,14 @@
 
 ORX_ISA_BEGIN(orx::tef)
 
+// A denormal result raises underflow, also an exact one: its square does.
+template <class T, int n>
+inline Vec<T, n> with_underflow(Vec<T, n> y) {
+  static constexpr Row<T> smallest = std::numeric_limits<T>::min();
+  const Vec<T, n> denormal = keep(less(magnitude(y), smallest), y);
+  return bit_or(y, denormal * denormal);
+}
+
 // How numbers are carried, and what is rounded in the end.
 struct InOne {
   template <class X>
@@ -30,9 +38,14 @@ struct InOne {
   static auto widened(Z z) {
     return widen(z);
   }
-  template <class Y>
-  static auto narrowed(Y y) {
+  template <class X>
+  static auto narrowed(X y) {
     return narrow(y);
+  }
+  template <class X>
+  static auto narrowed(Complex<X> y) {
+    const auto z = narrow(y);
+    return complex_of(with_underflow(z.re), with_underflow(z.im));
   }
   template <class X>
   static X rounded(X a) {

@@ -56,10 +56,14 @@ inline Mask<T, n> is_zero(Complex<Vec<T, n>> z) {
   return bit_and(equal(z.re, Vec<T, n>{}), equal(z.im, Vec<T, n>{}));
 }
 
+// Singles are carried in doubles, where their squares neither overflow nor underflow; the approximate reciprocal in an angle
+// has the range of singles, too.
 template <class T>
-constexpr Row<T> kModerateFrom = T(0x1p-60);
+constexpr Row<T> kModerateFrom = sizeof(T) == 4 ? std::numeric_limits<T>::denorm_min() : T(0x1p-60);
 template <class T>
-constexpr Row<T> kModerateTo = T(0x1p60);
+constexpr Row<T> kModerateTo = sizeof(T) == 4 ? T(0x1p124) : T(0x1p60);
+template <class T>
+constexpr Row<T> kModulusFrom = sizeof(T) == 4 ? T(0x1p-124) : T(0x1p-60);
 
 // A part is neither 0 nor moderate.
 template <class T, int n>
@@ -68,6 +72,11 @@ inline Mask<T, n> not_moderate(Complex<Vec<T, n>> z) {
     return bit_andnot(equal(x, Vec<T, n>{}), outside(magnitude(x), kModerateFrom<T>, kModerateTo<T>));
   };
   return bit_or(part(z.re), part(z.im));
+}
+// As an argument of logarithms: 0, or next to it.
+template <class T, int n>
+inline Mask<T, n> too_small(Complex<Vec<T, n>> z) {
+  return bit_and(less(magnitude(z.re), kModulusFrom<T>), less(magnitude(z.im), kModulusFrom<T>));
 }
 
 ORX_ISA_END

@@ -31,7 +31,7 @@ struct SinhCoshOfSingle {
 };
 
 struct WavesOfSingles {
-  static constexpr Row<float> kLeast = 0x1p-60f, kAnglesFrom = 0x1p24f;
+  static constexpr Row<float> kLeast = std::numeric_limits<float>::denorm_min(), kAnglesFrom = 0x1p24f;
   static constexpr Row<float> kMost = 100.0f, kMostOfTangent = 40.0f;
 
   template <class X>

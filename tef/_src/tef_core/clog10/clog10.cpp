@@ -13,7 +13,7 @@ template <class Carried>
 struct Log10 {
   template <class X>
   static auto rare(Complex<X> z) {
-    return bit_or(not_moderate(z), is_zero(z));
+    return bit_or(not_moderate(z), too_small(z));
   }
   template <class X>
   static auto of(Complex<X> z) {

@@ -53,7 +53,7 @@ template <class Of>
 struct Power {
   template <class X>
   static auto rare(Complex<X> a, Complex<X> b) {
-    return bit_or(bit_or(not_moderate(a), not_moderate(b)), is_zero(a));
+    return bit_or(bit_or(not_moderate(a), not_moderate(b)), too_small(a));
   }
   template <class X>
   static Complex<X> eval(Complex<X> a, Complex<X> b, X& rare) {
