@@ -10,6 +10,7 @@ ORX_ISA_BEGIN(orx::tef)
 struct WavesOfSinglesData {
   Row<double> small = 0x1p-8;  // below it sinh x = x + x^3/6 to 2^-39; above it e^x - e^-x has lost 8 bits
   Row<double> sixth = 1 / 6.0;
+  Row<double> most = 200.0;  // from here on e^x and e^-x times any sine of a single are beyond the range of singles
 };
 inline constexpr WavesOfSinglesData kWavesOfSingles{};
 
@@ -17,10 +18,10 @@ template <class X>
 struct SinhCoshOfSingle {
   X sinh, cosh;
 
-  // |x| <= 100, 0 or not so small that its square underflows.
+  // x finite, 0 or not so small that its square underflows.
   explicit SinhCoshOfSingle(X x) {
     const auto& d = kWavesOfSingles;
-    const X size = magnitude(x);
+    const X size = min(magnitude(x), d.most);
     const auto h = ExponentialHalves<X>::template without_rests<0>(size, size);
     const X r2 = h.r * h.r, c = cosh_rest(r2), s = h.r + (h.r * r2) * d.sixth;
     const X C = h.a + h.b, S = h.a - h.b;
@@ -32,7 +33,7 @@ struct SinhCoshOfSingle {
 
 struct WavesOfSingles {
   static constexpr Row<float> kLeast = std::numeric_limits<float>::denorm_min(), kAnglesFrom = 0x1p24f;
-  static constexpr Row<float> kMost = 100.0f, kMostOfTangent = 40.0f;
+  static constexpr Row<float> kMost = std::numeric_limits<float>::max(), kMostOfTangent = kMost;
 
   template <class X>
   static Waves<X> waves(Complex<X> z) {

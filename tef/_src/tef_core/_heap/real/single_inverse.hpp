@@ -30,11 +30,11 @@ inline X log_of_sum(X a, X b) {
   const X u = z.high + one, t = u - z.high, lost = (one - t) + (z.high - (u - t));
   const SingleLogParts<X> p(u);
   if constexpr (ep) return sln_ep(p, lost * p.scale);
-  // ln(1 + e + t) = ln(1 + e) + t/(1 + e), nearly. t comes last: beside e, which may be above a power of two where the result
-  // is below it, it would be rounded too soon.
+  // ln(1 + e + t) = ln(1 + e) + t/(1 + e), nearly. Added up from the small end: e, and e + k ln 2, may lie above a power of two
+  // where the result is below it.
   const X e = p.e(), e2 = e * e, rest = (lost + z.low) * p.scale;
-  return multiply_add(p.k, vsln_data.L, e) +
-         multiply_add(e2, polynomial(e, e2, vsln_data.la), subtract_product(rest, rest, e));
+  const X tail = multiply_add(e2, polynomial(e, e2, vsln_data.la), subtract_product(rest, rest, e));
+  return multiply_add(p.k, vsln_data.L, e + tail);
 }
 
 // ln 2 x for x from 1 up, which is their value where squares overflow.
