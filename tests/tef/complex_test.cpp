@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <x86intrin.h>
 
+#include <cfenv>
 #include <cfloat>
 #include <cmath>
 #include <complex>
@@ -218,7 +219,9 @@ TEST_F(Complex, ResultsDoNotDependOnMXCSR) {
 // next to the cuts, to the points where they end and to the unit circle, too.
 std::vector<Double> telling_numbers() {
   std::vector<Double> all = numbers(200);
-  std::vector<double> sizes = {0, 0x1p-59, 0x1p-30, 1 / 3.0, 1.25, 3, 0x1p20, 0x1p59};
+  std::vector<double> sizes = {
+      0, 0x1p-149, 0x1p-126, 0x1.8p-125, 0x1p-70, 0x1p-59, 0x1p-30, 1 / 3.0,        1.25,
+      3, 95,       180,      0x1p20,     0x1p59,  0x1p63,  0x1p123, 0x1.fffffep+127};
   for (const double off : {0x1p-52, 0x1p-30, 0x1p-10, 0.0}) {
     sizes.push_back(1 + off);
     sizes.push_back(1 - off / 2);
@@ -268,6 +271,29 @@ TEST_F(Complex, VectorsAgreeWithTheRoutineForOneNumber) {
   ORX_CHECK(Acosh, cacosh)
   ORX_CHECK(Atanh, catanh)
   ORX_CHECK(Log10, clog10)
+#undef ORX_CHECK
+}
+
+// Exact ones, too, such as the arctangent of a denormal number.
+TEST_F(Complex, DenormalResultsOfSinglesRaiseUnderflow) {
+  const auto check = [](const char* name, auto* kernel) {
+    for (const Double number : telling_numbers()) {
+      const std::vector<Single> z(1, Single(number));
+      std::vector<Single> r(1);
+      std::feclearexcept(FE_ALL_EXCEPT);
+      kernel(1, parts(z), parts(r));
+      const bool raised = std::fetestexcept(FE_UNDERFLOW) != 0;
+      const auto denormal = [](float part) { return std::fpclassify(part) == FP_SUBNORMAL; };
+      EXPECT_TRUE(raised || !(denormal(r[0].real()) || denormal(r[0].imag())))
+          << name << z[0] << ": " << r[0];
+    }
+  };
+#define ORX_CHECK(Fn) check("c" #Fn, orx_tef_kernel_c##Fn##_ttab[0]);
+  ORX_CHECK(Sin)
+  ORX_CHECK(Tan)
+  ORX_CHECK(Asin)
+  ORX_CHECK(Atan)
+  ORX_CHECK(Atanh)
 #undef ORX_CHECK
 }
 

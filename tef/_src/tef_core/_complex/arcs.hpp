@@ -95,7 +95,8 @@ struct Arcs {
   struct Atanh {
     template <class X>
     static auto rare(Complex<X> z) {
-      const auto pole = bit_and(equal(magnitude(z.re), broadcast<X>(1)), equal(z.im, X{}));
+      const auto pole = bit_and(equal(magnitude(z.re), broadcast<X>(1)),
+                                less(magnitude(z.im), kModulusFrom<typename X::Element>));
       return bit_or(not_moderate(z), pole);
     }
     template <class X>

@@ -62,6 +62,7 @@ template <class T>
 constexpr Row<T> kModerateFrom = sizeof(T) == 4 ? std::numeric_limits<T>::denorm_min() : T(0x1p-60);
 template <class T>
 constexpr Row<T> kModerateTo = sizeof(T) == 4 ? T(0x1p124) : T(0x1p60);
+// For a number next to 0: of a logarithm, or from a pole.
 template <class T>
 constexpr Row<T> kModulusFrom = sizeof(T) == 4 ? T(0x1p-124) : T(0x1p-60);
 
@@ -73,7 +74,6 @@ inline Mask<T, n> not_moderate(Complex<Vec<T, n>> z) {
   };
   return bit_or(part(z.re), part(z.im));
 }
-// As an argument of logarithms: 0, or next to it.
 template <class T, int n>
 inline Mask<T, n> too_small(Complex<Vec<T, n>> z) {
   return bit_and(less(magnitude(z.re), kModulusFrom<T>), less(magnitude(z.im), kModulusFrom<T>));
