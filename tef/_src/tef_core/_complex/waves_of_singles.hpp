@@ -10,8 +10,8 @@ ORX_ISA_BEGIN(orx::tef)
 struct WavesOfSinglesData {
   Row<double> small = 0x1p-8;  // below it sinh x = x + x^3/6 to 2^-39; above it e^x - e^-x has lost 8 bits
   Row<double> sixth = 1 / 6.0;
-  Row<double> most =
-      200.0;  // from here on e^x and e^-x times any sine of a single are beyond the range of singles
+  // From here on e^x and e^-x times any sine of a single are beyond the range of singles.
+  Row<double> most = 200.0;
 };
 inline constexpr WavesOfSinglesData kWavesOfSingles{};
 
