@@ -10,6 +10,7 @@
 #pragma once
 #include <cfloat>
 
+#include "_heap/real/horner_of_pairs.hpp"
 #include "_heap/real/magnitudes.hpp"
 #include "frame/exceptions.hpp"
 #include "frame/kernel.hpp"
@@ -122,7 +123,7 @@ inline constexpr dSinhHAData vdsinh_ha_data{};
 struct dSinhLAData {
   // Without the rests of a and b, a - b is good enough only from here on. The same to 2^-55.4 of sinh r
   Row<double> small = 0.5, one = 1.0;
-  Row<double> least = 0x1p-300;  // added to r, so that its square does not underflow
+  Row<double> least = 0x1p-200;  // added to r, so that its fourth power does not underflow
   Row<double> s[5] = {0x1.55555555555dfp-3, 0x1.11111110f26b1p-7, 0x1.a01a022dadf7ep-13,
                       0x1.71dd1d39bf43ep-19, 0x1.b06d138d85428p-26};
 };
@@ -157,14 +158,15 @@ struct dSinhHA : dSinhKernel<dSinhHA> {
   static int rare_lane(const double* a, double* r) { return vdsinh_cout_rare(a, r); }
 };
 struct dSinhLA : dSinhKernel<dSinhLA> {
+  static constexpr int kTogether = 2;
   template <int orders, class X>
   static X scaled(X size) {
     const auto& d = vdsinh_la_data;
     const auto h = ExponentialHalves<X>::template without_rests<orders>(size, unless_small(size, d.small));
     const X q = h.r + d.least, r2 = q * q;
-    const X c = cosh_rest(r2), s = h.r * multiply_add(r2, horner(r2, d.s), d.one);
     const X C = h.a + h.b, S = h.a - h.b;
-    return S + (S * c + C * s);
+    const X s = multiply_add(r2, horner_of_pairs(r2, r2 * r2, d.s), d.one);  // sinh r / r
+    return S + (S * cosh_rest(r2) + (C * h.r) * s);
   }
   template <class X>
   static X signed_as(X y, X x) {
