@@ -72,15 +72,15 @@ struct ArcByRoot {
   static X sum(X, const Chord<X>& chord, X base, X, X part) {
     const auto& d = arc_data<X>();
     const X square = chord.square, root = chord.root;
-    X p;
-    if constexpr (ep)
-      p = arc_polynomial(square, d.ep);
-    else
-      p = arc_polynomial(square, d.la);
-    if constexpr (large)  // the root joins the base while the polynomial is still on its way
-      return multiply_add(root * (square * part), p, base + root * part);
-    else
-      return multiply_add(multiply_add(root * square, p, root), part, base);
+    if constexpr (ep) {  // a factor near 1, which the root need not wait for, but whose rounding shows
+      return multiply_add(root, multiply_add(square * part, arc_polynomial(square, d.ep), part), base);
+    } else {
+      const X p = arc_polynomial(square, d.la);
+      if constexpr (large)  // the root joins the base while the polynomial is still on its way
+        return multiply_add(root * (square * part), p, base + root * part);
+      else
+        return multiply_add(multiply_add(root * square, p, root), part, base);
+    }
   }
 };
 using ArcLA = ArcByRoot<false>;
