@@ -4,7 +4,9 @@
 
 ORX_ISA_BEGIN(orx::tef)
 namespace {
-using dAcosHA = ArcCosine<double, ArcHA>;
+struct dAcosHA : ArcCosine<double, ArcHA> {
+  static constexpr int kTogether = 2;
+};
 using dAcosLA = ArcCosine<double, ArcLA>;
 using dAcosEP = ArcCosine<double, ArcEP>;
 }  // namespace

@@ -7,7 +7,6 @@ ORX_ISA_BEGIN(orx::tef)
 
 template <class T, class Method>
 struct ArcTangent : Kernel<T(T)> {
-  static constexpr int kTogether = sizeof(T) == 4 ? 2 : 1;
   template <class X>
   static auto rare(X x) {
     return outside(magnitude(x), kTiny, kHuge);

@@ -94,6 +94,7 @@ struct dAtanh : Kernel<double(double)> {
   static int rare_lane(const double* a, double* r) { return vdatanh_cout_rare(a, r); }
 };
 struct dAtanhHA : dAtanh {
+  static constexpr int kTogether = 2;
   template <class X>
   static X eval(X x) {
     const AtanhReduced<X> f(x);

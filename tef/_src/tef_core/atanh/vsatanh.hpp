@@ -33,6 +33,7 @@ struct sAtanh : Kernel<float(float)> {
   static int rare_lane(const float* a, float* r) { return vsatanh_cout_rare(a, r); }
 };
 struct sAtanhHA : sAtanh {
+  static constexpr int kTogether = 2;
   template <class X>
   static X eval(X x) {
     const auto& d = kSingleInverse;
@@ -44,6 +45,7 @@ struct sAtanhHA : sAtanh {
 };
 template <bool ep>
 struct sAtanhLow : sAtanh {
+  static constexpr int kTogether = ep ? 1 : 2;
   template <class X>
   static X eval(X x) {
     const auto& d = vsatanh_data;

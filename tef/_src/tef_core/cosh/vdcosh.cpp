@@ -18,6 +18,7 @@ int vdcosh_cout_rare(const double*, double* r) {
 
 template <class F>
 struct dCosh : dSinhKernel<F> {
+  static constexpr int kTogether = 2;
   template <class X>
   static X eval(X x) {
     return F::template scaled<0>(max(magnitude(x), vdcosh_data.least));

@@ -32,6 +32,7 @@ struct sSinhHA : sSinhKernel<sSinhHA> {
 };
 template <bool ep>
 struct sSinhLow : sSinhKernel<sSinhHA> {
+  static constexpr int kTogether = ep ? 1 : 2;
   template <class X>
   static X eval(X x) {
     const auto& d = vssinh_single_data;
