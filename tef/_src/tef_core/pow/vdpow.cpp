@@ -6,7 +6,7 @@ namespace {
 
 using dPowHA = dPow<double(double, double), PowHA>;
 using dPowLA = dPow<double(double, double), PowLA>;
-using dPowEP = dPow<double(double, double), PowInOne>;
+using dPowEP = dPow<double(double, double), PowEP>;
 
 }  // namespace
 

@@ -173,50 +173,50 @@ struct Normalised {
   }
 };
 
+// The steps with log2 x and y log2 x in two parts, and in one.
 template <bool quick>
-struct PowInTwo {
-  static constexpr Row<double> kLargest = DBL_MAX;
-
+struct StepsInTwo {
   template <class X>
-  static X power(X x, X y, X& late) {
-    return from_log(log2_in_two(x, exponent_field(x)), y, late);
+  static HighLow<X> log(X x, X k) {
+    return log2_in_two(x, k);
   }
   template <class X>
-  static X power_of_any(X x, X y, X& late) {
-    const Normalised<X> n(x);
-    return from_log(log2_in_two(n.x, n.k), y, late);
-  }
-
- private:
-  template <class X>
-  static X from_log(const HighLow<X>& l, X y, X& late) {
+  static X power(X y, const HighLow<X>& l, X& late) {
     const auto z = times(y, l);
     late = not_below(magnitude(z.high), vdpow_data.rare_from);
     return exp2_of_two<quick>(z, late);
   }
 };
-
-struct PowInOne {
-  static constexpr Row<double> kLargest = DBL_MAX;
-
+struct StepsInOne {
   template <class X>
-  static X power(X x, X y, X& late) {
-    return from_log(log2_in_one(x, exponent_field(x)), y, late);
+  static X log(X x, X k) {
+    return log2_in_one(x, k);
   }
   template <class X>
-  static X power_of_any(X x, X y, X& late) {
-    const Normalised<X> n(x);
-    return from_log(log2_in_one(n.x, n.k), y, late);
-  }
-
- private:
-  template <class X>
-  static X from_log(X l, X y, X& late) {
+  static X power(X y, X l, X& late) {
     const X z = y * l;
     late = not_below(magnitude(z), vdpow_data.rare_from);
     return quick_exp2(z, late);
   }
 };
+
+template <class Steps>
+struct PowBy {
+  static constexpr Row<double> kLargest = DBL_MAX;
+
+  template <class X>
+  static X power(X x, X y, X& late) {
+    return Steps::power(y, Steps::log(x, exponent_field(x)), late);
+  }
+  template <class X>
+  static X power_of_any(X x, X y, X& late) {
+    const Normalised<X> n(x);
+    return Steps::power(y, Steps::log(n.x, n.k), late);
+  }
+};
+using PowHA = PowBy<StepsInTwo<false>>;
+using PowLA = PowBy<StepsInTwo<true>>;
+using PowEP = PowBy<StepsInOne>;
 
 // For scalar routines: y ln |x|, and whether x^y is negative.
 struct Exponent {
@@ -240,8 +240,6 @@ struct Exponent {
 // The status to report.
 int vdpow_cout_rare(const double* a, const double* b, double* r);
 
-using PowHA = PowInTwo<false>;
-using PowLA = PowInTwo<true>;
 template <class Signature, class Method>
 using dPow = Pow<Signature, Method, vdpow_cout_rare>;
 

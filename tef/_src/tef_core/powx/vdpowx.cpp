@@ -6,7 +6,7 @@ namespace {
 
 using dPowxHA = dPow<double(double, Scalar<double>), PowHA>;
 using dPowxLA = dPow<double(double, Scalar<double>), PowLA>;
-using dPowxEP = dPow<double(double, Scalar<double>), PowInOne>;
+using dPowxEP = dPow<double(double, Scalar<double>), PowEP>;
 
 }  // namespace
 ORX_ISA_END
