@@ -391,6 +391,7 @@ class Loop {
     const Call call{p...};
     unsigned i = 0;
     if (n >= kLong) {
+      forget_upper();
       i = to_boundary(call);
       if (i) some(0, static_cast<int>(i), p...);
     }
