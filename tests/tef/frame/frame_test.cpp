@@ -188,6 +188,24 @@ struct Staged : Kernel<T(T)> {
   static constexpr Row<T> kFifty = T(50), kTwoThousand = T(2000);
 };
 
+// The same with a formula of its own from 100 to 1000, for whole blocks, too.
+template <class T, int together>
+struct StagedWithFar : Staged<T, together> {
+  template <class X>
+  static auto far(X a) {
+    return bit_andnot(not_below(a, kThousand<T>), not_below(a, kHundred<T>));
+  }
+  template <class X>
+  static X eval_far(X a) {
+    return a + a;
+  }
+  static int expected(const T* p, T* r) {
+    const int status = Staged<T, together>::expected(p, r);
+    if (*p >= 100 && *p < 1000) *r = *p + *p;
+    return status;
+  }
+};
+
 // Singles that are computed in doubles.
 struct InDoubles : Kernel<float(float)> {
   static constexpr float kSafe = 1.0f;
@@ -284,11 +302,16 @@ int record(TefErrorContext* e) {
   return 0;
 }
 
-// Small numbers, with values between them that are rare in various ways; every other 70 without.
+// Small numbers, with values between them that are rare in various ways; stretches of small numbers alone, and of such as have a
+// formula of their own.
 double value(int i) {
   constexpr double kRare[] = {60, 100, 250, 1000, 1500, 2000, 1e6};
+  enum { kMixed, kSmall, kFar };
+  constexpr int kStretch[] = {kMixed, kMixed, kSmall, kFar, kMixed, kFar, kSmall, kSmall};
+  const int stretch = kStretch[i / 35 % 8];
+  if (stretch == kFar) return 100 + i % 100;
   const bool rare = i % 5 == 3 || i % 16 > 12;
-  return rare && i / 70 % 2 == 0 ? kRare[i % 7] : i % 9 - 4;
+  return rare && stretch == kMixed ? kRare[i % 7] : i % 9 - 4;
 }
 
 template <class K>
@@ -364,7 +387,8 @@ using Kernels =
                    Product<float, Scalar<float>>, SumAndSquare<double, 1>, SumAndSquare<double, 2>,
                    SumAndSquare<float, 4>, ComplexProduct<double>, ComplexProduct<float>, Norm<double>,
                    Norm<float>, FromReal<double>, FromReal<float>, PairSum<double>, PairSum<float>,
-                   Staged<double, 1>, Staged<double, 4>, Staged<float, 2>, InDoubles, Elementwise<double>,
+                   Staged<double, 1>, Staged<double, 4>, Staged<float, 2>, StagedWithFar<double, 1>,
+                   StagedWithFar<double, 4>, StagedWithFar<float, 2>, InDoubles, Elementwise<double>,
                    Elementwise<Complex<float>>>;
 TYPED_TEST_SUITE(Frame, Kernels);
 

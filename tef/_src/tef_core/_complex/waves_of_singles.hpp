@@ -33,7 +33,7 @@ struct SinhCoshOfSingle {
 };
 
 struct WavesOfSingles {
-  static constexpr Row<float> kLeast = std::numeric_limits<float>::denorm_min(), kAnglesFrom = 0x1p24f;
+  static constexpr Row<float> kLeast = std::numeric_limits<float>::denorm_min(), kAnglesFrom = 0x1p22f;
   static constexpr Row<float> kMost = std::numeric_limits<float>::max(), kMostOfTangent = kMost;
 
   template <class X>

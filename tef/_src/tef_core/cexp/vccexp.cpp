@@ -49,7 +49,7 @@ struct cExpHA : Kernel<Complex<float>(Complex<float>)> {
   }
   template <class X>
   static Complex<X> by_turns(Complex<X> z) {
-    const auto y = sines_of_large<Wanted::Both>(widen(z.im));
+    const auto y = sines_of_large<Wanted::Both>(z.im, [](auto r, auto N) { return sine_of_rest(r, N); });
     return narrow(scaled(power(z.re), Complex<decltype(widen(z.im))>{y.second, y.first}));
   }
   template <class X>

@@ -10,7 +10,7 @@ namespace {
 int vzexp_cout_rare(const Complex<double>* a, Complex<double>* r) { return _tef_cexpt_scalar(a, r); }
 
 struct {
-  Row<double> turns_from = 0x1.fff8p+15, la_turns_from = 0x1p+24;
+  Row<double> turns_from = 0x1.fff8p+15;
   // HA: neither part is rounded twice, as a denormal one would be, for e^x from 2^-476 on times a sine of 2^-540.
   Row<double> lowest = -330.0, highest = 0x1.6232bp+9, least = 0x1p-540;
 } constexpr vzexp_data{};
@@ -71,7 +71,7 @@ struct zExpHA : Kernel<Complex<double>(Complex<double>)> {
 struct zExpLA : zExpHA {
   template <class X>
   static auto rare(Complex<X> z) {
-    return bit_or(dExp::rare(z.re), not_below(magnitude(z.im), vzexp_data.la_turns_from));
+    return bit_or(dExp::rare(z.re), dSinLA<Wanted::Both>::rare(z.im));
   }
   template <class X>
   static Complex<X> eval(Complex<X> z) {

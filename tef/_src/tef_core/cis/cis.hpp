@@ -15,6 +15,15 @@ struct Cis : Kernel<Complex<T>(T)> {
     const Two<X> y = SineAndCosine::eval(x);
     return {y.second, y.first};
   }
+  template <class X>
+  static auto far(X x) {
+    return SineAndCosine::far(x);
+  }
+  template <class X>
+  static Complex<X> eval_far(X x) {
+    const Two<X> y = SineAndCosine::eval_far(x);
+    return {y.second, y.first};
+  }
   template <class X, class Left>
   static void finish(X x, Left& left) {
     RareLanes<X, Two<X>> parts(left.lanes, {left.y.im, left.y.re});

@@ -6,6 +6,8 @@
 //   struct dLnHA : Kernel<double(double)> {
 //     template <class X> static auto rare(X x);                   // lanes that eval cannot be trusted with
 //     template <class X> static X eval(X x);                      // the mathematics
+//     template <class X> static auto far(X x);                    // those of them that eval_far takes
+//     template <class X> static X eval_far(X x);                  // other mathematics, for whole vectors too
 //     template <class X, class Left> static void finish(X x, Left& left);  // rare lanes, still as vectors
 //     static int rare_lane(const double* a, double* r);           // one rare element; its status
 //   };
@@ -37,11 +39,15 @@
 //   rare(x [, y])
 //       A mask X of lanes by their arguments; the sign of a lane tells. It must be quiet for NaN: integer
 //       operations on the bits, or the comparisons of the vocabulary that are quiet. Padding (kSafe) is not rare.
+//   far(x [, y]), eval_far(x [, y])
+//       A full mask of those rare lanes that another formula is for, which vectors may be made of entirely (large arguments
+//       of Sin, by the digits of pi), and the results of it. Blocks of such elements alone go through it as those of usual
+//       elements through eval; other lanes are kSafe. X has one vector in eval_far.
 //   finish(x [, y], left)
-//       The second path: blends, or other formulas (the digit table of large arguments of Sin). `x` holds the rare
-//       lanes' arguments, the others being kSafe; left.lanes is the full mask of the lanes still to be finished and
-//       left.y the results so far. left.finish(mask, value) settles lanes of left.lanes, left.finish(mask, value,
-//       status) settles and reports them: so a vector kernel reports a constant status without a scalar routine.
+//       The second path for what is left: blends, or other formulas. `x` holds the rare lanes' arguments, the others being
+//       kSafe; left.lanes is the full mask of the lanes still to be finished and left.y the results so far.
+//       left.finish(mask, value) settles lanes of left.lanes, left.finish(mask, value, status) settles and reports them: so
+//       a vector kernel reports a constant status without a scalar routine.
 //       Mask by select what is computed on: exceptions raised in finish count. Where the value is long to come by,
 //       pass a function of the mask instead, left.finish(mask, [&](X which) { ... }): it is called if there is a lane.
 //       X has one vector here.
@@ -66,9 +72,9 @@
 //
 // What the frame does. Short vectors begin with the main part; long ones with the elements up to an aligned
 // address. The main part takes a block of two vectors (or kTogether) at a time: asks rare for all of them, then
-// evaluates and stores; what is left over is taken by vectors whose absent lanes are kSafe. A block with a rare lane,
-// and those behind it as long as they have some, go through the rare path, a vector at a time: eval with kSafe in the
-// rare lanes, finish, stores, then the scalar routine and the reports in ascending order. Results, exceptions and
+// evaluates and stores; what is left over is taken by vectors whose absent lanes are kSafe. Blocks of far elements alone go
+// through eval_far. Another block with a rare lane, and those behind it as long as they have some, go through the rare path, a vector at a time: eval with kSafe in the
+// rare lanes, eval_far, finish, stores, then the scalar routine and the reports in ascending order. Results, exceptions and
 // reports do not depend on where an element stands. Errors go to the error layer in the types of the signature; a real
 // operand of a complex function has imaginary parts 0. Every call of code that may be compiled for another instruction
 // set follows a vzeroupper.
@@ -76,7 +82,7 @@
 // Code that depends on the instruction set (ORX_ISA_BEGIN) includes the rare path: a kernel in a file for another
 // instruction set must not call a scalar routine that is compiled for AVX; instantiate its template in the file.
 //
-// A complete example, with all the members (tests/tef/frame/example_test.cpp has it running):
+// A complete example, with all the members but far (tests/tef/frame/example_test.cpp has it running):
 //
 //   // 1/sqrt(x), by the processor's root.
 //   struct dInvSqrt : Kernel<double(double)> {
@@ -131,7 +137,7 @@ struct Kernel<R(A...)> {
   static constexpr int kTogether = 1;
   static constexpr Control kControl = Control::kMode;
   static constexpr bool kElementwise = false;
-  static constexpr Absent eval{}, rare{}, finish{}, rare_lane{};
+  static constexpr Absent eval{}, rare{}, far{}, finish{}, rare_lane{};
 };
 template <class Signature>
 struct ElementKernel : Kernel<Signature> {
@@ -148,6 +154,7 @@ struct ElementKernel : Kernel<Signature> {
   template <class K>                                                                       \
   constexpr bool kHas##Name = !Lacks##Name<K>::value;
 ORX_HAS_MEMBER(Rare, rare)
+ORX_HAS_MEMBER(Far, far)
 ORX_HAS_MEMBER(Finish, finish)
 ORX_HAS_MEMBER(RareLane, rare_lane)
 #undef ORX_HAS_MEMBER
@@ -374,7 +381,8 @@ class Loop {
   static constexpr unsigned kBlock = kBlockVectors * kLanes;
   // Vectors from here on are worth being aligned.
   static constexpr unsigned kLong = 16 * kBlock;
-  static_assert(!kHasRare<K> || kHasRareLane<K> || kHasFinish<K>, "rare lanes that nobody finishes");
+  static_assert(!kHasRare<K> || kHasRareLane<K> || kHasFinish<K> || kHasFar<K>,
+                "rare lanes that nobody finishes");
 
  public:
   // The count is taken as unsigned.
@@ -397,7 +405,7 @@ class Loop {
     }
     for (const unsigned end = n - (n - i) % kBlock; i != end;) {
       i = usual_blocks(i, end, call);
-      if (i != end) i = careful(i, kBlock, end, call);
+      if (i != end) i = rare_blocks(i, end, call);
     }
     for (; i < n; i += kLanes) some(i, static_cast<int>(n - i < kLanes ? n - i : kLanes), p...);
     zero_upper();
@@ -453,6 +461,34 @@ class Loop {
     return any(rare<kBlockVectors>(call.template load<kBlockVectors>(first)));
   }
 
+  // The first block has rare elements.
+  static unsigned rare_blocks(unsigned i, unsigned end, const Call& call) {
+    if constexpr (kHasFar<K>)
+      if (all_far(i, call)) return far_blocks(i, end, call);
+    return careful(i, kBlock, end, call);
+  }
+  static bool all_far(unsigned first, const Call& call) {
+    if constexpr (kHasFar<K>)
+      return !any(complement(far(call.template load<kBlockVectors>(first))));
+    else
+      return false;
+  }
+  template <class V>
+  static auto far(const V& x) {
+    return x.into([](const auto&... a) { return K::far(a...); });
+  }
+  static Results<1> eval_far(const Arguments<1>& x) {
+    return x.into([](const auto&... a) -> Results<1> { return K::eval_far(a...); });
+  }
+  // The first block is known to be far; then those behind it that are. Not inlined, as `some` and `careful`.
+  __attribute__((noinline, flatten)) static unsigned far_blocks(unsigned i, unsigned end, Call call) {
+    do {
+      for (int v = 0; v < kBlockVectors; ++v, i += kLanes)
+        call.out.template store<1>(i, eval_far(call.template load<1>(i)));
+    } while (i != end && all_far(i, call));
+    return i;
+  }
+
   // A vector or less. Not inlined: the calls of few elements need not set up the main part's constants.
   __attribute__((noinline, flatten)) static void some(unsigned i, int count, P... p) {
     const Call call{p...};
@@ -477,7 +513,7 @@ class Loop {
     for (;;) {
       for (const unsigned to = i + count; i < to; i += kLanes)
         careful_vector(i, static_cast<int>(to - i < kLanes ? to - i : kLanes), call);
-      if (i >= end || !any_rare(i, call)) return i;
+      if (i >= end || !any_rare(i, call) || all_far(i, call)) return i;
       count = kBlock;
     }
   }
@@ -496,6 +532,7 @@ class Loop {
     }
     if (count < static_cast<int>(kLanes)) mask = bit_and(mask, first_lanes<X>(count * kLanesOfElement));
     RareLanes<X, Results<1>> left(mask, y);
+    if constexpr (kHasFar<K>) left.finish(far(x), [&](X which) { return eval_far(select(which, x, safe)); });
     if constexpr (kHasFinish<K>)
       select(left.lanes, x, safe).into([&](const auto&... a) { K::finish(a..., left); });
     call.out.store_first(i, count, left.y);

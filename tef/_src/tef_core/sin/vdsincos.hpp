@@ -8,7 +8,6 @@
 // LA: the same with plain doubles in the table, so that sine and cosine come from one row.
 // EP: x = n pi + r, |r| <= pi/2, an odd polynomial, and the sign of n.
 #pragma once
-#include <cfloat>
 #include <limits>
 
 #include "_heap/real/turns.hpp"
@@ -24,7 +23,6 @@ ORX_ISA_BEGIN(orx::tef)
 
 struct dSinTableData {
   Row<double> inv = 0x1.45f306dc9c883p+6;  // 256/pi
-  Row<double> shifter = 0x1.8p+52;
   // pi/256. The product of n and the first part is exact; that of n and the second is where the result can be small, for
   // there n is a multiple of 128.
   Row<double> p1 = 0x1.921fb544p-7, p2 = 0x1.0b4611a62p-41, p3 = 0x1.8cc51701b839ap-79;
@@ -42,11 +40,11 @@ inline X without_tiny(X r, X x, const Row<typename X::Element>& tiny) {
   return keep(not_below(magnitude(x), tiny), r);
 }
 
-template <class X>
+template <int step = 1, class X>
 inline Turn<X> reduce_by_table_steps(X x) {
   const auto& d = vdsin_data_ha;
-  const X N = x * d.inv + d.shifter;
-  const X n = N - d.shifter;
+  const X N = x * d.inv + kShifter<step>;
+  const X n = N - kShifter<step>;
   const X r1 = x - n * d.p1;
   const X w = n * d.p2;
   const X r = r1 - w;
@@ -98,9 +96,9 @@ inline auto wanted_of(const Turn<X>& t) {
 
 // ---- LA
 struct dSinLaData {
-  // pi/256. The products of n, below 2^31, with the first two parts are exact; that with the third is where the result can be
-  // small, for there n is a multiple of 128.
-  Row<double> p1 = 0x1.921fbp-7, p2 = 0x1.5110bp-29, p3 = 0x1.1846989p-51, p4 = 0x1.198a2e0370734p-80;
+  // pi/256. The products of n, below 2^29, with the first two parts are exact; that with the third is where the result can be
+  // small, for there n is a multiple of 128. The rounding of the last one does not show in any r of arguments below 2^22.
+  Row<double> p1 = 0x1.921fb4p-7, p2 = 0x1.4442dp-31, p3 = 0x1.8469898cp-55, p4 = 0x1.8a2e03707344ap-88;
   Row<double> c[2] = {-0x1.fffffffffc415p-2, 0x1.55552e2b14609p-5};  // (cos r - 1)/r^2, to 2^-58.2 of cos r
 };
 inline constexpr dSinLaData vdsin_data_la{};
@@ -109,7 +107,7 @@ template <class X>
 inline Turn<X> reduce_la(X x) {
   const auto& ha = vdsin_data_ha;
   const auto& d = vdsin_data_la;
-  const X N = x * ha.inv + ha.shifter, n = N - ha.shifter;
+  const X N = x * ha.inv + kShifter<1>, n = N - kShifter<1>;
   const X r = (((x - n * d.p1) - n * d.p2) - n * d.p3) - n * d.p4;
   return {N, r, X{}, r};
 }
@@ -165,6 +163,18 @@ inline X small_sine(X r, X q, const D& d) {
   return r + (q * square) * p;
 }
 
+// y, or where the last bit of N is set -y.
+template <class X>
+inline X turned_over(X y, X N) {
+  return bit_xor(y, reals<X>(shift_left<8 * sizeof(typename X::Element) - 1>(bits(N))));
+}
+
+// sin(n pi + r), as EP, of r that is not tiny; the last bit of N is n's.
+template <class X>
+inline X sine_of_rest(X r, X N) {
+  return turned_over(small_sine<true>(r, r, vdsin_data), N);
+}
+
 // sin of x, or of x + pi/2: then n counts from a half. The constants `d` are those of the precision; only singles have LA.
 template <bool cosine, bool ep, class X, class D>
 inline X sine_by_polynomial(X x, const D& d) {
@@ -176,9 +186,7 @@ inline X sine_by_polynomial(X x, const D& d) {
     r = rest - n * d.ep_p3;
   else
     r = (rest - n * d.p3) - n * d.p4;
-  constexpr int sign = 8 * sizeof(typename X::Element) - 1;
-  return bit_xor(small_sine<ep>(r, cosine ? r : without_tiny(r, x, d.tiny), d),
-                 reals<X>(shift_left<sign>(bits(N))));
+  return turned_over(small_sine<ep>(r, cosine ? r : without_tiny(r, x, d.tiny), d), N);
 }
 
 // What is wanted of sine(std::false_type) and, for the cosine, sine(std::true_type).
@@ -200,21 +208,44 @@ inline int sine_of_special(const T* a, T* r) {
   return infinite ? StatusDomain : StatusOk;
 }
 int vdsin_cout_rare(const double* a, double* r);
-// NaN, still as a vector.
-template <Wanted wanted, class X, class Left>
-inline void finish_nan(X x, Left& left) {
-  left.finish(unordered(x, x), [&](X nan) {
-    const X y = keep(nan, x) * keep(nan, x);
-    if constexpr (wanted == Wanted::Both)
-      return Two<X>{y, y};
-    else
-      return y;
-  });
-}
 
-template <class T, Wanted wanted, int cout_rare(const T*, T*)>
-struct SinKernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<T>, T>(T)> {
-  static int rare_lane(const T* a, T* r) { return cout_rare(a, r); }
+// Arguments from `from` on go by the digits of 1/pi: there the kernel has an eval_far. NaN, still as a vector, is its own result.
+template <class R, const auto& from>
+struct PeriodicKernel : Kernel<R(typename std::decay_t<decltype(from)>::Element)> {
+  template <class X>
+  static auto rare(X x) {
+    return not_below(magnitude(x), from);
+  }
+  template <class X>
+  static auto far(X x) {
+    return complement(outside(magnitude(x), from, kLargest));
+  }
+  template <class X, class Left>
+  static void finish(X x, Left& left) {
+    left.finish(unordered(x, x), [&](X nan) {
+      const X y = keep(nan, x) * keep(nan, x);
+      if constexpr (std::is_same_v<R, T>)
+        return y;
+      else
+        return Two<X>{y, y};
+    });
+  }
+
+ private:
+  using T = typename std::decay_t<decltype(from)>::Element;
+  static constexpr Row<T> kLargest = std::numeric_limits<T>::max();
+};
+
+template <class T, Wanted wanted>
+using ResultOf = std::conditional_t<wanted == Wanted::Both, Two<T>, T>;
+
+template <Wanted wanted, const auto& from, auto cout_rare>
+struct SinKernel : PeriodicKernel<ResultOf<typename std::decay_t<decltype(from)>::Element, wanted>, from> {
+  template <class T>
+  static int rare_lane(const T* a, T* r) {
+    return cout_rare(a, r);
+  }
+  template <class T>
   static int rare_lane(const T* a, T* r, T* r2) {
     const int status = cout_rare(a, r);
     *r2 = *r;
@@ -222,51 +253,23 @@ struct SinKernel : Kernel<std::conditional_t<wanted == Wanted::Both, Two<T>, T>(
   }
 };
 
-// HA and LA subtract multiples of pi/256 from what is small enough, EP multiples of pi; the rest goes by the digits of 1/(2 pi)
-// in all classes.
-template <Wanted wanted, bool ha>
-struct dSinKernel : SinKernel<double, wanted, vdsin_cout_rare> {
-  template <class X, class Left>
-  static void finish(X x, Left& left) {
-    left.finish(at_most(magnitude(x), kLargest), [&](X) {
-      if constexpr (ha)
-        return wanted_of<wanted>(reduce_by_digits(x));
-      else
-        return wanted_of_la<wanted>(reduce_by_digits_la(x));
-    });
-    finish_nan<wanted>(x, left);
-  }
+// HA and LA subtract multiples of pi/256 from what is small enough, EP multiples of pi.
+inline constexpr Row<double> kSinHaFrom = 0x1.fff8p+15, kSinLaFrom = 0x1p+22, kSinEpFrom = 0x1p+24;
 
- private:
-  static constexpr Row<double> kLargest = DBL_MAX;
-};
 template <Wanted wanted>
-struct dSinHA : dSinKernel<wanted, true> {
-  template <class X>
-  static auto rare(X x) {
-    return not_below(magnitude(x), kFrom);
-  }
+struct dSinHA : SinKernel<wanted, kSinHaFrom, vdsin_cout_rare> {
   template <class X>
   static auto eval(X x) {
     if constexpr (wanted == Wanted::Cosine) x = x + vdsin_data_ha.tiny;
     return wanted_of<wanted>(reduce_by_table_steps(x));
   }
-
- private:
-  static constexpr Row<double> kFrom = 0x1.fff8p+15;
-};
-template <Wanted wanted>
-struct dSinLow : dSinKernel<wanted, false> {
   template <class X>
-  static auto rare(X x) {
-    return not_below(magnitude(x), kFrom);
+  static auto eval_far(X x) {
+    return wanted_of<wanted>(reduce_by_digits(x));
   }
-
- private:
-  static constexpr Row<double> kFrom = 0x1p+24;
 };
 template <Wanted wanted>
-struct dSinLA : dSinLow<wanted> {
+struct dSinLA : SinKernel<wanted, kSinLaFrom, vdsin_cout_rare> {
   template <class X>
   static auto eval(X x) {
     const auto& d = vdsin_data_ha;
@@ -275,12 +278,25 @@ struct dSinLA : dSinLow<wanted> {
     t.q = without_tiny(t.r, x, d.tiny);
     return wanted_of_la<wanted>(t);
   }
+  template <class X>
+  static auto eval_far(X x) {
+    return wanted_of_la<wanted>(reduce_by_digits_la(x));
+  }
 };
 template <Wanted wanted>
-struct dSinEP : dSinLow<wanted> {
+struct dSinEP : SinKernel<wanted, kSinEpFrom, vdsin_cout_rare> {
   template <class X>
   static auto eval(X x) {
     return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, true>(x, vdsin_data); });
+  }
+  template <class X>
+  static auto eval_far(X x) {
+    const Units<X> units(x);
+    return chosen<wanted>([&](auto cosine) {
+      const Steps<2 * kQuarterTurn, cosine ? kQuarterTurn : 0, X> n(units);
+      const X r = (n.rest + units.places(3)) * kTurnData.unit;  // to 2^-49
+      return sine_of_rest(r, n.N);
+    });
   }
 };
 

@@ -30,41 +30,25 @@ inline auto in_double(X x, F f) {
     return Two<X>{narrow(y.first), narrow(y.second)};
 }
 
-// A large single, widened: n half turns and a rest, as above.
-template <Wanted wanted, class X>
-inline auto sines_of_large(X x) {
-  static constexpr Row<double> pi = 0x1.921fb54442d18p+1, shifter = 0x1.8p+52, half = 0.5;
-  const auto turns = half_turns_of_single(x);
-  const X all = turns.high + turns.low;
+// Sines of a large single: n half turns and a rest, as above. `small` gives the result of the rest and N, whose last bit is n's.
+template <Wanted wanted, class X, class F>
+inline auto sines_of_large(X x, F small) {
+  static constexpr Row<double> pi = 0x1.921fb54442d18p+1, half = 0.5;
+  const auto turns = half_turns_of_single(widen(x));
+  const auto all = turns.high + turns.low;
   return chosen<wanted>([&](auto cosine) {
-    const X N = (cosine ? all + half : all) + shifter;
-    const X n = cosine ? (N - shifter) - half : N - shifter;
-    const X r = ((turns.high - n) + turns.low) * pi;
-    return bit_xor(small_sine<true>(r, r, vdsin_data), reals<X>(shift_left<63>(bits(N))));
+    const auto N = (cosine ? all + half : all) + kShifter<1>;
+    const auto n = cosine ? (N - kShifter<1>)-half : N - kShifter<1>;
+    return small(((turns.high - n) + turns.low) * pi, N);
   });
 }
 
 int vssin_cout_rare(const float* a, float* r);
 
-template <Wanted wanted>
-struct sSinKernel : SinKernel<float, wanted, vssin_cout_rare> {
-  template <class X>
-  static auto rare(X x) {
-    return not_below(magnitude(x), kFrom);
-  }
-  template <class X, class Left>
-  static void finish(X x, Left& left) {
-    left.finish(at_most(magnitude(x), kLargest), [&](X which) {
-      return in_double(keep(which, x), [](auto wide) { return sines_of_large<wanted>(wide); });
-    });
-    finish_nan<wanted>(x, left);
-  }
+inline constexpr Row<float> kSingleSinFrom = 10000.0f;
 
- private:
-  static constexpr Row<float> kFrom = 10000.0f, kLargest = FLT_MAX;
-};
 template <Wanted wanted>
-struct sSinHA : sSinKernel<wanted> {
+struct sSinHA : SinKernel<wanted, kSingleSinFrom, vssin_cout_rare> {
   template <class X>
   static auto eval(X x) {
     return in_double(x, [](auto wide) {
@@ -72,13 +56,24 @@ struct sSinHA : sSinKernel<wanted> {
           [wide](auto cosine) { return sine_by_polynomial<cosine, true>(wide, vdsin_data); });
     });
   }
+  template <class X>
+  static auto eval_far(X x) {
+    return sines_of_large<wanted>(x, [](auto r, auto N) { return narrow(sine_of_rest(r, N)); });
+  }
 };
 template <Wanted wanted, bool ep>
-struct sSinPolynomial : sSinKernel<wanted> {
+struct sSinPolynomial : SinKernel<wanted, kSingleSinFrom, vssin_cout_rare> {
   static constexpr int kTogether = wanted == Wanted::Both ? 1 : 2;
   template <class X>
   static auto eval(X x) {
     return chosen<wanted>([x](auto cosine) { return sine_by_polynomial<cosine, ep>(x, vssin_data); });
+  }
+  template <class X>
+  static auto eval_far(X x) {
+    return sines_of_large<wanted>(x, [](auto wide, auto N) {
+      const X r = narrow(wide);
+      return bit_xor(small_sine<ep>(r, r, vssin_data), reals<X>(shift_left<31>(low_words(N))));
+    });
   }
 };
 template <Wanted wanted>

@@ -81,35 +81,24 @@ inline X with_zeros_of(X y, X x) {
 // The scalar routine, for what is not finite; the status to report.
 int vdtan_cout_rare(const double* a, double* r);
 
-// Large arguments go by the digits of 1/(2 pi) in both classes.
-struct dTanKernel : Kernel<double(double)> {
-  template <class X>
-  static auto rare(X x) {
-    return not_below(magnitude(x), kFrom);
-  }
-  template <class X, class Left>
-  static void finish(X x, Left& left) {
-    left.finish(at_most(magnitude(x), kLargest), [&](X) { return tangent_of(reduce_by_digits(x)); });
-    finish_nan<Wanted::Sine>(x, left);
-  }
-  static int rare_lane(const double* a, double* r) { return vdtan_cout_rare(a, r); }
+inline constexpr Row<double> kTanFrom = 0x1.fff8p+15;
 
- private:
-  static constexpr Row<double> kFrom = 0x1.fff8p+15, kLargest = DBL_MAX;
+struct dTanKernel : PeriodicKernel<double, kTanFrom> {
+  static int rare_lane(const double* a, double* r) { return vdtan_cout_rare(a, r); }
 };
 struct dTanByTable : dTanKernel {
   template <class X>
   static X eval(X x) {
     return with_zeros_of(tangent_of(reduce_by_table_steps(x)), x);
   }
+  template <class X>
+  static X eval_far(X x) {
+    return tangent_of(reduce_by_digits(x));
+  }
 };
 
 struct dTanRationalData {
-  Row<double> inv = 0x1.45f306dc9c883p-1;  // 2/pi
-  Row<double> shifter = 0x1.8p+52;
-  Row<double> p1 = 0x1.921fb544p+0, p2 = 0x1.0b4611a62p-34,
-              p3 = 0x1.8cc51701b839ap-72;  // pi/2, as in vdsin_data_ha
-  Row<double> tiny = 0x1p-180, one = 1.0;
+  Row<double> one = 1.0;
   // tan y = (y - y^3 a(y^2))/(1 - y^2 b(y^2)), |y| <= pi/4, to 2^-55.3 of tan y
   Row<double> a[3] = {0x1.06b8f7dddb6c6p-3, -0x1.6fc350457525bp-9, 0x1.f6259c560de8fp-18};
   Row<double> b[3] = {0x1.d8b1d14443095p-2, -0x1.7e7992ec322cfp-6, 0x1.b51d3cef1218ep-13};
@@ -119,18 +108,25 @@ inline constexpr dTanRationalData vdtan_la_data{};
 struct dTanRational : dTanKernel {
   template <class X>
   static X eval(X x) {
+    return quotient(reduce_by_table_steps<kQuarterTurn>(x));
+  }
+  template <class X>
+  static X eval_far(X x) {
+    return quotient(reduce_by_digits<kQuarterTurn>(x));
+  }
+
+ private:
+  // tan of n quarters of a turn and r.
+  template <class X>
+  static X quotient(const Turn<X>& t) {
     const auto& d = vdtan_la_data;
-    const X N = x * d.inv + d.shifter;
-    const X n = N - d.shifter;
-    const X r1 = x - n * d.p1, w = n * d.p2;
-    const X r = r1 - w, minus_r_lo = n * d.p3 - ((r1 - r) - w);
-    const X q = without_tiny(r, x, d.tiny), z = q * q, z2 = z * z;
+    const X z = t.q * t.q, z2 = z * z;
     // 1 - z b(z), and what its rounding lost, which the small part of the other term makes good.
     const X less = z * polynomial(z, z2, d.b);
     const X below = d.one - less;
     const X lost = (d.one - below) - less;
-    const X above = r - multiply_add(q, multiply_add(z, polynomial(z, z2, d.a), lost), minus_r_lo);
-    return quotient_in_quadrant(above, below, reals<X>(shift_left<63>(bits(N))));
+    const X above = t.r - multiply_subtract(t.q, multiply_add(z, polynomial(z, z2, d.a), lost), t.r_lo);
+    return quotient_in_quadrant(above, below, reals<X>(shift_left<63>(bits(t.N))));
   }
 };
 

@@ -48,22 +48,19 @@ inline X tangent_of_large(X x) {
   return tangent_in_quadrant(r, reals<X>(shift_left<63>(bits(N))));
 }
 
-struct sTanKernel : Kernel<float(float)> {
+inline constexpr Row<float> kSingleTanFrom = 10000.0f;
+
+struct sTanKernel : PeriodicKernel<float, kSingleTanFrom> {
   template <class X>
-  static auto rare(X x) {
-    return not_below(magnitude(x), kFrom);
+  static X eval_far(X x) {
+    return narrow(tangent_of_large(widen(x)));
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {
-    left.finish(at_most(magnitude(x), kLargest),
-                [&](X which) { return narrow(tangent_of_large(widen(keep(which, x)))); });
-    finish_nan<Wanted::Sine>(x, left);
+    PeriodicKernel::finish(x, left);
     left.finish(
         left.lanes, [&](X infinite) { return keep(infinite, x) * X{}; }, StatusDomain);
   }
-
- private:
-  static constexpr Row<float> kFrom = 10000.0f, kLargest = FLT_MAX;
 };
 
 struct sTanHA : sTanKernel {

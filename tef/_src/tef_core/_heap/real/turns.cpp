@@ -2,7 +2,7 @@
 
 namespace orx::tef {
 
-alignas(64) const uint64_t kTurns[2048][3] = {
+alignas(64) const double kTurns[1024][6] = {
 #include "_heap/real/turns_d.inc"
 };
 
