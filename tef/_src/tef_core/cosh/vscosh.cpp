@@ -37,15 +37,15 @@ struct sCoshLow : sSinhKernel<sCoshHA> {
     const X size = max(magnitude(x), d.least);
     const SingleHalves<X> h(size, size, ep);
     const X r2 = h.r * h.r;
-    X c, s;
+    X c, s;  // cosh r - 1 and sinh r / r - 1
     if constexpr (ep) {
       c = r2 * horner(r2, vssinh_data.ep_c);
-      s = h.r + (h.r * r2) * d.ep;
+      s = r2 * d.ep;
     } else {
       c = r2 * horner(r2, vssinh_data.c);
-      s = h.r + (h.r * r2) * horner(r2, d.la);
+      s = r2 * horner(r2, d.la);
     }
-    return h.C + (h.C * c + h.S * s);
+    return h.sum(h.C, h.S, c, s);
   }
   static int rare_lane(const float* a, float* r) { return vscosh_cout_rare(a, r); }
 };

@@ -15,7 +15,8 @@ static const Entry kEntry{{
     .s = {.bounds = {.la = 1.6, .ha = 0.51},
           .timed = {-80, 80},
           .specials = {{90, kInf, StatusOverflow}, {-90, -kInf, StatusOverflow}, {89.4, kFinite}},
-          .strata = {around({89, 89.415985})}},
+          // The last: where the remainder is largest, of which the result is a small part.
+          .strata = {around({89, 89.415985, 3.81946564})}},
     .d = {.bounds = {.la = 2.0, .ha = 0.6},
           .timed = {-700, 700},
           .specials = {{711, kInf, StatusOverflow}, {-711, -kInf, StatusOverflow}, {710.4, kFinite}},

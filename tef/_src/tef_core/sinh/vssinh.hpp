@@ -57,6 +57,11 @@ struct SingleHalves {
     C = a + b;
     S = a - b;
   }
+  // A cosh r + B sinh r, of c = cosh r - 1 and s = sinh r/r - 1, from the small end.
+  X sum(X A, X B, X c, X s) const {
+    const X Br = B * r;
+    return A + (Br + multiply_add(A, c, Br * s));
+  }
 };
 
 // What both functions do about rare lanes, F being the kernel in double.
