@@ -112,6 +112,47 @@ std::vector<Case> of_log1p(const Marks& m) {
           {m.huge, 0},
           {m.largest, 0}};
 }
+// Odd functions that are x where x is tiny, and go on from `more`.
+std::vector<Case> of_odd(const Marks& m, const std::vector<Case>& more) {
+  std::vector<Case> cases = {
+      {0, 0},   {-0.0, 0}, {m.tiny, 0}, {-m.tiny, 0}, {m.denormal, FE_UNDERFLOW}, {-m.denormal, FE_UNDERFLOW},
+      {kNan, 0}};
+  cases.insert(cases.end(), more.begin(), more.end());
+  return cases;
+}
+std::vector<Case> of_bounded(const Marks& m) {
+  return of_odd(m, {{m.huge, 0}, {-m.largest, 0}, {kInf, 0}, {-kInf, 0}});
+}
+std::vector<Case> of_sinh(const Marks& m) {
+  return of_odd(m, {{0.98 * m.exp_small, 0},
+                    {-m.exp_small, 0},
+                    {m.exp_large, 0},
+                    {m.largest, FE_OVERFLOW},
+                    {-m.huge, FE_OVERFLOW},
+                    {-kInf, 0}});
+}
+std::vector<Case> of_cosh(const Marks& m) {
+  return {{0, 0},
+          {m.tiny, 0},
+          {m.denormal, 0},
+          {0.98 * m.exp_small, 0},
+          {-m.exp_small, 0},
+          {m.exp_large, 0},
+          {m.largest, FE_OVERFLOW},
+          {-kInf, 0},
+          {kNan, 0}};
+}
+std::vector<Case> of_asin(const Marks& m) {
+  return of_odd(m, {{1, 0}, {-1, 0}, {2, FE_INVALID}, {-kInf, FE_INVALID}});
+}
+std::vector<Case> of_acos(const Marks& m) {
+  return {{0, 0},  {m.denormal, 0}, {m.tiny, 0},      {1, 0},
+          {-1, 0}, {kNan, 0},       {-2, FE_INVALID}, {kInf, FE_INVALID}};
+}
+std::vector<Case> of_atanh(const Marks& m) {
+  return of_odd(m,
+                {{0.9999999, 0}, {1, FE_DIVBYZERO}, {-1, FE_DIVBYZERO}, {2, FE_INVALID}, {kInf, FE_INVALID}});
+}
 
 template <class T>
 using Table = void (*const*)(int, const T*, T*);
@@ -123,8 +164,10 @@ const struct {
 } kFunctions[] = {
 #define ORX_CASES(Fn, cases) \
   { #Fn, orx_tef_kernel_s##Fn##_ttab, orx_tef_kernel_d##Fn##_ttab, cases }
-    ORX_CASES(Exp, of_exp),  ORX_CASES(Expm1, of_expm1), ORX_CASES(Ln, of_ln),
-    ORX_CASES(Log10, of_ln), ORX_CASES(Log1p, of_log1p),
+    ORX_CASES(Exp, of_exp),   ORX_CASES(Expm1, of_expm1),  ORX_CASES(Ln, of_ln),
+    ORX_CASES(Log10, of_ln),  ORX_CASES(Log1p, of_log1p),  ORX_CASES(Sinh, of_sinh),
+    ORX_CASES(Cosh, of_cosh), ORX_CASES(Tanh, of_bounded), ORX_CASES(Asin, of_asin),
+    ORX_CASES(Acos, of_acos), ORX_CASES(Atan, of_bounded), ORX_CASES(Atanh, of_atanh),
 #undef ORX_CASES
 };
 

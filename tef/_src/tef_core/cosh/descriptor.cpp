@@ -15,7 +15,7 @@ static const Entry kEntry{{
     .s = {.bounds = {.la = 2.0, .ha = 0.51},
           .timed = {-80, 80},
           .specials = {{90, kInf, StatusOverflow}, {-90, kInf, StatusOverflow}, {89.4, kFinite}},
-          .strata = {around({89, 89.415985})}},
+          .strata = {around({86.9, 89.415985})}},
     .d = {.bounds = {.la = 2.0, .ha = 0.6},
           .timed = {-700, 700},
           .specials = {{711, kInf, StatusOverflow}, {-711, kInf, StatusOverflow}, {710.4, kFinite}},

@@ -16,7 +16,7 @@ static const Entry kEntry{{
           .timed = {-80, 80},
           .specials = {{90, kInf, StatusOverflow}, {-90, -kInf, StatusOverflow}, {89.4, kFinite}},
           // The last: where the remainder is largest, of which the result is a small part.
-          .strata = {around({89, 89.415985, 3.81946564})}},
+          .strata = {around({86.9, 89.415985, 3.81946564})}},
     .d = {.bounds = {.la = 2.0, .ha = 0.6},
           .timed = {-700, 700},
           .specials = {{711, kInf, StatusOverflow}, {-711, -kInf, StatusOverflow}, {710.4, kFinite}},

@@ -27,6 +27,7 @@ struct dSinhData {
   Row<double> L_hi = 0x1.62e42fef8p-8;  // ln 2/128; short, so that its product with an integer is exact
   Row<double> L_lo = 0x1.1cf79abc9e3b4p-43;
   Row<uint64_t> exponent = 0x7FF0000000000000;
+  Row<double> least = 0x1p-400;  // what b is raised to where a is 2^399 or more: its products would underflow
   // (cosh r - 1 - r^2/2) / r^4, |r| <= ln2/256, to 2^-63.9 of cosh r
   Row<double> half = 0.5, c4 = 0x1.55555a3890e07p-5;
   // Magnitudes above this (707.6998), infinities and NaN are rare; finite results end at finite_to.
@@ -47,6 +48,7 @@ struct ExponentialHalves {
     gather_rows(
         _tefdSinhHATab[0], [&](int lane) { return n.low(lane) & 127; }, row);
     h.scale<orders>(n.vector(), row[0], row[1]);
+    h.b = max(h.b, vdsinh_data.least);
     h.a_rest = row[2];
     h.b_rest = row[3];
     return h;
@@ -141,6 +143,7 @@ inline X unless_small(X size, const Row<double>& small) {
 }
 
 struct dSinhHA : dSinhKernel<dSinhHA> {
+  static constexpr int kTogether = 2;
   template <int orders, class X>
   static X scaled(X size) {
     const auto& d = vdsinh_ha_data;
@@ -149,7 +152,7 @@ struct dSinhHA : dSinhKernel<dSinhHA> {
     const X c = cosh_rest(r2), s = h.r + (q * r2) * horner(r2, d.s);
     const X C = h.a + h.b, S = h.a - h.b, S_lo = (h.a - S) - h.b;
     const X rest = h.a * h.a_rest - h.b * h.b_rest;
-    return S + (S_lo + (rest + (S * c + C * s)));
+    return S + ((S_lo + rest) + (S * c + C * s));
   }
   template <class X>
   static X signed_as(X y, X x) {

@@ -20,8 +20,8 @@ struct sSinhData {
   // (cosh r - 1) / r^2, |r| <= ln2/2: to 2^-33.2 of cosh r, and to 2^-23.4 of cosh r
   Row<float> c[3] = {0x1p-1f, 0x1.5554e4p-5f, 0x1.6d5146p-10f};
   Row<float> ep_c[2] = {0x1.fffdc2p-2f, 0x1.573b6p-5f};
-  // Magnitudes from here on, infinities and NaN are rare; in double, finite results reach a little further.
-  Row<float> rare_from = 89.0f, finite_to = 0x1.65a9f8p+6f, largest = FLT_MAX;
+  // Magnitudes from here on, where b would be denormal, infinities and NaN are rare; double precision goes to the end.
+  Row<float> rare_from = 86.9f, finite_to = 0x1.65a9f8p+6f, largest = FLT_MAX;
   Row<double> half = 0.5, sixth = 0x1.5555555555555p-3;
 };
 inline constexpr sSinhData vssinh_data{};
