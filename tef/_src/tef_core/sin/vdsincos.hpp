@@ -163,10 +163,14 @@ inline X small_sine(X r, X q, const D& d) {
   return r + (q * square) * p;
 }
 
-// y, or where the last bit of N is set -y.
+// The last bit of N as a sign, and y with its sign turned by it.
+template <class X>
+inline X last_bit_as_sign(X N) {
+  return reals<X>(shift_left<8 * sizeof(typename X::Element) - 1>(bits(N)));
+}
 template <class X>
 inline X turned_over(X y, X N) {
-  return bit_xor(y, reals<X>(shift_left<8 * sizeof(typename X::Element) - 1>(bits(N))));
+  return bit_xor(y, last_bit_as_sign(N));
 }
 
 // sin(n pi + r), as EP, of r that is not tiny; the last bit of N is n's.

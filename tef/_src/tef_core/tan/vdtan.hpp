@@ -126,7 +126,7 @@ struct dTanRational : dTanKernel {
     const X below = d.one - less;
     const X lost = (d.one - below) - less;
     const X above = t.r - multiply_subtract(t.q, multiply_add(z, polynomial(z, z2, d.a), lost), t.r_lo);
-    return quotient_in_quadrant(above, below, reals<X>(shift_left<63>(bits(t.N))));
+    return quotient_in_quadrant(above, below, last_bit_as_sign(t.N));
   }
 };
 

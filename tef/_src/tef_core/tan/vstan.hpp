@@ -28,13 +28,13 @@ struct sTanData {
 };
 inline constexpr sTanData vstan_data{};
 
-// tan(n pi/2 + r), |r| <= pi/4, `odd` having the sign that n makes.
+// tan(n pi/2 + r), |r| <= pi/4; the last bit of N is n's.
 template <class X>
-inline X tangent_in_quadrant(X r, X odd) {
+inline X tangent_in_quadrant(X r, X N) {
   const auto& d = vstan_data_ha;
   const X z = r * r;
   const X above = r * (d.one - z * polynomial(z, z * z, d.a)), below = d.one - z * d.b;
-  return quotient_in_quadrant(above, below, odd);
+  return quotient_in_quadrant(above, below, last_bit_as_sign(N));
 }
 
 // A large single, widened: n quarters of a turn and a rest.
@@ -45,7 +45,7 @@ inline X tangent_of_large(X x) {
   const auto turns = half_turns_of_single(x);
   const X N = (turns.high + turns.low) + shifter;
   const X r = ((turns.high - (N - shifter)) + turns.low) * pi;
-  return tangent_in_quadrant(r, reals<X>(shift_left<63>(bits(N))));
+  return tangent_in_quadrant(r, N);
 }
 
 inline constexpr Row<float> kSingleTanFrom = 10000.0f;
@@ -75,7 +75,7 @@ struct sTanHA : sTanKernel {
     const auto& d = vstan_data_ha;
     const X N = x * d.inv + d.shifter, n = N - d.shifter;
     const X r = (x - n * d.p1) - n * d.p2;
-    return tangent_in_quadrant(r, reals<X>(shift_left<63>(bits(N))));
+    return tangent_in_quadrant(r, N);
   }
 };
 
@@ -85,7 +85,7 @@ struct sTanRational : sTanKernel {
   static X eval(X x) {
     const auto& d = vstan_data;
     const X N = x * d.inv + d.shifter, n = N - d.shifter;
-    const X rest = (x - n * d.p1) - n * d.p2, odd = reals<X>(shift_left<31>(bits(N)));
+    const X rest = (x - n * d.p1) - n * d.p2;
     const X w = n * (ep ? d.ep_p3 : d.p3), r = rest - w;
     const X q = without_tiny(r, x, d.tiny), z = q * q;
     X less;
@@ -93,7 +93,7 @@ struct sTanRational : sTanKernel {
       less = q * (z * d.ep_a);
     else
       less = multiply_add(q * z, horner(z, d.a), n * d.p4 - ((rest - r) - w));
-    return quotient_in_quadrant(r - less, d.one - z * (ep ? d.ep_b : d.b), odd);
+    return quotient_in_quadrant(r - less, d.one - z * (ep ? d.ep_b : d.b), last_bit_as_sign(N));
   }
 };
 
