@@ -142,8 +142,16 @@ inline X unless_small(X size, const Row<double>& small) {
   return keep(mask_above(size, small), size);
 }
 
-struct dSinhHA : dSinhKernel<dSinhHA> {
+template <class F>
+struct dSinh : dSinhKernel<F> {
   static constexpr int kTogether = 2;
+  template <class X>
+  static X signed_as(X y, X x) {
+    return with_sign_and_underflow_of(y, x);
+  }
+  static int rare_lane(const double* a, double* r) { return vdsinh_cout_rare(a, r); }
+};
+struct dSinhHA : dSinh<dSinhHA> {
   template <int orders, class X>
   static X scaled(X size) {
     const auto& d = vdsinh_ha_data;
@@ -154,14 +162,8 @@ struct dSinhHA : dSinhKernel<dSinhHA> {
     const X rest = h.a * h.a_rest - h.b * h.b_rest;
     return S + ((S_lo + rest) + (S * c + C * s));
   }
-  template <class X>
-  static X signed_as(X y, X x) {
-    return with_sign_and_underflow_of(y, x);
-  }
-  static int rare_lane(const double* a, double* r) { return vdsinh_cout_rare(a, r); }
 };
-struct dSinhLA : dSinhKernel<dSinhLA> {
-  static constexpr int kTogether = 2;
+struct dSinhLA : dSinh<dSinhLA> {
   template <int orders, class X>
   static X scaled(X size) {
     const auto& d = vdsinh_la_data;
@@ -171,11 +173,6 @@ struct dSinhLA : dSinhKernel<dSinhLA> {
     const X s = multiply_add(r2, horner_of_pairs(r2, r2 * r2, d.s), d.one);  // sinh r / r
     return S + (S * cosh_rest(r2) + (C * h.r) * s);
   }
-  template <class X>
-  static X signed_as(X y, X x) {
-    return with_sign_and_underflow_of(y, x);
-  }
-  static int rare_lane(const double* a, double* r) { return vdsinh_cout_rare(a, r); }
 };
 
 ORX_ISA_END
