@@ -124,7 +124,7 @@ std::vector<Case> of_bounded(const Marks& m) {
   return of_odd(m, {{m.huge, 0}, {-m.largest, 0}, {kInf, 0}, {-kInf, 0}});
 }
 std::vector<Case> of_sinh(const Marks& m) {
-  return of_odd(m, {{0.98 * m.exp_small, 0},
+  return of_odd(m, {{0.99 * m.exp_small, 0},
                     {-m.exp_small, 0},
                     {m.exp_large, 0},
                     {m.largest, FE_OVERFLOW},
@@ -135,7 +135,7 @@ std::vector<Case> of_cosh(const Marks& m) {
   return {{0, 0},
           {m.tiny, 0},
           {m.denormal, 0},
-          {0.98 * m.exp_small, 0},
+          {0.99 * m.exp_small, 0},
           {-m.exp_small, 0},
           {m.exp_large, 0},
           {m.largest, FE_OVERFLOW},
