@@ -13,8 +13,8 @@ namespace {
 
 class Number {
  public:
-  explicit Number(long double x = 0) {
-    mpfr_init2(x_, 17000);
+  explicit Number(long double x = 0, mpfr_prec_t bits = 17000) {
+    mpfr_init2(x_, bits);
     mpfr_set_ld(x_, x, MPFR_RNDN);
   }
   ~Number() { mpfr_clear(x_); }
@@ -91,6 +91,56 @@ TEST(Reduction, OfExtendedNumbers) {
       EXPECT_EQ(octant, 2 * r.quadrant) << x;
       EXPECT_LT(r.error, 0x1p-118) << x;
     }
+}
+
+// A multiple of 2^e, by 53 bits, that comes next to a multiple of pi/2: by the last denominator below 2^53 of the continued
+// fraction of 2^e 2/pi, or where that is shorter by a multiple of it.
+double hard_multiple(int e) {
+  Number x(0, 1200), whole(0, 1200);
+  mpfr_const_pi(x, MPFR_RNDN);
+  mpfr_ui_div(x, 2, x, MPFR_RNDN);
+  mpfr_mul_2si(x, x, e, MPFR_RNDN);
+  double before = 0, last = 1;
+  for (;;) {
+    mpfr_frac(x, x, MPFR_RNDN);
+    mpfr_ui_div(x, 1, x, MPFR_RNDN);
+    mpfr_floor(whole, x);
+    const double next = mpfr_get_d(whole, MPFR_RNDN) * last + before;
+    if (next >= 0x1p53) return std::ldexp(std::floor((0x1p53 - 1) / last) * last, e);
+    before = last;
+    last = next;
+  }
+}
+
+// Where reductions of large arguments lose the most, by every row of their digits.
+TEST(Reduction, OfHardArgumentsOfAllExponents) {
+  std::vector<double> x;
+  for (int e = -52; e < 971; ++e) x.push_back(hard_multiple(e));
+  const int n = static_cast<int>(x.size());
+  struct {
+    const char* name;
+    decltype(orx_tef_kernel_dSin_ttab[0]) low, high;
+    int (*judge)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t);
+  } const functions[] = {{"dSin", orx_tef_kernel_dSin_ttab[0], orx_tef_kernel_dSin_ttab[1], mpfr_sin},
+                         {"dCos", orx_tef_kernel_dCos_ttab[0], orx_tef_kernel_dCos_ttab[1], mpfr_cos},
+                         {"dTan", orx_tef_kernel_dTan_ttab[0], orx_tef_kernel_dTan_ttab[1], mpfr_tan}};
+  std::vector<double> low(x.size()), high(x.size());
+  Number argument(0, 100), exact(0, 100);
+  for (const auto& f : functions) {
+    f.low(n, x.data(), low.data());
+    f.high(n, x.data(), high.data());
+    for (size_t i = 0; i < x.size(); ++i) {
+      mpfr_set_d(argument, x[i], MPFR_RNDN);
+      f.judge(exact, argument, MPFR_RNDN);
+      const auto error = [&](double got) {
+        mpfr_sub_d(argument, exact, got, MPFR_RNDN);
+        mpfr_div(argument, argument, exact, MPFR_RNDN);
+        return std::fabs(mpfr_get_d(argument, MPFR_RNDN));
+      };
+      EXPECT_LT(error(low[i]), 2.2 * 0x1p-52) << f.name << ' ' << x[i];
+      EXPECT_LT(error(high[i]), 0.52 * 0x1p-52) << f.name << ' ' << x[i];
+    }
+  }
 }
 
 TEST(Reduction, LeavesSmallArgumentsAlone) {
