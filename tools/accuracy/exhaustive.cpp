@@ -2,6 +2,7 @@
 // might set a record, or that it cannot judge, go to MPFR.
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cfenv>
 #include <cmath>
@@ -89,9 +90,10 @@ class SinglesWorker {
 
   void measure_quickly(Record& r) {
     const float* y = &arrays_.out(0, 0);
+    const double most_places = std::ldexp(1.0, -measure_.floor_unit);
     uint32_t sign_differs = 0;
     for (int i = 0; i < kMost; ++i) {
-      error_[i] = std::fabs(y[i] - exact_[i]) * places_[i];
+      error_[i] = std::fabs(y[i] - exact_[i]) * std::min(places_[i], most_places);
       sign_differs |= bits_of(y[i]) ^ bits_of(nearest_[i]);
     }
     const bool look_at_signs = sign_differs >> 31;
