@@ -15,7 +15,8 @@ static const Entry kEntry{{
                around({kPi / 2, kPi / 4, kPi, 65568, 16777216, 10000, 0x1p30, 0x1p53})},
     .s = {.bounds = {.la = 2.5, .ha = 0.52},
           .timed = {-1000, 1000},
-          .strata = {logarithmic(1, 0x1.fffffep127)}},
+          // The last: a large remainder, divided by what is rounded most.
+          .strata = {logarithmic(1, 0x1.fffffep127), around({7042.67139})}},
     .d = {.bounds = {.la = 2.5, .ha = 0.52},
           .timed = {-1000, 1000},
           .strata = {logarithmic(1, 0x1.fffffffffffffp1023),

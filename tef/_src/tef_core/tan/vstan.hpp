@@ -88,12 +88,16 @@ struct sTanRational : sTanKernel {
     const X rest = (x - n * d.p1) - n * d.p2;
     const X w = n * (ep ? d.ep_p3 : d.p3), r = rest - w;
     const X q = without_tiny(r, x, d.tiny), z = q * q;
+    const X part = z * (ep ? d.ep_b : d.b), below = d.one - part;
     X less;
-    if constexpr (ep)
+    if constexpr (ep) {
       less = q * (z * d.ep_a);
-    else
+    } else {
       less = multiply_add(q * z, horner(z, d.a), n * d.p4 - ((rest - r) - w));
-    return quotient_in_quadrant(r - less, d.one - z * (ep ? d.ep_b : d.b), last_bit_as_sign(N));
+      // What the divisor lacks goes to the dividend, nearly: as a like part of it.
+      less = multiply_add(q, (d.one - below) - part, less);
+    }
+    return quotient_in_quadrant(r - less, below, last_bit_as_sign(N));
   }
 };
 
