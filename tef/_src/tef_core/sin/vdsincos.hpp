@@ -26,7 +26,7 @@ struct dSinTableData {
   // pi/256. The product of n and the first part is exact; that of n and the second is where the result can be small, for
   // there n is a multiple of 128.
   Row<double> p1 = 0x1.921fb544p-7, p2 = 0x1.0b4611a62p-41, p3 = 0x1.8cc51701b839ap-79;
-  Row<double> tiny = 0x1p-180;
+  Row<double> tiny = 0x1p-120;  // its eighth power, which the tangent has, does not underflow
   Row<double> s[2] = {-0x1.5555555554437p-3, 0x1.1110faafe3719p-7};  // (sin r - r)/r^3, to 2^-61 of sin r
   Row<double> c[3] = {-0x1p-1, 0x1.5555555554996p-5,
                       -0x1.6c16a82117c45p-10};  // (cos r - 1)/r^2, to 2^-79.7 of cos r

@@ -22,5 +22,5 @@ static const Entry kEntry{{
           .strata = {logarithmic(1, 0x1.fffffffffffffp1023),
                      hard({0x1.6ac5b262ca1ffp849, 0x1.6ac5b262ca1ffp848, 0x1p1000, 1e22,
                            0x1.d12ed0af1a27fp+15, 0x1.9eb7148f354d6p+20, 0x1.9eb7148f354d6p+21,
-                           0x1.b951f1572eba5p+23, 0x1.d3ecce1f28274p+23})}},
+                           0x1.b951f1572eba5p+23, 0x1.d3ecce1f28274p+23, 32853149.411645658})}},
 }};

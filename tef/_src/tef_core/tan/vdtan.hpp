@@ -2,7 +2,7 @@
 //
 // HA: y = t + r, t one of 128 multiples of pi/256, and tan y = (tan t + tan r)/(1 - tan t tan r), tan t from a table. Its
 // terms are sums of a large part, which is exact, and a small one.
-// LA: tan y is a quotient of polynomials that has the two nearest poles of the tangent.
+// LA: tan y is a polynomial over 1 - (2 y/pi)^2, which has the nearest poles of the tangent and is hardly rounded.
 #pragma once
 #include "sin/vdsincos.hpp"
 
@@ -99,9 +99,11 @@ struct dTanByTable : dTanKernel {
 
 struct dTanRationalData {
   Row<double> one = 1.0;
-  // tan y = (y - y^3 a(y^2))/(1 - y^2 b(y^2)), |y| <= pi/4, to 2^-55.3 of tan y
-  Row<double> a[3] = {0x1.06b8f7dddb6c6p-3, -0x1.6fc350457525bp-9, 0x1.f6259c560de8fp-18};
-  Row<double> b[3] = {0x1.d8b1d14443095p-2, -0x1.7e7992ec322cfp-6, 0x1.b51d3cef1218ep-13};
+  // tan y = (y - y^3 a(y^2))/(1 - b y^2), |y| <= pi/4, b = 4/pi^2, to 2^-56.4 of tan y
+  Row<double> a[7] = {0x1.26b683335c787p-4,  0x1.cdc982db6255p-10,  0x1.24633b49c58d4p-14,
+                      0x1.9576d6351bd83p-19, 0x1.20801bb52c68cp-23, 0x1.9ba4f61cb8682p-28,
+                      0x1.4cd5c6eba1bc4p-32};
+  Row<double> b = 0x1.9f02f6222c72p-2;
 };
 inline constexpr dTanRationalData vdtan_la_data{};
 
@@ -120,12 +122,9 @@ struct dTanRational : dTanKernel {
   template <class X>
   static X quotient(const Turn<X>& t) {
     const auto& d = vdtan_la_data;
-    const X z = t.q * t.q, z2 = z * z;
-    // 1 - z b(z), and what its rounding lost, which the small part of the other term makes good.
-    const X less = z * polynomial(z, z2, d.b);
-    const X below = d.one - less;
-    const X lost = (d.one - below) - less;
-    const X above = t.r - multiply_subtract(t.q, multiply_add(z, polynomial(z, z2, d.a), lost), t.r_lo);
+    const X z = t.q * t.q;
+    const X above = t.r - multiply_subtract(t.q * z, polynomial(z, z * z, d.a), t.r_lo);
+    const X below = d.one - z * d.b;
     return quotient_in_quadrant(above, below, last_bit_as_sign(t.N));
   }
 };
