@@ -1,5 +1,5 @@
 // Sine and cosine of single precision. HA computes in double, by the polynomial that is EP there; LA and EP subtract
-// multiples of pi in single precision. Large arguments go by the digits of 1/(2 pi), then as HA.
+// multiples of pi in single precision. Large arguments go by the digits of 1/pi.
 #pragma once
 #include "sin/vdsincos.hpp"
 

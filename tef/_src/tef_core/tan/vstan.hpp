@@ -1,4 +1,4 @@
-// tan x, single: as dTan LA. HA computes in double. Large arguments go by the digits of 1/(2 pi), then as HA.
+// tan x, single: as dTan LA. HA computes in double. Large arguments go by the digits of 1/pi, then as HA.
 #pragma once
 #include "tan/vdtan.hpp"
 
