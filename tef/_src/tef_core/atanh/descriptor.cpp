@@ -25,7 +25,8 @@ static const Entry kEntry{{
                logarithmic(1e-6, 0.999999), even(-1, 1)},
     .s = {.bounds = {.la = 2.2, .ha = 0.51},
           .timed = {-1, 1},
-          .strata = {around({0x1p-20})},
+          // The last: where e and k ln 2 cancel most of the logarithm.
+          .strata = {around({0x1p-20, 0.455130309})},
           .approximate = kHA},
     .d = {.bounds = {.la = 2.2, .ha = 0.6}, .timed = {-1, 1}, .approximate = kHA},
 }};
