@@ -11,7 +11,7 @@ struct LnInOneData {
 };
 inline constexpr LnInOneData kLnInOne{};
 
-// ln |z| of a number that is not 0: squares of singles are exact.
+// ln |z| of a number that is not too small: squares of singles are exact.
 template <bool ep, class X>
 inline X ln_of_modulus(Complex<X> z) {
   const auto& d = kLnInOne;
@@ -20,7 +20,7 @@ inline X ln_of_modulus(Complex<X> z) {
   return ln_of_sum_near_one<LnDescription, ep>(sum.high, keep(near_one, sum.low)) * d.half;
 }
 
-// Of a number that is moderate and not 0.
+// Of a number that is moderate and not too small.
 template <class X>
 inline Complex<X> ln_of(InOne, Complex<X> z) {
   const X angle = dAngleLA::of(magnitude(z.im), magnitude(z.re), z.re);

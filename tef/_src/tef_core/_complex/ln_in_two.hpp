@@ -63,7 +63,7 @@ inline HighLow<X> log1p_in_two(HighLow<X> x) {
   return ln_of_sum_in_two(sum.high, two_sum(sum.low, x.low));
 }
 
-// Of a number that is moderate and not 0.
+// Of a number that is moderate and not too small.
 template <class X>
 inline Complex<HighLow<X>> ln_of(InTwo, Complex<X> z) {
   const SquareOfModulus<X> square(z);

@@ -56,21 +56,22 @@ inline Mask<T, n> is_zero(Complex<Vec<T, n>> z) {
   return bit_and(equal(z.re, Vec<T, n>{}), equal(z.im, Vec<T, n>{}));
 }
 
-// Singles are carried in doubles, where their squares neither overflow nor underflow; the approximate reciprocal in an angle
-// has the range of singles, too.
-template <class T>
-constexpr Row<T> kModerateFrom = sizeof(T) == 4 ? std::numeric_limits<T>::denorm_min() : T(0x1p-60);
+constexpr Row<double> kModerateFrom = 0x1p-60;
 template <class T>
 constexpr Row<T> kModerateTo = sizeof(T) == 4 ? T(0x1p124) : T(0x1p60);
 // For a number next to 0: of a logarithm, or from a pole.
 template <class T>
 constexpr Row<T> kModulusFrom = sizeof(T) == 4 ? T(0x1p-124) : T(0x1p-60);
 
-// A part is neither 0 nor moderate.
+// A part is neither 0 nor moderate. Singles are carried in doubles, where their squares neither overflow nor underflow: only the
+// approximate reciprocal in an angle has an end of its range there.
 template <class T, int n>
 inline Mask<T, n> not_moderate(Complex<Vec<T, n>> z) {
   const auto part = [](Vec<T, n> x) {
-    return bit_andnot(equal(x, Vec<T, n>{}), outside(magnitude(x), kModerateFrom<T>, kModerateTo<T>));
+    if constexpr (sizeof(T) == 4)
+      return not_at_most(magnitude(x), kModerateTo<T>);
+    else
+      return bit_andnot(equal(x, Vec<T, n>{}), outside(magnitude(x), kModerateFrom, kModerateTo<T>));
   };
   return bit_or(part(z.re), part(z.im));
 }

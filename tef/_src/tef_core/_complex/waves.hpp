@@ -47,8 +47,13 @@ struct OfWaves {
   template <class X>
   static auto rare(Complex<X> z) {
     const X x = magnitude(z.re), y = magnitude(z.im);
-    const auto tiny = [](X size) { return bit_and(less(size, Method::kLeast), not_equal(size, X{})); };
-    return bit_or(bit_or(not_at_most(x, most), not_below(y, Method::kAnglesFrom)), bit_or(tiny(x), tiny(y)));
+    const auto large = bit_or(not_at_most(x, most), not_below(y, Method::kAnglesFrom));
+    if constexpr (Method::kTinyIsRare) {
+      const auto tiny = [](X size) { return bit_and(less(size, Method::kLeast), not_equal(size, X{})); };
+      return bit_or(large, bit_or(tiny(x), tiny(y)));
+    } else {
+      return large;
+    }
   }
   template <class X>
   static auto of(Complex<X> z) {

@@ -52,6 +52,7 @@ struct SinhCoshInTwo {
 };
 
 struct WavesOfDoubles {
+  static constexpr bool kTinyIsRare = true;
   static constexpr Row<double> kLeast = 0x1p-250, kAnglesFrom = 0x1.fff8p+15;
   static constexpr Row<double> kMost = 700.0, kMostOfTangent = 100.0;
 

@@ -19,7 +19,7 @@ template <class X>
 struct SinhCoshOfSingle {
   X sinh, cosh;
 
-  // x finite, 0 or not so small that its square underflows.
+  // Of a finite single.
   explicit SinhCoshOfSingle(X x) {
     const auto& d = kWavesOfSingles;
     const X size = min(magnitude(x), d.most);
@@ -33,7 +33,8 @@ struct SinhCoshOfSingle {
 };
 
 struct WavesOfSingles {
-  static constexpr Row<float> kLeast = std::numeric_limits<float>::denorm_min(), kAnglesFrom = 0x1p22f;
+  static constexpr bool kTinyIsRare = false;
+  static constexpr Row<float> kAnglesFrom = 0x1p22f;
   static constexpr Row<float> kMost = std::numeric_limits<float>::max(), kMostOfTangent = kMost;
 
   template <class X>

@@ -6,8 +6,7 @@ static const Entry kEntry{{
     .name = "Atanh",
     .computes = "atanh x",
     .method = "half the logarithm of (1 + x)/(1 - x), by a quotient that does not cancel; doubles in LA and "
-              "EP: addition "
-              "theorem, 32 cells to a power of two of 1 - |x|",
+              "EP: addition theorem, 32 cells to a power of two of 1 - |x|",
     .c_name = "atanh",
     .domain = "|x| <= 1",
     .errors = {{StatusDomain, "|x| > 1"}, {StatusSingularity, "|x| = 1"}},

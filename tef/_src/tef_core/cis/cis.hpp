@@ -12,8 +12,7 @@ struct Cis : Kernel<Complex<T>(T)> {
   }
   template <class X>
   static Complex<X> eval(X x) {
-    const Two<X> y = SineAndCosine::eval(x);
-    return {y.second, y.first};
+    return exchanged(SineAndCosine::eval(x));
   }
   template <class X>
   static auto far(X x) {
@@ -21,20 +20,25 @@ struct Cis : Kernel<Complex<T>(T)> {
   }
   template <class X>
   static Complex<X> eval_far(X x) {
-    const Two<X> y = SineAndCosine::eval_far(x);
-    return {y.second, y.first};
+    return exchanged(SineAndCosine::eval_far(x));
   }
   template <class X, class Left>
   static void finish(X x, Left& left) {
     RareLanes<X, Two<X>> parts(left.lanes, {left.y.im, left.y.re});
     SineAndCosine::finish(x, parts);
-    left.finish(bit_andnot(parts.lanes, left.lanes), {parts.y.second, parts.y.first});
+    left.finish(bit_andnot(parts.lanes, left.lanes), exchanged(parts.y));
   }
   // What is not finite.
   static int rare_lane(const T* a, Complex<T>* r) {
     const int status = sine_of_special(a, &r->re);
     r->im = r->re;
     return reports ? status : StatusOk;
+  }
+
+ private:
+  template <class X>
+  static Complex<X> exchanged(const Two<X>& y) {
+    return {y.second, y.first};
   }
 };
 

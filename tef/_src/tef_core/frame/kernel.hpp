@@ -73,11 +73,11 @@
 // What the frame does. Short vectors begin with the main part; long ones with the elements up to an aligned
 // address. The main part takes a block of two vectors (or kTogether) at a time: asks rare for all of them, then
 // evaluates and stores; what is left over is taken by vectors whose absent lanes are kSafe. Blocks of far elements alone go
-// through eval_far. Another block with a rare lane, and those behind it as long as they have some, go through the rare path, a vector at a time: eval with kSafe in the
-// rare lanes, eval_far, finish, stores, then the scalar routine and the reports in ascending order. Results, exceptions and
-// reports do not depend on where an element stands. Errors go to the error layer in the types of the signature; a real
-// operand of a complex function has imaginary parts 0. Every call of code that may be compiled for another instruction
-// set follows a vzeroupper.
+// through eval_far. Another block with a rare lane, and those behind it as long as they have some, go through the rare
+// path, a vector at a time: eval with kSafe in the rare lanes, eval_far, finish, stores, then the scalar routine and the
+// reports in ascending order. Results, exceptions and reports do not depend on where an element stands. Errors go to the
+// error layer in the types of the signature; a real operand of a complex function has imaginary parts 0. Every call of code
+// that may be compiled for another instruction set follows a vzeroupper.
 //
 // Code that depends on the instruction set (ORX_ISA_BEGIN) includes the rare path: a kernel in a file for another
 // instruction set must not call a scalar routine that is compiled for AVX; instantiate its template in the file.
